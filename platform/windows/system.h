@@ -1,0 +1,57 @@
+// The platform interface of the desktop implementation: the system's own headers, the few names that only
+// Windows CE has, and the calls whose desktop version differs. The latter keep their names in product code:
+// the name is redirected here to a bridge in this folder, which says what differs and why.
+#pragma once
+
+#ifndef UNICODE
+#define UNICODE
+#endif
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#define WIN32_LEAN_AND_MEAN
+#define _WIN32_WINNT 0x0601
+#include <windows.h>
+
+#include <commdlg.h>
+#include <shlobj.h>
+
+// ---- Only on Windows CE -------------------------------------------------------------------------------
+
+constexpr DWORD WS_EX_NODRAG = 0; // desktop windows can always be dragged
+
+// The command bar of Windows CE is the window's own menu here; it takes no room of the client area.
+HWND CommandBar_Create(HINSTANCE instance, HWND window, int id);
+BOOL CommandBar_InsertMenubar(HWND bar, HINSTANCE instance, WORD menu, WORD index);
+int CommandBar_Height(HWND bar);
+
+// GetProcAddress with a wide name or MAKEINTRESOURCEW of a number.
+FARPROC GetProcAddressW(HMODULE library, const wchar_t* name);
+
+// ---- Different on the desktop -------------------------------------------------------------------------
+
+// Ports "COMn:" open as \\.\COMn, so that names above 9 and drivers that insist on that form work.
+HANDLE BridgeCreateFile(const wchar_t* name, DWORD access, DWORD share, SECURITY_ATTRIBUTES* security,
+                        DWORD disposition, DWORD attributes, HANDLE pattern);
+#undef CreateFileW
+#define CreateFileW BridgeCreateFile
+
+// Platform type: the environment variable TORAVANE_PLATFORM, for trying the hand-held layouts. The desktop's
+// own answer is an error; it is never "access denied", which on a device means a Smartphone.
+BOOL BridgeSystemParametersInfo(UINT action, UINT size, void* data, UINT flags);
+#undef SystemParametersInfoW
+#define SystemParametersInfoW BridgeSystemParametersInfo
+
+// Device registry paths may begin with a backslash, which the desktop refuses.
+LONG BridgeRegOpenKeyEx(HKEY root, const wchar_t* path, DWORD options, REGSAM access, HKEY* key);
+#undef RegOpenKeyExW
+#define RegOpenKeyExW BridgeRegOpenKeyEx
+
+// Ordinary users may not write the machine-wide root, and a 64-bit process gets no virtual copy of it:
+// settings then live under the user's root.
+#define SETTINGS_FALLBACK_ROOT HKEY_CURRENT_USER
+constexpr DWORD SETTINGS_KEY_VIEW = KEY_WOW64_64KEY;
+
+// Library and export that offer the colour chooser.
+constexpr const wchar_t* COLOR_LIBRARY = L"comdlg32.dll";
+constexpr const wchar_t* COLOR_EXPORT = L"ChooseColorW";
