@@ -39,3 +39,10 @@ void FitMainWindow(HWND window, int width, int height);
 
 // Brings another process' window to the front, with the dialog or box that it may have open.
 void BringToFront(HWND window);
+
+// Makes a dialog's menu bar pass the Back key to the dialog as a hot-key message, where the shell has one.
+void PassBackKeyToDialog(HWND menuBar);
+
+// Ends a read or write in which the thread may be waiting. Needed where reads and the closing of one handle
+// exclude each other and the driver has refused the time-outs that make reads return at once.
+void CancelThreadIo(HANDLE thread);

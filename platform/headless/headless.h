@@ -37,12 +37,12 @@ std::string HeadlessFailedCall();
 
 // ---- Time and threads ---------------------------------------------------------------------------------
 
-void HeadlessSetTick(uint32_t milliseconds);          // GetTickCount from now on; it may wrap
-void HeadlessSetLocalTime(const SYSTEMTIME& time);    // GetLocalTime; runs with the virtual clock
-uint64_t HeadlessElapsed();                           // virtual milliseconds since HeadlessReset
-void HeadlessSetTimeLimit(uint64_t milliseconds);     // abort beyond it; default ten hours, 0 none
-void HeadlessInterleave(uint32_t seed);               // 0: off, the default
-uint32_t HeadlessLiveThreads();                       // beside the caller's
+void HeadlessSetTick(uint32_t milliseconds);       // GetTickCount from now on; it may wrap
+void HeadlessSetLocalTime(const SYSTEMTIME& time); // GetLocalTime; runs with the virtual clock
+uint64_t HeadlessElapsed();                        // virtual milliseconds since HeadlessReset
+void HeadlessSetTimeLimit(uint64_t milliseconds);  // abort beyond it; default ten hours, 0 none
+void HeadlessInterleave(uint32_t seed);            // 0: off, the default
+uint32_t HeadlessLiveThreads();                    // beside the caller's
 
 // ---- Serial ports -------------------------------------------------------------------------------------
 
@@ -56,10 +56,10 @@ struct HeadlessPort {
     COMSTAT status;
 
     // What the program did.
-    std::string sent;                  // all bytes written
-    std::vector<std::string> writes;   // the same, one entry per WriteFile
-    std::vector<DWORD> escapes;        // function codes of EscapeCommFunction
-    std::vector<DWORD> rates;          // rate of each successful SetCommState
+    std::string sent;                // all bytes written
+    std::vector<std::string> writes; // the same, one entry per WriteFile
+    std::vector<DWORD> escapes;      // function codes of EscapeCommFunction
+    std::vector<DWORD> rates;        // rate of each successful SetCommState
     uint32_t opens = 0, closes = 0;
     bool isOpen = false;
 
@@ -114,8 +114,8 @@ struct HeadlessSaveDialog {
 void HeadlessAnswerSaveDialog(const std::wstring& path, DWORD filterIndex);
 const std::vector<HeadlessSaveDialog>& HeadlessSaveDialogs();
 
-// Platform type and maker's text of SystemParametersInfoW; an error other than 0 makes the query fail with it.
-// Default: the type fails with ERROR_INVALID_SPI_VALUE, as on a desktop.
+// Platform type and maker's text of SystemParametersInfoW; an error other than 0 makes the query fail with
+// it. Default: the type fails with ERROR_INVALID_SPI_VALUE, as on a desktop.
 void HeadlessSetPlatformType(const wchar_t* type, DWORD error = 0);
 void HeadlessSetOemInfo(const wchar_t* text, DWORD error = 0);
 
@@ -159,20 +159,20 @@ void HeadlessPumpMessages();
 // The dialog that is open on top, null if none. Each of the following acts on a control as the user would:
 // it aborts when the control does not exist, and does nothing but say so (false) when it is disabled.
 HWND HeadlessTopDialog();
-bool HeadlessClick(HWND dialog, int control);                        // button, check box, option button
-bool HeadlessType(HWND dialog, int control, const std::wstring& text);   // replaces the text, caret at its end
-bool HeadlessChoose(HWND dialog, int control, int index);            // list entry of a combo box or list box
-void HeadlessCommand(HWND window, int command);                      // menu item, or the OK of a menu bar
-void HeadlessKey(HWND window, WPARAM key, wchar_t character = 0);    // posted key down, and character if any
+bool HeadlessClick(HWND dialog, int control);                          // button, check box, option button
+bool HeadlessType(HWND dialog, int control, const std::wstring& text); // replaces the text, caret at its end
+bool HeadlessChoose(HWND dialog, int control, int index);         // list entry of a combo box or list box
+void HeadlessCommand(HWND window, int command);                   // menu item, or the OK of a menu bar
+void HeadlessKey(HWND window, WPARAM key, wchar_t character = 0); // posted key down, and character if any
 
 // What a control shows.
 std::wstring HeadlessText(HWND dialog, int control);
 bool HeadlessEnabled(HWND dialog, int control);
-UINT HeadlessCheck(HWND dialog, int control);                        // BST_...
-int HeadlessSelection(HWND dialog, int control);                     // -1 none
+UINT HeadlessCheck(HWND dialog, int control);    // BST_...
+int HeadlessSelection(HWND dialog, int control); // -1 none
 std::vector<std::wstring> HeadlessItems(HWND dialog, int control);
 bool HeadlessHasControl(HWND dialog, int control);
-int HeadlessFocus(HWND dialog);                                      // control number, 0 none
+int HeadlessFocus(HWND dialog); // control number, 0 none
 
 // ---- Windows and pictures -----------------------------------------------------------------------------
 

@@ -44,12 +44,33 @@ using DLGPROC = INT_PTR (*)(HWND, UINT, WPARAM, LPARAM);
 using TIMERPROC = void (*)(HWND, UINT, UINT_PTR, DWORD);
 using LPTHREAD_START_ROUTINE = DWORD (*)(void*);
 
-struct POINT { LONG x, y; };
-struct SIZE { LONG cx, cy; };
-struct RECT { LONG left, top, right, bottom; };
-struct MSG { HWND hwnd; UINT message; WPARAM wParam; LPARAM lParam; DWORD time; POINT pt; };
-struct PAINTSTRUCT { HDC hdc; BOOL fErase; RECT rcPaint; BOOL fRestore, fIncUpdate; BYTE rgbReserved[32]; };
-struct SYSTEMTIME { WORD wYear, wMonth, wDayOfWeek, wDay, wHour, wMinute, wSecond, wMilliseconds; };
+struct POINT {
+    LONG x, y;
+};
+struct SIZE {
+    LONG cx, cy;
+};
+struct RECT {
+    LONG left, top, right, bottom;
+};
+struct MSG {
+    HWND hwnd;
+    UINT message;
+    WPARAM wParam;
+    LPARAM lParam;
+    DWORD time;
+    POINT pt;
+};
+struct PAINTSTRUCT {
+    HDC hdc;
+    BOOL fErase;
+    RECT rcPaint;
+    BOOL fRestore, fIncUpdate;
+    BYTE rgbReserved[32];
+};
+struct SYSTEMTIME {
+    WORD wYear, wMonth, wDayOfWeek, wDay, wHour, wMinute, wSecond, wMilliseconds;
+};
 
 struct WNDCLASSW {
     UINT style;
@@ -81,16 +102,16 @@ static_assert(sizeof(DCB) == 28);
 
 struct COMMPROP {
     WORD wPacketLength, wPacketVersion;
-    DWORD dwServiceMask, dwReserved1, dwMaxTxQueue, dwMaxRxQueue, dwMaxBaud, dwProvSubType, dwProvCapabilities,
-        dwSettableParams, dwSettableBaud;
+    DWORD dwServiceMask, dwReserved1, dwMaxTxQueue, dwMaxRxQueue, dwMaxBaud, dwProvSubType,
+        dwProvCapabilities, dwSettableParams, dwSettableBaud;
     WORD wSettableData, wSettableStopParity;
     DWORD dwCurrentTxQueue, dwCurrentRxQueue, dwProvSpec1, dwProvSpec2;
     wchar_t wcProvChar[1];
 };
 
 struct COMMTIMEOUTS {
-    DWORD ReadIntervalTimeout, ReadTotalTimeoutMultiplier, ReadTotalTimeoutConstant, WriteTotalTimeoutMultiplier,
-        WriteTotalTimeoutConstant;
+    DWORD ReadIntervalTimeout, ReadTotalTimeoutMultiplier, ReadTotalTimeoutConstant,
+        WriteTotalTimeoutMultiplier, WriteTotalTimeoutConstant;
 };
 
 struct COMSTAT {
@@ -107,12 +128,18 @@ struct BITMAPINFOHEADER {
     LONG biXPelsPerMeter, biYPelsPerMeter;
     DWORD biClrUsed, biClrImportant;
 };
-struct RGBQUAD { BYTE rgbBlue, rgbGreen, rgbRed, rgbReserved; };
-struct BITMAPINFO { BITMAPINFOHEADER bmiHeader; RGBQUAD bmiColors[1]; };
+struct RGBQUAD {
+    BYTE rgbBlue, rgbGreen, rgbRed, rgbReserved;
+};
+struct BITMAPINFO {
+    BITMAPINFOHEADER bmiHeader;
+    RGBQUAD bmiColors[1];
+};
 
 struct LOGFONTW {
     LONG lfHeight, lfWidth, lfEscapement, lfOrientation, lfWeight;
-    BYTE lfItalic, lfUnderline, lfStrikeOut, lfCharSet, lfOutPrecision, lfClipPrecision, lfQuality, lfPitchAndFamily;
+    BYTE lfItalic, lfUnderline, lfStrikeOut, lfCharSet, lfOutPrecision, lfClipPrecision, lfQuality,
+        lfPitchAndFamily;
     wchar_t lfFaceName[32];
 };
 
@@ -154,12 +181,12 @@ constexpr BOOL FALSE = 0, TRUE = 1;
 #define INVALID_HANDLE_VALUE (reinterpret_cast<HANDLE>(static_cast<intptr_t>(-1)))
 constexpr size_t MAX_PATH = 260;
 
-constexpr DWORD ERROR_SUCCESS = 0, ERROR_FILE_NOT_FOUND = 2, ERROR_ACCESS_DENIED = 5, ERROR_INVALID_HANDLE = 6,
-                ERROR_NOT_ENOUGH_MEMORY = 8, ERROR_GEN_FAILURE = 31, ERROR_INVALID_PARAMETER = 87,
-                ERROR_DISK_FULL = 112, ERROR_MORE_DATA = 234, ERROR_NO_MORE_ITEMS = 259,
-                ERROR_INVALID_WINDOW_HANDLE = 1400, ERROR_CONTROL_ID_NOT_FOUND = 1421,
-                ERROR_RESOURCE_NAME_NOT_FOUND = 1814, ERROR_INVALID_SPI_VALUE = 1439, ERROR_MOD_NOT_FOUND = 126,
-                ERROR_PROC_NOT_FOUND = 127;
+constexpr DWORD ERROR_SUCCESS = 0, ERROR_FILE_NOT_FOUND = 2, ERROR_ACCESS_DENIED = 5,
+                ERROR_INVALID_HANDLE = 6, ERROR_NOT_ENOUGH_MEMORY = 8, ERROR_GEN_FAILURE = 31,
+                ERROR_INVALID_PARAMETER = 87, ERROR_DISK_FULL = 112, ERROR_MORE_DATA = 234,
+                ERROR_NO_MORE_ITEMS = 259, ERROR_INVALID_WINDOW_HANDLE = 1400,
+                ERROR_CONTROL_ID_NOT_FOUND = 1421, ERROR_RESOURCE_NAME_NOT_FOUND = 1814,
+                ERROR_INVALID_SPI_VALUE = 1439, ERROR_MOD_NOT_FOUND = 126, ERROR_PROC_NOT_FOUND = 127;
 
 constexpr DWORD GENERIC_READ = 0x80000000, GENERIC_WRITE = 0x40000000, CREATE_NEW = 1, CREATE_ALWAYS = 2,
                 OPEN_EXISTING = 3, OPEN_ALWAYS = 4, FILE_ATTRIBUTE_NORMAL = 0x80, STILL_ACTIVE = 259,
@@ -171,24 +198,26 @@ constexpr UINT PM_NOREMOVE = 0, PM_REMOVE = 1, PM_QS_SENDMESSAGE = QS_SENDMESSAG
 
 #define HKEY_CURRENT_USER (reinterpret_cast<HKEY>(static_cast<uintptr_t>(0x80000001)))
 #define HKEY_LOCAL_MACHINE (reinterpret_cast<HKEY>(static_cast<uintptr_t>(0x80000002)))
-constexpr DWORD KEY_READ = 0x20019, KEY_WRITE = 0x20006, REG_OPTION_NON_VOLATILE = 0, REG_SZ = 1, REG_BINARY = 3,
-                REG_DWORD = 4, REG_MULTI_SZ = 7;
+constexpr DWORD KEY_READ = 0x20019, KEY_WRITE = 0x20006, REG_OPTION_NON_VOLATILE = 0, REG_SZ = 1,
+                REG_BINARY = 3, REG_DWORD = 4, REG_MULTI_SZ = 7;
 
 constexpr UINT WM_NULL = 0, WM_CREATE = 1, WM_DESTROY = 2, WM_SIZE = 5, WM_ACTIVATE = 6, WM_SETTEXT = 0xC,
                WM_GETTEXT = 0xD, WM_GETTEXTLENGTH = 0xE, WM_PAINT = 0xF, WM_CLOSE = 0x10, WM_QUIT = 0x12,
                WM_ERASEBKGND = 0x14, WM_SETTINGCHANGE = 0x1A, WM_SETFONT = 0x30, WM_KEYDOWN = 0x100,
-               WM_CHAR = 0x102, WM_INITDIALOG = 0x110, WM_COMMAND = 0x111, WM_TIMER = 0x113, WM_VSCROLL = 0x115,
-               WM_CTLCOLOREDIT = 0x133, WM_CTLCOLORBTN = 0x135, WM_CTLCOLORSTATIC = 0x138, WM_HOTKEY = 0x312,
-               WM_USER = 0x400, WM_APP = 0x8000;
+               WM_CHAR = 0x102, WM_INITDIALOG = 0x110, WM_COMMAND = 0x111, WM_TIMER = 0x113,
+               WM_VSCROLL = 0x115, WM_CTLCOLOREDIT = 0x133, WM_CTLCOLORBTN = 0x135, WM_CTLCOLORSTATIC = 0x138,
+               WM_HOTKEY = 0x312, WM_USER = 0x400, WM_APP = 0x8000;
 constexpr WPARAM SIZE_MINIMIZED = 1;
 constexpr WORD WA_INACTIVE = 0;
 constexpr int SW_HIDE = 0, SW_SHOWNORMAL = 1, SW_SHOW = 5, SW_RESTORE = 9;
 constexpr int CW_USEDEFAULT = static_cast<int>(0x80000000);
 constexpr int GWL_STYLE = -16;
-constexpr UINT SWP_NOSIZE = 1, SWP_NOMOVE = 2, SWP_NOZORDER = 4, SWP_NOACTIVATE = 0x10, SWP_FRAMECHANGED = 0x20;
+constexpr UINT SWP_NOSIZE = 1, SWP_NOMOVE = 2, SWP_NOZORDER = 4, SWP_NOACTIVATE = 0x10,
+               SWP_FRAMECHANGED = 0x20;
 constexpr DWORD WS_OVERLAPPED = 0, WS_POPUP = 0x80000000, WS_CHILD = 0x40000000, WS_VISIBLE = 0x10000000,
-                WS_DISABLED = 0x08000000, WS_CAPTION = 0x00C00000, WS_BORDER = 0x00800000, WS_VSCROLL = 0x00200000,
-                WS_SYSMENU = 0x00080000, WS_GROUP = 0x00020000, WS_TABSTOP = 0x00010000, WS_EX_NODRAG = 0x40000000;
+                WS_DISABLED = 0x08000000, WS_CAPTION = 0x00C00000, WS_BORDER = 0x00800000,
+                WS_VSCROLL = 0x00200000, WS_SYSMENU = 0x00080000, WS_GROUP = 0x00020000,
+                WS_TABSTOP = 0x00010000, WS_EX_NODRAG = 0x40000000;
 constexpr UINT CS_VREDRAW = 1, CS_HREDRAW = 2;
 
 constexpr int IDOK = 1, IDCANCEL = 2;
@@ -201,9 +230,9 @@ constexpr UINT CB_GETEDITSEL = 0x140, CB_ADDSTRING = 0x143, CB_DELETESTRING = 0x
                CB_GETCURSEL = 0x147, CB_GETLBTEXT = 0x148, CB_GETLBTEXTLEN = 0x149, CB_INSERTSTRING = 0x14A,
                CB_RESETCONTENT = 0x14B, CB_SETCURSEL = 0x14E, CB_LIMITTEXT = 0x141;
 constexpr LRESULT CB_ERR = -1, LB_ERR = -1;
-constexpr UINT LB_ADDSTRING = 0x180, LB_INSERTSTRING = 0x181, LB_DELETESTRING = 0x182, LB_RESETCONTENT = 0x184,
-               LB_SETCURSEL = 0x186, LB_GETCURSEL = 0x188, LB_GETTEXT = 0x189, LB_GETTEXTLEN = 0x18A,
-               LB_GETCOUNT = 0x18B;
+constexpr UINT LB_ADDSTRING = 0x180, LB_INSERTSTRING = 0x181, LB_DELETESTRING = 0x182,
+               LB_RESETCONTENT = 0x184, LB_SETCURSEL = 0x186, LB_GETCURSEL = 0x188, LB_GETTEXT = 0x189,
+               LB_GETTEXTLEN = 0x18A, LB_GETCOUNT = 0x18B;
 
 constexpr int WHITE_BRUSH = 0, HOLLOW_BRUSH = 5, BLACK_PEN = 7;
 constexpr DWORD SRCCOPY = 0x00CC0020, WHITENESS = 0x00FF0062;
@@ -211,11 +240,26 @@ constexpr UINT DIB_RGB_COLORS = 0, ETO_OPAQUE = 2, BI_RGB = 0;
 constexpr UINT DT_LEFT = 0, DT_CENTER = 1, DT_VCENTER = 4, DT_SINGLELINE = 0x20, DT_NOCLIP = 0x100,
                DT_CALCRECT = 0x400, DT_NOPREFIX = 0x800;
 constexpr int TRANSPARENT = 1, OPAQUE = 2;
-constexpr COLORREF RGB(BYTE red, BYTE green, BYTE blue) { return red | (green << 8) | (blue << 16); }
-constexpr WORD LOWORD(WPARAM value) { return static_cast<WORD>(value); }
-constexpr WORD HIWORD(WPARAM value) { return static_cast<WORD>(value >> 16); }
-constexpr WPARAM MAKEWPARAM(WORD low, WORD high) { return low | (static_cast<WPARAM>(high) << 16); }
-inline const wchar_t* MAKEINTRESOURCEW(uintptr_t number) { return reinterpret_cast<const wchar_t*>(number); }
+constexpr COLORREF RGB(BYTE red, BYTE green, BYTE blue)
+{
+    return red | (green << 8) | (blue << 16);
+}
+constexpr WORD LOWORD(WPARAM value)
+{
+    return static_cast<WORD>(value);
+}
+constexpr WORD HIWORD(WPARAM value)
+{
+    return static_cast<WORD>(value >> 16);
+}
+constexpr WPARAM MAKEWPARAM(WORD low, WORD high)
+{
+    return low | (static_cast<WPARAM>(high) << 16);
+}
+inline const wchar_t* MAKEINTRESOURCEW(uintptr_t number)
+{
+    return reinterpret_cast<const wchar_t*>(number);
+}
 
 // Folder codes of SHGetSpecialFolderPathW.
 constexpr int CSIDL_PERSONAL = 5, CSIDL_APPDATA = 26;
@@ -237,8 +281,8 @@ constexpr const wchar_t* COLOR_EXPORT = L"ChooseColor";
 // Errors.
 DWORD GetLastError();
 void SetLastError(DWORD error);
-DWORD FormatMessageW(DWORD flags, const void* source, DWORD error, DWORD language, wchar_t* buffer, DWORD size,
-                     void* arguments);
+DWORD FormatMessageW(DWORD flags, const void* source, DWORD error, DWORD language, wchar_t* buffer,
+                     DWORD size, void* arguments);
 HANDLE LocalFree(HANDLE memory);
 
 // Files and serial ports. A name of the form "COMn:" is a port, anything else a file.
@@ -259,8 +303,8 @@ BOOL SHGetSpecialFolderPathW(HWND owner, wchar_t* path, int folder, BOOL create)
 BOOL GetSaveFileNameW(OPENFILENAMEW* dialog);
 
 // Threads and time.
-HANDLE CreateThread(void* security, DWORD stackSize, LPTHREAD_START_ROUTINE start, void* parameter, DWORD flags,
-                    DWORD* id);
+HANDLE CreateThread(void* security, DWORD stackSize, LPTHREAD_START_ROUTINE start, void* parameter,
+                    DWORD flags, DWORD* id);
 BOOL GetExitCodeThread(HANDLE thread, DWORD* exitCode);
 DWORD GetCurrentThreadId();
 void Sleep(DWORD milliseconds);
@@ -276,8 +320,8 @@ LONG RegCreateKeyExW(HKEY root, const wchar_t* path, DWORD reserved, wchar_t* cl
 LONG RegQueryValueExW(HKEY key, const wchar_t* name, DWORD* reserved, DWORD* type, BYTE* data, DWORD* size);
 LONG RegSetValueExW(HKEY key, const wchar_t* name, DWORD reserved, DWORD type, const BYTE* data, DWORD size);
 LONG RegDeleteValueW(HKEY key, const wchar_t* name);
-LONG RegEnumKeyExW(HKEY key, DWORD index, wchar_t* name, DWORD* nameCount, DWORD* reserved, wchar_t* className,
-                   DWORD* classCount, void* lastWrite);
+LONG RegEnumKeyExW(HKEY key, DWORD index, wchar_t* name, DWORD* nameCount, DWORD* reserved,
+                   wchar_t* className, DWORD* classCount, void* lastWrite);
 LONG RegCloseKey(HKEY key);
 
 // System and libraries. GetProcAddressW takes a name or MAKEINTRESOURCEW of an export's number.
@@ -289,8 +333,9 @@ BOOL FreeLibrary(HMODULE library);
 
 // Windows, messages, menus.
 ATOM RegisterClassW(const WNDCLASSW* windowClass);
-HWND CreateWindowExW(DWORD extendedStyle, const wchar_t* className, const wchar_t* title, DWORD style, int x, int y,
-                     int width, int height, HWND parent, HMENU menu, HINSTANCE instance, void* parameter);
+HWND CreateWindowExW(DWORD extendedStyle, const wchar_t* className, const wchar_t* title, DWORD style, int x,
+                     int y, int width, int height, HWND parent, HMENU menu, HINSTANCE instance,
+                     void* parameter);
 BOOL DestroyWindow(HWND window);
 BOOL IsWindow(HWND window);
 LRESULT DefWindowProcW(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
@@ -327,7 +372,8 @@ BOOL CommandBar_InsertMenubar(HWND bar, HINSTANCE instance, WORD menu, WORD inde
 int CommandBar_Height(HWND bar);
 
 // Dialogs and their controls.
-INT_PTR DialogBoxParamW(HINSTANCE instance, const wchar_t* name, HWND owner, DLGPROC procedure, LPARAM parameter);
+INT_PTR DialogBoxParamW(HINSTANCE instance, const wchar_t* name, HWND owner, DLGPROC procedure,
+                        LPARAM parameter);
 BOOL EndDialog(HWND dialog, INT_PTR result);
 HWND GetDlgItem(HWND dialog, int control);
 int GetDlgCtrlID(HWND control);
@@ -351,7 +397,8 @@ int ReleaseDC(HWND window, HDC dc);
 HDC CreateCompatibleDC(HDC dc);
 BOOL DeleteDC(HDC dc);
 HBITMAP CreateCompatibleBitmap(HDC dc, int width, int height);
-HBITMAP CreateDIBSection(HDC dc, const BITMAPINFO* info, UINT usage, void** bits, HANDLE section, DWORD offset);
+HBITMAP CreateDIBSection(HDC dc, const BITMAPINFO* info, UINT usage, void** bits, HANDLE section,
+                         DWORD offset);
 HGDIOBJ SelectObject(HDC dc, HGDIOBJ object);
 BOOL DeleteObject(HGDIOBJ object);
 HGDIOBJ GetStockObject(int object);

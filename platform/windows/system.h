@@ -10,7 +10,6 @@
 #define NOMINMAX
 #endif
 #define WIN32_LEAN_AND_MEAN
-#define _WIN32_WINNT 0x0601
 #include <windows.h>
 
 #include <commdlg.h>

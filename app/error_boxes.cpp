@@ -1,0 +1,152 @@
+#include "app/error_boxes.h"
+
+#include "app/active_dialog.h"
+#include "text/copy.h"
+#include "text/format.h"
+
+std::atomic<DWORD> UserInterfaceThread{0};
+
+namespace
+{
+
+// Captions of the calls that the reader thread makes.
+constexpr const wchar_t* ReaderCaptions[] = {
+    L"WriteFile 2", L"WriteFile File", L"CloseHandle File", L"StretchBlt1", L"StretchBlt2", L"StretchBlt3",
+    L"StretchBlt5", L"BitBlt3",        L"Polyline1",        L"Polyline2",   L"Polyline3",
+};
+constexpr uint32_t ReaderCaptionCount = sizeof ReaderCaptions / sizeof *ReaderCaptions;
+
+// Set by the reader when it posts a caption, cleared when the user has answered the box: a call that fails at
+// every sample must not fill the screen.
+std::atomic<uint8_t> CaptionIsPosted[ReaderCaptionCount];
+
+// Boxes that wait for the one that is up; user-interface thread.
+struct WaitingBox {
+    PostedBox kind;
+    uint32_t value;
+};
+constexpr uint32_t MaxWaitingBoxes = 8;
+WaitingBox Waiting[MaxWaitingBoxes];
+uint32_t WaitingCount = 0;
+bool PostedBoxIsUp = false;
+
+void ShowError(DWORD error, const wchar_t* caption)
+{
+    wchar_t* systemText = nullptr;
+    const DWORD length = FormatMessageW(
+        FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+        error, 0, reinterpret_cast<wchar_t*>(&systemText), 0, nullptr);
+    if (length && systemText) {
+        InfoBox(caption, systemText);
+    } else {
+        wchar_t number[32];
+        Format(number, L"Error %u", static_cast<uint32_t>(error));
+        InfoBox(caption, number);
+    }
+    if (systemText) LocalFree(systemText);
+}
+
+void PostError(const wchar_t* caption, DWORD error)
+{
+    for (uint32_t i = 0; i < ReaderCaptionCount; ++i) {
+        const wchar_t* known = ReaderCaptions[i];
+        if (caption != known && !(TextEquals(caption, known))) continue;
+        if (CaptionIsPosted[i].load()) return;
+        CaptionIsPosted[i].store(1);
+        PostBox(PostedBox::LastError, i << 16 | (error & 0xFFFF));
+        return;
+    }
+}
+
+void ShowRefusal(uint8_t refused, uint8_t polled)
+{
+    wchar_t text[160];
+    if (refused == 168 && polled == 170)
+        CopyText(text, 160,
+                 L"Get SBAS parameters not accepted. A likely reason is that it is not supported on XTrac or "
+                 L"GSW3 firmware.");
+    else if (refused == 168)
+        Format(text, L"Command 168 with parameter %u not accepted.", polled);
+    else if (refused == 170)
+        CopyText(text, 160,
+                 L"Set SBAS parameters not accepted. A likely reason is that it is not supported on XTrac "
+                 L"firmware.");
+    else
+        Format(text, L"Command %u\r\rCommand or parameter not accepted.", refused);
+    MessageBoxW(MainWindow.load(), text, L"NAcknowledgment", MB_OK | MB_ICONINFORMATION);
+    // Closing a box enables its owner, which an open dialog needs disabled.
+    if (ActiveDialogWindow.load() && MainWindow.load()) EnableWindow(MainWindow.load(), FALSE);
+}
+
+void Show(const WaitingBox& box)
+{
+    const uint32_t high = box.value >> 16, low = box.value & 0xFFFF;
+    switch (box.kind) {
+    case PostedBox::LastError:
+        if (high >= ReaderCaptionCount) return;
+        ShowError(low, ReaderCaptions[high]);
+        CaptionIsPosted[high].store(0);
+        return;
+    case PostedBox::CouldOnlyWrite: ShowShortWrite(high, low); return;
+    case PostedBox::RefusedCommand:
+        ShowRefusal(static_cast<uint8_t>(box.value >> 8), static_cast<uint8_t>(box.value));
+        return;
+    }
+}
+
+} // namespace
+
+HWND BoxOwner()
+{
+    if (HWND active = GetActiveWindow()) return active;
+    if (HWND dialog = ActiveDialogWindow.load()) return dialog;
+    return MainWindow.load();
+}
+
+void InfoBox(const wchar_t* caption, const wchar_t* text)
+{
+    MessageBoxW(BoxOwner(), text, caption, MB_OK | MB_ICONINFORMATION);
+}
+
+void ShowLastError(const wchar_t* caption)
+{
+    const DWORD error = GetLastError();
+    if (GetCurrentThreadId() == UserInterfaceThread.load())
+        ShowError(error, caption);
+    else
+        PostError(caption, error);
+}
+
+void CheckGdiResult(int32_t result, const wchar_t* caption)
+{
+    if (!result) ShowLastError(caption);
+}
+
+void ShowShortWrite(uint32_t written, uint32_t count)
+{
+    wchar_t text[64];
+    Format(text, L"Could only write %u of %u bytes.", written, count);
+    InfoBox(L"PortWriteBuffer", text);
+}
+
+void PostBox(PostedBox kind, uint32_t value)
+{
+    if (HWND window = MainWindow.load())
+        PostMessageW(window, MessagePostedBox, static_cast<WPARAM>(kind), static_cast<LPARAM>(value));
+}
+
+void ShowPostedBox(WPARAM kind, LPARAM value)
+{
+    if (WaitingCount == MaxWaitingBoxes) return;
+    Waiting[WaitingCount++] = {static_cast<PostedBox>(kind), static_cast<uint32_t>(value)};
+    if (PostedBoxIsUp) return;
+    PostedBoxIsUp = true;
+    while (WaitingCount && IsWindow(MainWindow.load())) {
+        const WaitingBox box = Waiting[0];
+        for (uint32_t i = 1; i < WaitingCount; ++i) Waiting[i - 1] = Waiting[i];
+        --WaitingCount;
+        Show(box);
+    }
+    WaitingCount = 0;
+    PostedBoxIsUp = false;
+}

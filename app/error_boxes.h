@@ -1,0 +1,49 @@
+// Message boxes: what a failing platform call, a full queue or the receiver's refusal shows the user.
+//
+// Only the user-interface thread shows boxes. What the reader thread has to say it posts to the main window,
+// and the user-interface thread shows it: a box on the reader thread would stop reception, and could wait for
+// ever for a user-interface thread that waits for the reader.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+#include "platform/platform.h"
+
+// The thread that may show boxes; set once at start.
+extern std::atomic<DWORD> UserInterfaceThread;
+
+// Window that a box belongs to: the active window; when another program is in front, the open dialog or else
+// the main window, so that the box stays modal.
+HWND BoxOwner();
+
+// Box with the information icon.
+void InfoBox(const wchar_t* caption, const wchar_t* text);
+
+// Box with the system's text for the calling thread's last error ("Error %u" where it has none). On the
+// reader thread the box is posted.
+void ShowLastError(const wchar_t* caption);
+
+// The same, only when `result` is 0.
+void CheckGdiResult(int32_t result, const wchar_t* caption);
+
+// ---- Boxes of the reader thread -----------------------------------------------------------------------
+
+// Message by which they reach the main window: the kind in wParam, the value in lParam.
+constexpr UINT MessagePostedBox = WM_APP + 1;
+
+enum class PostedBox : uint8_t {
+    LastError,      // value: caption number * 2^16 + low 16 bits of the error code
+    CouldOnlyWrite, // value: bytes written * 2^16 + bytes that there were
+    RefusedCommand, // value: refused message id * 2^8 + id that was being polled
+};
+
+// Reader thread: asks the user-interface thread for a box.
+void PostBox(PostedBox kind, uint32_t value);
+
+// User-interface thread, on MessagePostedBox: shows the box, then those that arrived while it was up, in
+// their order; at most eight wait, further ones are dropped.
+void ShowPostedBox(WPARAM kind, LPARAM value);
+
+// "Could only write %u of %u bytes." on the user-interface thread.
+void ShowShortWrite(uint32_t written, uint32_t count);

@@ -1,0 +1,21 @@
+#include "app/main.h"
+
+#include "app/command_line.h"
+#include "app/main_window.h"
+#include "app/shell_libraries.h"
+
+int RunProgram(HINSTANCE instance, const wchar_t* commandLine, int show)
+{
+    StoreCommandLine(commandLine);
+    int exitCode = 0;
+    if (InitInstance(instance, show)) {
+        MSG message;
+        while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+        exitCode = static_cast<int>(message.wParam);
+    }
+    FreeShellLibraries();
+    return exitCode;
+}

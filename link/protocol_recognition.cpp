@@ -1,0 +1,30 @@
+#include "link/protocol_recognition.h"
+
+#include "app/active_dialog.h"
+#include "app/dialog_support.h"
+#include "app/text_view.h"
+#include "link/link_state.h"
+#include "resources/resource_ids.h"
+#include "settings/settings_store.h"
+
+void BeginProtocol(std::atomic<uint8_t>& recognised)
+{
+    recognised.store(1);
+    if (HWND dialog = OpenDialogOfKind(DialogKind::Communication))
+        SetDlgItemTextW(dialog, CONTROL_COM_PROTOCOL, ProtocolName(ProtocolMode()));
+    ClearTextView();
+}
+
+void StoreWorkingPort()
+{
+    SettingsSetDword(L"CommPortIdx", CommPortIdx.load());
+    SettingsSetDword(L"BaudrateIdx", BaudrateIdx.load());
+}
+
+void StoreChosenRate(DialogKind kind, int control, const wchar_t* setting)
+{
+    HWND dialog = OpenDialogOfKind(kind);
+    if (!dialog) return;
+    const int32_t selection = GetListSelection(dialog, control);
+    if (IsBaudIndex(selection)) SettingsSetDword(setting, selection);
+}

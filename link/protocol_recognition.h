@@ -1,0 +1,18 @@
+// What the first message of a protocol since the last reset sets in motion; reader thread.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+#include "app/active_dialog.h"
+
+// Sets the protocol's flag, shows the protocol in an open Communication dialog and empties the text page.
+void BeginProtocol(std::atomic<uint8_t>& recognised);
+
+// Stores the port and rate at which data has really arrived, so that the next start opens them.
+void StoreWorkingPort();
+
+// Stores the rate list's selection of an open dialog that switches the receiver's protocol, as the rate that
+// the receiver uses in the protocol just recognised. Nothing without the dialog, without a selection, or with
+// one outside the table of rates.
+void StoreChosenRate(DialogKind kind, int control, const wchar_t* setting);

@@ -1,0 +1,18 @@
+// The raw log of the receiver: every byte read, in order, in a file that other tools can read.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+#include "platform/platform.h"
+
+// The open log, INVALID_HANDLE_VALUE when there is none. The user-interface thread opens and closes it; the
+// reader thread tests it before each byte and takes it out when it cannot be written.
+extern std::atomic<HANDLE> LogFileHandle;
+
+// Closes the log; true if one was closed. Failure shows "CloseHandle File".
+bool LogClose();
+
+// Reader thread: appends one byte. The first failure ends the log and posts one box, "WriteFile File"; a log
+// that the user has closed or replaced meanwhile is left alone.
+void LogWriteByte(uint8_t b);

@@ -1,0 +1,16 @@
+// Cuts NMEA 0183 sentences out of the receiver's byte stream.
+#pragma once
+
+#include <cstdint>
+
+// Feeds one byte; reader thread. A sentence that ends properly, with the right checksum or without one, goes
+// to NmeaDispatcher and is counted in NmeaMessageCount. Everything else is dropped silently. Bodies of more
+// than 64 characters measure EffectiveBaud.
+//
+// Lenient on purpose: a '*' directly before the line end passes untested; so does a sentence without a '*'.
+// A '$' within a sentence is a character like any other. A body of more than 255 characters wraps to the
+// start of its buffer: what is dispatched is the part behind the wrap.
+void NmeaAssembler(uint8_t b);
+
+// Everything as when the program starts.
+void ResetNmeaAssembler();

@@ -1,0 +1,390 @@
+#include "nmea/sentence_decoder.h"
+
+#include <cmath>
+#include <cstring>
+
+#include "app/active_dialog.h"
+#include "app/utc_line.h"
+#include "graph/channels.h"
+#include "graph/recorder.h"
+#include "link/link_state.h"
+#include "link/protocol_recognition.h"
+#include "nmea/command_encoder.h"
+#include "nmea/receiver_messages.h"
+#include "nmea/text_page.h"
+#include "resources/resource_ids.h"
+#include "sky/sky_objects.h"
+#include "text/copy.h"
+#include "text/format.h"
+#include "text/numbers.h"
+
+namespace
+{
+
+constexpr double MetresPerDegree = 111325.0;
+constexpr double RadiansPerDegree = 0.017453292519943295;
+constexpr double DegreesPerMinute = 0.016666666666666666;
+constexpr double MetresPerSecondPerKnot = 0.5147777777777778; // a mile of 1853.2 m, on purpose
+
+// The fields of the current sentence; 0 is its name.
+constexpr uint32_t MaxFields = 20;
+char* NmeaFieldTable[MaxFields];
+uint8_t FieldCount = 0;
+
+// Last values received; they stay when the port is closed. Only what a later sentence needs is kept.
+double Latitude = 0;  // degrees, south negative
+double Longitude = 0; // degrees, 0 to 360: west is 360 - value
+Satellite SatelliteView[SatelliteCount];
+
+// ---- Fields -------------------------------------------------------------------------------------------
+
+char* Field(uint32_t index)
+{
+    return NmeaFieldTable[index];
+}
+
+bool HasField(uint32_t index)
+{
+    return *Field(index) != 0;
+}
+
+// Replaces each comma by a terminator and notes where the fields begin. The twentieth comma ends the table.
+void SplitFields(char* sentence)
+{
+    uint8_t commas = 0;
+    NmeaFieldTable[0] = sentence;
+    for (char* c = sentence; *c; ++c) {
+        if (*c != ',') continue;
+        *c = 0;
+        if (++commas == MaxFields) {
+            FieldCount = MaxFields;
+            return;
+        }
+        NmeaFieldTable[commas] = c + 1;
+    }
+    FieldCount = static_cast<uint8_t>(commas + 1);
+}
+
+// Three two-digit numbers in a row, read from the last to the first and cut apart on the way. The field's
+// length is not looked at: one that is too short takes from the field behind it.
+struct Triple {
+    uint16_t first, second, third;
+};
+Triple CutTriple(char* field)
+{
+    Triple triple;
+    triple.third = static_cast<uint16_t>(ParseInteger(field + 4));
+    field[4] = 0;
+    triple.second = static_cast<uint16_t>(ParseInteger(field + 2));
+    field[2] = 0;
+    triple.first = static_cast<uint16_t>(ParseInteger(field));
+    return triple;
+}
+
+void TakeTime(uint32_t index) // hhmmss[.sss]
+{
+    const Triple time = CutTriple(Field(index));
+    FixTime.wHour = time.first;
+    FixTime.wMinute = time.second;
+    FixTime.wSecond = time.third;
+    ShowUtcLine(FixTime);
+    constexpr DialogKind Showing[] = {DialogKind::SetSerialPort, DialogKind::SwitchToNmea};
+    for (const DialogKind kind : Showing)
+        if (HWND dialog = OpenDialogOfKind(kind)) ShowTimeOfDay(dialog, CONTROL_NMEA_TIME);
+}
+
+void TakeDate(uint32_t index) // ddmmyy
+{
+    const Triple date = CutTriple(Field(index));
+    FixTime.wDay = date.first;
+    FixTime.wMonth = date.second;
+    FixTime.wYear = static_cast<uint16_t>(date.third + 2000);
+    ShowUtcLine(FixTime);
+}
+
+// Degrees of "dd...mm.mmmm" with `degreeDigits` digits of degrees; false when the field does not look like
+// it.
+bool ReadAngle(const char* field, uint32_t degreeDigits, double& angle)
+{
+    const uint32_t point = degreeDigits + 2;
+    if (std::strlen(field) < point + 5 || field[point] != '.') return false;
+    char degrees[4] = {};
+    std::memcpy(degrees, field, degreeDigits);
+    angle = ParseInteger(degrees) + ParseDecimal(field + degreeDigits) * DegreesPerMinute;
+    return true;
+}
+
+// The chart's metres are kept with the precision of 32-bit floats.
+double RoundToFloat(double value)
+{
+    return static_cast<double>(static_cast<float>(value));
+}
+
+void TakeLatitude(uint32_t index)
+{
+    double angle;
+    if (!ReadAngle(Field(index), 2, angle)) return;
+    const char hemisphere = *Field(index + 1);
+    ShowLatitude(angle, static_cast<unsigned char>(hemisphere));
+    Latitude = hemisphere == 'S' ? -angle : angle;
+    SetChannelValue(ChannelNorthing, RoundToFloat(Latitude * MetresPerDegree));
+    ShowNorthing(GraphChannel[ChannelNorthing].Value);
+}
+
+void TakeLongitude(uint32_t index)
+{
+    double angle;
+    if (!ReadAngle(Field(index), 3, angle)) return;
+    const char hemisphere = *Field(index + 1);
+    ShowLongitude(angle, static_cast<unsigned char>(hemisphere));
+    Longitude = hemisphere == 'W' ? 360.0 - angle : angle;
+    SetChannelValue(ChannelEasting,
+                    RoundToFloat(std::cos(Latitude * RadiansPerDegree) * Longitude * MetresPerDegree));
+    ShowEasting(GraphChannel[ChannelEasting].Value);
+}
+
+void TakeHdop(uint32_t index)
+{
+    if (!HasField(index)) return;
+    const float hdop = static_cast<float>(ParseDecimal(Field(index)));
+    ShowHdop(hdop);
+    SetChannelValue(ChannelHdop, hdop);
+}
+
+void TakeSpeedKnots(uint32_t index)
+{
+    if (!HasField(index)) return;
+    const float speed = static_cast<float>(ParseDecimal(Field(index)) * MetresPerSecondPerKnot);
+    ShowSpeed(speed);
+    SetChannelValue(ChannelSpeed, speed);
+}
+
+void TakeCourse(uint32_t index)
+{
+    if (!HasField(index)) return;
+    const float course = static_cast<float>(ParseDecimal(Field(index)));
+    ShowCourse(course);
+    SetChannelValue(ChannelCourse, course);
+}
+
+// ---- Sentences ----------------------------------------------------------------------------------------
+
+// $GPGGA,time,lat,N,lon,E,quality,satellites,HDOP,altitude,M,geoid separation,M,DGPS age,station
+void DecodeGga()
+{
+    if (FieldCount != 15) return;
+    TakeTime(1);
+    TakeLatitude(2);
+    TakeLongitude(4);
+    if (HasField(7)) SetChannelValue(ChannelSvsInFix, ParseInteger(Field(7)));
+    TakeHdop(8);
+    float altitude = 0;
+    if (HasField(9)) {
+        altitude = static_cast<float>(ParseDecimal(Field(9)));
+        ShowAltitudeMsl(altitude);
+        SetChannelValue(ChannelAltitude, altitude);
+    }
+    if (HasField(11)) {
+        const float separation = static_cast<float>(ParseDecimal(Field(11)));
+        ShowGeoidSeparation(separation);
+        // Subtracted, on purpose: the chart's altitude differs from the page's by the separation.
+        if (HasField(9)) SetChannelValue(ChannelAltitude, altitude - separation);
+    }
+    if (HasField(6)) ShowFix(ParseInteger(Field(6)), ParseInteger(Field(7)), ParseInteger(Field(13)));
+    RecordGraphSample();
+    RepaintMainWindow();
+}
+
+// $GPGLL,lat,N,lon,E,time,status[,mode]
+void DecodeGll()
+{
+    if (FieldCount != 7 && FieldCount != 8) return;
+    TakeLatitude(1);
+    TakeLongitude(3);
+    TakeTime(5);
+    RepaintMainWindow();
+}
+
+// $GPGSA,mode,fix,12 satellites,PDOP,HDOP,VDOP
+void DecodeGsa()
+{
+    if (FieldCount != 18) return;
+    TakeHdop(16);
+    if (HasField(17)) {
+        const float vdop = static_cast<float>(ParseDecimal(Field(17)));
+        ShowVdop(vdop);
+        SetChannelValue(ChannelVdop, vdop);
+    }
+    RepaintMainWindow();
+}
+
+// $GPGSV,messages,number,in view,then up to four times PRN,elevation,azimuth,C/No
+void DecodeGsv()
+{
+    constexpr uint32_t FirstGroup = 4, FieldsPerGroup = 4, GroupsPerMessage = 4;
+    if (FieldCount != 8 && FieldCount != 12 && FieldCount != 16 && FieldCount != 20) return;
+    const uint8_t number = static_cast<uint8_t>(ParseInteger(Field(2)));
+    const int32_t inView = ParseInteger(Field(3));
+    if (number >= 1 && number <= SatelliteCount / GroupsPerMessage) {
+        Satellite* satellite = SatelliteView + (number - 1) * GroupsPerMessage;
+        for (uint32_t i = FirstGroup; i < FieldCount; i += FieldsPerGroup, ++satellite) {
+            satellite->prn = static_cast<uint8_t>(ParseInteger(Field(i)));
+            satellite->elevationDegrees = static_cast<uint8_t>(ParseInteger(Field(i + 1)));
+            satellite->azimuthDegrees = static_cast<uint32_t>(ParseInteger(Field(i + 2)));
+            satellite->carrierToNoiseDbHz = static_cast<uint8_t>(ParseInteger(Field(i + 3)));
+        }
+    }
+    if (*Field(2) != *Field(1)) return; // not the group's last message
+    for (uint32_t i = inView > 0 ? static_cast<uint32_t>(inView) : 0; i < SatelliteCount; ++i) {
+        SatelliteView[i].prn = 0;
+        SatelliteView[i].carrierToNoiseDbHz = 0;
+    }
+    ShowSatellites(SatelliteView);
+    RepaintMainWindow();
+}
+
+// $GPRMC,time,status,lat,N,lon,E,knots,course,date,variation,E[,mode]; a void one counts like a valid one
+void DecodeRmc()
+{
+    if (FieldCount != 12 && FieldCount != 13) return;
+    TakeDate(9);
+    TakeTime(1);
+    TakeLatitude(3);
+    TakeLongitude(5);
+    if (HasField(3) && ActiveDialogKind.load() == DialogKind::Sbas) {
+        // The low eight bits of the year are what this side hands on; only Sun and Moon depend on it.
+        UpdateSkyObjects(FixTime.wYear & 0xFF, static_cast<uint8_t>(FixTime.wMonth),
+                         static_cast<uint8_t>(FixTime.wDay), static_cast<uint8_t>(FixTime.wHour),
+                         static_cast<uint8_t>(FixTime.wMinute), static_cast<uint8_t>(FixTime.wSecond),
+                         Latitude, Longitude);
+    }
+    TakeSpeedKnots(7);
+    TakeCourse(8);
+    RepaintMainWindow();
+}
+
+// $GPVTG,course,T,magnetic,M,knots,N,km/h,K[,mode]
+void DecodeVtg()
+{
+    if (FieldCount != 9 && FieldCount != 10) return;
+    TakeCourse(1);
+    TakeSpeedKnots(5);
+    RepaintMainWindow();
+}
+
+// ---- Receiver text ------------------------------------------------------------------------------------
+
+constexpr char TextSentence[] = "PSRFTXT";
+constexpr size_t TextSentenceLength = sizeof TextSentence - 1;
+
+// "POS:" x y z, metres; a control for which there is no number keeps its text.
+void ShowStartPosition(HWND dialog, const char* text)
+{
+    constexpr int Controls[] = {CONTROL_NAVINIT_ECEF_X, CONTROL_NAVINIT_ECEF_Y, CONTROL_NAVINIT_ECEF_Z};
+    for (const int control : Controls) {
+        while (*text == ' ') ++text;
+        if (!*text) return;
+        SetDlgItemInt(dialog, control, static_cast<UINT>(ParseInteger(text)), TRUE);
+        while (*text && *text != ' ') ++text;
+    }
+}
+
+// Start-up lines that fill the fields of the Navigation Initialization dialog.
+void ShowStartValues(HWND dialog, const char* text)
+{
+    struct StartLine {
+        const char* start;
+        int control;
+    };
+    constexpr StartLine Lines[] = {{"TOW:", CONTROL_NAVINIT_TIME_OF_WEEK},
+                                   {"WK:", CONTROL_NAVINIT_WEEK},
+                                   {"CLK:", CONTROL_NAVINIT_CLOCK_OFFSET},
+                                   {"CHNL:", CONTROL_NAVINIT_CHANNELS}};
+    if (StartsWith(text, "POS:")) ShowStartPosition(dialog, text + 4);
+    for (const StartLine& line : Lines)
+        if (StartsWith(text, line.start))
+            SetDlgItemInt(dialog, line.control,
+                          static_cast<UINT>(ParseInteger(text + std::strlen(line.start))), TRUE);
+}
+
+// The text stands in field 1, or directly behind the name; of any other sentence only the name is shown.
+void DecodeText()
+{
+    const bool isText = StartsWith(Field(0), TextSentence);
+    const char* text = !isText ? Field(0) : FieldCount < 2 ? Field(0) + TextSentenceLength : Field(1);
+    constexpr char BaudRate[] = "Baud rate:";
+    if (StartsWith(text, BaudRate))
+        NmeaReportedBaud.store(static_cast<uint32_t>(ParseInteger(text + sizeof BaudRate - 1)));
+    if (HWND dialog = OpenDialogOfKind(DialogKind::NavigationInitialization)) ShowStartValues(dialog, text);
+    AppendReceiverMessage(text);
+    ShowReceiverMessages();
+}
+
+// ---- Dispatch -----------------------------------------------------------------------------------------
+
+void IgnoreSentence() {}
+
+struct Sentence {
+    const char* name;
+    int stampControl; // of the Set Message Rate dialog: when a sentence of this kind arrived last
+    void (*decode)();
+};
+
+constexpr Sentence Sentences[] = {
+    {"GPGGA", CONTROL_STAMP_GGA, DecodeGga},           {"GPGLL", CONTROL_STAMP_GLL, DecodeGll},
+    {"GPGSA", CONTROL_STAMP_GSA, DecodeGsa},           {"GPGSV", CONTROL_STAMP_GSV, DecodeGsv},
+    {"GPMSS", CONTROL_STAMP_MSS, IgnoreSentence},      {"GPRMC", CONTROL_STAMP_RMC, DecodeRmc},
+    {"GPVTG", CONTROL_STAMP_VTG, DecodeVtg},           {"GPZDA", CONTROL_STAMP_ZDA, IgnoreSentence},
+    {"PSRF150", CONTROL_STAMP_SRF150, IgnoreSentence},
+};
+constexpr Sentence TextKind = {TextSentence, CONTROL_STAMP_SRFTXT, DecodeText};
+constexpr Sentence OtherKind = {"", CONTROL_STAMP_OTHER, DecodeText};
+
+const Sentence& FindSentence(const char* name)
+{
+    for (const Sentence& sentence : Sentences)
+        if (std::strcmp(name, sentence.name) == 0) return sentence;
+    return StartsWith(name, TextSentence) ? TextKind : OtherKind;
+}
+
+void StampArrival(int control)
+{
+    HWND dialog = ActiveDialogWindow.load();
+    if (!dialog) return;
+    SYSTEMTIME now;
+    GetLocalTime(&now);
+    wchar_t stamp[16];
+    Format(stamp, L"%02u:%02u:%02u", now.wHour, now.wMinute, now.wSecond);
+    SetDlgItemTextW(dialog, control, stamp);
+}
+
+void BeginNmea()
+{
+    BeginProtocol(NmeaRecognised);
+    // A hot start makes the receiver print its start-up text, its "Baud rate:" among it.
+    if (!CommandLinePending.load()) NmeaSendFromReader("PSRF101,0,0,0,0,0,0,12,1");
+    StoreWorkingPort();
+    StoreChosenRate(DialogKind::SwitchToNmea, CONTROL_TO_NMEA_BAUDRATE, L"NmeaBaudrateIdx");
+}
+
+} // namespace
+
+void NmeaDispatcher(char* sentence)
+{
+    if (LinkClosing.load(std::memory_order_relaxed)) return;
+    if (!NmeaRecognised.load()) BeginNmea();
+    if (SearchInProgress.load()) return;
+    SplitFields(sentence);
+    const Sentence& kind = FindSentence(Field(0));
+    StampArrival(kind.stampControl);
+    kind.decode();
+}
+
+void ResetNmeaDecoder()
+{
+    FieldCount = 0;
+    Latitude = Longitude = 0;
+    for (Satellite& satellite : SatelliteView) satellite = {};
+    ReceiverMessagesText[0] = 0;
+    ClearOnNextAppend.store(0);
+}

@@ -1,0 +1,119 @@
+// What Windows CE has and the desktop lacks, and the calls whose desktop version differs.
+
+#include <cwchar>
+
+#include "platform/platform.h"
+
+// ---- Command bar: the window's own menu ---------------------------------------------------------------
+
+HWND CommandBar_Create(HINSTANCE, HWND window, int)
+{
+    return window;
+}
+
+BOOL CommandBar_InsertMenubar(HWND bar, HINSTANCE instance, WORD menu, WORD)
+{
+    HMENU loaded = LoadMenuW(instance, MAKEINTRESOURCEW(menu));
+    return loaded && SetMenu(bar, loaded);
+}
+
+int CommandBar_Height(HWND)
+{
+    return 0; // the client area already excludes the menu
+}
+
+// ---- Libraries ----------------------------------------------------------------------------------------
+
+FARPROC GetProcAddressW(HMODULE library, const wchar_t* name)
+{
+    if (IS_INTRESOURCE(name)) return GetProcAddress(library, reinterpret_cast<const char*>(name));
+    char narrow[128];
+    if (!WideCharToMultiByte(CP_ACP, 0, name, -1, narrow, sizeof narrow, nullptr, nullptr)) return nullptr;
+    return GetProcAddress(library, narrow);
+}
+
+// ---- Calls whose names are redirected here ------------------------------------------------------------
+
+#undef CreateFileW
+#undef SystemParametersInfoW
+#undef RegOpenKeyExW
+
+HANDLE BridgeCreateFile(const wchar_t* name, DWORD access, DWORD share, SECURITY_ATTRIBUTES* security,
+                        DWORD disposition, DWORD attributes, HANDLE pattern)
+{
+    constexpr size_t Longest = 6; // "COM99:"
+    const size_t length = std::wcslen(name);
+    wchar_t device[sizeof "\\\\.\\" + Longest];
+    if (std::wcsncmp(name, L"COM", 3) == 0 && length <= Longest && name[length - 1] == L':') {
+        std::wcscpy(device, L"\\\\.\\");
+        std::wcscat(device, name);
+        device[std::wcslen(device) - 1] = 0; // this form has no colon
+        name = device;
+    }
+    return CreateFileW(name, access, share, security, disposition, attributes, pattern);
+}
+
+BOOL BridgeSystemParametersInfo(UINT action, UINT size, void* data, UINT flags)
+{
+    if (action != SPI_GETPLATFORMTYPE && action != SPI_GETOEMINFO)
+        return SystemParametersInfoW(action, size, data, flags);
+    const DWORD capacity = size / sizeof(wchar_t);
+    if (action == SPI_GETPLATFORMTYPE) {
+        const DWORD length =
+            GetEnvironmentVariableW(L"TORAVANE_PLATFORM", static_cast<wchar_t*>(data), capacity);
+        if (length && length < capacity) return TRUE;
+    }
+    SetLastError(ERROR_INVALID_PARAMETER);
+    return FALSE;
+}
+
+LONG BridgeRegOpenKeyEx(HKEY root, const wchar_t* path, DWORD options, REGSAM access, HKEY* key)
+{
+    return RegOpenKeyExW(root, *path == L'\\' ? path + 1 : path, options, access, key);
+}
+
+// ---- Common to all platforms --------------------------------------------------------------------------
+
+HANDLE ExchangeHandle(std::atomic<HANDLE>& place, HANDLE value)
+{
+    return place.exchange(value);
+}
+
+bool ReplaceHandle(std::atomic<HANDLE>& place, HANDLE expected, HANDLE value)
+{
+    return place.compare_exchange_strong(expected, value);
+}
+
+HFONT CreateTextPageFont()
+{
+    LOGFONTW font = {};
+    font.lfHeight = -13;
+    font.lfCharSet = ANSI_CHARSET;
+    font.lfPitchAndFamily = FIXED_PITCH | FF_MODERN;
+    std::wcscpy(font.lfFaceName, L"Courier New");
+    return CreateFontIndirectW(&font);
+}
+
+void FitMainWindow(HWND window, int width, int height)
+{
+    RECT outer, client;
+    GetWindowRect(window, &outer);
+    GetClientRect(window, &client);
+    const int frameWidth = outer.right - outer.left - client.right;
+    const int frameHeight = outer.bottom - outer.top - client.bottom;
+    SetWindowPos(window, nullptr, 0, 0, width + frameWidth, height + frameHeight,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void BringToFront(HWND window)
+{
+    ShowWindow(window, SW_RESTORE);
+    SetForegroundWindow(GetLastActivePopup(window));
+}
+
+void PassBackKeyToDialog(HWND) {} // a desktop has no Back key
+
+void CancelThreadIo(HANDLE thread)
+{
+    CancelSynchronousIo(thread);
+}

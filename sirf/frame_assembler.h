@@ -1,0 +1,17 @@
+// Cuts SiRF binary frames out of the receiver's byte stream: A0 A2, length (2), payload, checksum (2), B0 B3,
+// all numbers big-endian.
+#pragma once
+
+#include <cstdint>
+
+constexpr uint32_t MaxSirfPayload = 1023; // longest payload that is accepted
+constexpr uint32_t SirfBufferSize = 1024;
+
+// Feeds one byte; reader thread. A frame with the right checksum (15 bits are compared) and end goes to
+// SirfMessageDecoder and is counted in SirfMessageCount. Everything else is dropped silently, and the search
+// goes on with the next byte: the byte that broke a frame never begins another, on purpose, so A0 A0 A2 is no
+// start. A payload of exactly 188 bytes, the longest that comes every second, measures EffectiveBaud.
+void SirfFramer(uint8_t b);
+
+// Everything as when the program starts.
+void ResetSirfFramer();

@@ -1,0 +1,20 @@
+// SiRF binary commands to the receiver; user-interface thread.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+// Set by the decoder when the receiver wraps its messages into message id 238: commands are then wrapped too.
+// Never cleared. Reader thread writes.
+extern std::atomic<uint8_t> WrapEE;
+
+// Frames a payload of `length` bytes, its first the message id, and sends it. Without an open port, or for
+// more than 255 bytes, nothing happens. When the queue cannot take the whole frame nothing is queued and
+// "Buffer Full"
+// ("SirfSend") is shown. The checksum is sent with all its 16 bits, on purpose.
+void SirfSend(const uint8_t* payload, uint16_t length);
+
+void SendPollSoftwareVersion();            // answered by message id 6
+void SendPollNavigationParameters();       // answered by message id 19
+void SendPollParameter(uint8_t commandId); // answered by message id 43 with the settings of that command
+void SendMessageRate(uint8_t mode, uint8_t messageId, uint8_t rateSeconds);

@@ -1,0 +1,21 @@
+// The command by which a receiver leaves SiRF binary for NMEA (message id 129), and the sentence rates that
+// it is given, which are kept in the settings.
+#pragma once
+
+#include <cstdint>
+
+constexpr uint32_t NmeaRateCount = 10; // GGA, GLL, GSA, GSV, RMC, VTG, MSS, User 8, ZDA, User 10
+constexpr uint32_t SwitchToNmeaLength = 24;
+
+// What becomes of the receiver's debug messages.
+enum class DebugMessages : uint8_t { On = 0, Off = 1, Unchanged = 2 };
+
+// Seconds between two sentences of each kind, 0 none: as stored under "NmeaIntervalIdx01" to "10", the
+// default of a sentence where nothing is stored or a number outside 0..255.
+void LoadNmeaRates(uint8_t (&seconds)[NmeaRateCount]);
+void StoreNmeaRates(const uint8_t (&seconds)[NmeaRateCount]);
+
+// Builds and sends the command. Of the rate in bits/s the low 16 bits are sent: the field has no room for
+// 115200.
+void SendSwitchToNmea(DebugMessages debug, const uint8_t (&seconds)[NmeaRateCount], bool checksums,
+                      uint32_t baud);

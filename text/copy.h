@@ -1,0 +1,20 @@
+// Copies between 8-bit and wide text, and comparisons, without the system's locale.
+#pragma once
+
+#include <cstdint>
+
+// Each byte becomes one wide character, terminator included; `to` has room for all of them.
+void WidenAsciiCopy(wchar_t* to, const char* from);
+
+// The low byte of each character, terminator included; `to` has room for all of them.
+void NarrowWideCopy(char* to, const wchar_t* from);
+
+// Copies at most `capacity` - 1 characters and terminates. `capacity` is at least 1.
+void CopyText(wchar_t* to, uint32_t capacity, const wchar_t* from);
+
+// Whether two texts are the same, case included.
+bool TextEquals(const wchar_t* a, const wchar_t* b);
+
+// Whether `text` begins with `start`; the second form takes letters A to Z and a to z as equal.
+bool StartsWith(const char* text, const char* start);
+bool StartsWithIgnoringCase(const wchar_t* text, const wchar_t* start);

@@ -1,0 +1,116 @@
+#include "text/numbers.h"
+
+#include <cmath>
+
+namespace
+{
+
+constexpr double MaxDecimal = 1e15;
+constexpr uint32_t MaxSignificantDigits = 19; // fit 64 bits
+
+template <typename Char> bool IsDigit(Char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+template <typename Char> const Char* SkipBlanks(const Char* text)
+{
+    while (*text == ' ' || (*text >= '\t' && *text <= '\r')) ++text;
+    return text;
+}
+
+template <typename Char> bool TakeSign(const Char*& text)
+{
+    const bool negative = *text == '-';
+    if (negative || *text == '+') ++text;
+    return negative;
+}
+
+template <typename Char> uint32_t TakeDigits(const Char* text, uint32_t limit)
+{
+    uint64_t value = 0;
+    for (; IsDigit(*text); ++text) {
+        value = value * 10 + static_cast<uint64_t>(*text - '0');
+        if (value > limit) return limit;
+    }
+    return static_cast<uint32_t>(value);
+}
+
+// mantissa / 10^places, rounded once. Exact division where both are exact doubles, else bit by bit.
+double Scale(uint64_t mantissa, uint32_t places)
+{
+    static constexpr double PowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,
+                                             1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19};
+    constexpr uint64_t ExactIntegers = uint64_t{1} << 53;
+    if (mantissa <= ExactIntegers) return static_cast<double>(mantissa) / PowersOfTen[places];
+
+    uint64_t divisor = 1;
+    for (uint32_t i = 0; i < places; ++i) divisor *= 10;
+    uint64_t quotient = mantissa / divisor, rest = mantissa % divisor;
+    int32_t exponent = 0;
+    while (quotient < ExactIntegers) { // 54 bits: one more than a double holds, for the rounding
+        const bool carry = rest >= divisor - rest;
+        rest = carry ? rest - (divisor - rest) : rest + rest;
+        quotient = quotient << 1 | (carry ? 1 : 0);
+        --exponent;
+    }
+    while (quotient >= ExactIntegers << 1) {
+        rest |= quotient & 1;
+        quotient >>= 1;
+        ++exponent;
+    }
+    const bool half = quotient & 1;
+    quotient >>= 1;
+    if (half && (rest || (quotient & 1))) ++quotient;
+    return std::ldexp(static_cast<double>(quotient), exponent + 1);
+}
+
+} // namespace
+
+template <typename Char> int32_t ParseInteger(const Char* text)
+{
+    text = SkipBlanks(text);
+    const bool negative = TakeSign(text);
+    const int64_t magnitude = TakeDigits(text, negative ? uint32_t{1} << 31 : INT32_MAX);
+    return static_cast<int32_t>(negative ? -magnitude : magnitude);
+}
+
+template <typename Char> uint32_t ParseUnsigned(const Char* text)
+{
+    return TakeDigits(SkipBlanks(text), UINT32_MAX);
+}
+
+template <typename Char> double ParseDecimal(const Char* text)
+{
+    text = SkipBlanks(text);
+    const bool negative = TakeSign(text);
+    uint64_t mantissa = 0;
+    uint32_t digits = 0, places = 0;
+    bool point = false, huge = false;
+    for (;; ++text) {
+        if (*text == '.' && !point) {
+            point = true;
+            continue;
+        }
+        if (!IsDigit(*text)) break;
+        if (digits ==
+            MaxSignificantDigits) { // further places do not count, further integer digits are too many
+            if (!point) huge = true;
+            continue;
+        }
+        if (point && places == MaxSignificantDigits) continue;
+        mantissa = mantissa * 10 + static_cast<uint64_t>(*text - '0');
+        if (mantissa) ++digits;
+        if (point) ++places;
+    }
+    double value = huge ? MaxDecimal : Scale(mantissa, places);
+    if (value > MaxDecimal) value = MaxDecimal;
+    return negative ? -value : value;
+}
+
+template int32_t ParseInteger(const char*);
+template int32_t ParseInteger(const wchar_t*);
+template uint32_t ParseUnsigned(const char*);
+template uint32_t ParseUnsigned(const wchar_t*);
+template double ParseDecimal(const char*);
+template double ParseDecimal(const wchar_t*);
