@@ -150,3 +150,10 @@ void ShowPostedBox(WPARAM kind, LPARAM value)
     WaitingCount = 0;
     PostedBoxIsUp = false;
 }
+
+void ResetErrorBoxes()
+{
+    for (auto& posted : CaptionIsPosted) posted.store(0);
+    WaitingCount = 0;
+    PostedBoxIsUp = false;
+}

@@ -47,3 +47,6 @@ void ShowPostedBox(WPARAM kind, LPARAM value);
 
 // "Could only write %u of %u bytes." on the user-interface thread.
 void ShowShortWrite(uint32_t written, uint32_t count);
+
+// Everything as when the program starts.
+void ResetErrorBoxes();

@@ -24,8 +24,8 @@ enum Line : uint32_t {
 };
 
 constexpr uint32_t FirstColumn = 4, ColumnWidth = 3;
-constexpr uint32_t RowCapacity =
-    FirstColumn + ColumnWidth * (SatelliteCount + 1); // the last value may be wide
+constexpr uint32_t WidestColumn = 5; // four characters and the terminator
+constexpr uint32_t RowCapacity = FirstColumn + ColumnWidth * (SatelliteCount - 1) + WidestColumn;
 
 // A row of the satellite table: label, then a column a slot. Each column starts at its place and ends the
 // line, so that a value too wide for its column is overwritten by the next one.
@@ -38,7 +38,7 @@ struct SatelliteRow {
 void PutColumn(SatelliteRow& row, uint32_t slot, CheckedFormat<wchar_t, uint8_t> format, uint8_t value)
 {
     const FormatValue<wchar_t> number = value;
-    FormatValues(row.Column(slot), FirstColumn + ColumnWidth, format.text, &number);
+    FormatValues(row.Column(slot), WidestColumn, format.text, &number);
 }
 
 } // namespace

@@ -1,0 +1,116 @@
+#include "tests/unit/support/product_test.h"
+
+#include "app/dialog_support.h"
+#include "graph/channels.h"
+#include "graph/recorder.h"
+#include "link/link_state.h"
+#include "link/reader_thread.h"
+#include "link/receiver_log.h"
+#include "link/serial_port.h"
+#include "link/write_queue.h"
+#include "nmea/sentence_assembler.h"
+#include "nmea/sentence_decoder.h"
+#include "sirf/frame_assembler.h"
+#include "sirf/frame_sender.h"
+
+namespace
+{
+
+constexpr const wchar_t* SettingsPath = L"Software\\Quenmark\\Toravane";
+
+std::string Narrow(const std::wstring& text)
+{
+    std::string out;
+    for (const wchar_t c : text) out += c < 0x80 ? static_cast<char>(c) : '?';
+    return out;
+}
+
+} // namespace
+
+ProductTest::ProductTest()
+{
+    HeadlessReset();
+    UserInterfaceThread.store(GetCurrentThreadId());
+    MainWindow.store(nullptr);
+    WithdrawDialog();
+    ResetErrorBoxes();
+    ResetLinkState();
+    ResetChannels();
+    ResetNmeaAssembler();
+    ResetNmeaDecoder();
+    ResetSirfFramer();
+    GraphSampleCount.store(0);
+    WrapEE.store(0);
+    PortHandle.store(INVALID_HANDLE_VALUE);
+    LogFileHandle.store(INVALID_HANDLE_VALUE);
+    WriteHead = WriteTail = 0;
+    ChooseLayout();
+    StartTextView();
+}
+
+ProductTest::~ProductTest()
+{
+    PortClose();
+    LogClose();
+}
+
+HeadlessPort& ProductTest::OpenPort()
+{
+    HeadlessPort& port = HeadlessAddPort(3);
+    PortHandle.store(
+        CreateFileW(L"COM3:", GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    return port;
+}
+
+void ProductTest::Feed(std::string_view bytes)
+{
+    for (const char b : bytes) RouteReceivedByte(static_cast<uint8_t>(b));
+}
+
+void ProductTest::FeedSentence(std::string_view body)
+{
+    Feed(Sentence(body));
+}
+
+void ProductTest::RecogniseNmea()
+{
+    NmeaRecognised.store(1);
+    ClearTextView();
+}
+
+std::wstring ProductTest::Line(uint32_t line)
+{
+    wchar_t text[TextLineCapacity];
+    CopyTextLine(line, text);
+    return text;
+}
+
+int32_t ProductTest::Setting(const wchar_t* name)
+{
+    uint32_t value = 0;
+    return HeadlessRegistryGetDword(HKEY_LOCAL_MACHINE, SettingsPath, name, value)
+               ? static_cast<int32_t>(value)
+               : -12345;
+}
+
+void ProductTest::StoreSetting(const wchar_t* name, int32_t value)
+{
+    HeadlessRegistrySetDword(HKEY_LOCAL_MACHINE, SettingsPath, name, static_cast<uint32_t>(value));
+}
+
+std::string Sentence(std::string_view body)
+{
+    unsigned checksum = 0;
+    for (const char c : body) checksum ^= static_cast<unsigned char>(c);
+    char end[8];
+    std::snprintf(end, sizeof end, "*%02X\r\n", checksum);
+    return "$" + std::string(body) + end;
+}
+
+testing::AssertionResult IsBox(const HeadlessBox& box, const std::wstring& caption, const std::wstring& text)
+{
+    if (box.caption == caption && box.text == text && (box.type & MB_ICONINFORMATION))
+        return testing::AssertionSuccess();
+    return testing::AssertionFailure()
+           << "box \"" << Narrow(box.caption) << "\": \"" << Narrow(box.text) << "\", type " << box.type;
+}

@@ -1,0 +1,87 @@
+#include "text/numbers.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <random>
+#include <string>
+
+namespace
+{
+
+struct IntegerRow {
+    const char *name, *text;
+    int32_t value;
+};
+
+TEST(Numbers, Integers)
+{
+    constexpr IntegerRow Rows[] = {
+        {"plain", "42", 42},
+        {"empty", "", 0},
+        {"no number", "abc", 0},
+        {"leading blanks and sign", "  -17x", -17},
+        {"plus sign", "+5", 5},
+        {"fraction ignored", "59.999", 59},
+        {"blank after the sign", "- 5", 0},
+        {"largest", "2147483647", 2147483647},
+        {"one more saturates", "2147483648", 2147483647},
+        {"smallest", "-2147483648", -2147483647 - 1},
+        {"one less saturates", "-2147483649", -2147483647 - 1},
+        {"far beyond 64 bits", "99999999999999999999999999", 2147483647},
+    };
+    for (const IntegerRow& row : Rows) EXPECT_EQ(ParseInteger(row.text), row.value) << row.name;
+    EXPECT_EQ(ParseInteger(L" -12 "), -12);
+}
+
+TEST(Numbers, UnsignedNumbersFill32Bits)
+{
+    EXPECT_EQ(ParseUnsigned("4294967295"), 4294967295u);
+    EXPECT_EQ(ParseUnsigned("4294967296"), 4294967295u);
+    EXPECT_EQ(ParseUnsigned(L"115200 bit/s"), 115200u);
+    EXPECT_EQ(ParseUnsigned("-1"), 0u);
+}
+
+struct DecimalRow {
+    const char *name, *text;
+    double value;
+};
+
+TEST(Numbers, Decimals)
+{
+    constexpr DecimalRow Rows[] = {
+        {"plain", "16.4500", 16.45},
+        {"empty", "", 0},
+        {"no leading digit", ".5", 0.5},
+        {"no digit behind the point", "5.", 5},
+        {"negative", "-0.1", -0.1},
+        {"second point ends it", "1.2.3", 1.2},
+        {"no exponent", "99.9e300", 99.9},
+        {"no infinity", "inf", 0},
+        {"no hexadecimal", "0x10", 0},
+        {"limit", "1000000000000000", 1e15},
+        {"beyond the limit", "99999999999999999999999999", 1e15},
+        {"beyond it below zero", "-1e99", -1},
+        {"twenty digits keep their size", "-12345678901234567890", -1e15},
+        {"nineteen digits round once", "1.234567890123456789", 1.234567890123456789},
+        {"many leading zeros", "000000000000000000000000012.5", 12.5},
+        {"many zeros behind the point", "0.00000000000000000000000000001", 0},
+    };
+    for (const DecimalRow& row : Rows) EXPECT_EQ(ParseDecimal(row.text), row.value) << row.name;
+    EXPECT_EQ(ParseDecimal(L"12.34 %"), 12.34);
+}
+
+TEST(Numbers, DecimalsAgreeWithTheLibrary)
+{
+    std::mt19937_64 random(2);
+    for (int i = 0; i < 200000; ++i) {
+        std::string text = std::to_string(random() >> random() % 64);
+        if (text.size() > 19) text.resize(19);
+        text.insert(random() % (text.size() + 1), ".");
+        double expected = std::strtod(text.c_str(), nullptr);
+        if (expected > 1e15) expected = 1e15;
+        ASSERT_EQ(ParseDecimal(text.c_str()), expected) << text;
+    }
+}
+
+} // namespace

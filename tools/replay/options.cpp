@@ -1,0 +1,84 @@
+#include "options.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+namespace
+{
+
+constexpr char Help[] =
+    R"(Usage: toravane-replay [OPTION]... FILE...
+
+Feeds recorded receiver logs, NMEA text or SiRF binary, byte by byte through the reception of Toravane: the same
+code as in the program, without window, port or waiting. Several files are one stream; "-" reads standard input.
+
+Without an option it prints the text page: 19 lines as the program's window shows them, trailing blanks included,
+in UTF-8. Each option can be used alone or with others; the outputs then follow each other in this order:
+
+  --samples    for each sample that the strip chart records, as it is recorded, one JSON object on a line:
+               {"time":[year,month,day,hour,minute,second],"values":[SVsInFix,HDOP,EHPE,Northing,Easting,VDOP,
+               EVPE,Altitude,Speed,Course]}, numbers with 17 significant digits
+  --page       the text page
+  --stats      four lines: messages of each protocol, the rate that the receiver announced, bytes, and the
+               protocol recognised (NMEA, SiRF, or - for none or both)
+  --messages   the receiver's own text, as the command dialogs show it
+  --commands   what the program would have sent to the receiver: one command on a line, sentences as text without
+               their line end, binary frames as hexadecimal bytes
+  --help       this text
+  --version    the program's version
+
+Exit code: 0; 2 for an unknown option or a file that cannot be read, with one line on standard error.
+
+Examples:
+  toravane-replay walk.txt
+  toravane-replay --stats --samples drive.srf
+  cat part1.txt part2.txt | toravane-replay --page -
+)";
+
+} // namespace
+
+void EndWithError(const std::string& message)
+{
+    std::fprintf(stderr, "toravane-replay: %s\n", message.c_str());
+    std::exit(2);
+}
+
+void ParseOptions(int argumentCount, char** arguments, ReplayOptions& options)
+{
+    struct Flag {
+        std::string_view name;
+        bool ReplayOptions::*member;
+    };
+    constexpr Flag Flags[] = {{"--page", &ReplayOptions::page},
+                              {"--stats", &ReplayOptions::stats},
+                              {"--samples", &ReplayOptions::samples},
+                              {"--messages", &ReplayOptions::messages},
+                              {"--commands", &ReplayOptions::commands}};
+    bool anyOutput = false, onlyFiles = false;
+    for (int i = 1; i < argumentCount; ++i) {
+        const std::string_view argument = arguments[i];
+        if (onlyFiles || argument == "-" || argument.substr(0, 1) != "-") {
+            options.files.emplace_back(argument);
+            continue;
+        }
+        if (argument == "--") {
+            onlyFiles = true;
+            continue;
+        }
+        if (argument == "--help") {
+            std::fputs(Help, stdout);
+            std::exit(0);
+        }
+        if (argument == "--version") {
+            std::puts("toravane-replay " TORAVANE_VERSION);
+            std::exit(0);
+        }
+        bool known = false;
+        for (const Flag& flag : Flags)
+            if (argument == flag.name) known = anyOutput = options.*flag.member = true;
+        if (!known) EndWithError("unknown option " + std::string(argument) + " (--help lists them)");
+    }
+    if (options.files.empty()) EndWithError("no file given (--help explains)");
+    if (!anyOutput) options.page = true;
+}

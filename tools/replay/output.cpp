@@ -1,0 +1,88 @@
+#include "output.h"
+
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+
+#include "app/text_view.h"
+#include "graph/channels.h"
+#include "link/link_state.h"
+#include "nmea/receiver_messages.h"
+
+namespace
+{
+
+std::string ToUtf8(const wchar_t* text)
+{
+    std::string out;
+    for (; *text; ++text) {
+        const uint32_t c = static_cast<uint32_t>(*text);
+        if (c < 0x80) {
+            out += static_cast<char>(c);
+        } else if (c < 0x800) {
+            out += static_cast<char>(0xC0 | c >> 6);
+            out += static_cast<char>(0x80 | (c & 0x3F));
+        } else {
+            out += static_cast<char>(0xE0 | (c >> 12 & 0x0F));
+            out += static_cast<char>(0x80 | (c >> 6 & 0x3F));
+            out += static_cast<char>(0x80 | (c & 0x3F));
+        }
+    }
+    return out;
+}
+
+} // namespace
+
+void PrintSample()
+{
+    std::printf("{\"time\":[%u,%u,%u,%u,%u,%u],\"values\":[", FixTime.wYear, FixTime.wMonth, FixTime.wDay,
+                FixTime.wHour, FixTime.wMinute, FixTime.wSecond);
+    const char* separator = "";
+    for (const GraphChannelRecord& channel : GraphChannel) {
+        if (std::isfinite(channel.Value))
+            std::printf("%s%.17g", separator, channel.Value);
+        else
+            std::printf("%snull", separator);
+        separator = ",";
+    }
+    std::puts("]}");
+}
+
+void PrintPage()
+{
+    for (uint32_t i = 0; i < TextLineCount; ++i) {
+        wchar_t line[TextLineCapacity];
+        CopyTextLine(i, line);
+        std::puts(ToUtf8(line).c_str());
+    }
+}
+
+void PrintStats()
+{
+    std::printf("Messages NMEA %u SiRF %u\n", NmeaMessageCount.load(), SirfMessageCount.load());
+    std::printf("Baudrate NMEA %u\n", NmeaReportedBaud.load());
+    std::printf("Bytes %u\n", BytesReceived.load());
+    std::printf("Protocol %s\n", ToUtf8(ProtocolName(ProtocolMode())).c_str());
+}
+
+void PrintMessages()
+{
+    for (const char c : ToUtf8(ReceiverMessagesText))
+        if (c != '\r') std::putchar(c);
+}
+
+void PrintCommands(const std::vector<std::string>& commands)
+{
+    for (const std::string& command : commands) {
+        if (command.size() >= 2 && command[0] == '$') {
+            std::printf("%s\n", command.substr(0, command.size() - 2).c_str());
+            continue;
+        }
+        const char* separator = "";
+        for (const char c : command) {
+            std::printf("%s%02X", separator, static_cast<unsigned>(static_cast<unsigned char>(c)));
+            separator = " ";
+        }
+        std::putchar('\n');
+    }
+}

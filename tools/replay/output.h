@@ -1,0 +1,11 @@
+// What toravane-replay prints, on standard output.
+#pragma once
+
+#include <string>
+#include <vector>
+
+void PrintSample();                                           // the channels' values and the fix's time
+void PrintPage();                                             // 19 lines
+void PrintStats();                                            // four lines
+void PrintMessages();                                         // the receiver's text
+void PrintCommands(const std::vector<std::string>& commands); // one on a line
