@@ -26,11 +26,14 @@ void HeadlessReset();
 enum class FailMode : uint8_t { Once, FromHereOn };
 
 // Makes the n-th next call (n from 1) of the named platform call fail with the error code; calls that have
-// no failure result (Sleep, GetTickCount) cannot be named.
+// no failure result (Sleep, GetTickCount, SendMessageW) cannot be named. Several faults add up.
 void HeadlessFailCall(const char* call, uint32_t n, DWORD error, FailMode mode = FailMode::Once);
 
-// Makes the n-th next call of any platform call that can fail do so.
+// Makes the n-th next call of any platform call that can fail do so, MessageBoxW left out: boxes show what
+// else has failed.
 void HeadlessFailAnyCall(uint32_t n, DWORD error, FailMode mode = FailMode::Once);
+
+void HeadlessClearFaults();
 
 // Name of the call that failed first since the fault was set up, "" if none has.
 std::string HeadlessFailedCall();
@@ -41,7 +44,7 @@ void HeadlessSetTick(uint32_t milliseconds);       // GetTickCount from now on; 
 void HeadlessSetLocalTime(const SYSTEMTIME& time); // GetLocalTime; runs with the virtual clock
 uint64_t HeadlessElapsed();                        // virtual milliseconds since HeadlessReset
 void HeadlessSetTimeLimit(uint64_t milliseconds);  // abort beyond it; default ten hours, 0 none
-void HeadlessInterleave(uint32_t seed);            // 0: off, the default
+void HeadlessInterleave(uint32_t seed);            // 0: off, the default; calls take some time then
 uint32_t HeadlessLiveThreads();                    // beside the caller's
 
 // ---- Serial ports -------------------------------------------------------------------------------------
@@ -79,14 +82,16 @@ struct HeadlessPort {
 HeadlessPort& HeadlessAddPort(uint32_t number); // "COMn:", n 0..255
 HeadlessPort& HeadlessGetPort(uint32_t number); // aborts if it was not added
 
-// Queues bytes that arrive from now on, `byteMicroseconds` apart (0: all at once), after what is queued.
+// Queues bytes that arrive from now on, or from the port's opening while it is closed, `byteMicroseconds`
+// apart (0: all at once), after what is queued.
 void HeadlessReceive(HeadlessPort& port, std::string_view bytes, uint32_t byteMicroseconds = 0);
 
 // The same, beginning `afterMilliseconds` from now or when the queue is empty, whichever is later.
 void HeadlessReceiveAfter(HeadlessPort& port, uint32_t afterMilliseconds, std::string_view bytes,
                           uint32_t byteMicroseconds = 0);
 
-// Repeats the bytes for ever at the given distance, as a streaming receiver does. "" stops it.
+// Repeats the bytes for ever at the given distance, as a streaming receiver does. "" stops it. What is queued
+// meanwhile goes in between two repetitions; what comes while the port is closed is lost.
 void HeadlessStream(HeadlessPort& port, std::string_view bytes, uint32_t byteMicroseconds);
 
 // ---- Registry, files, system --------------------------------------------------------------------------
@@ -103,6 +108,7 @@ bool HeadlessFileExists(const std::wstring& path);
 std::string HeadlessFileContent(const std::wstring& path);
 void HeadlessWriteFile(const std::wstring& path, std::string_view content);
 void HeadlessDiskFullAfter(uint64_t bytes); // further WriteFile to files fail with ERROR_DISK_FULL
+void HeadlessSetFolder(int folder, const std::wstring& path); // of a CSIDL_ code; "": the look-up fails
 
 // Answer of the next save-file dialogs: the path the user ends with and the filter chosen (from 1); an empty
 // path cancels. Each dialog shown is recorded.
@@ -138,8 +144,9 @@ void HeadlessClearBoxes();
 // Buttons with which the next boxes are answered, in order; without an entry a box gets its default button.
 void HeadlessAnswerBox(int button);
 
-// While a box is up messages are dispatched, as in the system's own loop; scripted user steps that follow the
-// box's answer wait until it is closed. Steps queued with HeadlessDuringBox run while the next box is up.
+// While a box is up messages are dispatched, as in the system's own loop: what is there when it opens, then
+// after each step queued for it with HeadlessDuringBox what that step has caused. No time passes but what the
+// steps let pass. Other steps of the user wait until the box is closed.
 void HeadlessDuringBox(std::function<void()> step);
 
 // ---- The user -----------------------------------------------------------------------------------------
@@ -156,14 +163,19 @@ bool HeadlessRunMessages();
 // Dispatches what is waiting, without letting time pass.
 void HeadlessPumpMessages();
 
+// Lets virtual time pass while the calling thread dispatches its messages; runs no step of the script.
+void HeadlessPass(uint32_t milliseconds);
+
 // The dialog that is open on top, null if none. Each of the following acts on a control as the user would:
-// it aborts when the control does not exist, and does nothing but say so (false) when it is disabled.
+// it aborts when the control does not exist, and does nothing but say so (false) when it, or the window that
+// it is in, is disabled or hidden.
 HWND HeadlessTopDialog();
 bool HeadlessClick(HWND dialog, int control);                          // button, check box, option button
 bool HeadlessType(HWND dialog, int control, const std::wstring& text); // replaces the text, caret at its end
-bool HeadlessChoose(HWND dialog, int control, int index);         // list entry of a combo box or list box
-void HeadlessCommand(HWND window, int command);                   // menu item, or the OK of a menu bar
-void HeadlessKey(HWND window, WPARAM key, wchar_t character = 0); // posted key down, and character if any
+bool HeadlessChoose(HWND dialog, int control, int index); // list entry of a combo box or list box
+bool HeadlessCommand(HWND window, int command);           // menu item, or the OK of a menu bar
+bool HeadlessKey(HWND window, WPARAM key,
+                 wchar_t character = 0); // posted; TranslateMessage makes the character
 
 // What a control shows.
 std::wstring HeadlessText(HWND dialog, int control);
@@ -180,6 +192,9 @@ HWND HeadlessMainWindow(); // the top-level window, null before it exists
 std::wstring HeadlessTitle(HWND window);
 void HeadlessSetClientSize(int width, int height); // of top-level windows made from now on; default 240 x 294
 void HeadlessSetScreenFont(int width, int height); // cell of every character; default 6 x 13
+
+HWND HeadlessBroughtToFront();                  // by BringToFront, null if none was
+void HeadlessOtherProgramInFront(bool inFront); // GetActiveWindow finds none while it is
 
 // Invalidations of a window, in order, true where it asked for erasing; painted or not.
 std::vector<bool> HeadlessInvalidations(HWND window);
@@ -211,3 +226,10 @@ struct HeadlessTemplate {
     std::vector<HeadlessTemplateControl> controls;
 };
 bool HeadlessFindTemplate(uint32_t number, HeadlessTemplate& found);
+
+// ---- What the program has not given back --------------------------------------------------------------
+
+uint32_t HeadlessOpenHandles();  // of files, ports and threads
+uint32_t HeadlessOpenKeys();     // of the registry
+uint32_t HeadlessUnfreedTexts(); // of FormatMessageW
+uint32_t HeadlessGdiObjects();   // drawing objects and device contexts

@@ -1,0 +1,96 @@
+// Platform calls that are told to fail.
+#include "platform/headless/internal.h"
+
+#include <array>
+
+namespace headless
+{
+
+namespace
+{
+
+constexpr std::array CallNames = {
+#define HEADLESS_CALL(name) #name,
+    HEADLESS_FAILABLE_CALLS(HEADLESS_CALL)
+#undef HEADLESS_CALL
+};
+
+struct Fault {
+    bool any;
+    Call call;
+    uint32_t remaining; // calls up to and with the one that fails; 0: spent or, in FromHereOn, failing
+    DWORD error;
+    FailMode mode;
+};
+
+std::vector<Fault> Faults;
+std::string FailedCall;
+
+// Boxes show what else has failed, so "any call" leaves them out.
+bool Concerns(const Fault& fault, Call call)
+{
+    return fault.any ? call != Call::MessageBoxW : fault.call == call;
+}
+
+void Arm(const Fault& fault)
+{
+    if (fault.remaining == 0) Stop("a failing call is counted from 1");
+    if (Faults.empty()) FailedCall.clear();
+    Faults.push_back(fault);
+    FaultsArmed = true;
+}
+
+} // namespace
+
+bool FaultsArmed;
+
+bool FaultHit(Call call)
+{
+    bool hit = false;
+    for (Fault& fault : Faults) {
+        if (!Concerns(fault, call)) continue;
+        if (fault.remaining == 0) {
+            if (fault.mode == FailMode::Once) continue;
+        } else if (--fault.remaining > 0) {
+            continue;
+        }
+        if (hit) continue;
+        hit = true;
+        Me().lastError = fault.error;
+        if (FailedCall.empty()) FailedCall = CallNames[static_cast<size_t>(call)];
+    }
+    return hit;
+}
+
+void ResetFaults()
+{
+    Faults.clear();
+    FailedCall.clear();
+    FaultsArmed = false;
+}
+
+} // namespace headless
+
+using namespace headless;
+
+void HeadlessFailCall(const char* call, uint32_t n, DWORD error, FailMode mode)
+{
+    for (size_t i = 0; i < CallNames.size(); ++i)
+        if (std::string_view(CallNames[i]) == call) return Arm({false, static_cast<Call>(i), n, error, mode});
+    Stop(std::string("no call that can fail: ") + call);
+}
+
+void HeadlessFailAnyCall(uint32_t n, DWORD error, FailMode mode)
+{
+    Arm({true, Call{}, n, error, mode});
+}
+
+void HeadlessClearFaults()
+{
+    ResetFaults();
+}
+
+std::string HeadlessFailedCall()
+{
+    return FailedCall;
+}

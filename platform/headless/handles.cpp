@@ -1,0 +1,110 @@
+// Handles of files, ports and threads. A number is used once only, so that a stale handle shows.
+#include "platform/headless/internal.h"
+
+#include <cwctype>
+#include <unordered_map>
+
+namespace headless
+{
+
+namespace
+{
+
+constexpr uintptr_t FirstHandle = 0x40;
+
+std::unordered_map<HANDLE, std::shared_ptr<Object>> Objects;
+uintptr_t NextHandle = FirstHandle;
+
+} // namespace
+
+bool Fail(DWORD error)
+{
+    Me().lastError = error;
+    return false;
+}
+
+bool Object::Read(void*, DWORD, DWORD&)
+{
+    return Fail(ERROR_INVALID_HANDLE);
+}
+
+bool Object::Write(const void*, DWORD, DWORD&)
+{
+    return Fail(ERROR_INVALID_HANDLE);
+}
+
+HANDLE NewHandle(std::shared_ptr<Object> object)
+{
+    const HANDLE handle = reinterpret_cast<HANDLE>(NextHandle);
+    NextHandle += 4;
+    Objects[handle] = std::move(object);
+    return handle;
+}
+
+std::shared_ptr<Object> FindObject(HANDLE handle)
+{
+    const auto found = Objects.find(handle);
+    if (found != Objects.end()) return found->second;
+    Fail(ERROR_INVALID_HANDLE);
+    return nullptr;
+}
+
+void ResetHandles()
+{
+    Objects.clear();
+    NextHandle = FirstHandle;
+}
+
+std::wstring Lower(std::wstring_view text)
+{
+    std::wstring lower(text);
+    for (wchar_t& character : lower)
+        character = static_cast<wchar_t>(std::towlower(static_cast<wint_t>(character)));
+    return lower;
+}
+
+} // namespace headless
+
+using namespace headless;
+
+uint32_t HeadlessOpenHandles()
+{
+    return static_cast<uint32_t>(Objects.size());
+}
+
+HANDLE CreateFileW(const wchar_t* name, DWORD access, DWORD share, void*, DWORD disposition, DWORD, HANDLE)
+{
+    if (Fails(Call::CreateFileW)) return INVALID_HANDLE_VALUE;
+    uint32_t number = 0;
+    return ParsePortName(name, number) ? OpenPort(name, number) : OpenFile(name, access, share, disposition);
+}
+
+BOOL ReadFile(HANDLE file, void* buffer, DWORD count, DWORD* read, void*)
+{
+    if (Fails(Call::ReadFile)) return FALSE;
+    const auto object = FindObject(file);
+    DWORD done = 0;
+    const bool success = object && object->Read(buffer, count, done);
+    if (read) *read = done;
+    return success;
+}
+
+BOOL WriteFile(HANDLE file, const void* buffer, DWORD count, DWORD* written, void*)
+{
+    if (Fails(Call::WriteFile)) return FALSE;
+    const auto object = FindObject(file);
+    DWORD done = 0;
+    const bool success = object && object->Write(buffer, count, done);
+    if (written) *written = done;
+    return success;
+}
+
+BOOL CloseHandle(HANDLE handle)
+{
+    if (Fails(Call::CloseHandle)) return FALSE;
+    const auto object = FindObject(handle);
+    if (!object) return FALSE;
+    Objects.erase(handle);
+    object->Close();
+    return TRUE;
+}

@@ -1,0 +1,95 @@
+// Menus and the command bar that shows one.
+#include "platform/headless/internal.h"
+
+namespace headless
+{
+
+namespace
+{
+
+constexpr uintptr_t FirstMenu = 0x40010;
+
+std::map<HMENU, std::vector<MenuEntry>> Menus;
+uintptr_t NextMenu = FirstMenu;
+
+// The entries of a window's own menu or of its command bar.
+std::vector<MenuEntry> EntriesOf(HWND window)
+{
+    const Window* found = FindWin(window);
+    if (!found) return {};
+    if (!found->menu.empty()) return found->menu;
+    for (const HWND child : Children(window))
+        if (FindWin(child)->kind == Kind::CommandBar) return FindWin(child)->menu;
+    return {};
+}
+
+} // namespace
+
+// A menu that a window is made with belongs to the window from then on.
+bool TakeMenu(HMENU menu, std::vector<MenuEntry>& entries)
+{
+    const auto found = Menus.find(menu);
+    if (found == Menus.end()) return Fail(1401); // no such menu
+    entries = std::move(found->second);
+    Menus.erase(found);
+    return true;
+}
+
+std::vector<MenuEntry> MenuOf(HWND window)
+{
+    return EntriesOf(window);
+}
+
+void ResetMenus()
+{
+    Menus.clear();
+    NextMenu = FirstMenu;
+}
+
+} // namespace headless
+
+using namespace headless;
+
+std::vector<std::wstring> HeadlessMenu(HWND window)
+{
+    std::vector<std::wstring> lines;
+    for (const MenuEntry& entry : MenuOf(window))
+        lines.push_back(std::to_wstring(entry.depth) + L" " + std::to_wstring(entry.id) + L" " + entry.text);
+    return lines;
+}
+
+HMENU LoadMenuW(HINSTANCE, const wchar_t* name)
+{
+    std::vector<MenuEntry> entries;
+    if (Fails(Call::LoadMenuW) || !FindMenu(name, entries)) return nullptr;
+    const HMENU menu = reinterpret_cast<HMENU>(NextMenu);
+    NextMenu += 16;
+    Menus[menu] = std::move(entries);
+    return menu;
+}
+
+HWND CommandBar_Create(HINSTANCE, HWND window, int id)
+{
+    if (Fails(Call::CommandBar_Create) || !NeedWindow(window)) return nullptr;
+    const HWND bar = MakeWindow(Kind::CommandBar, {nullptr, nullptr, L"CommandBar"}, L"",
+                                WS_CHILD | WS_VISIBLE, window, id);
+    FindWin(bar)->width = ClientSize(*FindWin(window)).cx;
+    FindWin(bar)->height = CommandBarHeight;
+    return bar;
+}
+
+BOOL CommandBar_InsertMenubar(HWND bar, HINSTANCE, WORD menu, WORD)
+{
+    if (Fails(Call::CommandBar_InsertMenubar)) return FALSE;
+    Window* found = NeedWindow(bar);
+    if (!found) return FALSE;
+    if (found->kind != Kind::CommandBar) return Fail(ERROR_INVALID_WINDOW_HANDLE);
+    return FindMenu(MAKEINTRESOURCEW(menu), found->menu);
+}
+
+int CommandBar_Height(HWND bar)
+{
+    PlatformCall();
+    const Window* found = FindWin(bar);
+    return found && found->kind == Kind::CommandBar ? found->height : 0;
+}

@@ -1,0 +1,349 @@
+// Serial ports with a scripted device at the other end.
+//
+// The device has one line: what is queued goes over it piece by piece, each byte at its time, and between the
+// pieces a stream repeats itself. A byte that arrives while the port is open lands in the driver's queue, as
+// noise if the port's rate is not the device's; while the port is closed it is lost. Only what is queued on a
+// closed port waits for the port to be opened.
+#include "platform/headless/internal.h"
+
+#include <algorithm>
+
+namespace headless
+{
+
+namespace
+{
+
+constexpr size_t StreamQueueBytes = 1 << 20; // of a stream that nobody reads no more than this is kept
+
+struct Piece {
+    std::string bytes;
+    uint64_t start; // microseconds
+    uint32_t byteTime;
+    bool awaitsOpening = false; // `start` counts from the port's next opening
+};
+
+struct Port : HeadlessPort {
+    std::deque<Piece> queue;
+    Piece stream{};
+    Piece current{}; // on the line now, from its byte `sentBytes` on
+    size_t sentBytes = 0;
+    uint64_t lineFree = 0;
+    std::string received; // the driver's queue from `taken` on
+    size_t taken = 0;
+    uint32_t noise = 0;
+};
+
+std::map<uint32_t, std::unique_ptr<Port>> Ports;
+
+// Never the first byte of a sentence or of a frame.
+char NoiseByte(Port& port)
+{
+    port.noise = port.noise * 1664525 + 1013904223;
+    const uint8_t byte = static_cast<uint8_t>(port.noise >> 24);
+    return static_cast<char>(byte == '$' || byte == 0xA0 ? 0xFF : byte);
+}
+
+// When the next queued piece can start, and when the stream can start again.
+uint64_t QueueTime(const Port& port)
+{
+    if (port.queue.empty() || port.queue.front().awaitsOpening) return Never;
+    return std::max(port.queue.front().start, port.lineFree);
+}
+
+uint64_t StreamTime(const Port& port)
+{
+    return port.stream.bytes.empty() ? Never : std::max(port.stream.start, port.lineFree);
+}
+
+// Puts the next piece on the line if its time has come.
+bool StartPiece(Port& port)
+{
+    const uint64_t queued = QueueTime(port), streamed = StreamTime(port);
+    if (std::min(queued, streamed) > Now()) return false; // Never too
+    port.sentBytes = 0;
+    if (queued <= streamed) {
+        port.current = std::move(port.queue.front());
+        port.queue.pop_front();
+        port.current.start = queued;
+        return true;
+    }
+    const uint64_t streamTime = port.stream.bytes.size() * uint64_t{port.stream.byteTime};
+    port.current = port.stream;
+    port.current.start = streamed;
+    if (!port.isOpen) port.current.start += (std::min(Now(), queued) - streamed) / streamTime * streamTime;
+    return true;
+}
+
+// Lets everything arrive that has come over the line until now.
+void Arrive(Port& port)
+{
+    while (port.sentBytes < port.current.bytes.size() || StartPiece(port)) {
+        const Piece& piece = port.current;
+        size_t arrived = piece.bytes.size();
+        if (piece.byteTime != 0)
+            arrived =
+                static_cast<size_t>(std::min<uint64_t>(arrived, (Now() - piece.start) / piece.byteTime + 1));
+        if (arrived > port.sentBytes) {
+            std::string bytes = piece.bytes.substr(port.sentBytes, arrived - port.sentBytes);
+            if (port.deviceRate != 0 && port.deviceRate != port.dcb.BaudRate)
+                for (char& byte : bytes) byte = NoiseByte(port);
+            const bool full = piece.byteTime != 0 && port.received.size() - port.taken >= StreamQueueBytes;
+            if (port.isOpen && !full) port.received += bytes;
+            port.sentBytes = arrived;
+        }
+        if (arrived < piece.bytes.size()) break;
+        port.lineFree = piece.start + uint64_t{piece.byteTime} * piece.bytes.size();
+    }
+}
+
+// When the next byte comes, Never if none is on its way.
+uint64_t NextArrival(const Port& port)
+{
+    if (port.sentBytes < port.current.bytes.size())
+        return port.current.start + uint64_t{port.current.byteTime} * port.sentBytes;
+    return std::min(QueueTime(port), StreamTime(port));
+}
+
+struct PortObject : Object {
+    Port* port = nullptr;
+
+    bool Read(void* buffer, DWORD count, DWORD& read) override;
+
+    bool Write(const void* buffer, DWORD count, DWORD& written) override
+    {
+        const size_t accepted =
+            port->acceptBytes < 0 ? count : std::min<size_t>(count, static_cast<size_t>(port->acceptBytes));
+        const std::string bytes(static_cast<const char*>(buffer), accepted);
+        port->sent += bytes;
+        port->writes.push_back(bytes);
+        written = static_cast<DWORD>(accepted);
+        if (const auto onWrite = port->onWrite) onWrite(*port, bytes);
+        return true;
+    }
+
+    void Close() override
+    {
+        Arrive(*port);
+        port->received.clear();
+        port->taken = 0;
+        port->isOpen = false;
+        ++port->closes;
+        WakeAll(WakePort); // reads that still wait end
+    }
+};
+
+bool PortObject::Read(void* buffer, DWORD count, DWORD& read)
+{
+    Port& line = *port;
+    const COMMTIMEOUTS& timeouts = line.timeouts;
+    const bool atOnce = timeouts.ReadIntervalTimeout == INFINITE &&
+                        timeouts.ReadTotalTimeoutMultiplier == 0 && timeouts.ReadTotalTimeoutConstant == 0;
+    const uint64_t total =
+        uint64_t{timeouts.ReadTotalTimeoutMultiplier} * count + timeouts.ReadTotalTimeoutConstant;
+    const uint64_t end = total == 0 ? Never : Now() + total * 1000;
+    const uint32_t openedAs = line.opens;
+    for (;;) {
+        if (line.taken == line.received.size()) Arrive(line);
+        if (atOnce || line.taken < line.received.size() || count == 0 || Now() >= end) break;
+        Wait(std::min(end, NextArrival(line)), WakePort, {"a byte of the port", line.number});
+        if (!line.isOpen || line.opens != openedAs) return Fail(ERROR_INVALID_HANDLE);
+    }
+    read = static_cast<DWORD>(std::min<size_t>(count, line.received.size() - line.taken));
+    std::copy_n(line.received.data() + line.taken, read, static_cast<char*>(buffer));
+    line.taken += read;
+    if (line.taken == line.received.size()) {
+        line.received.clear();
+        line.taken = 0;
+    }
+    return true;
+}
+
+Port* FindPort(HANDLE handle)
+{
+    const auto object = std::dynamic_pointer_cast<PortObject>(FindObject(handle));
+    if (!object) Fail(ERROR_INVALID_HANDLE);
+    return object ? object->port : nullptr;
+}
+
+} // namespace
+
+bool ParsePortName(const std::wstring& name, uint32_t& number)
+{
+    if (name.size() < 5 || name.size() > 7 || Lower(name.substr(0, 3)) != L"com" || name.back() != L':')
+        return false;
+    number = 0;
+    for (size_t i = 3; i + 1 < name.size(); ++i) {
+        if (name[i] < L'0' || name[i] > L'9') return false;
+        number = number * 10 + static_cast<uint32_t>(name[i] - L'0');
+    }
+    return true;
+}
+
+HANDLE OpenPort(const std::wstring&, uint32_t number)
+{
+    const auto found = Ports.find(number);
+    if (found == Ports.end()) return Fail(ERROR_FILE_NOT_FOUND), INVALID_HANDLE_VALUE;
+    Port& port = *found->second;
+    if (port.isOpen) return Fail(ERROR_ACCESS_DENIED), INVALID_HANDLE_VALUE;
+    Arrive(port);
+    for (Piece& piece : port.queue) {
+        if (piece.awaitsOpening) piece.start += Now();
+        piece.awaitsOpening = false;
+    }
+    port.isOpen = true;
+    ++port.opens;
+    auto object = std::make_shared<PortObject>();
+    object->port = &port;
+    return NewHandle(object);
+}
+
+void ResetPorts()
+{
+    Ports.clear();
+}
+
+} // namespace headless
+
+using namespace headless;
+
+HeadlessPort& HeadlessAddPort(uint32_t number)
+{
+    if (number > 255) Stop("a port number above 255");
+    auto& port = Ports[number];
+    port = std::make_unique<Port>();
+    port->number = number;
+    port->noise = number + 1;
+    // An ordinary UART at rest.
+    port->properties = {};
+    port->properties.wPacketLength = sizeof(COMMPROP);
+    port->properties.wPacketVersion = 2;
+    port->properties.dwServiceMask = 1;
+    port->properties.dwMaxTxQueue = 16;
+    port->properties.dwMaxRxQueue = 2048;
+    port->properties.dwMaxBaud = 0x20000;
+    port->properties.dwProvSubType = 1;
+    port->properties.dwProvCapabilities = 0xFF;
+    port->properties.dwSettableParams = 0x7F;
+    port->properties.dwSettableBaud = 0x6FFFF;
+    port->properties.wSettableData = 0xF;
+    port->properties.wSettableStopParity = 0x1F07;
+    port->dcb = {};
+    port->dcb.DCBlength = sizeof(DCB);
+    port->dcb.BaudRate = 9600;
+    port->dcb.fBinary = 1;
+    port->dcb.fDtrControl = 1;
+    port->dcb.ByteSize = 8;
+    port->dcb.XonLim = port->dcb.XoffLim = 512;
+    port->dcb.XonChar = 17;
+    port->dcb.XoffChar = 19;
+    port->timeouts = {};
+    port->errors = 0;
+    port->status = {};
+    return *port;
+}
+
+HeadlessPort& HeadlessGetPort(uint32_t number)
+{
+    const auto found = Ports.find(number);
+    if (found == Ports.end()) Stop("port " + std::to_string(number) + " was not added");
+    return *found->second;
+}
+
+void HeadlessReceive(HeadlessPort& port, std::string_view bytes, uint32_t byteMicroseconds)
+{
+    HeadlessReceiveAfter(port, 0, bytes, byteMicroseconds);
+}
+
+void HeadlessReceiveAfter(HeadlessPort& port, uint32_t afterMilliseconds, std::string_view bytes,
+                          uint32_t byteMicroseconds)
+{
+    Port& line = static_cast<Port&>(port);
+    Arrive(line);
+    const uint64_t delay = uint64_t{afterMilliseconds} * 1000;
+    line.queue.push_back(
+        {std::string(bytes), line.isOpen ? Now() + delay : delay, byteMicroseconds, !line.isOpen});
+    WakeAll(WakePort);
+}
+
+void HeadlessStream(HeadlessPort& port, std::string_view bytes, uint32_t byteMicroseconds)
+{
+    Port& line = static_cast<Port&>(port);
+    if (byteMicroseconds == 0 && !bytes.empty()) Stop("a stream whose bytes take no time never ends");
+    Arrive(line);
+    line.stream = {std::string(bytes), Now(), byteMicroseconds, false};
+    WakeAll(WakePort);
+}
+
+BOOL GetCommProperties(HANDLE port, COMMPROP* properties)
+{
+    if (Fails(Call::GetCommProperties)) return FALSE;
+    const Port* found = FindPort(port);
+    if (!found) return FALSE;
+    *properties = found->properties;
+    return TRUE;
+}
+
+BOOL GetCommState(HANDLE port, DCB* dcb)
+{
+    if (Fails(Call::GetCommState)) return FALSE;
+    const Port* found = FindPort(port);
+    if (!found) return FALSE;
+    *dcb = found->dcb;
+    return TRUE;
+}
+
+BOOL SetCommState(HANDLE port, DCB* dcb)
+{
+    if (Fails(Call::SetCommState)) return FALSE;
+    Port* found = FindPort(port);
+    if (!found) return FALSE;
+    if (dcb->DCBlength != sizeof(DCB)) return Fail(ERROR_INVALID_PARAMETER);
+    Arrive(*found); // what has come until now came at the old rate
+    found->dcb = *dcb;
+    found->rates.push_back(dcb->BaudRate);
+    return TRUE;
+}
+
+BOOL GetCommTimeouts(HANDLE port, COMMTIMEOUTS* timeouts)
+{
+    if (Fails(Call::GetCommTimeouts)) return FALSE;
+    const Port* found = FindPort(port);
+    if (!found) return FALSE;
+    *timeouts = found->timeouts;
+    return TRUE;
+}
+
+BOOL SetCommTimeouts(HANDLE port, COMMTIMEOUTS* timeouts)
+{
+    if (Fails(Call::SetCommTimeouts)) return FALSE;
+    Port* found = FindPort(port);
+    if (!found) return FALSE;
+    found->timeouts = *timeouts;
+    return TRUE;
+}
+
+BOOL ClearCommError(HANDLE port, DWORD* errors, COMSTAT* status)
+{
+    if (Fails(Call::ClearCommError)) return FALSE;
+    const Port* found = FindPort(port);
+    if (!found) return FALSE;
+    if (errors) *errors = found->errors;
+    if (status) *status = found->status;
+    return TRUE;
+}
+
+BOOL EscapeCommFunction(HANDLE port, DWORD function)
+{
+    if (Fails(Call::EscapeCommFunction)) return FALSE;
+    Port* found = FindPort(port);
+    if (!found) return FALSE;
+    found->escapes.push_back(function);
+    return TRUE;
+}
+
+BOOL SetCommMask(HANDLE port, DWORD)
+{
+    if (Fails(Call::SetCommMask)) return FALSE;
+    return FindPort(port) != nullptr;
+}

@@ -1,0 +1,273 @@
+// The registry: two roots of keys in memory. Names keep their letters and compare without case.
+#include "platform/headless/internal.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace headless
+{
+
+namespace
+{
+
+constexpr DWORD QueryRight = 1, SetRight = 2, EnumerateRight = 8, WriteRights = 6, AllRights = ~DWORD{0};
+constexpr uintptr_t FirstKey = 0x1000;
+
+struct Value {
+    DWORD type;
+    std::string data;
+};
+
+struct Key {
+    std::wstring name;
+    std::map<std::wstring, std::shared_ptr<Key>> keys; // by name in lower case
+    std::map<std::wstring, Value> values;
+};
+
+struct OpenedKey {
+    std::shared_ptr<Key> key;
+    DWORD rights;
+    HKEY root;
+};
+
+struct Root {
+    std::shared_ptr<Key> key = std::make_shared<Key>();
+    bool refusesWrites = false;
+};
+
+std::map<HKEY, Root> Roots;
+std::map<HKEY, OpenedKey> OpenedKeys;
+uintptr_t NextKey = FirstKey;
+
+std::vector<std::wstring> Split(std::wstring_view path)
+{
+    std::vector<std::wstring> names(1);
+    for (const wchar_t character : path)
+        if (character == L'\\')
+            names.emplace_back();
+        else
+            names.back() += character;
+    std::erase(names, L"");
+    return names;
+}
+
+std::shared_ptr<Key> Walk(std::shared_ptr<Key> key, std::wstring_view path, bool create)
+{
+    for (const std::wstring& name : Split(path)) {
+        std::shared_ptr<Key>& next = key->keys[Lower(name)];
+        if (!next && create) {
+            next = std::make_shared<Key>();
+            next->name = name;
+        }
+        if (!next) {
+            key->keys.erase(Lower(name));
+            return nullptr;
+        }
+        key = next;
+    }
+    return key;
+}
+
+bool IsRoot(HKEY key)
+{
+    return key == HKEY_LOCAL_MACHINE || key == HKEY_CURRENT_USER;
+}
+
+Root& RootOf(HKEY root)
+{
+    if (!IsRoot(root)) Stop("a registry root that the headless platform does not have");
+    return Roots[root];
+}
+
+// The key behind a handle if it was opened with the right; otherwise null and the error.
+std::shared_ptr<Key> Opened(HKEY handle, DWORD right, LONG& error)
+{
+    const auto found = OpenedKeys.find(handle);
+    if (!IsRoot(handle) && found == OpenedKeys.end()) {
+        error = ERROR_INVALID_HANDLE;
+        return nullptr;
+    }
+    const HKEY root = IsRoot(handle) ? handle : found->second.root;
+    const DWORD rights = IsRoot(handle) ? AllRights : found->second.rights;
+    if ((right & ~rights) || ((right & WriteRights) && Roots[root].refusesWrites)) {
+        error = ERROR_ACCESS_DENIED;
+        return nullptr;
+    }
+    error = ERROR_SUCCESS;
+    return IsRoot(handle) ? Roots[root].key : found->second.key;
+}
+
+HKEY NewKey(std::shared_ptr<Key> key, DWORD rights, HKEY root)
+{
+    const HKEY handle = reinterpret_cast<HKEY>(NextKey);
+    NextKey += 16;
+    OpenedKeys.insert({handle, OpenedKey{std::move(key), rights, root}});
+    return handle;
+}
+
+LONG OpenKey(HKEY root, const wchar_t* path, DWORD access, bool create, HKEY* key, DWORD* disposition)
+{
+    LONG error = ERROR_SUCCESS;
+    const std::shared_ptr<Key> base = Opened(root, 0, error);
+    if (!base) return error;
+    const HKEY top = IsRoot(root) ? root : OpenedKeys.at(root).root;
+    if ((access & WriteRights) && Roots[top].refusesWrites) return ERROR_ACCESS_DENIED;
+    std::shared_ptr<Key> found = Walk(base, path ? path : L"", false);
+    if (disposition) *disposition = found ? 2 : 1; // opened, created
+    if (!found && create) {
+        if (Roots[top].refusesWrites) return ERROR_ACCESS_DENIED;
+        found = Walk(base, path, true);
+    }
+    if (!found) return ERROR_FILE_NOT_FOUND;
+    *key = NewKey(std::move(found), access, top);
+    return ERROR_SUCCESS;
+}
+
+void SetValue(HKEY root, const wchar_t* path, const wchar_t* name, DWORD type, std::string data)
+{
+    Walk(RootOf(root).key, path, true)->values[Lower(name ? name : L"")] = {type, std::move(data)};
+}
+
+std::string BytesOf(const void* data, size_t size)
+{
+    return data ? std::string(static_cast<const char*>(data), size) : std::string();
+}
+
+} // namespace
+
+void ResetRegistry()
+{
+    Roots.clear();
+    OpenedKeys.clear();
+    NextKey = FirstKey;
+}
+
+} // namespace headless
+
+using namespace headless;
+
+uint32_t HeadlessOpenKeys()
+{
+    return static_cast<uint32_t>(OpenedKeys.size());
+}
+
+void HeadlessRegistrySetDword(HKEY root, const wchar_t* path, const wchar_t* name, uint32_t value)
+{
+    SetValue(root, path, name, REG_DWORD, BytesOf(&value, sizeof value));
+}
+
+void HeadlessRegistrySetText(HKEY root, const wchar_t* path, const wchar_t* name, const wchar_t* text)
+{
+    SetValue(root, path, name, REG_SZ, BytesOf(text, (std::wcslen(text) + 1) * sizeof(wchar_t)));
+}
+
+void HeadlessRegistrySetBytes(HKEY root, const wchar_t* path, const wchar_t* name, DWORD type,
+                              std::string_view bytes)
+{
+    std::string data(bytes);
+    if (type == REG_SZ || type == REG_MULTI_SZ) {
+        data.clear();
+        for (size_t i = 0; i + 1 < bytes.size(); i += 2) {
+            const wchar_t character = static_cast<wchar_t>(static_cast<uint8_t>(bytes[i]) |
+                                                           static_cast<uint8_t>(bytes[i + 1]) << 8);
+            data += BytesOf(&character, sizeof character);
+        }
+        if (bytes.size() % 2 != 0) data += bytes.back();
+    }
+    SetValue(root, path, name, type, std::move(data));
+}
+
+void HeadlessRegistryCreateKey(HKEY root, const wchar_t* path)
+{
+    Walk(RootOf(root).key, path, true);
+}
+
+bool HeadlessRegistryGetDword(HKEY root, const wchar_t* path, const wchar_t* name, uint32_t& value)
+{
+    const std::shared_ptr<Key> key = Walk(RootOf(root).key, path, false);
+    if (!key) return false;
+    const auto found = key->values.find(Lower(name));
+    if (found == key->values.end() || found->second.type != REG_DWORD ||
+        found->second.data.size() != sizeof value)
+        return false;
+    std::memcpy(&value, found->second.data.data(), sizeof value);
+    return true;
+}
+
+void HeadlessRegistryRefuseWrites(HKEY root, bool refuse)
+{
+    RootOf(root).refusesWrites = refuse;
+}
+
+LONG RegOpenKeyExW(HKEY root, const wchar_t* path, DWORD, DWORD access, HKEY* key)
+{
+    if (Fails(Call::RegOpenKeyExW)) return static_cast<LONG>(Me().lastError);
+    return OpenKey(root, path, access, false, key, nullptr);
+}
+
+LONG RegCreateKeyExW(HKEY root, const wchar_t* path, DWORD, wchar_t*, DWORD, DWORD access, void*, HKEY* key,
+                     DWORD* disposition)
+{
+    if (Fails(Call::RegCreateKeyExW)) return static_cast<LONG>(Me().lastError);
+    return OpenKey(root, path, access, true, key, disposition);
+}
+
+LONG RegQueryValueExW(HKEY key, const wchar_t* name, DWORD*, DWORD* type, BYTE* data, DWORD* size)
+{
+    if (Fails(Call::RegQueryValueExW)) return static_cast<LONG>(Me().lastError);
+    LONG error = ERROR_SUCCESS;
+    const std::shared_ptr<Key> opened = Opened(key, QueryRight, error);
+    if (!opened) return error;
+    if (data && !size) return ERROR_INVALID_PARAMETER;
+    const auto found = opened->values.find(Lower(name ? name : L""));
+    if (found == opened->values.end()) return ERROR_FILE_NOT_FOUND;
+    const Value& value = found->second;
+    if (type) *type = value.type;
+    if (!size) return ERROR_SUCCESS;
+    const DWORD capacity = *size;
+    *size = static_cast<DWORD>(value.data.size());
+    if (!data) return ERROR_SUCCESS;
+    if (capacity < *size) return ERROR_MORE_DATA;
+    std::copy(value.data.begin(), value.data.end(), data);
+    return ERROR_SUCCESS;
+}
+
+LONG RegSetValueExW(HKEY key, const wchar_t* name, DWORD, DWORD type, const BYTE* data, DWORD size)
+{
+    if (Fails(Call::RegSetValueExW)) return static_cast<LONG>(Me().lastError);
+    LONG error = ERROR_SUCCESS;
+    const std::shared_ptr<Key> opened = Opened(key, SetRight, error);
+    if (!opened) return error;
+    opened->values[Lower(name ? name : L"")] = {type, BytesOf(data, size)};
+    return ERROR_SUCCESS;
+}
+
+LONG RegDeleteValueW(HKEY key, const wchar_t* name)
+{
+    if (Fails(Call::RegDeleteValueW)) return static_cast<LONG>(Me().lastError);
+    LONG error = ERROR_SUCCESS;
+    const std::shared_ptr<Key> opened = Opened(key, SetRight, error);
+    if (!opened) return error;
+    return opened->values.erase(Lower(name ? name : L"")) != 0 ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
+}
+
+LONG RegEnumKeyExW(HKEY key, DWORD index, wchar_t* name, DWORD* nameCount, DWORD*, wchar_t*, DWORD*, void*)
+{
+    if (Fails(Call::RegEnumKeyExW)) return static_cast<LONG>(Me().lastError);
+    LONG error = ERROR_SUCCESS;
+    const std::shared_ptr<Key> opened = Opened(key, EnumerateRight, error);
+    if (!opened) return error;
+    if (index >= opened->keys.size()) return ERROR_NO_MORE_ITEMS;
+    const std::wstring& found = std::next(opened->keys.begin(), static_cast<ptrdiff_t>(index))->second->name;
+    if (*nameCount <= found.size()) return ERROR_MORE_DATA;
+    std::copy_n(found.c_str(), found.size() + 1, name);
+    *nameCount = static_cast<DWORD>(found.size());
+    return ERROR_SUCCESS;
+}
+
+LONG RegCloseKey(HKEY key)
+{
+    if (Fails(Call::RegCloseKey)) return static_cast<LONG>(Me().lastError);
+    if (IsRoot(key)) return ERROR_SUCCESS;
+    return OpenedKeys.erase(key) != 0 ? ERROR_SUCCESS : ERROR_INVALID_HANDLE;
+}
