@@ -1,0 +1,71 @@
+#include "app/dialog_support.h"
+
+#include "tests/unit/support/product_test.h"
+
+namespace
+{
+
+class DialogSupport : public ProductTest
+{
+};
+
+struct PlatformRow {
+    const wchar_t* type;
+    DWORD error;
+    bool smartphone, pocketPc;
+};
+
+TEST_F(DialogSupport, PlatformTypes)
+{
+    constexpr PlatformRow Rows[] = {
+        {L"SmartPhone", 0, true, false},
+        {L"SMARTPHONE 2003", 0, true, false},
+        {L"Smart", 0, false, false},
+        {L"PocketPC", 0, false, true},
+        {L"pocketpc phone", 0, false, true},
+        {L"Pocket PC", 0, false, false},
+        {L"", 0, false, false},
+        {L"", ERROR_ACCESS_DENIED, true, false}, // what a locked keypad device answers
+        {L"", ERROR_INVALID_SPI_VALUE, false, false},
+    };
+    for (const PlatformRow& row : Rows) {
+        HeadlessSetPlatformType(row.type, row.error);
+        EXPECT_EQ(IsSmartphone(), row.smartphone) << row.error;
+        EXPECT_EQ(IsPocketPc(), row.pocketPc) << row.error;
+    }
+}
+
+TEST_F(DialogSupport, LayoutOfADesktopAndOfAKeypadDevice)
+{
+    ChooseLayout();
+    EXPECT_EQ(LayoutOffset(), 0u);
+    EXPECT_EQ(ListMessages.addString, 323u);
+    EXPECT_EQ(ListMessages.insertString, 330u);
+    EXPECT_EQ(ListMessages.deleteString, 324u);
+    EXPECT_EQ(ListMessages.setSelection, 334u);
+    EXPECT_EQ(ListMessages.getSelection, 327u);
+    EXPECT_EQ(ListMessages.getText, 328u);
+    EXPECT_EQ(ListMessages.getTextLength, 329u);
+    HeadlessSetPlatformType(L"SmartPhone");
+    ChooseLayout();
+    EXPECT_EQ(LayoutOffset(), 100u);
+    EXPECT_EQ(ListMessages.addString, 384u);
+    EXPECT_EQ(ListMessages.insertString, 385u);
+    EXPECT_EQ(ListMessages.deleteString, 386u);
+    EXPECT_EQ(ListMessages.setSelection, 390u);
+    EXPECT_EQ(ListMessages.getSelection, 392u);
+    EXPECT_EQ(ListMessages.getText, 393u);
+    EXPECT_EQ(ListMessages.getTextLength, 394u);
+}
+
+TEST_F(DialogSupport, ListOfNoDialogHasNoSelection)
+{
+    EXPECT_EQ(GetListSelection(nullptr, 1001), -1);
+    wchar_t text[8] = L"old";
+    EXPECT_EQ(GetSelectedListText(nullptr, 1001, text, 8), 0u);
+    bool found = true;
+    EXPECT_EQ(GetSelectedListNumber(nullptr, 1001, found), 0);
+    EXPECT_FALSE(found);
+}
+
+} // namespace

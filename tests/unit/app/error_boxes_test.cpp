@@ -1,0 +1,155 @@
+#include "app/error_boxes.h"
+
+#include "tests/unit/support/product_test.h"
+
+namespace
+{
+
+// Sends itself nothing but hands posted boxes on, as the main window does.
+LRESULT CALLBACK BoxWindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == MessagePostedBox) {
+        ShowPostedBox(wParam, lParam);
+        return 0;
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+class ErrorBoxes : public ProductTest
+{
+protected:
+    ErrorBoxes()
+    {
+        WNDCLASSW windowClass = {};
+        windowClass.lpfnWndProc = BoxWindowProcedure;
+        windowClass.lpszClassName = L"Boxes";
+        RegisterClassW(&windowClass);
+        MainWindow.store(CreateWindowExW(0, L"Boxes", L"Boxes", WS_VISIBLE, 0, 0, 100, 100, nullptr, nullptr,
+                                         nullptr, nullptr));
+    }
+    ~ErrorBoxes() override { DestroyWindow(MainWindow.load()); }
+
+    // What the reader thread would do.
+    template <typename Action> static void OnReaderThread(Action action)
+    {
+        const DWORD own = UserInterfaceThread.load();
+        UserInterfaceThread.store(own + 1);
+        action();
+        UserInterfaceThread.store(own);
+    }
+};
+
+TEST_F(ErrorBoxes, LastErrorIsShownWithTheCallsName)
+{
+    SetLastError(ERROR_ACCESS_DENIED);
+    ShowLastError(L"SomeCall");
+    ASSERT_EQ(HeadlessBoxes().size(), 1u);
+    EXPECT_EQ(HeadlessBoxes()[0].caption, L"SomeCall");
+    EXPECT_NE(HeadlessBoxes()[0].text.find(L"5"), std::wstring::npos);
+    EXPECT_EQ(HeadlessBoxes()[0].type, MB_OK | MB_ICONINFORMATION);
+    EXPECT_EQ(HeadlessBoxes()[0].owner, MainWindow.load());
+}
+
+TEST_F(ErrorBoxes, ErrorWithoutASystemTextIsShownByItsNumber)
+{
+    HeadlessFailCall("FormatMessageW", 1, ERROR_GEN_FAILURE);
+    SetLastError(1234);
+    ShowLastError(L"SomeCall");
+    ASSERT_EQ(HeadlessBoxes().size(), 1u);
+    EXPECT_TRUE(IsBox(HeadlessBoxes()[0], L"SomeCall", L"Error 1234"));
+}
+
+TEST_F(ErrorBoxes, CheckShowsZeroResultsOnly)
+{
+    CheckGdiResult(1, L"Call");
+    EXPECT_TRUE(HeadlessBoxes().empty());
+    CheckGdiResult(0, L"Call");
+    EXPECT_EQ(HeadlessBoxes().size(), 1u);
+}
+
+TEST_F(ErrorBoxes, ReaderPostsAndTheUserInterfaceShows)
+{
+    OnReaderThread([] {
+        SetLastError(ERROR_DISK_FULL);
+        ShowLastError(L"WriteFile File");
+        PostBox(PostedBox::CouldOnlyWrite, 3u << 16 | 31u);
+    });
+    EXPECT_TRUE(HeadlessBoxes().empty());
+    HeadlessPumpMessages();
+    ASSERT_EQ(HeadlessBoxes().size(), 2u);
+    EXPECT_EQ(HeadlessBoxes()[0].caption, L"WriteFile File");
+    EXPECT_NE(HeadlessBoxes()[0].text.find(L"112"), std::wstring::npos);
+    EXPECT_TRUE(IsBox(HeadlessBoxes()[1], L"PortWriteBuffer", L"Could only write 3 of 31 bytes."));
+}
+
+TEST_F(ErrorBoxes, ReaderSaysEachFailureOnceUntilItIsAnswered)
+{
+    OnReaderThread([] {
+        for (int i = 0; i < 100; ++i) CheckGdiResult(0, L"BitBlt3");
+        CheckGdiResult(0, L"Polyline3");
+    });
+    HeadlessPumpMessages();
+    ASSERT_EQ(HeadlessBoxes().size(), 2u);
+    EXPECT_EQ(HeadlessBoxes()[0].caption, L"BitBlt3");
+    EXPECT_EQ(HeadlessBoxes()[1].caption, L"Polyline3");
+    OnReaderThread([] { CheckGdiResult(0, L"BitBlt3"); });
+    HeadlessPumpMessages();
+    EXPECT_EQ(HeadlessBoxes().size(), 3u);
+}
+
+TEST_F(ErrorBoxes, PostedBoxesComeOneByOneAndEightMayWait)
+{
+    HeadlessDuringBox([] {
+        for (uint32_t i = 1; i <= 20; ++i) PostBox(PostedBox::CouldOnlyWrite, i << 16 | 99u);
+    });
+    PostBox(PostedBox::CouldOnlyWrite, 99u);
+    HeadlessPumpMessages();
+    ASSERT_EQ(HeadlessBoxes().size(), 9u); // the one that was up and eight that waited
+    EXPECT_EQ(HeadlessBoxes()[0].text, L"Could only write 0 of 99 bytes.");
+    EXPECT_EQ(HeadlessBoxes()[1].text, L"Could only write 1 of 99 bytes.");
+    EXPECT_EQ(HeadlessBoxes()[8].text, L"Could only write 8 of 99 bytes.");
+}
+
+struct RefusalRow {
+    uint32_t refused, polled;
+    const wchar_t* text;
+};
+
+TEST_F(ErrorBoxes, RefusalsAreWorded)
+{
+    constexpr RefusalRow Rows[] = {
+        {168, 170,
+         L"Get SBAS parameters not accepted. A likely reason is that it is not supported on XTrac or GSW3 "
+         L"firmware."},
+        {168, 136, L"Command 168 with parameter 136 not accepted."},
+        {170, 0,
+         L"Set SBAS parameters not accepted. A likely reason is that it is not supported on XTrac firmware."},
+        {136, 0, L"Command 136\r\rCommand or parameter not accepted."},
+    };
+    for (const RefusalRow& row : Rows) {
+        HeadlessClearBoxes();
+        PostBox(PostedBox::RefusedCommand, row.refused << 8 | row.polled);
+        HeadlessPumpMessages();
+        ASSERT_EQ(HeadlessBoxes().size(), 1u);
+        EXPECT_TRUE(IsBox(HeadlessBoxes()[0], L"NAcknowledgment", row.text));
+        EXPECT_EQ(HeadlessBoxes()[0].owner, MainWindow.load());
+    }
+}
+
+TEST_F(ErrorBoxes, StrayMessagesShowNothing)
+{
+    ShowPostedBox(200, 0);
+    ShowPostedBox(static_cast<WPARAM>(PostedBox::LastError), 0x7FFF0000);
+    EXPECT_TRUE(HeadlessBoxes().empty());
+}
+
+TEST_F(ErrorBoxes, WithoutAMainWindowNothingIsPosted)
+{
+    HWND window = MainWindow.exchange(nullptr);
+    PostBox(PostedBox::CouldOnlyWrite, 1);
+    HeadlessPumpMessages();
+    EXPECT_TRUE(HeadlessBoxes().empty());
+    MainWindow.store(window);
+}
+
+} // namespace

@@ -1,0 +1,419 @@
+#include "app/main_window.h"
+
+#include "app/main.h"
+#include "link/link_state.h"
+#include "link/serial_port.h"
+#include "link/write_queue.h"
+#include "resources/resource_ids.h"
+#include "tests/unit/support/product_test.h"
+
+namespace
+{
+
+INT_PTR UnusedExport()
+{
+    return 0;
+}
+
+class MainWindowTest : public ProductTest
+{
+protected:
+    // The whole program, from its start to its end; the script is the user.
+    static int Run(const wchar_t* commandLine = L"")
+    {
+        return RunProgram(nullptr, commandLine, SW_SHOWNORMAL);
+    }
+
+    static void StorePortAndRate()
+    {
+        StoreSetting(L"CommPortIdx", 3);
+        StoreSetting(L"BaudrateIdx", 2);
+    }
+
+    static void UserExits()
+    {
+        HeadlessUser([] { HeadlessCommand(HeadlessMainWindow(), COMMAND_EXIT); });
+    }
+
+    static bool LastInvalidationErases()
+    {
+        const std::vector<bool> all = HeadlessInvalidations(HeadlessMainWindow());
+        return !all.empty() && all.back();
+    }
+};
+
+// ---- Start --------------------------------------------------------------------------------------------
+
+TEST_F(MainWindowTest, FirstStartGreetsWithTheAboutBox)
+{
+    std::wstring title;
+    DialogKind kindWhileOpen = DialogKind::None;
+    HeadlessUser([&] {
+        title = HeadlessTitle(HeadlessTopDialog());
+        kindWhileOpen = ActiveDialogKind.load();
+        HeadlessClick(HeadlessTopDialog(), IDOK);
+    });
+    UserExits();
+    EXPECT_EQ(Run(L"StaticNavigationOn"), 0); // the command line is not looked at then
+    EXPECT_EQ(title, L"About Toravane");
+    EXPECT_EQ(kindWhileOpen, DialogKind::About);
+    EXPECT_EQ(ActiveDialogKind.load(), DialogKind::None);
+    EXPECT_EQ(ActiveDialogWindow.load(), nullptr);
+    EXPECT_TRUE(HeadlessBoxes().empty());
+}
+
+TEST_F(MainWindowTest, AboutBoxIsClosedByCancelToo)
+{
+    HeadlessUser([] { HeadlessCommand(HeadlessTopDialog(), IDCANCEL); });
+    UserExits();
+    EXPECT_EQ(Run(), 0);
+}
+
+TEST_F(MainWindowTest, ReopensTheStoredPortAtTheStoredRate)
+{
+    HeadlessPort& port = HeadlessAddPort(3);
+    StorePortAndRate();
+    bool wasOpen = false;
+    HeadlessUser([&] { wasOpen = port.isOpen; });
+    UserExits();
+    EXPECT_EQ(Run(), 0);
+    EXPECT_TRUE(wasOpen);
+    EXPECT_EQ(port.rates, std::vector<DWORD>{4800});
+    EXPECT_FALSE(port.isOpen); // closed with the window
+    EXPECT_EQ(HeadlessLiveThreads(), 0u);
+}
+
+TEST_F(MainWindowTest, StoredIndexesOutsideTheirTablesAreNotOpened)
+{
+    for (const auto& [portIndex, rateIndex] : {std::pair{10, 2}, {3, 8}, {-2, 2}, {3, 2147483647}}) {
+        HeadlessAddPort(3);
+        StoreSetting(L"CommPortIdx", portIndex);
+        StoreSetting(L"BaudrateIdx", rateIndex);
+        UserExits();
+        EXPECT_EQ(Run(), 0);
+        EXPECT_EQ(HeadlessGetPort(3).opens, 0u);
+    }
+}
+
+TEST_F(MainWindowTest, PortThatCannotBeOpenedIsNamed)
+{
+    StorePortAndRate();
+    UserExits();
+    Run();
+    ASSERT_EQ(HeadlessBoxes().size(), 1u);
+    EXPECT_EQ(HeadlessBoxes()[0].caption, L"Cannot open COM3:");
+}
+
+TEST_F(MainWindowTest, ClosingTheProgramFromABoxOfItsStartEndsIt)
+{
+    HeadlessAddPort(3);
+    StorePortAndRate();
+    HeadlessFailCall("GetCommProperties", 1, ERROR_GEN_FAILURE, FailMode::FromHereOn);
+    HeadlessDuringBox([] { DestroyWindow(HeadlessMainWindow()); });
+    EXPECT_EQ(Run(L"StaticNavigationOn"), 0);
+    EXPECT_FALSE(HeadlessGetPort(3).isOpen);
+    EXPECT_EQ(HeadlessLiveThreads(), 0u);
+}
+
+TEST_F(MainWindowTest, FirstSentenceShowsOnThePageAndSendsOneHotStart)
+{
+    HeadlessPort& port = HeadlessAddPort(3);
+    StorePortAndRate();
+    std::vector<HeadlessTextOut> painted;
+    HeadlessUser([&] { HeadlessReceive(port, Sentence("GPVTG,91.5,T,,M,20,N,,K,A") + Sentence("GPXYZ")); });
+    HeadlessUser([&] { painted = HeadlessPaintedTexts(HeadlessMainWindow()); }, 200);
+    UserExits();
+    Run();
+    EXPECT_EQ(port.sent, "$PSRF101,0,0,0,0,0,0,12,1*15\r\n");
+    ASSERT_EQ(painted.size(), 3u); // empty lines write nothing
+    EXPECT_EQ(painted[0].text, L" Speed: 10.30 m/s        ");
+    EXPECT_EQ(painted[1].text, L" Course: 91.50 \u00B0        ");
+    EXPECT_EQ(painted[2].text, L" Use joystick to toggle graph/text.");
+    EXPECT_EQ(painted[0].y, 13 * 13); // each one line height below the one before, from the top
+    EXPECT_EQ(painted[1].y, 14 * 13);
+    EXPECT_EQ(painted[2].y, 18 * 13);
+    EXPECT_EQ(painted[0].x, 0);
+}
+
+// Repainting does not erase: a line that became shorter or empty must take its old text away itself.
+TEST_F(MainWindowTest, EachLineIsPaintedAcrossTheWindow)
+{
+    StorePortAndRate();
+    HeadlessAddPort(3);
+    const auto isBlank = [](uint32_t line) {
+        const std::vector<uint32_t> pixels = HeadlessPixels(HeadlessMainWindow());
+        RECT client;
+        GetClientRect(HeadlessMainWindow(), &client);
+        const size_t row = static_cast<size_t>(client.right) * 13;
+        for (size_t i = row * line; i < row * (line + 1); ++i)
+            if (pixels[i] != 0xFFFFFF) return false;
+        return true;
+    };
+    std::vector<bool> blank;
+    HeadlessUser([&] {
+        blank.push_back(isBlank(3));
+        SetTextLine(3, L"a line of some length");
+        RepaintMainWindow();
+    });
+    HeadlessUser([&] {
+        blank.push_back(isBlank(3));
+        SetTextLine(3, L"");
+        RepaintMainWindow();
+    });
+    HeadlessUser([&] { blank.push_back(isBlank(3)); });
+    UserExits();
+    Run();
+    EXPECT_EQ(blank, (std::vector<bool>{true, false, true}));
+}
+
+// ---- Command line -------------------------------------------------------------------------------------
+
+struct CommandLineRow {
+    const char* name;
+    int32_t port, rate; // -1: not stored
+    const wchar_t *commandLine, *caption, *text;
+};
+
+TEST_F(MainWindowTest, CommandLinesThatCannotBeCarriedOutEndTheProgramWithABox)
+{
+    constexpr CommandLineRow Rows[] = {
+        {"no port", -1, 2, L"StaticNavigationOn", L"CmdLine", L"Unknown Comm Port for GPS"},
+        {"port outside the table", 10, 2, L"StaticNavigationOn", L"CmdLine", L"Unknown Comm Port for GPS"},
+        {"no rate", 3, -1, L"StaticNavigationOff", L"CmdLine", L"Unknown Baudrate for Comm Port"},
+        {"unknown", 3, 2, L"Something", L"Un-supported CmdLine", L"Something"},
+        {"other letter case", 3, 2, L"staticnavigationon", L"Un-supported CmdLine", L"staticnavigationon"},
+        {"something behind it", 3, 2, L"StaticNavigationOn ", L"Un-supported CmdLine",
+         L"StaticNavigationOn "},
+        {"no rate of SiRF binary", 3, 2, L"StaticNavigationOn", L"CmdLine",
+         L"Unknown baudrate for switching to SiRF"},
+    };
+    for (const CommandLineRow& row : Rows) {
+        HeadlessReset();
+        UserInterfaceThread.store(GetCurrentThreadId());
+        HeadlessAddPort(3);
+        if (row.port != -1) StoreSetting(L"CommPortIdx", row.port);
+        if (row.rate != -1) StoreSetting(L"BaudrateIdx", row.rate);
+        EXPECT_EQ(Run(row.commandLine), 0) << row.name;
+        ASSERT_EQ(HeadlessBoxes().size(), 1u) << row.name;
+        EXPECT_TRUE(IsBox(HeadlessBoxes()[0], row.caption, row.text)) << row.name;
+        EXPECT_EQ(HeadlessMainWindow(), nullptr) << row.name;
+    }
+}
+
+TEST_F(MainWindowTest, CommandLineIsCutAt255Characters)
+{
+    HeadlessAddPort(3);
+    StorePortAndRate();
+    Run(std::wstring(400, L'x').c_str());
+    ASSERT_EQ(HeadlessBoxes().size(), 1u);
+    EXPECT_EQ(HeadlessBoxes()[0].text, std::wstring(255, L'x'));
+}
+
+TEST_F(MainWindowTest, StaticNavigationSwitchRunsToItsEndWithoutAUser)
+{
+    HeadlessPort& port = HeadlessAddPort(3);
+    StorePortAndRate();
+    StoreSetting(L"SirfBaudrateIdx", 6);
+    StoreSetting(L"NmeaBaudrateIdx", 2);
+    HeadlessReceiveAfter(port, 1000, Sentence("GPXYZ")); // buffered by the driver when the reader starts
+    EXPECT_EQ(Run(L"StaticNavigationOff"), 0);
+    ASSERT_EQ(port.writes.size(), 3u); // no hot start among them
+    EXPECT_EQ(port.writes[0], "$PSRF100,0,57600,8,1,0*37\r\n");
+    EXPECT_EQ(port.rates, (std::vector<DWORD>{4800, 57600, 4800}));
+    EXPECT_TRUE(HeadlessBoxes().empty());
+    EXPECT_EQ(HeadlessMainWindow(), nullptr);
+}
+
+// ---- Window -------------------------------------------------------------------------------------------
+
+TEST_F(MainWindowTest, SecondStartActivatesTheFirstAndStartsNothingElse)
+{
+    StorePortAndRate();
+    HeadlessAddPort(3);
+    int second = -1;
+    HeadlessUser([&] {
+        const HINSTANCE own = nullptr;
+        second = RunProgram(own, L"StaticNavigationOn", SW_SHOWNORMAL);
+    });
+    UserExits();
+    Run();
+    EXPECT_EQ(second, 0);
+    EXPECT_EQ(HeadlessGetPort(3).opens, 1u);
+    EXPECT_NE(HeadlessBroughtToFront(), nullptr);
+}
+
+TEST_F(MainWindowTest, TitleAndMenu)
+{
+    StorePortAndRate();
+    HeadlessAddPort(3);
+    std::wstring title;
+    std::vector<std::wstring> menu;
+    HeadlessUser([&] {
+        title = HeadlessTitle(HeadlessMainWindow());
+        menu = HeadlessMenu(HeadlessMainWindow());
+    });
+    UserExits();
+    Run();
+    EXPECT_EQ(title, L"Toravane");
+    EXPECT_EQ(menu, (std::vector<std::wstring>{
+                        L"0 401 About",
+                        L"0 403 Com",
+                        L"0 0 NMEA",
+                        L"1 2003 Set Serial Port (Switch to SiRF)",
+                        L"1 2004 Navigation Initialization",
+                        L"1 2005 Set Message Rate",
+                        L"1 2007 Development Data",
+                        L"1 2008 Select Datum",
+                        L"0 0 SiRF",
+                        L"1 2009 Advanced Power Management",
+                        L"1 2010 Initialize Data Source",
+                        L"1 2011 Switch to NMEA Protocol",
+                        L"1 2012 DGPS Source",
+                        L"1 2013 Mode Control",
+                        L"1 2014 DOP Mask",
+                        L"1 2015 DGPS Mode",
+                        L"1 2016 Elevation Mask",
+                        L"1 2017 Power Mask",
+                        L"1 2018 Static Navigation",
+                        L"1 2019 Trickle Power",
+                        L"1 2020 Set Message Rate",
+                        L"1 2021 Low Power",
+                        L"1 2022 SBAS",
+                        L"1 2025 Poll Software Version",
+                        L"0 408 Graph",
+                        L"0 406 Exit",
+                    }));
+}
+
+TEST_F(MainWindowTest, KeypadDevicesHaveTheSameItemsUnderTwoKeys)
+{
+    HeadlessSetPlatformType(L"SmartPhone");
+    StorePortAndRate();
+    HeadlessAddPort(3);
+    std::vector<std::wstring> menu;
+    HeadlessUser([&] { menu = HeadlessMenu(HeadlessMainWindow()); });
+    UserExits();
+    Run();
+    ASSERT_EQ(menu.size(), 26u);
+    EXPECT_EQ(menu[0], L"0 0 NMEA");
+    EXPECT_EQ(menu[1], L"1 401 About Toravane");
+    EXPECT_EQ(menu[2], L"1 403 Communication");
+    EXPECT_EQ(menu[3], L"1 2003 Set Serial Port (Switch to SiRF)");
+    EXPECT_EQ(menu[8], L"1 408 Graph Options");
+    EXPECT_EQ(menu[9], L"1 406 Exit");
+    EXPECT_EQ(menu[10], L"0 0 SiRF");
+    EXPECT_EQ(menu[25], L"1 2025 Poll Software Version");
+}
+
+TEST_F(MainWindowTest, AnyKeyToggles)
+{
+    StorePortAndRate();
+    HeadlessAddPort(3);
+    std::vector<GraphModeValue> modes;
+    bool erases = false;
+    constexpr WPARAM KeyDown = 0x28, KeyA = 0x41;
+    HeadlessUser([] { HeadlessKey(HeadlessMainWindow(), KeyDown); });
+    HeadlessUser([&] {
+        modes.push_back(GraphMode);
+        HeadlessClearInvalidations(HeadlessMainWindow());
+        HeadlessKey(HeadlessMainWindow(), KeyDown);
+    });
+    HeadlessUser([&] {
+        modes.push_back(GraphMode);
+        erases = LastInvalidationErases();
+        HeadlessKey(HeadlessMainWindow(), KeyA, L'a'); // a key that also types: twice
+    });
+    HeadlessUser([&] { modes.push_back(GraphMode); });
+    UserExits();
+    Run();
+    EXPECT_EQ(modes, (std::vector<GraphModeValue>{GraphModeValue::Chart, GraphModeValue::TextPage,
+                                                  GraphModeValue::TextPage}));
+    EXPECT_TRUE(erases);
+}
+
+TEST_F(MainWindowTest, MinimisingEndsTheProgram)
+{
+    StorePortAndRate();
+    HeadlessAddPort(3);
+    HeadlessUser([] { SendMessageW(HeadlessMainWindow(), WM_SIZE, SIZE_MINIMIZED, 0); });
+    EXPECT_EQ(Run(), 0);
+    EXPECT_FALSE(HeadlessGetPort(3).isOpen);
+}
+
+TEST_F(MainWindowTest, AboutOpensFromTheMenu)
+{
+    StorePortAndRate();
+    HeadlessAddPort(3);
+    std::wstring title;
+    HeadlessUser([] { HeadlessCommand(HeadlessMainWindow(), COMMAND_ABOUT); });
+    HeadlessUser([&] {
+        title = HeadlessTitle(HeadlessTopDialog());
+        HeadlessClick(HeadlessTopDialog(), IDOK);
+    });
+    UserExits();
+    Run();
+    EXPECT_EQ(title, L"About Toravane");
+}
+
+TEST_F(MainWindowTest, DataDoesNotRepaintWhileADialogIsOpen)
+{
+    HeadlessPort& port = HeadlessAddPort(3);
+    StorePortAndRate();
+    size_t open = 99, closed = 0;
+    bool erases = true;
+    HeadlessUser([] { HeadlessCommand(HeadlessMainWindow(), COMMAND_ABOUT); });
+    HeadlessUser([&] {
+        HeadlessClearInvalidations(HeadlessMainWindow());
+        HeadlessReceive(port, Sentence("GPVTG,91.5,T,,M,20,N,,K,A"));
+    });
+    HeadlessUser(
+        [&] {
+            open = HeadlessInvalidations(HeadlessMainWindow()).size();
+            HeadlessClick(HeadlessTopDialog(), IDOK);
+        },
+        200);
+    HeadlessUser([&] {
+        HeadlessClearInvalidations(HeadlessMainWindow());
+        HeadlessReceive(port, Sentence("GPVTG,92.5,T,,M,20,N,,K,A"));
+    });
+    HeadlessUser(
+        [&] {
+            const std::vector<bool> all = HeadlessInvalidations(HeadlessMainWindow());
+            closed = all.size();
+            erases = closed && all.back();
+        },
+        200);
+    UserExits();
+    Run();
+    EXPECT_EQ(open, 0u);
+    EXPECT_EQ(closed, 1u);
+    EXPECT_FALSE(erases);
+}
+
+TEST_F(MainWindowTest, OptionalLibrariesAreLoadedAndFreed)
+{
+    StorePortAndRate();
+    HeadlessAddPort(3);
+    HeadlessAddExport(L"COMMDLG.DLL", L"ChooseColor", UnusedExport);
+    HeadlessAddExport(L"AYGSHELL.DLL", 188u, UnusedExport);
+    std::vector<std::wstring> during;
+    HeadlessUser([&] { during = HeadlessLoadedLibraries(); });
+    UserExits();
+    Run();
+    EXPECT_EQ(during.size(), 2u);
+    EXPECT_TRUE(HeadlessLoadedLibraries().empty());
+}
+
+// A keypad device whose shell library lacks every export.
+TEST_F(MainWindowTest, MissingShellExportsAreDoneWithout)
+{
+    HeadlessSetPlatformType(L"", ERROR_ACCESS_DENIED);
+    HeadlessAddExport(L"AYGSHELL.DLL", 188u, UnusedExport);
+    HeadlessUser([] { SendMessageW(HeadlessMainWindow(), WM_SETTINGCHANGE, 0, 0); });
+    HeadlessUser([] { SendMessageW(HeadlessTopDialog(), WM_HOTKEY, 0, 27 << 16); });
+    HeadlessUser([] { HeadlessCommand(HeadlessTopDialog(), IDOK); });
+    UserExits();
+    EXPECT_EQ(Run(), 0);
+}
+
+} // namespace
