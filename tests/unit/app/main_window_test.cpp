@@ -10,6 +10,8 @@
 namespace
 {
 
+constexpr int PageTop = 26, LineHeight = 13; // of the headless command bar and font
+
 INT_PTR UnusedExport()
 {
     return 0;
@@ -129,9 +131,9 @@ TEST_F(MainWindowTest, FirstSentenceShowsOnThePageAndSendsOneHotStart)
     EXPECT_EQ(painted[0].text, L" Speed: 10.30 m/s        ");
     EXPECT_EQ(painted[1].text, L" Course: 91.50 \u00B0        ");
     EXPECT_EQ(painted[2].text, L" Use joystick to toggle graph/text.");
-    EXPECT_EQ(painted[0].y, 13 * 13); // each one line height below the one before, from the top
-    EXPECT_EQ(painted[1].y, 14 * 13);
-    EXPECT_EQ(painted[2].y, 18 * 13);
+    EXPECT_EQ(painted[0].y, PageTop + 13 * LineHeight);
+    EXPECT_EQ(painted[1].y, PageTop + 14 * LineHeight);
+    EXPECT_EQ(painted[2].y, PageTop + 18 * LineHeight);
     EXPECT_EQ(painted[0].x, 0);
 }
 
@@ -144,8 +146,8 @@ TEST_F(MainWindowTest, EachLineIsPaintedAcrossTheWindow)
         const std::vector<uint32_t> pixels = HeadlessPixels(HeadlessMainWindow());
         RECT client;
         GetClientRect(HeadlessMainWindow(), &client);
-        const size_t row = static_cast<size_t>(client.right) * 13;
-        for (size_t i = row * line; i < row * (line + 1); ++i)
+        const size_t width = static_cast<size_t>(client.right), top = PageTop + LineHeight * line;
+        for (size_t i = width * top; i < width * (top + LineHeight); ++i)
             if (pixels[i] != 0xFFFFFF) return false;
         return true;
     };
