@@ -1,0 +1,125 @@
+// toravane-receiver: the receiver on a pseudo-terminal, in real time (or faster).
+
+#include "options.h"
+#include "session.h"
+#include "terminal.h"
+
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <fstream>
+
+using namespace receiver;
+
+namespace
+{
+
+std::atomic<bool> Interrupted = false;
+
+void OnSignal(int)
+{
+    Interrupted = true;
+}
+
+int Fail(const std::string& error)
+{
+    std::fprintf(stderr, "toravane-receiver: %s\n", error.c_str());
+    return 2;
+}
+
+bool Announce(Terminal& terminal, const Options& options, uint32_t rate, std::string& error)
+{
+    if (!terminal.Open(options.link, rate, error)) return false;
+    std::printf("%s\n", terminal.Path().c_str());
+    std::fflush(stdout);
+    return true;
+}
+
+int Run(const Options& options, Session& session, std::ofstream& record)
+{
+    using Clock = std::chrono::steady_clock;
+    Terminal terminal;
+    std::string error;
+    if (!Announce(terminal, options, session.Sim.Kept.lineRate, error)) return Fail(error);
+
+    const auto start = Clock::now();
+    double waited = 0; // a played log waits for its first listener
+    bool played = options.play.empty();
+    double nextStatus = 0;
+    while (!Interrupted && !session.Quitting()) {
+        const double real = std::chrono::duration<double>(Clock::now() - start).count();
+        const bool present = terminal.HostPresent();
+        if (!played && !present) waited = real;
+        played = played || present;
+        const double now = (real - waited) * options.speed;
+        if (options.durationS > 0 && now >= options.durationS) break;
+        if (!present && session.PlayEnded()) break;
+
+        const Bytes fromHost = terminal.Read();
+        if (record.is_open() && !fromHost.empty()) {
+            record.write(reinterpret_cast<const char*>(fromHost.data()),
+                         static_cast<std::streamsize>(fromHost.size()));
+            record.flush();
+        }
+        const uint32_t hostRate = terminal.HostRate();
+        terminal.Write(session.Step(now, fromHost, hostRate));
+
+        if (terminal.IsOpen() && now < session.VanishedUntil()) terminal.Close();
+        if (!terminal.IsOpen() && now >= session.VanishedUntil() &&
+            !Announce(terminal, options, session.Sim.Kept.lineRate, error)) {
+            return Fail(error);
+        }
+        if (options.verbose && real >= nextStatus) {
+            std::fprintf(stderr, "%s\n", session.Status(hostRate, present).c_str());
+            nextStatus += 1.0;
+        }
+        terminal.Wait(4);
+    }
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    Options options;
+    std::string error;
+    if (!ParseOptions(std::vector<std::string>(argv + 1, argv + argc), options, error)) return Fail(error);
+    if (options.help) {
+        std::fputs(HelpText, stdout);
+        return 0;
+    }
+    if (options.version) {
+        std::puts("toravane-receiver " TORAVANE_VERSION);
+        return 0;
+    }
+
+    std::vector<Action> script;
+    if (!options.script.empty()) {
+        auto read = ReadScript(options.script, error);
+        if (!read) return Fail(error);
+        script = std::move(*read);
+    }
+    std::optional<Player> player;
+    if (!options.play.empty()) {
+        auto log = ReadLog(options.play, error);
+        if (!log) return Fail(error);
+        player.emplace(std::move(*log), options.repeat);
+    }
+    std::ofstream record;
+    if (!options.record.empty()) {
+        record.open(options.record, std::ios::binary | std::ios::trunc);
+        if (!record) return Fail(options.record + ": cannot be written");
+    }
+
+    struct sigaction action {
+    };
+    action.sa_handler = OnSignal;
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &action, nullptr);
+    signal(SIGPIPE, SIG_IGN);
+
+    Session session(options.config, std::move(script), std::move(player));
+    for (const Action& fault : options.startFaults) session.Perform(fault);
+    return Run(options, session, record);
+}

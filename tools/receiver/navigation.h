@@ -1,0 +1,111 @@
+#pragma once
+// From the true motion and the sky to what the receiver believes: channels that lock on, fixes that come
+// and go, errors that wander.
+
+#include "random.h"
+#include "settings.h"
+#include "sky.h"
+#include "track.h"
+
+#include <array>
+
+namespace receiver
+{
+
+enum class Restart : uint8_t { Hot, Warm, Cold };
+
+enum class FixType : uint8_t { None = 0, OneSv = 1, TwoSv = 2, TwoD = 3, ThreeD = 4, DeadReckoning = 7 };
+
+// Bits of a channel's state word.
+constexpr uint16_t StateSearching = 0x0000, StateLocked = 0x003F, StateWithEphemeris = 0x00BF;
+
+struct Channel {
+    uint8_t sv = 0; // 0: no satellite assigned
+    LookAngles look;
+    uint16_t state = StateSearching;
+    std::array<uint8_t, 10> cno{}; // dB-Hz, one each 100 ms; 0 while searching
+    double lockedS = 0;            // how long the signal has been tracked
+    bool used = false;             // in the fix
+    bool corrected = false;        // by differential corrections
+
+    uint8_t MeanCno() const;
+};
+
+constexpr size_t ChannelCount = 12;
+
+struct Fix {
+    GpsTime time;           // the receiver's idea; counts from 0 while it is not known
+    bool timeKnown = false; // a satellite, or the clock kept over the restart, has told the time
+    bool everFixed = false; // since the last cold start: a position is known
+    FixType type = FixType::None;
+    bool differential = false;
+    uint8_t used = 0; // satellites in the fix
+    Geodetic place;   // last one that is known
+    Vector3 ecef;
+    Local velocity;                     // m/s
+    double speedMps = 0, courseDeg = 0; // over ground
+    double gdop = 50, pdop = 50, hdop = 50, vdop = 50;
+    double horizontalErrorM = 0, verticalErrorM = 0; // estimated, one sigma
+    double clockDriftHz = 96000, clockBiasNs = 0;
+    double distanceM = 0; // travelled since the restart
+    double correctionAgeS = 0;
+    uint8_t sbasSv = 0; // the SBAS satellite that is tracked, 0: none
+    std::array<Channel, ChannelCount> channels{};
+
+    bool Valid() const { return type != FixType::None; }
+};
+
+// Metres that the geoid lies above the ellipsoid; a slow made-up undulation of the right size.
+double GeoidSeparationM(const Geodetic& place);
+
+class Navigator
+{
+public:
+    Navigator(const Track& track, GpsTime start, uint64_t seed);
+
+    // As if the receiver had run until just now: time and ephemeris data are kept. For a first hot start.
+    void Remember();
+
+    // Starts anew at this moment of the run; from then on Update must be called with later moments.
+    void Begin(Restart restart, double runSeconds);
+
+    // Computes the state at this moment of the run, at most some seconds after the last call's.
+    const Fix& Update(double runSeconds, const Settings& settings);
+
+    const Fix& Current() const { return State; }
+    void SetTrack(const Track& track) { World = track; }
+    // Until this moment of the run no signal arrives (a tunnel).
+    void HideSkyUntil(double runSeconds) { HiddenUntil = runSeconds; }
+    GpsTime TrueTime(double runSeconds) const;
+    const std::vector<Satellite>& Visible() const { return VisibleNow; }
+
+private:
+    struct Tracking { // per satellite
+        double lockedSince = -1, ephemerisAt = 0;
+        bool hasEphemeris = false;
+    };
+
+    void TrackChannels(double runSeconds, const Settings& settings);
+    void ChooseUsed(double runSeconds, const Settings& settings);
+    void ComputeDops();
+    bool DopsAcceptable(const Settings& settings) const;
+    void DecideFix(double runSeconds, const Settings& settings);
+    void WanderErrors(double elapsedS);
+    void PlaceFix(double elapsedS, const Motion& truth, const Settings& settings);
+
+    struct Track World;
+    GpsTime Start;
+    uint64_t Seed;
+    Random Noise;
+    Fix State;
+    Restart Kind = Restart::Cold;
+    double BeganAt = 0, LastUpdate = 0, HiddenUntil = -1;
+    double FourSince = -1, LastFixAt = -1, CorrectionsSince = -1;
+    Local Error; // metres, before the factor of the fix quality
+    bool Holding = false, HeightKnown = false;
+    Geodetic HeldPlace;
+    std::vector<Satellite> VisibleNow;
+    std::array<Tracking, 256> Satellites{};
+};
+
+} // namespace receiver

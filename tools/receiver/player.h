@@ -1,0 +1,30 @@
+#pragma once
+// A recorded log in place of the receiver: its bytes, as they are, one after another.
+
+#include "receiver.h"
+
+#include <optional>
+#include <string>
+
+namespace receiver
+{
+
+// The file without its leading lines that begin with '#'. On failure nothing and a text in `error`.
+std::optional<Bytes> ReadLog(const std::string& path, std::string& error);
+
+class Player
+{
+public:
+    Player(Bytes log, bool repeat) : Log(std::move(log)), Repeat(repeat) {}
+
+    // Keeps `output` filled with the next bytes, for a line of this rate.
+    void Fill(std::deque<Burst>& output, uint32_t rate);
+    bool Ended() const { return !Repeat && At >= Log.size(); }
+
+private:
+    Bytes Log;
+    bool Repeat;
+    size_t At = 0;
+};
+
+} // namespace receiver

@@ -1,0 +1,23 @@
+#pragma once
+// Power saving: when the receiver sleeps between fixes.
+
+#include "settings.h"
+
+namespace receiver
+{
+
+struct PowerCycle {
+    double onS = 0, periodS = 0; // period 0: always on
+
+    bool Continuous() const { return periodS <= 0; }
+};
+
+// The cycle that the settings ask for.
+PowerCycle PowerCycleOf(const Settings& settings);
+
+struct PowerState {
+    bool Cycling = false, Awake = true;
+    double WokeAt = 0;
+};
+
+} // namespace receiver

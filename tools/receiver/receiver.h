@@ -1,0 +1,111 @@
+#pragma once
+// The receiver without its terminal: fed with the host's bytes and with the time of the run, it queues
+// the bytes that it sends. No clock, no file, no thread: equal input gives equal output.
+
+#include "host_input.h"
+#include "navigation.h"
+#include "power.h"
+#include "settings.h"
+
+#include <algorithm>
+#include <deque>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace receiver
+{
+
+// One message on its way to the host, at the line rate that held when it was queued.
+struct Burst {
+    Bytes bytes;
+    uint32_t rate = 4800;
+    bool answer = false; // to a command: survives a switch of the line
+};
+
+// Commands that this firmware does not know: MIDs (their polls are refused too) and PSRF numbers.
+struct Refusals {
+    std::set<int> mids, psrf;
+};
+
+struct Config {
+    Track track;
+    GpsTime start;
+    uint64_t seed = 1;
+    Protocol protocol = Protocol::Nmea; // factory protocol and rate: a factory reset comes back to them
+    uint32_t lineRate = 4800;
+    Restart firstStart = Restart::Cold;
+    std::string version = "GSW3.1.1-SW 1.00";
+    Refusals refused;
+    bool wrap = false; // each SiRF message inside an EE message, as some two-part firmware sends them
+};
+
+class Receiver
+{
+public:
+    explicit Receiver(const Config& config);
+
+    // One byte from the host, as the receiver's own line interface has read it.
+    void HostByte(uint8_t byte);
+
+    // Lets the run come to this moment; never goes back.
+    void Advance(double runSeconds);
+
+    // What waits to be sent. Whoever drives the line takes bursts from the front.
+    std::deque<Burst> Output;
+
+    // ---- used by the command and output files ----
+    void Send(Bytes message);                        // an answer: always queued
+    void Answer(const Bytes& payload);               // the same for a SiRF payload
+    void SendPeriodic(Bytes message);                // dropped when the line cannot keep up
+    void SwitchTo(Protocol protocol, uint32_t rate); // forgets what was not sent yet
+    void RestartAs(Restart kind, bool factoryReset);
+    bool Refuses(int mid) const { return Options.refused.mids.contains(mid); }
+    bool RefusesPsrf(int number) const { return Options.refused.psrf.contains(number); }
+
+    Config Options;
+    Settings Kept;
+    Navigator Navigation;
+    double Now = 0; // seconds of the run
+
+    // What the last start was given, for the start-up text and for polls.
+    struct StartValues {
+        int32_t x = 0, y = 0, z = 0; // ECEF metres
+        int32_t clockHz = 96000;
+        uint32_t towCs = 0;
+        uint16_t week = 0;
+        uint8_t channels = 12;
+    } Started;
+
+    // ---- faults, set from outside at any time ----
+    double FrozenUntil = -1; // hears nothing, says nothing
+    double SilentUntil = -1; // hears, says nothing
+    double FreezeAfterSwitchS = 0;
+    double WrongChecksumChance = 0; // per message
+
+    // ---- for the status line ----
+    uint64_t CommandsAccepted = 0, CommandsRefused = 0, MessagesSent = 0, MessagesDropped = 0;
+    bool Awake() const { return Power.Awake; }
+
+private:
+    double NextEvent() const;
+    void Boot();
+    void Epoch();
+    void Wake();
+    void Sleep();
+    void ReportPower();
+    Bytes Frame(const Bytes& payload) const;
+    void Queue(Bytes message, bool answer);
+    bool Due(double& last, uint8_t seconds) const;
+
+    Random Noise;
+    PowerState Power;
+    double NextEpoch = 0, BootAt = 0;
+    bool Booted = false;
+    std::array<double, NmeaMessageCount> NmeaSent{}; // when, seconds of the run
+    std::array<double, 256> SirfSent{};
+    NmeaInput NmeaCommand;
+    SirfInput SirfCommand;
+};
+
+} // namespace receiver

@@ -1,0 +1,34 @@
+#pragma once
+// What a serial line interface reads when the sender runs at another rate: the levels on the wire, sampled
+// at the wrong times. This is where the familiar garbage comes from.
+
+#include "bytes.h"
+
+#include <deque>
+
+namespace receiver
+{
+
+// Eight data bits, no parity, one stop bit on both sides.
+class MismatchedUart
+{
+public:
+    // Forgets what is on the wire. Rates in bits per second, above 0.
+    void SetRates(uint32_t sender, uint32_t reader);
+
+    // Ten bit times of the sender with one byte, or `bits` bit times of a resting line. What the reader has
+    // made of the wire so far is appended to `read`.
+    void Byte(uint8_t byte, Bytes& read);
+    void Rest(size_t bits, Bytes& read);
+
+private:
+    void Sample(Bytes& read);
+    bool Level(double senderBits) const { return Wire[static_cast<size_t>(senderBits)]; }
+
+    double BitsPerSample = 1; // length of the reader's bit in the sender's
+    double Position = 0;      // of the reader, in bits of `Wire`
+    bool WasHigh = true;      // a start bit needs a falling edge
+    std::deque<bool> Wire;    // one level for each bit of the sender
+};
+
+} // namespace receiver
