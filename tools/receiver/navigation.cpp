@@ -22,7 +22,7 @@ struct StartTimes {
 constexpr StartTimes Times(Restart restart)
 {
     switch (restart) {
-    case Restart::Hot: return {0.5, 0.2, 2.0, 4.0, true, true, true};
+    case Restart::Hot: return {0.5, 0.2, 6.0, 4.0, true, true, true};
     case Restart::Warm: return {2.0, 1.0, 6.0, 6.0, true, true, false};
     case Restart::Cold: break;
     }
@@ -87,6 +87,8 @@ void Navigator::Remember()
 
 void Navigator::Begin(Restart restart, double runSeconds)
 {
+    // With nothing to keep, every start is a cold one.
+    if (!State.timeKnown) restart = Restart::Cold;
     Kind = restart;
     BeganAt = LastUpdate = runSeconds;
     FourSince = LastFixAt = CorrectionsSince = -1;
@@ -159,7 +161,9 @@ void Navigator::TrackChannels(double runSeconds, const Settings& settings)
         channel.sv = order[i]->sv;
         channel.look = order[i]->look;
         Tracking& satellite = Satellites[channel.sv];
-        const double lockAt = BeganAt + times.firstLock + times.lockInterval * static_cast<double>(i);
+        // Satellites are not found in the order of their height; the SBAS one is searched last.
+        const size_t turn = IsSbas(channel.sv) ? ChannelCount - 1 : (i * 5 + 2) % ChannelCount;
+        const double lockAt = BeganAt + times.firstLock + times.lockInterval * static_cast<double>(turn);
         if (hidden || runSeconds < lockAt) {
             satellite.lockedSince = -1;
             continue;
@@ -221,9 +225,9 @@ void Navigator::ChooseUsed(double runSeconds, const Settings& settings)
     State.differential = fresh && State.used > 0;
 }
 
-// Dilution of precision from the geometry of the satellites in use. With three satellites the known height
-// stands for a fourth.
-void Navigator::ComputeDops()
+// Dilution of precision from the geometry of the satellites in use. In two dimensions the known height stands
+// for one more.
+void Navigator::ComputeDops(bool twoDimensions)
 {
     State.gdop = State.pdop = State.hdop = State.vdop = 50;
     if (State.used < 3) return;
@@ -240,7 +244,7 @@ void Navigator::ComputeDops()
         addRow({std::cos(elevation) * std::sin(azimuth), std::cos(elevation) * std::cos(azimuth),
                 std::sin(elevation), 1.0});
     }
-    if (State.used == 3) addRow({0, 0, 1, 0});
+    if (twoDimensions) addRow({0, 0, 1, 0});
     for (size_t i = 0; i < 4; ++i) m[i][4 + i] = 1;
     if (!Invert(m)) return;
     const double e = m[0][4], n = m[1][5], u = m[2][6], t = m[3][7];
@@ -253,11 +257,11 @@ void Navigator::ComputeDops()
     State.gdop = limited(e + n + u + t);
 }
 
-bool Navigator::DopsAcceptable(const Settings& settings) const
+bool Navigator::DopsAcceptable(bool twoDimensions, const Settings& settings) const
 {
     const DopMask mask = DopMaskOf(settings);
     switch (mask.selection) {
-    case DopSelection::Auto: return State.used >= 4 ? State.pdop <= mask.pdop : State.hdop <= mask.hdop;
+    case DopSelection::Auto: return twoDimensions ? State.hdop <= mask.hdop : State.pdop <= mask.pdop;
     case DopSelection::Pdop: return State.pdop <= mask.pdop;
     case DopSelection::Hdop: return State.hdop <= mask.hdop;
     case DopSelection::Gdop: return State.gdop <= mask.gdop;
@@ -268,20 +272,27 @@ bool Navigator::DopsAcceptable(const Settings& settings) const
 
 void Navigator::DecideFix(double runSeconds, const Settings& settings)
 {
-    ComputeDops();
     const ModeControl mode = ModeControlOf(settings);
-    if (State.used >= 4) {
-        if (FourSince < 0) FourSince = runSeconds;
-    } else {
-        FourSince = -1;
-    }
     const double sinceFix = LastFixAt < 0 ? 1e9 : runSeconds - LastFixAt;
-
     State.type = FixType::None;
-    if (State.used >= 3 && State.timeKnown && DopsAcceptable(settings)) {
-        const double settle = Kind == Restart::Hot ? 1.0 : SettleS;
-        const bool threeD = FourSince >= 0 && runSeconds - FourSince >= settle;
-        State.type = threeD && mode.altitudeHold != AltitudeHold::Always ? FixType::ThreeD : FixType::TwoD;
+
+    // Three dimensions need four satellites for a while; until then, and where the height is held, two do.
+    ComputeDops(false);
+    if (State.used < 4 || !DopsAcceptable(false, settings)) {
+        FourSince = -1;
+    } else if (FourSince < 0) {
+        FourSince = runSeconds;
+    }
+    const double settle = Kind == Restart::Hot ? 1.0 : SettleS;
+    if (State.timeKnown && FourSince >= 0 && runSeconds - FourSince >= settle &&
+        mode.altitudeHold != AltitudeHold::Always) {
+        State.type = FixType::ThreeD;
+    } else if (State.timeKnown && State.used >= 3) {
+        ComputeDops(true);
+        if (DopsAcceptable(true, settings)) State.type = FixType::TwoD;
+    }
+
+    if (State.type != FixType::None) {
         State.everFixed = true;
         LastFixAt = runSeconds;
     } else if (State.used >= 1 && State.used <= 2 && mode.degradedMode != 4 &&

@@ -87,8 +87,8 @@ private:
 
     void TrackChannels(double runSeconds, const Settings& settings);
     void ChooseUsed(double runSeconds, const Settings& settings);
-    void ComputeDops();
-    bool DopsAcceptable(const Settings& settings) const;
+    void ComputeDops(bool twoDimensions);
+    bool DopsAcceptable(bool twoDimensions, const Settings& settings) const;
     void DecideFix(double runSeconds, const Settings& settings);
     void WanderErrors(double elapsedS);
     void PlaceFix(double elapsedS, const Motion& truth, const Settings& settings);
