@@ -1,0 +1,23 @@
+#!/bin/bash
+# Usage: ./run.sh [--help] [DEVICE [RATE]]
+#
+# Installs what is missing, builds, and shows a receiver's data in the program, through Wine.
+#
+#   ./run.sh                      the software receiver, moving along a track
+#   ./run.sh /dev/ttyUSB0         a real receiver at 4800 baud
+#   ./run.sh /dev/ttyUSB0 57600   the same at another rate, 1200 to 115200
+#
+# With a display the window stays until it is closed. Without one the program runs for about 20 seconds on a
+# display in memory, and screenshots are left in build/run/.
+set -euo pipefail
+cd "$(dirname "$0")"
+
+case " $* " in
+*" --help "* | *" -h "*)
+    sed -n '2,/^set/{/^#/s/^# \{0,1\}//p}' run.sh
+    exit
+    ;;
+esac
+
+tools/install_packages.sh
+exec /usr/bin/python3 tools/desktop/launch.py "$@"

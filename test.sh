@@ -1,0 +1,52 @@
+#!/bin/bash
+# Builds everything and runs every test, the same on a developer's machine and in continuous integration.
+# Ends with a summary and, if anything failed, with an error.
+set -uo pipefail
+cd "$(dirname "$0")" || exit 1
+
+summary=()
+failures=0
+
+# step NAME COMMAND...: runs a command and notes how it went.
+step() {
+    local name=$1 start=$SECONDS result=passed
+    shift
+    printf '\n=== %s\n' "$name"
+    if ! "$@" </dev/null; then
+        result=FAILED
+        failures=$((failures + 1))
+    fi
+    summary+=("$(printf '%-7s %4d s  %s' "$result" $((SECONDS - start)) "$name")")
+    [ "$result" = passed ]
+}
+
+sources() {
+    find . -path ./build -prune -o \( -name '*.cpp' -o -name '*.h' \) -print0
+}
+check_format() {
+    sources | xargs -0 clang-format --dry-run -Werror
+}
+
+# test_preset PRESET: builds a preset and runs its unit tests.
+test_preset() {
+    step "build $1" tools/build.sh "$1" && step "unit tests, $1" ctest --preset "$1"
+}
+desktop_tests() {
+    /usr/bin/python3 -B -m pytest -p no:cacheprovider --durations=5 -v tests/desktop
+}
+
+if step "packages" tools/install_packages.sh; then
+    step "format" check_format
+    step "include graph" tools/check_includes
+    test_preset native
+    test_preset native-asan
+    step "build desktop" tools/build.sh desktop && step "desktop tests" desktop_tests
+fi
+
+printf '\n=== Summary\n'
+printf '%s\n' "${summary[@]}"
+if [ $failures -gt 0 ]; then
+    echo "$failures of ${#summary[@]} steps failed"
+    exit 1
+fi
+echo "All ${#summary[@]} steps passed in $SECONDS s"

@@ -1,0 +1,9 @@
+#!/bin/bash
+# build.sh PRESET [TARGET]... configures a preset if that was not done yet, and builds all of it or the targets.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+preset=$1
+shift
+echo "Building $preset"
+[ -f "build/$preset/build.ninja" ] || cmake --preset "$preset"
+cmake --build --preset "$preset" ${1:+--target "$@"}

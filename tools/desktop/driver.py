@@ -1,0 +1,89 @@
+"""The raw calls of the driver, one method per command: what is seen of the windows, and what can be done."""
+
+import json
+import queue
+import subprocess
+import threading
+
+from desktop import Driver as DriverFile
+
+WM_CLOSE = 0x0010
+WM_COMMAND = 0x0111
+WM_SYSCOMMAND = 0x0112
+SC_MINIMIZE = 0xF020
+
+
+class DriverError(Exception):
+    """The driver could not do what it was asked for."""
+
+
+class Driver:
+    def __init__(self, wine, patience=30):
+        self.patience = patience
+        self.process = wine.start(DriverFile, stdin=subprocess.PIPE, stdout=subprocess.PIPE, encoding="utf-8")
+        self.answers = queue.Queue()
+        threading.Thread(target=self._listen, daemon=True).start()
+
+    def _listen(self):
+        for line in self.process.stdout:
+            self.answers.put(json.loads(line))
+
+    def call(self, *words):
+        self.process.stdin.write("\t".join(map(str, words)) + "\n")
+        self.process.stdin.flush()
+        try:
+            answer = self.answers.get(timeout=self.patience)
+        except queue.Empty:
+            raise DriverError(f"no answer to {words}") from None
+        if "error" in answer:
+            raise DriverError(f"{answer['error']}: {words}")
+        return answer
+
+    def windows(self):
+        return self.call("windows")["windows"]
+
+    def controls(self, window):
+        return self.call("controls", window)["controls"]
+
+    def set_text(self, control, text):
+        self.call("set-text", control, text)
+
+    def click(self, button):
+        self.call("click", button)
+
+    def items(self, control):
+        """The texts of a list and the index of the selected one, -1 for none."""
+        answer = self.call("items", control)
+        return answer["items"], answer["selection"]
+
+    def select(self, control, index):
+        self.call("select", control, index)
+
+    def post(self, window, message, wparam=0, lparam=0):
+        self.call("post", window, message, wparam, lparam)
+
+    def key(self, virtual_key):
+        self.call("key", virtual_key)
+
+    def menu(self, file, resource):
+        return self.call("menu", file, resource)["items"]
+
+    def get_value(self, key, name):
+        return self.call("get-value", key, name)["value"]
+
+    def set_value(self, key, name, value):
+        self.call("set-value", key, name, value)
+
+    def delete_key(self, key):
+        self.call("delete-key", key)
+
+    def page(self, window, lines=19):
+        return self.call("page", window, lines)["lines"]
+
+    def main_window(self):
+        """The program's main window, or None."""
+        return next((w for w in self.windows() if w["class"] == "Toravane" and w["text"] == "Toravane"), None)
+
+    def close(self):
+        self.process.stdin.close()
+        self.process.wait(self.patience)

@@ -1,0 +1,318 @@
+#include "driver.h"
+
+#include <algorithm>
+#include <fstream>
+#include <memory>
+
+constexpr UINT AnswerMs = 5000; // a window that has not answered by then is reported as hanging
+
+// ---- Words --------------------------------------------------------------------------------------------
+
+static long long Number(const std::wstring& word)
+{
+    size_t used = 0;
+    const long long value = std::stoll(word, &used, 0);
+    if (used != word.size()) throw Refused("not a number");
+    return value;
+}
+
+static HWND Window(const std::wstring& word)
+{
+    const HWND window = reinterpret_cast<HWND>(Number(word));
+    if (!IsWindow(window)) throw Refused("no such window");
+    return window;
+}
+
+static std::string Done()
+{
+    return Object({});
+}
+
+static long long Id(HWND window)
+{
+    return reinterpret_cast<long long>(window);
+}
+
+// ---- Windows and controls -----------------------------------------------------------------------------
+
+static LRESULT Send(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    DWORD_PTR result = 0;
+    if (!SendMessageTimeoutW(window, message, wParam, lParam, SMTO_BLOCK, AnswerMs, &result))
+        throw Refused("the window does not answer");
+    return LRESULT(result);
+}
+
+static std::wstring ClassOf(HWND window)
+{
+    wchar_t name[256] = {};
+    return {name, size_t(GetClassNameW(window, name, 256))};
+}
+
+static std::wstring TextOf(HWND window)
+{
+    std::wstring text(size_t(Send(window, WM_GETTEXTLENGTH, 0, 0)) + 1, L'\0');
+    const LRESULT length = Send(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
+    text.resize(size_t(length));
+    return text;
+}
+
+static std::string Rectangle(const RECT& r)
+{
+    return Array(
+        {std::to_string(r.left), std::to_string(r.top), std::to_string(r.right), std::to_string(r.bottom)});
+}
+
+static RECT ClientOnScreen(HWND window)
+{
+    RECT client = {};
+    GetClientRect(window, &client);
+    MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&client), 2);
+    return client;
+}
+
+// What is true of every window, without asking the program that owns it, which may be busy.
+static std::vector<std::string> Members(HWND window)
+{
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    RECT outer = {};
+    GetWindowRect(window, &outer);
+    return {
+        Member("window", Id(window)),
+        Member("class", Quoted(ClassOf(window))),
+        Member("process", process),
+        Member("owner", Id(GetWindow(window, GW_OWNER))),
+        Flag("visible", IsWindowVisible(window)),
+        Flag("enabled", IsWindowEnabled(window)),
+        Flag("iconic", IsIconic(window)),
+        Flag("foreground", GetForegroundWindow() == window),
+        Member("style", GetWindowLongW(window, GWL_STYLE)),
+        Member("exstyle", GetWindowLongW(window, GWL_EXSTYLE)),
+        Member("outer", Rectangle(outer)),
+        Member("client", Rectangle(ClientOnScreen(window))),
+    };
+}
+
+static BOOL CALLBACK Collect(HWND window, LPARAM list)
+{
+    reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+    return TRUE;
+}
+
+// Visible top-level windows, front to back.
+static std::string ListWindows(const Words&)
+{
+    std::vector<HWND> windows;
+    EnumWindows(Collect, reinterpret_cast<LPARAM>(&windows));
+    std::vector<std::string> elements;
+    for (const HWND window : windows) {
+        if (!IsWindowVisible(window)) continue;
+        wchar_t title[256] = {};
+        GetWindowTextW(window, title, 256);
+        std::vector<std::string> members = Members(window);
+        members.push_back(Member("text", Quoted(title)));
+        elements.push_back(Object(members));
+    }
+    return Object({Member("windows", Array(elements))});
+}
+
+static std::string ListControls(const Words& words)
+{
+    std::vector<HWND> controls;
+    EnumChildWindows(Window(words[1]), Collect, reinterpret_cast<LPARAM>(&controls));
+    std::vector<std::string> elements;
+    for (const HWND control : controls) {
+        std::vector<std::string> members = Members(control);
+        members.push_back(Member("id", GetDlgCtrlID(control)));
+        members.push_back(Member("text", Quoted(TextOf(control))));
+        if (ClassOf(control) == L"Button")
+            members.push_back(Member("checked", Send(control, BM_GETCHECK, 0, 0)));
+        elements.push_back(Object(members));
+    }
+    return Object({Member("controls", Array(elements))});
+}
+
+static std::string SetText(const Words& words)
+{
+    Send(Window(words[1]), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(words[2].c_str()));
+    return Done();
+}
+
+// Presses a button the way a user can: not while it, or the window that it stands in, is disabled.
+static std::string Click(const Words& words)
+{
+    const HWND button = Window(words[1]);
+    if (!IsWindowVisible(button)) throw Refused("the button is not visible");
+    if (!IsWindowEnabled(button)) throw Refused("the button is disabled");
+    if (!IsWindowEnabled(GetAncestor(button, GA_ROOT))) throw Refused("the window of the button is disabled");
+    PostMessageW(button, BM_CLICK, 0, 0);
+    return Done();
+}
+
+// ---- Lists --------------------------------------------------------------------------------------------
+
+struct ListMessages {
+    const wchar_t* className;
+    UINT count, textLength, text, selection, select;
+    WORD changed;
+};
+constexpr ListMessages ListKinds[] = {
+    {L"ComboBox", CB_GETCOUNT, CB_GETLBTEXTLEN, CB_GETLBTEXT, CB_GETCURSEL, CB_SETCURSEL, CBN_SELCHANGE},
+    {L"ListBox", LB_GETCOUNT, LB_GETTEXTLEN, LB_GETTEXT, LB_GETCURSEL, LB_SETCURSEL, LBN_SELCHANGE},
+};
+
+static const ListMessages& KindOf(HWND list)
+{
+    for (const ListMessages& kind : ListKinds) {
+        if (ClassOf(list) == kind.className) return kind;
+    }
+    throw Refused("not a list");
+}
+
+static std::string ListItems(const Words& words)
+{
+    const HWND list = Window(words[1]);
+    const ListMessages& kind = KindOf(list);
+    std::vector<std::string> items;
+    const LRESULT count = Send(list, kind.count, 0, 0);
+    for (WPARAM i = 0; LRESULT(i) < count; i++) {
+        std::wstring text(size_t(Send(list, kind.textLength, i, 0)) + 1, L'\0');
+        text.resize(size_t(Send(list, kind.text, i, reinterpret_cast<LPARAM>(text.data()))));
+        items.push_back(Quoted(text));
+    }
+    return Object(
+        {Member("items", Array(items)), Member("selection", int(Send(list, kind.selection, 0, 0)))});
+}
+
+// Selects an item by its place and tells the dialog, as a choice by hand does.
+static std::string Select(const Words& words)
+{
+    const HWND list = Window(words[1]);
+    const ListMessages& kind = KindOf(list);
+    if (Send(list, kind.select, WPARAM(Number(words[2])), 0) < 0) throw Refused("no such item");
+    Send(GetParent(list), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(list), kind.changed), Id(list));
+    return Done();
+}
+
+// ---- Messages and keys --------------------------------------------------------------------------------
+
+static std::string Post(const Words& words)
+{
+    if (!PostMessageW(Window(words[1]), UINT(Number(words[2])), WPARAM(Number(words[3])),
+                      LPARAM(Number(words[4]))))
+        throw Refused("PostMessage failed");
+    return Done();
+}
+
+static std::string SendAndWait(const Words& words)
+{
+    return Object({Member("result", Send(Window(words[1]), UINT(Number(words[2])), WPARAM(Number(words[3])),
+                                         LPARAM(Number(words[4]))))});
+}
+
+// Presses and releases a key on the keyboard: it goes wherever the input focus is.
+static std::string Key(const Words& words)
+{
+    INPUT input[2] = {};
+    for (INPUT& i : input) {
+        i.type = INPUT_KEYBOARD;
+        i.ki.wVk = WORD(Number(words[1]));
+        i.ki.wScan = WORD(MapVirtualKeyW(i.ki.wVk, MAPVK_VK_TO_VSC));
+    }
+    input[1].ki.dwFlags = KEYEVENTF_KEYUP;
+    if (SendInput(2, input, sizeof input[0]) != 2) throw Refused("SendInput failed");
+    return Done();
+}
+
+// ---- Menus: another program's menu cannot be read, its resource can -----------------------------------
+
+static void CollectMenu(HMENU menu, const std::wstring& path, std::vector<std::string>& items)
+{
+    for (int i = 0; i < GetMenuItemCount(menu); i++) {
+        wchar_t text[128] = {};
+        GetMenuStringW(menu, UINT(i), text, 128, MF_BYPOSITION);
+        if (const HMENU popup = GetSubMenu(menu, i)) {
+            CollectMenu(popup, path + text + L"/", items);
+        } else {
+            items.push_back(Object({Member("id", GetMenuItemID(menu, i)), Member("text", Quoted(text)),
+                                    Member("path", Quoted(path + text))}));
+        }
+    }
+}
+
+static std::string ListMenu(const Words& words)
+{
+    const std::unique_ptr<std::remove_pointer_t<HMODULE>, decltype(&FreeLibrary)> program(
+        LoadLibraryExW(words[1].c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE), FreeLibrary);
+    if (!program) throw Refused("the program's file cannot be loaded");
+    const HMENU menu = LoadMenuW(program.get(), MAKEINTRESOURCEW(Number(words[2])));
+    if (!menu) throw Refused("no such menu");
+    std::vector<std::string> items;
+    CollectMenu(menu, L"", items);
+    DestroyMenu(menu);
+    return Object({Member("items", Array(items))});
+}
+
+// ---- Registry (numbers under the machine's root) ------------------------------------------------------
+
+static std::string GetValue(const Words& words)
+{
+    DWORD value = 0;
+    DWORD size = sizeof value;
+    const LSTATUS status = RegGetValueW(HKEY_LOCAL_MACHINE, words[1].c_str(), words[2].c_str(),
+                                        RRF_RT_REG_DWORD, nullptr, &value, &size);
+    return Object({Member("value", status == ERROR_SUCCESS ? std::to_string(int32_t(value)) : "null")});
+}
+
+static std::string SetValue(const Words& words)
+{
+    const DWORD value = DWORD(Number(words[3]));
+    const LSTATUS status = RegSetKeyValueW(HKEY_LOCAL_MACHINE, words[1].c_str(), words[2].c_str(), REG_DWORD,
+                                           &value, sizeof value);
+    if (status != ERROR_SUCCESS) throw Refused("the value cannot be written");
+    return Done();
+}
+
+static std::string DeleteKey(const Words& words)
+{
+    RegDeleteTreeW(HKEY_LOCAL_MACHINE, words[1].c_str());
+    return Done();
+}
+
+// ---- The page -----------------------------------------------------------------------------------------
+
+static std::string Page(const Words& words)
+{
+    std::vector<std::string> lines;
+    for (const std::wstring& line : ReadPage(Window(words[1]), int(Number(words[2])))) {
+        lines.push_back(Quoted(line));
+    }
+    return Object({Member("lines", Array(lines))});
+}
+
+// ---- The table ----------------------------------------------------------------------------------------
+
+const Command& FindCommand(const std::wstring& name)
+{
+    static constexpr Command commands[] = {
+        {L"windows", 0, ListWindows},   // visible top-level windows, front to back
+        {L"controls", 1, ListControls}, // WINDOW
+        {L"set-text", 2, SetText},      // CONTROL TEXT
+        {L"click", 1, Click},           // BUTTON
+        {L"items", 1, ListItems},       // LIST
+        {L"select", 2, Select},         // LIST INDEX
+        {L"post", 4, Post},             // WINDOW MESSAGE WPARAM LPARAM
+        {L"send", 4, SendAndWait},      // WINDOW MESSAGE WPARAM LPARAM
+        {L"key", 1, Key},               // VIRTUAL-KEY
+        {L"menu", 2, ListMenu},         // FILE RESOURCE
+        {L"get-value", 2, GetValue},    // KEY NAME
+        {L"set-value", 3, SetValue},    // KEY NAME VALUE
+        {L"delete-key", 1, DeleteKey},  // KEY
+        {L"page", 2, Page},             // WINDOW LINES
+    };
+    for (const Command& command : commands) {
+        if (name == command.name) return command;
+    }
+    throw Refused("no such command");
+}

@@ -1,0 +1,118 @@
+"""Shows a receiver's data in the program, through Wine. ./run.sh --help says how to call it."""
+
+import argparse
+import contextlib
+import os
+import signal
+import subprocess
+import sys
+import time
+
+from desktop import (Build, MemoryDisplay, Program, Rates, Root, Wine, display_reachable, save_screenshot, say,
+                     stop)
+from driver import WM_CLOSE, Driver
+
+Port = 3  # COM1 and COM2 are what Wine calls the machine's own ports
+Output = Build / "run"
+UnattendedSeconds = 20
+
+
+def parse_arguments():
+    parser = argparse.ArgumentParser(prog="./run.sh", add_help=False)
+    parser.add_argument("device", nargs="?", metavar="DEVICE")
+    parser.add_argument("rate", nargs="?", metavar="RATE", type=int, choices=Rates, default=4800)
+    return parser.parse_args()
+
+
+def check_device(device):
+    """Ends with one line that says what to do when the device cannot be used."""
+    if not os.path.exists(device):
+        sys.exit(f"{device}: no such device; is the receiver plugged in?")
+    if not os.access(device, os.R_OK | os.W_OK):
+        group = subprocess.run(["stat", "--format", "%G", device], capture_output=True, text=True).stdout.strip()
+        sys.exit(f"{device}: permission denied; join its group (sudo adduser $USER {group}) and log in again")
+
+
+def build(preset, *targets):
+    subprocess.run([Root / "tools" / "build.sh", preset, *targets], check=True)
+
+
+def start_software_receiver(rate):
+    """The receiver's process and the terminal that it speaks on."""
+    receiver = subprocess.Popen([Build / "native" / "toravane-receiver", "--rate", str(rate)],
+                                stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True)
+    terminal = receiver.stdout.readline().strip()
+    if not terminal:
+        sys.exit("The software receiver did not start")
+    return receiver, terminal
+
+
+def wait_until_closed(program):
+    say("The program is running; close its window to end")
+    return program.wait()
+
+
+def run_unattended(wine, display, program):
+    """Lets the program run for a while, keeps what its window shows, and closes it."""
+    with contextlib.closing(Driver(wine)) as driver:
+        say(f"No display: running for {UnattendedSeconds} seconds on one in memory")
+        end = time.monotonic() + UnattendedSeconds
+        while time.monotonic() < end and program.poll() is None:
+            time.sleep(0.1)
+        window = driver.main_window()
+        if not window:
+            say("The program has no window")
+            return 1
+        # A screenshot for each view that the window has.
+        save_screenshot(display, Output / "text-page.png", window["outer"])
+        page = driver.page(window["window"])
+        driver.post(window["window"], WM_CLOSE)
+        code = program.wait(30)
+    say("The text page at the end:")
+    for line in page:
+        say("|" + line)
+    say("Screenshots:")
+    for file in sorted(Output.glob("*.png")):
+        say(f"  {file.relative_to(Root)}")
+    return code
+
+
+def main():
+    arguments = parse_arguments()
+    if arguments.device:
+        check_device(arguments.device)
+    build("native", "toravane-receiver")
+    build("desktop")
+
+    # Whatever ends this script, everything that it started ends too.
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
+    signal.signal(signal.SIGHUP, lambda *_: sys.exit(1))
+    with contextlib.ExitStack() as cleanup:
+        display = os.environ.get("DISPLAY", "")
+        attended = display_reachable(display)
+        if not attended:
+            memory_display = cleanup.enter_context(contextlib.closing(MemoryDisplay()))
+            display = memory_display.name
+
+        terminal = arguments.device
+        if not terminal:
+            receiver, terminal = start_software_receiver(arguments.rate)
+            cleanup.callback(stop, receiver)
+        say(f"Receiver on {terminal} at {arguments.rate} baud is COM{Port}")
+
+        wine = cleanup.enter_context(contextlib.closing(Wine(Build / "wine", display, window_manager=attended)))
+        wine.map_port(Port, terminal)
+        wine.store_port(Port, arguments.rate)
+        program = wine.start(Program, stdin=subprocess.DEVNULL)
+        cleanup.callback(stop, program)
+        code = wait_until_closed(program) if attended else run_unattended(wine, display, program)
+    if code:
+        say(f"The program ended with code {code}")
+    return 1 if code else 0
+
+
+if __name__ == "__main__":
+    try:
+        sys.exit(main())
+    except KeyboardInterrupt:
+        sys.exit(1)
