@@ -88,10 +88,11 @@ def save_screenshot(display, path, box=None):
 
 
 class Wine:
-    """A Wine prefix that stays up until it is closed."""
+    """A Wine prefix that stays up until it is closed. `home`: where the user's own files are."""
 
-    def __init__(self, prefix, display, window_manager=False):
+    def __init__(self, prefix, display, window_manager=False, home=Path.home()):
         self.prefix = prefix
+        home.mkdir(parents=True, exist_ok=True)
         self.environment = {
             **os.environ,
             "WINEPREFIX": str(prefix),
@@ -100,6 +101,7 @@ class Wine:
             # No .NET, no browser, no entries in the user's desktop menus.
             "WINEDLLOVERRIDES": "mscoree,mshtml=;winemenubuilder.exe=",
             "DISPLAY": display,
+            "HOME": str(home),
         }
         complete = prefix / "complete"
         if not complete.exists():

@@ -1,0 +1,273 @@
+"""What the desktop tests are written in: the receiver's side of the line, and what a user sees and does."""
+
+import os
+import pty
+import re
+import select
+import subprocess
+import sys
+import termios
+import threading
+import time
+import tty
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools" / "desktop"))
+
+import desktop
+import driver as raw
+
+Output = desktop.Build / "desktop-tests"
+Settings = r"Software\Quenmark\Toravane"
+Port = 3
+
+DialogClass = "#32770"
+VK_RETURN, VK_ESCAPE, VK_LEFT, VK_UP, VK_RIGHT, VK_DOWN, VK_F10 = 0x0D, 0x1B, 0x25, 0x26, 0x27, 0x28, 0x79
+
+
+def wait_for(what, condition, seconds=15):
+    """Waits until the condition holds and returns its value; what never comes fails the test."""
+    end = time.monotonic() + seconds
+    while True:
+        value = condition()
+        if value:
+            return value
+        assert time.monotonic() < end, f"did not happen within {seconds} s: {what}"
+        time.sleep(0.02)
+
+
+def sentence(body):
+    """A sentence as it goes over the line."""
+    checksum = 0
+    for character in body:
+        checksum ^= ord(character)
+    return f"${body}*{checksum:02X}\r\n".encode()
+
+
+# ---- The receiver's side ------------------------------------------------------------------------------
+
+class Line:
+    """A serial line whose far end is in the test's hands: it keeps every byte that the program sends, and
+    sends exactly what it is told to."""
+
+    def __init__(self):
+        self.far, self.near = pty.openpty()  # the near end stays open here, so that closing a port hangs up nothing
+        tty.setraw(self.near)
+        self._set_rate(termios.B300)  # a rate that the program never sets
+        os.set_blocking(self.far, False)
+        self.device = os.ttyname(self.near)
+        self.received = bytearray()
+        self._open = True
+        self._listener = threading.Thread(target=self._listen)
+        self._listener.start()
+
+    def _set_rate(self, code):
+        settings = termios.tcgetattr(self.near)
+        settings[4] = settings[5] = code
+        termios.tcsetattr(self.near, termios.TCSANOW, settings)
+
+    def rate(self):
+        """The rate that the program has set, in bits per second; 300 if it has not opened the port yet."""
+        code = termios.tcgetattr(self.near)[5]
+        return next(rate for rate in (300, *desktop.Rates) if getattr(termios, f"B{rate}") == code)
+
+    def _listen(self):
+        while self._open:
+            if select.select([self.far], [], [], 0.05)[0]:
+                self.received += os.read(self.far, 4096)
+
+    def send(self, data, rate=None):
+        """Sends bytes, all at once or as slowly as a line of that rate does."""
+        start = time.monotonic()
+        sent = 0
+        while sent < len(data) and self._open:
+            due = len(data) if rate is None else int((time.monotonic() - start) * rate / 10) + 1
+            try:
+                sent += os.write(self.far, data[sent:due])
+            except BlockingIOError:
+                pass
+            if sent < len(data):
+                time.sleep(0.005)
+
+    def stream(self, data, rate):
+        """Sends the same bytes again and again, without a pause, until the line is closed."""
+        def repeat():
+            while self._open:
+                self.send(data, rate)
+        self._streamer = threading.Thread(target=repeat)
+        self._streamer.start()
+
+    def close(self):
+        self._open = False
+        self._listener.join()
+        if hasattr(self, "_streamer"):
+            self._streamer.join()
+        os.close(self.near)
+        os.close(self.far)
+
+
+# ---- The user's side ----------------------------------------------------------------------------------
+
+class Dialog:
+    """A dialog or a message box on the screen."""
+
+    def __init__(self, user, window):
+        self.user = user
+        self.window = window["window"]
+        self.caption = window["text"]
+        self.controls = user.driver.controls(self.window)
+
+    @property
+    def texts(self):
+        """The texts that stand in it, from top to bottom."""
+        return [c["text"] for c in self.controls if c["class"] == "Static" and c["text"]]
+
+    @property
+    def buttons(self):
+        return [c["text"] for c in self.controls if c["class"] == "Button"]
+
+    def press(self, text):
+        button = next(c for c in self.controls if c["class"] == "Button" and c["text"].replace("&", "") == text)
+        self.user.driver.click(button["window"])
+        self.wait_gone()
+
+    def close(self):
+        """Presses the cross in its caption."""
+        self.user.driver.post(self.window, raw.WM_SYSCOMMAND, raw.SC_CLOSE)
+        self.wait_gone()
+
+    def wait_gone(self):
+        wait_for(f"'{self.caption}' disappears",
+                 lambda: all(w["window"] != self.window for w in self.user.driver.windows()))
+
+
+class Program:
+    """A running copy of the program."""
+
+    def __init__(self, user, arguments, environment):
+        self.user = user
+        self.process = user.wine.start(desktop.Program, *arguments, environment=environment,
+                                       stdin=subprocess.DEVNULL)
+
+    def running(self):
+        return self.process.poll() is None
+
+    def wait_end(self, seconds=15):
+        """The exit code of a program that is about to end."""
+        wait_for("the program ends", lambda: not self.running(), seconds)
+        return self.process.returncode
+
+
+class User:
+    """Sits at a desktop of their own, starts the program and works it."""
+
+    def __init__(self):
+        self.display = desktop.MemoryDisplay()
+        try:
+            self.wine = desktop.Wine(Output / "wine", self.display.name, home=Output / "home")
+            self.driver = raw.Driver(self.wine)
+        except BaseException:
+            self.display.close()
+            raise
+        self.programs = []
+        self.lines = []
+
+    def leave(self):
+        try:
+            self.driver.close()
+        finally:
+            self.wine.close()
+            self.display.close()
+
+    def tidy(self):
+        """Ends what a test has left, and forgets the settings."""
+        for program in self.programs:
+            desktop.stop(program.process)
+        for line in self.lines:
+            line.close()
+        self.programs.clear()
+        self.lines.clear()
+        self.driver.delete_key(Settings)
+
+    # -- what is there before the program starts
+
+    def connect(self):
+        """A line to the program's COM3."""
+        line = Line()
+        self.lines.append(line)
+        self.wine.map_port(Port, line.device)
+        return line
+
+    def store(self, **values):
+        for name, value in values.items():
+            self.driver.set_value(Settings, name, value)
+
+    def stored(self, name):
+        """A stored number, or None."""
+        return self.driver.get_value(Settings, name)
+
+    # -- the program and its windows
+
+    def start(self, *arguments, environment=None):
+        program = Program(self, arguments, environment)
+        self.programs.append(program)
+        return program
+
+    def start_connected(self, rate=4800):
+        """The program on an open line, before the receiver's first sentence."""
+        line = self.connect()
+        self.store(CommPortIdx=Port, BaudrateIdx=desktop.Rates.index(rate))
+        program = self.start()
+        wait_for("the program sets the line's rate", lambda: line.rate() == rate)
+        self.main_window()
+        return program, line
+
+    def main_window(self):
+        return wait_for("the main window appears", self.driver.main_window)
+
+    def dialog(self, caption):
+        """The dialog or box of that caption, as soon as it is on the screen and complete."""
+        window = wait_for(f"'{caption}' appears", lambda: next(
+            (w for w in self.driver.windows() if w["class"] == DialogClass and w["text"] == caption), None))
+        return Dialog(self, window)
+
+    def dialogs(self):
+        """The captions of all dialogs and boxes on the screen."""
+        return [w["text"] for w in self.driver.windows() if w["class"] == DialogClass]
+
+    def choose(self, item):
+        """Chooses an item of the program's menu, by number."""
+        self.driver.post(self.main_window()["window"], raw.WM_COMMAND, item)
+
+    def press(self, *keys):
+        """Presses keys on the keyboard; they go to the window in front."""
+        for key in keys:
+            self.driver.key(key)
+
+    def close(self):
+        self.driver.post(self.main_window()["window"], raw.WM_CLOSE)
+
+    def minimise(self):
+        self.driver.post(self.main_window()["window"], raw.WM_SYSCOMMAND, raw.SC_MINIMIZE)
+
+    def page(self):
+        """The 19 lines on the screen, without trailing blanks."""
+        return self.driver.page(self.main_window()["window"])
+
+    def wait_page(self, expected):
+        """Waits until the page is as expected; shows the lines that are not."""
+        last = []
+
+        def matches():
+            last[:] = self.page()
+            return last == expected
+        try:
+            wait_for("the page is as expected", matches, 8)
+        except AssertionError:
+            assert last == expected
+            raise
+
+    def screenshot(self, name):
+        file = Output / (re.sub(r"[^\w.-]+", "_", name) + ".png")
+        desktop.save_screenshot(self.display.name, file)
+        return file

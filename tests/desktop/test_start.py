@@ -1,0 +1,299 @@
+"""The program from its start to its end: settings, first sentence, menus, boxes, keys and the text page."""
+
+import time
+
+import pytest
+
+import desktop
+from harness import (Port, VK_DOWN, VK_ESCAPE, VK_F10, VK_LEFT, VK_RETURN, VK_RIGHT, VK_UP, sentence, wait_for)
+
+HotStart = b"$PSRF101,0,0,0,0,0,0,12,1*15\r\n"
+
+# A short record with every sentence that the page shows.
+Record = b"".join(map(sentence, [
+    "GPGGA,183725.50,4916.4500,N,12311.1200,W,2,08,1.2,100.0,M,47.5,M,3,0120",
+    "GPGSA,A,3,04,05,09,12,,,,,,,,,2.3,1.2,1.9",
+    "GPGSV,2,1,05,04,60,215,42,05,12,047,38,09,05,301,,12,33,118,45",
+    "GPGSV,2,2,05,120,28,190,33",
+    "GPRMC,183726.00,A,4916.4500,N,12311.1200,W,10.0,231.8,210626,,,D",
+    "GPVTG,231.8,T,,M,10.0,N,18.5,K,D",
+]))
+Page = [
+    " UTC: 2026-06-21 18:37:26",
+    " Sv:04 05 09 12 12000 00 00 00 00 00 00",
+    " Cn:42 38 00 45 33 00 00 00 00 00 00 00",
+    " El: 60 12 05 33 28 00 00 00 00 00 00 00",
+    " Fix: 8 SVs DGPS Age 3 s",
+    " HDOP: 1.2",
+    " Latitude: 49.2741667 °N",
+    " Longitude: 123.1853333 °W",
+    " Northing: 5485446.50 m",
+    " Easting: 17200536.00 m",
+    " VDOP: 1.9",
+    " Altitude MSL: 100.00 m",
+    " Geoid Separation: 47.50 m",
+    " Speed: 5.15 m/s",
+    " Course: 231.80 °",
+    "",
+    "",
+    "",
+    " Use joystick to toggle graph/text.",
+]
+StartPage = [" Menu Com. Open a port."] + [""] * 18
+
+NmeaItems = [
+    (2003, "Set Serial Port (Switch to SiRF)"),
+    (2004, "Navigation Initialization"),
+    (2005, "Set Message Rate"),
+    (2007, "Development Data"),
+    (2008, "Select Datum"),
+]
+SirfItems = [
+    (2009, "Advanced Power Management"),
+    (2010, "Initialize Data Source"),
+    (2011, "Switch to NMEA Protocol"),
+    (2012, "DGPS Source"),
+    (2013, "Mode Control"),
+    (2014, "DOP Mask"),
+    (2015, "DGPS Mode"),
+    (2016, "Elevation Mask"),
+    (2017, "Power Mask"),
+    (2018, "Static Navigation"),
+    (2019, "Trickle Power"),
+    (2020, "Set Message Rate"),
+    (2021, "Low Power"),
+    (2022, "SBAS"),
+    (2025, "Poll Software Version"),
+]
+
+
+def under(popup, items):
+    return [(number, f"{popup}/{text}") for number, text in items]
+
+
+# ---- First sentence -----------------------------------------------------------------------------------
+
+@pytest.mark.parametrize("rate", [4800, 115200])
+def test_opens_the_stored_port_at_the_stored_rate(user, rate):
+    user.start_connected(rate)  # waits until the line has that rate
+    user.wait_page(StartPage)
+
+
+def test_first_sentence_sends_one_hot_start(user):
+    program, line = user.start_connected()
+    assert line.received == b""
+    line.send(Record)
+    user.wait_page(Page)
+    line.send(Record + sentence("GPVTG,5.0,T,,M,10.0,N,18.5,K,D"))
+    user.wait_page([" Course: 5.00 °" if text.startswith(" Course") else text for text in Page])
+    assert line.received == HotStart
+    assert program.running()
+
+
+def test_first_sentence_stores_port_and_rate(user):
+    _, line = user.start_connected(rate=9600)
+    user.store(CommPortIdx=8, BaudrateIdx=0)
+    line.send(sentence("GPZDA,183725.50,21,06,2026,00,00"))
+    wait_for("the port is stored", lambda: user.stored("CommPortIdx") == Port)
+    wait_for("the rate is stored", lambda: user.stored("BaudrateIdx") == desktop.Rates.index(9600))
+
+
+def test_wrong_checksum_is_no_first_sentence(user):
+    _, line = user.start_connected()
+    line.send(b"$GPVTG,231.8,T,,M,10.0,N,18.5,K,D*00\r\n")
+    user.store(CommPortIdx=8)
+    time.sleep(1)
+    assert line.received == b""
+    assert user.stored("CommPortIdx") == 8
+    user.wait_page(StartPage)
+
+
+def test_port_that_does_not_exist(user):
+    user.store(CommPortIdx=7, BaudrateIdx=2)
+    program = user.start()
+    user.dialog("Cannot open COM7:").press("OK")
+    assert program.running()
+    user.close()
+    assert program.wait_end() == 0
+
+
+# ---- Page and keys ------------------------------------------------------------------------------------
+
+def test_page_shows_the_sentences(user):
+    _, line = user.start_connected()
+    line.send(Record)
+    user.wait_page(Page)
+
+
+def test_wrong_page_is_noticed(user):
+    """The comparison itself: it must see one wrong character, a missing line and a line too many."""
+    _, line = user.start_connected()
+    line.send(Record)
+    user.wait_page(Page)
+    shown = user.page()
+    for number, text in enumerate(Page):
+        wrong = Page.copy()
+        wrong[number] = text[:-1] + "." if text else "."
+        assert shown != wrong
+    # One dot more or less in the picture is a difference, too.
+    line.send(sentence("GPVTG,231.8,T,,M,10.1,N,18.5,K,D"))
+    wait_for("the speed changes", lambda: user.page() != Page)
+    assert [n for n in range(19) if user.page()[n] != Page[n]] == [13]
+
+
+def test_shorter_text_leaves_nothing_behind(user):
+    _, line = user.start_connected()
+    user.wait_page(StartPage)
+    line.send(sentence("GPVTG,7.0,T,,M,10.0,N,18.5,K,D"))
+    user.wait_page([""] * 13 + [" Speed: 5.15 m/s", " Course: 7.00 °", "", "", "", Page[18]])
+
+
+@pytest.mark.parametrize("key", [VK_LEFT, VK_UP, VK_RIGHT, VK_DOWN])
+def test_direction_key_toggles_chart_and_text(user, key):
+    _, line = user.start_connected()
+    line.send(Record)
+    user.wait_page(Page)
+    user.press(key)
+    line.send(Record)  # the chart comes with the next fix
+    wait_for("the chart appears", lambda: user.page() != Page)
+    user.press(key)
+    user.wait_page(Page)
+
+
+def test_letter_key_toggles_twice(user):
+    _, line = user.start_connected()
+    line.send(Record)
+    user.wait_page(Page)
+    user.press(ord("A"))
+    line.send(sentence("GPVTG,5.0,T,,M,10.0,N,18.5,K,D"))
+    user.wait_page([" Course: 5.00 °" if text.startswith(" Course") else text for text in Page])
+
+
+# ---- Menus --------------------------------------------------------------------------------------------
+
+def test_menu_items(user):
+    items = user.driver.menu(desktop.Program, 2000)
+    assert [(item["id"], item["path"]) for item in items] == [
+        (401, "About"), (403, "Com"), *under("NMEA", NmeaItems), *under("SiRF", SirfItems), (408, "Graph"),
+        (406, "Exit")]
+
+
+def test_keypad_menu_items(user):
+    items = user.driver.menu(desktop.Program, 2100)
+    assert [(item["id"], item["path"]) for item in items] == [
+        (401, "NMEA/About Toravane"), (403, "NMEA/Communication"), *under("NMEA", NmeaItems),
+        (408, "NMEA/Graph Options"), (406, "NMEA/Exit"), *under("SiRF", SirfItems)]
+
+
+def test_menu_opens_the_about_box(user):
+    program, _ = user.start_connected()
+    user.choose(401)
+    user.dialog("About Toravane").press("OK")
+    assert program.running()
+
+
+def test_menu_by_keyboard(user):
+    """The menu really hangs in the window: its first item is reached with the keyboard alone."""
+    user.start_connected()
+    user.press(VK_F10, VK_RETURN)
+    user.dialog("About Toravane").press("OK")
+
+
+def test_menu_exit_ends_the_program(user):
+    program, _ = user.start_connected()
+    user.choose(406)
+    assert program.wait_end() == 0
+
+
+# ---- First start and command line ---------------------------------------------------------------------
+
+def close_with_ok(user, box):
+    box.press("OK")
+
+
+def close_with_escape(user, box):
+    user.press(VK_ESCAPE)
+    box.wait_gone()
+
+
+def close_with_cross(user, box):
+    box.close()
+
+
+@pytest.mark.parametrize("close", [close_with_ok, close_with_escape, close_with_cross])
+def test_first_start_shows_the_about_box(user, close):
+    program = user.start()
+    box = user.dialog("About Toravane")
+    assert "Toravane v 2.20" in box.texts
+    close(user, box)
+    user.wait_page(StartPage)
+    assert user.main_window()["enabled"]
+    user.close()
+    assert program.wait_end() == 0
+
+
+def test_first_start_ignores_the_command_line(user):
+    program = user.start("StaticNavigationOn")
+    user.dialog("About Toravane").press("OK")
+    time.sleep(1)
+    assert user.dialogs() == []
+    assert program.running()
+
+
+@pytest.mark.parametrize("stored, arguments, caption, text", [
+    ({"BaudrateIdx": 2}, ["StaticNavigationOn"], "CmdLine", "Unknown Comm Port for GPS"),
+    ({"CommPortIdx": Port}, ["StaticNavigationOn"], "CmdLine", "Unknown Baudrate for Comm Port"),
+    ({"CommPortIdx": Port, "BaudrateIdx": 2}, ["staticnavigationon"], "Un-supported CmdLine", "staticnavigationon"),
+    ({"CommPortIdx": Port, "BaudrateIdx": 2}, ["StaticNavigationOn 1"], "Un-supported CmdLine", "StaticNavigationOn 1"),
+], ids=["no-port", "no-rate", "other-case", "blank"])
+def test_command_line_is_answered_and_ends_the_program(user, stored, arguments, caption, text):
+    user.connect()
+    user.store(**stored)
+    program = user.start(*arguments)
+    box = user.dialog(caption)
+    assert box.texts == [text]
+    assert box.buttons == ["OK"]
+    box.press("OK")
+    assert program.wait_end() == 0
+
+
+# ---- One copy, and its end ----------------------------------------------------------------------------
+
+def test_second_start_brings_the_first_to_the_front(user):
+    first, _ = user.start_connected()
+    other = user.wine.start("notepad")
+    try:
+        wait_for("another program is in front", lambda: any(
+            w["class"] == "Notepad" and w["foreground"] for w in user.driver.windows()))
+        assert not user.main_window()["foreground"]
+        second = user.start()
+        assert second.wait_end() == 0
+        wait_for("the first copy is in front", lambda: user.main_window()["foreground"])
+    finally:
+        desktop.stop(other)
+    assert first.running()
+    assert len([w for w in user.driver.windows() if w["class"] == "Toravane"]) == 1
+
+
+def test_second_start_brings_an_open_box_to_the_front(user):
+    user.start_connected()
+    user.choose(401)
+    user.dialog("About Toravane")
+    second = user.start()
+    assert second.wait_end() == 0
+    wait_for("the box is in front", lambda: any(
+        w["text"] == "About Toravane" and w["foreground"] for w in user.driver.windows()))
+
+
+def test_minimising_ends_the_program(user):
+    program, _ = user.start_connected()
+    user.minimise()
+    assert program.wait_end() == 0
+
+
+def test_closing_while_the_receiver_streams(user):
+    program, line = user.start_connected(115200)
+    line.stream(Record, 115200)
+    wait_for("the page comes", lambda: user.page()[18] == Page[18])
+    user.close()
+    assert program.wait_end() == 0
