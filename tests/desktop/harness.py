@@ -53,7 +53,7 @@ class Line:
     def __init__(self):
         self.far, self.near = pty.openpty()  # the near end stays open here, so that closing a port hangs up nothing
         tty.setraw(self.near)
-        self._set_rate(termios.B300)  # a rate that the program never sets
+        self.hang_up()
         os.set_blocking(self.far, False)
         self.device = os.ttyname(self.near)
         self.received = bytearray()
@@ -61,13 +61,14 @@ class Line:
         self._listener = threading.Thread(target=self._listen)
         self._listener.start()
 
-    def _set_rate(self, code):
+    def hang_up(self):
+        """Sets a rate that the program never sets, which shows that it has not opened the port yet."""
         settings = termios.tcgetattr(self.near)
-        settings[4] = settings[5] = code
+        settings[4] = settings[5] = termios.B300
         termios.tcsetattr(self.near, termios.TCSANOW, settings)
 
     def rate(self):
-        """The rate that the program has set, in bits per second; 300 if it has not opened the port yet."""
+        """The rate that the program has set, in bits per second; 300 since the last hang-up."""
         code = termios.tcgetattr(self.near)[5]
         return next(rate for rate in (300, *desktop.Rates) if getattr(termios, f"B{rate}") == code)
 

@@ -81,6 +81,9 @@ class Driver:
     def page(self, window, lines=19):
         return self.call("page", window, lines)["lines"]
 
+    def dot(self, window, x, y):
+        self.call("dot", window, x, y)
+
     def main_window(self):
         """The program's main window, or None."""
         return next((w for w in self.windows() if w["class"] == "Toravane" and w["text"] == "Toravane"), None)

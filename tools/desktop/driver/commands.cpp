@@ -291,6 +291,16 @@ static std::string Page(const Words& words)
     return Object({Member("lines", Array(lines))});
 }
 
+// Paints one black pixel into a window, behind its program's back.
+static std::string Dot(const Words& words)
+{
+    const HWND window = Window(words[1]);
+    const HDC dc = GetDC(window);
+    SetPixel(dc, int(Number(words[2])), int(Number(words[3])), RGB(0, 0, 0));
+    ReleaseDC(window, dc);
+    return Done();
+}
+
 // ---- The table ----------------------------------------------------------------------------------------
 
 const Command& FindCommand(const std::wstring& name)
@@ -310,6 +320,7 @@ const Command& FindCommand(const std::wstring& name)
         {L"set-value", 3, SetValue},    // KEY NAME VALUE
         {L"delete-key", 1, DeleteKey},  // KEY
         {L"page", 2, Page},             // WINDOW LINES
+        {L"dot", 3, Dot},               // WINDOW X Y
     };
     for (const Command& command : commands) {
         if (name == command.name) return command;

@@ -78,6 +78,7 @@ static Alphabet DrawAlphabet()
     // The font of the text page, as the desktop platform chooses it.
     LOGFONTW description = {};
     description.lfHeight = -13;
+    description.lfCharSet = ANSI_CHARSET;
     description.lfPitchAndFamily = FIXED_PITCH | FF_MODERN;
     wcscpy(description.lfFaceName, L"Courier New");
     const HFONT font = CreateFontIndirectW(&description);
