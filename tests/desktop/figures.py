@@ -49,8 +49,10 @@ def main(seconds):
         idle = measure(user, program, seconds)
         line.stream(Record, 115200)
         wait_for("the page comes", lambda: user.page()[18] == Page[18])
+        sent = line.sent
         stream = measure(user, program, seconds)
-        for name, (own, server) in (("silent line", idle), ("115200 baud", stream)):
+        rate = (line.sent - sent) / seconds
+        for name, (own, server) in (("silent line", idle), (f"{rate:.0f} bytes/s", stream)):
             print(f"{name}: program {own:.1f} %, Wine's server {server:.1f} % of one processor")
     finally:
         user.tidy()

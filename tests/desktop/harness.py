@@ -57,6 +57,7 @@ class Line:
         os.set_blocking(self.far, False)
         self.device = os.ttyname(self.near)
         self.received = bytearray()
+        self.sent = 0  # bytes
         self._open = True
         self._listener = threading.Thread(target=self._listen)
         self._listener.start()
@@ -84,17 +85,21 @@ class Line:
         while sent < len(data) and self._open:
             due = len(data) if rate is None else int((time.monotonic() - start) * rate / 10) + 1
             try:
-                sent += os.write(self.far, data[sent:due])
+                count = os.write(self.far, data[sent:due])
             except BlockingIOError:
-                pass
+                count = 0  # the program does not keep up
+            sent += count
+            self.sent += count
             if sent < len(data):
                 time.sleep(0.005)
 
     def stream(self, data, rate):
         """Sends the same bytes again and again, without a pause, until the line is closed."""
+        ten_seconds = data * (rate // len(data) + 1)
+
         def repeat():
             while self._open:
-                self.send(data, rate)
+                self.send(ten_seconds, rate)
         self._streamer = threading.Thread(target=repeat)
         self._streamer.start()
 
@@ -171,6 +176,7 @@ class User:
             self.display.close()
             raise
         self.programs = []
+        self.receivers = []
         self.lines = []
 
     def leave(self):
@@ -184,10 +190,12 @@ class User:
         """Ends what a test has left, and forgets the settings."""
         for program in self.programs:
             desktop.stop(program.process)
+        for receiver in self.receivers:
+            desktop.stop(receiver)
         for line in self.lines:
             line.close()
-        self.programs.clear()
-        self.lines.clear()
+        for left in (self.programs, self.receivers, self.lines):
+            left.clear()
         self.driver.delete_key(Settings)
 
     # -- what is there before the program starts
@@ -198,6 +206,14 @@ class User:
         self.lines.append(line)
         self.wine.map_port(Port, line.device)
         return line
+
+    def connect_receiver(self, rate, *options):
+        """The software receiver on the program's COM3; the bytes that the program sends go into a file."""
+        record = Output / "sent-by-the-program"
+        receiver, terminal = desktop.start_software_receiver("--rate", rate, "--record", record, *options)
+        self.receivers.append(receiver)
+        self.wine.map_port(Port, terminal)
+        return record
 
     def store(self, **values):
         for name, value in values.items():

@@ -8,8 +8,7 @@ import random
 import sys
 import time
 
-import desktop
-from harness import Port, User, wait_for
+from harness import Port, User, desktop, wait_for
 from test_start import Record
 
 

@@ -1,11 +1,12 @@
 """The program from its start to its end: settings, first sentence, menus, boxes, keys and the text page."""
 
+import re
 import time
 
 import pytest
 
-import desktop
-from harness import (Port, VK_DOWN, VK_ESCAPE, VK_F10, VK_LEFT, VK_RETURN, VK_RIGHT, VK_UP, sentence, wait_for)
+from harness import (Port, VK_DOWN, VK_ESCAPE, VK_F10, VK_LEFT, VK_RETURN, VK_RIGHT, VK_UP, desktop, sentence,
+                     wait_for)
 
 HotStart = b"$PSRF101,0,0,0,0,0,0,12,1*15\r\n"
 
@@ -126,6 +127,22 @@ def test_page_shows_the_sentences(user):
     _, line = user.start_connected()
     line.send(Record)
     user.wait_page(Page)
+
+
+def test_page_shows_the_moving_software_receiver(user):
+    """Two programs written apart from each other understand each other, at a slow and at the fastest rate."""
+    for rate in (4800, 115200):
+        record = user.connect_receiver(rate, "--start", "hot", "--track", "circle")
+        user.store(CommPortIdx=Port, BaudrateIdx=desktop.Rates.index(rate))
+        program = user.start()
+        wait_for("a fix", lambda: re.fullmatch(r" Fix: \d+ SVs.*", user.page()[4]), 30)
+        wait_for("satellites", lambda: re.fullmatch(r" Sv:(\d\d ?){12}", user.page()[1]), 30)
+        latitude = user.page()[6]
+        assert re.fullmatch(r" Latitude: 47\.3\d{6} °N", latitude)
+        wait_for("the position changes", lambda: user.page()[6] != latitude)
+        assert record.read_bytes() == HotStart
+        user.close()
+        assert program.wait_end() == 0
 
 
 def test_wrong_page_is_noticed(user):

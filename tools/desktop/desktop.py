@@ -4,6 +4,7 @@ Neither the user's display nor the user's Wine prefix is ever changed.
 """
 
 import ctypes
+import fcntl
 import os
 import shutil
 import subprocess
@@ -14,6 +15,7 @@ Root = Path(__file__).resolve().parents[2]
 Build = Root / "build"
 Program = Build / "desktop" / "toravane.exe"
 Driver = Build / "desktop" / "toravane-driver.exe"
+Receiver = Build / "native" / "toravane-receiver"
 
 SettingsKey = r"HKEY_LOCAL_MACHINE\Software\Quenmark\Toravane"
 Rates = (1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200)  # the stored index is the place in here
@@ -61,6 +63,16 @@ def stop(process, patience=5):
             process.wait()
 
 
+def start_software_receiver(*options):
+    """The receiver's process and the terminal that it speaks on."""
+    receiver = subprocess.Popen([Receiver, *map(str, options)], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                text=True)
+    terminal = receiver.stdout.readline().strip()
+    if not terminal:
+        raise RuntimeError("the software receiver did not start")
+    return receiver, terminal
+
+
 class MemoryDisplay:
     """An X display without a screen, on the first free number."""
 
@@ -93,6 +105,12 @@ class Wine:
     def __init__(self, prefix, display, window_manager=False, home=Path.home()):
         self.prefix = prefix
         home.mkdir(parents=True, exist_ok=True)
+        prefix.parent.mkdir(parents=True, exist_ok=True)
+        self.lock = open(prefix.with_suffix(".lock"), "w")
+        try:
+            fcntl.flock(self.lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+        except BlockingIOError:
+            sys.exit(f"{prefix} is in use by another run")
         self.environment = {
             **os.environ,
             "WINEPREFIX": str(prefix),
@@ -103,17 +121,16 @@ class Wine:
             "DISPLAY": display,
             "HOME": str(home),
         }
+        self._server("-k")  # what a run that was killed has left
         complete = prefix / "complete"
         if not complete.exists():
             say(f"Creating the Wine prefix {prefix}")
             shutil.rmtree(prefix, ignore_errors=True)
-            prefix.mkdir(parents=True)
-            self._server("-p")
-            self.run("wineboot", "--init")
-            complete.touch()
-        else:
-            self._server("-p")
-            self.run("wineboot")
+            prefix.mkdir()
+        # Ports are mapped while the server runs: it removes mappings that it does not know when it starts.
+        self._server("-p")
+        self.run("wineboot")
+        complete.touch()
         settings = prefix / "settings.reg"
         settings.write_text(PrefixSettings.format(managed="Y" if window_manager else "N"))
         self.run("regedit", "/S", str(settings))
@@ -146,3 +163,4 @@ class Wine:
     def close(self):
         self._server("-k")
         self._server("-w")
+        self.lock.close()

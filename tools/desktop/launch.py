@@ -3,14 +3,14 @@
 import argparse
 import contextlib
 import os
+import shutil
 import signal
 import subprocess
 import sys
-import time
 
 from desktop import (Build, MemoryDisplay, Program, Rates, Root, Wine, display_reachable, save_screenshot, say,
-                     stop)
-from driver import WM_CLOSE, Driver
+                     start_software_receiver, stop)
+from driver import WM_CLOSE, Driver, DriverError
 
 Port = 3  # COM1 and COM2 are what Wine calls the machine's own ports
 Output = Build / "run"
@@ -37,44 +37,44 @@ def build(preset, *targets):
     subprocess.run([Root / "tools" / "build.sh", preset, *targets], check=True)
 
 
-def start_software_receiver(rate):
-    """The receiver's process and the terminal that it speaks on."""
-    receiver = subprocess.Popen([Build / "native" / "toravane-receiver", "--rate", str(rate)],
-                                stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True)
-    terminal = receiver.stdout.readline().strip()
-    if not terminal:
-        sys.exit("The software receiver did not start")
-    return receiver, terminal
-
-
 def wait_until_closed(program):
     say("The program is running; close its window to end")
     return program.wait()
 
 
-def run_unattended(wine, display, program):
-    """Lets the program run for a while, keeps what its window shows, and closes it."""
-    with contextlib.closing(Driver(wine)) as driver:
-        say(f"No display: running for {UnattendedSeconds} seconds on one in memory")
-        end = time.monotonic() + UnattendedSeconds
-        while time.monotonic() < end and program.poll() is None:
-            time.sleep(0.1)
-        window = driver.main_window()
-        if not window:
-            say("The program has no window")
-            return 1
-        # A screenshot for each view that the window has.
-        save_screenshot(display, Output / "text-page.png", window["outer"])
+def keep_text_page(driver, display, window):
+    """A screenshot of the text page, and its lines as they were read from the same picture."""
+    page = None
+    while page != driver.page(window["window"]):
         page = driver.page(window["window"])
-        driver.post(window["window"], WM_CLOSE)
-        code = program.wait(30)
+        save_screenshot(display, Output / "text-page.png", window["outer"])
     say("The text page at the end:")
     for line in page:
         say("|" + line)
-    say("Screenshots:")
-    for file in sorted(Output.glob("*.png")):
-        say(f"  {file.relative_to(Root)}")
-    return code
+
+
+def run_unattended(wine, display, program):
+    """Lets the program run for a while, keeps what its window shows, and closes it."""
+    say(f"No display: running for {UnattendedSeconds} seconds on one in memory")
+    with contextlib.closing(Driver(wine)) as driver:
+        with contextlib.suppress(subprocess.TimeoutExpired):
+            program.wait(UnattendedSeconds)
+            say("The program has ended by itself")
+            return 1
+        window = driver.main_window()
+        try:
+            keep_text_page(driver, display, window)
+            # Further views of the window come here: driver.key(VK_RIGHT), save_screenshot(...)
+        except DriverError as problem:
+            save_screenshot(display, Output / "display.png")
+            say(f"The text page cannot be read: {problem}")
+            return 1
+        finally:
+            say("Screenshots:")
+            for file in sorted(Output.glob("*.png")):
+                say(f"  {file.relative_to(Root)}")
+        driver.post(window["window"], WM_CLOSE)
+        return program.wait(30)
 
 
 def main():
@@ -87,6 +87,7 @@ def main():
     # Whatever ends this script, everything that it started ends too.
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
     signal.signal(signal.SIGHUP, lambda *_: sys.exit(1))
+    shutil.rmtree(Output, ignore_errors=True)
     with contextlib.ExitStack() as cleanup:
         display = os.environ.get("DISPLAY", "")
         attended = display_reachable(display)
@@ -96,7 +97,7 @@ def main():
 
         terminal = arguments.device
         if not terminal:
-            receiver, terminal = start_software_receiver(arguments.rate)
+            receiver, terminal = start_software_receiver("--rate", arguments.rate, "--start", "hot")
             cleanup.callback(stop, receiver)
         say(f"Receiver on {terminal} at {arguments.rate} baud is COM{Port}")
 
