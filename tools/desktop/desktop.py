@@ -127,7 +127,7 @@ class Wine:
             say(f"Creating the Wine prefix {prefix}")
             shutil.rmtree(prefix, ignore_errors=True)
             prefix.mkdir()
-        # Ports are mapped while the server runs: it removes mappings that it does not know when it starts.
+        # At its start the server maps the machine's own ports; ours are mapped while it runs.
         self._server("-p")
         self.run("wineboot")
         complete.touch()

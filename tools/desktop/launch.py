@@ -18,7 +18,7 @@ UnattendedSeconds = 20
 
 
 def parse_arguments():
-    parser = argparse.ArgumentParser(prog="./run.sh", add_help=False)
+    parser = argparse.ArgumentParser(usage="./run.sh [--help] [DEVICE [RATE]]", add_help=False)
     parser.add_argument("device", nargs="?", metavar="DEVICE")
     parser.add_argument("rate", nargs="?", metavar="RATE", type=int, choices=Rates, default=4800)
     return parser.parse_args()
