@@ -1,0 +1,25 @@
+#!/bin/bash
+# Records the logs of this folder from the software receiver, in fast motion. Usage: record.sh [BUILD FOLDER]
+# After a change of the receiver: run it, look at what changed, run expect.sh, commit both.
+set -euo pipefail
+cd "$(dirname "$0")"
+receiver=${1:-../../build/native}/toravane-receiver
+
+# record NAME SECONDS OPTION...: what the receiver sends in that time; `commands`, if given, is sent to it.
+record() {
+    local name=$1 seconds=$2 link
+    shift 2
+    link=$(mktemp -u)
+    "$receiver" --link "$link" --duration "$seconds" --speed 20 --seed 7 "$@" >/dev/null &
+    while [ ! -e "$link" ]; do sleep 0.05; done
+    cat "$link" >"$name" 2>/dev/null || true
+    wait
+    echo "$name: $(stat -c %s "$name") bytes"
+}
+
+# No fix, a fix at rest, and nothing else: what every receiver goes through.
+record cold-start.txt 60 --rate 9600 --track still --start cold
+# In motion, south and west, with a height below the sea's level and satellites of SBAS.
+record walk-south-west.txt 30 --rate 9600 --track walk --start hot --position -33.4489,-70.6693,-12.5
+# A line that loses and changes bytes.
+record noisy-line.txt 40 --rate 9600 --track circle --start hot --fault lose=0.002 --fault flip=0.002
