@@ -37,7 +37,7 @@ bool Acceptable(Payload p)
         return p[1] <= 4 && InRange(p[2], 1, 50) && InRange(p[3], 1, 50) && InRange(p[4], 1, 50);
     case 138: // DGPS mode
         return p[1] <= 2;
-    case 139: // elevation mask; the program lets hosts ask for ten times the sensible range
+    case 139: // elevation mask, -200.0 to 900.0 degrees: hosts may ask for more than the sky has
         return InRange(Get<int16_t>(p, 1), -2000, 9000) && InRange(Get<int16_t>(p, 3), -2000, 9000);
     case 140: // power mask
         return p[1] <= 50 && p[2] <= 50;

@@ -240,7 +240,7 @@ Bytes GeodeticNavigation(const Report& r) // MID 41, 91 bytes
     Put(p, static_cast<uint16_t>(fix.Valid() ? 0x0000 : 0x0001)); // 1: bit 0 set: no valid fix
     uint16_t type = static_cast<uint16_t>(fix.type);
     if (fix.differential) type |= 0x0080;
-    if (fix.Valid() && fix.used >= 5) type |= 0x0400; // overdetermined
+    if (fix.Valid() && fix.used >= 5) type |= 0x0200; // overdetermined
     Put(p, type);                                     // 3
     Put(p, static_cast<uint16_t>(fix.time.Week()));   // 5
     Put(p, fix.time.TowMs());

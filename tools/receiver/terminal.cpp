@@ -106,7 +106,14 @@ bool Terminal::HostPresent()
     pollfd fd{Master, POLLIN, 0};
     poll(&fd, 1, 0);
     const bool present = (fd.revents & POLLHUP) == 0;
-    if (Present && !present) tcflush(Master, TCOFLUSH); // the next one starts with an empty port
+    if (Present && !present) {
+        // The next one starts with an empty port. Only the other side can empty its own queue.
+        const int slave = open(SlavePath.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+        if (slave >= 0) {
+            tcflush(slave, TCIFLUSH);
+            close(slave);
+        }
+    }
     Present = present;
     return present;
 }

@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <poll.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -26,9 +27,12 @@ struct Host {
         cfsetspeed(&settings, speed);
         ASSERT_EQ(tcsetattr(fd, TCSANOW, &settings), 0);
     }
-    std::string Read() const
+    // What is there, or comes within the time.
+    std::string Read(int milliseconds = 50) const
     {
-        char buffer[256];
+        pollfd waiting{fd, POLLIN, 0};
+        poll(&waiting, 1, milliseconds);
+        char buffer[512];
         const ssize_t count = read(fd, buffer, sizeof buffer);
         return count > 0 ? std::string(buffer, static_cast<size_t>(count)) : "";
     }
