@@ -255,6 +255,15 @@ TEST(SirfCommands, MessageRateModeOneAsksOnce)
     EXPECT_EQ(bench.sim.Kept.sirfSeconds[9], 1); // its rate stays
 }
 
+TEST(SirfCommands, MessageRateModeTwoSetsAll)
+{
+    Bench bench(Protocol::SirfBinary, 115200);
+    bench.SayHex("A0 A2 00 08 A6 02 00 00 00 00 00 00 00 A8 B0 B3");
+    EXPECT_EQ(bench.Hex(), "A0 A2 00 02 0B A6 00 B1 B0 B3");
+    bench.sim.Advance(60);
+    EXPECT_EQ(bench.Hex(), "");
+}
+
 TEST(SirfCommands, NavigationParametersReportTheSettingsAtTheirPlaces)
 {
     Bench bench(Protocol::SirfBinary);

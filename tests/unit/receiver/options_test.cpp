@@ -76,6 +76,15 @@ TEST(Options, EachOneIsTakenInBothForms)
     EXPECT_TRUE(options.repeat && options.verbose && options.config.wrap);
 }
 
+TEST(Options, TheRunMayBeginNow)
+{
+    Options options;
+    std::string error;
+    ASSERT_TRUE(ParseOptions({"--date", "now", "--start", "warm"}, options, error));
+    EXPECT_GT(options.config.start.ms, ParseDate("2024-01-01T00:00:00")->ms);
+    EXPECT_EQ(options.config.firstStart, Restart::Warm);
+}
+
 TEST(Options, ErrorsAreOneLine)
 {
     struct Row {

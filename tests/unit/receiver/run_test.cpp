@@ -15,7 +15,8 @@ using namespace receiver;
 namespace
 {
 
-std::string Drive(Session& session, double from, double to, uint32_t hostRate = 0, const std::string& say = "")
+std::string Drive(Session& session, double from, double to, uint32_t hostRate = 0,
+                  const std::string& say = "")
 {
     std::string text;
     Bytes fromHost(say.begin(), say.end());
@@ -301,6 +302,34 @@ TEST(Session, ScriptedActions)
     Drive(session, 7, 9.5);
     EXPECT_EQ(session.Sim.Kept.protocol, Protocol::Nmea);
     EXPECT_TRUE(session.Quitting());
+}
+
+TEST(Session, ScriptedWorld)
+{
+    Session session(Bench::ConfigFor(Protocol::SirfBinary, 38400),
+                    Script({{60, "tunnel 40"},
+                            {62, "text Hi"},
+                            {130, "track still"},
+                            {140, "restart warm"},
+                            {170, "restart cold"},
+                            {171, "silence 1000"}}),
+                    std::nullopt);
+    Drive(session, 0, 59);
+    EXPECT_NE(session.Status(0, false).find("host away 0  3D DGPS"), std::string::npos);
+    EXPECT_NE(Drive(session, 59, 64).find("\xFFHi"), std::string::npos);
+    EXPECT_NE(session.Status(0, false).find("dead reckoning"), std::string::npos);
+    Drive(session, 64, 90);
+    EXPECT_NE(session.Status(0, false).find("no fix"), std::string::npos);
+    Drive(session, 90, 129);
+    EXPECT_NEAR(session.Sim.Navigation.Current().speedMps, 10, 0.5);
+    Drive(session, 129, 135);
+    EXPECT_LT(session.Sim.Navigation.Current().speedMps, 0.5);
+    Drive(session, 135, 142);
+    EXPECT_TRUE(session.Sim.Navigation.Current().timeKnown);
+    EXPECT_FALSE(session.Sim.Navigation.Current().Valid());
+    Drive(session, 142, 172);
+    EXPECT_FALSE(session.Sim.Navigation.Current().timeKnown);
+    EXPECT_EQ(Drive(session, 173, 200), "");
 }
 
 TEST(Script, LinesAreSortedAndCommentsSkipped)

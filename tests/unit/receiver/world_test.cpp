@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -380,6 +381,36 @@ TEST(Navigation, ATunnelIsDeadReckoningThenNoFixThenAFixAgain)
     EXPECT_EQ(run.To(90).type, FixType::None); // 15 s of dead reckoning
     EXPECT_TRUE(run.navigator->Current().timeKnown);
     EXPECT_EQ(run.To(115).type, FixType::ThreeD);
+}
+
+TEST(Navigation, WithTwoSatellitesOrOneTheFixIsDegradedForAWhile)
+{
+    Journey run(TrackKind::Circle);
+    std::vector<double> heights;
+    for (const Channel& channel : run.To(60).channels) {
+        if (channel.used) heights.push_back(channel.look.elevationDeg);
+    }
+    ASSERT_GE(heights.size(), 3u);
+    std::ranges::sort(heights, std::greater<>());
+    for (const size_t left : {2u, 1u}) {
+        const auto mask = static_cast<int16_t>(std::lround((heights[left - 1] + heights[left]) * 5));
+        Bytes payload = {139, 0, 0x32};
+        Put(payload, mask); // in tenths of a degree
+        run.settings.commands[139] = payload;
+        EXPECT_EQ(run.To(run.now + 2).type, left == 2 ? FixType::TwoSv : FixType::OneSv);
+        EXPECT_EQ(run.navigator->Current().used, left);
+    }
+    EXPECT_EQ(run.To(95).type, FixType::None); // 30 s of degraded fixes
+}
+
+TEST(Navigation, AWarmStartKeepsTheTimeButNotTheEphemeris)
+{
+    Journey run(TrackKind::Circle);
+    run.To(60);
+    run.navigator->Begin(Restart::Warm, run.now);
+    EXPECT_TRUE(run.To(61).timeKnown);
+    EXPECT_EQ(run.To(64).type, FixType::None);
+    EXPECT_EQ(run.To(85).type, FixType::ThreeD);
 }
 
 TEST(Navigation, EqualSeedsGiveEqualRuns)
