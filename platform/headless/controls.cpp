@@ -261,10 +261,6 @@ LRESULT ControlProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam
         PaintControl(window);
         return 0;
     }
-    if (message == WM_CLOSE && (control.kind == Kind::Box)) {
-        control.ended = true;
-        return 0;
-    }
     if (control.kind == Kind::Combo || control.kind == Kind::List) {
         const ListMessage meaning = ListMessageOf(control.kind, message);
         if (meaning != ListMessage::None) {

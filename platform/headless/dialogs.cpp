@@ -112,10 +112,7 @@ INT_PTR DialogBoxParamW(HINSTANCE, const wchar_t* name, HWND owner, DLGPROC proc
     if (Fails(Call::DialogBoxParamW)) return -1;
     HeadlessTemplate source;
     if ((owner && !NeedWindow(owner)) || !FindTemplate(name, source)) return -1;
-    while (const Window* window = FindWin(owner)) { // a control's dialog owns
-        if (!window->parent) break;
-        owner = window->parent;
-    }
+    while (FindWin(owner) && FindWin(owner)->parent) owner = FindWin(owner)->parent; // only such windows own
     const HWND handle = MakeWindow(Kind::Dialog, {nullptr, nullptr, L"#32770"}, source.caption,
                                    (source.style & ~(WS_VISIBLE | WS_CHILD)), owner, 0);
     const SIZE cell = FontCell();
@@ -147,7 +144,7 @@ INT_PTR DialogBoxParamW(HINSTANCE, const wchar_t* name, HWND owner, DLGPROC proc
             break;
         }
         if (next == Next::Stopped || DialogKey(message)) continue;
-        TranslateMessage(&message);
+        Translate(message);
         Dispatch(message);
     }
     if (ownerWasEnabled) Enable(owner, true);

@@ -87,6 +87,11 @@ HGDIOBJ Add(GdiObject object)
 // context.
 HGDIOBJ Stock(int number)
 {
+    const HGDIOBJ handle = reinterpret_cast<HGDIOBJ>(FirstStock + static_cast<uintptr_t>(number + 1) * 16);
+    if (const auto made = Objects.find(handle); made != Objects.end()) {
+        if (made->second.kind == ObjectKind::Font) made->second.cell = FontCell();
+        return handle;
+    }
     constexpr uint32_t brushes[] = {White, 0xC0C0C0, 0x808080, 0x404040, 0, 0};
     GdiObject object{};
     object.stock = true;
@@ -107,8 +112,7 @@ HGDIOBJ Stock(int number)
     } else {
         return nullptr;
     }
-    const HGDIOBJ handle = reinterpret_cast<HGDIOBJ>(FirstStock + static_cast<uintptr_t>(number + 1) * 16);
-    Objects.try_emplace(handle, std::move(object));
+    Objects[handle] = std::move(object);
     return handle;
 }
 
@@ -116,6 +120,13 @@ GdiObject* FindObjectOf(HGDIOBJ handle, ObjectKind kind)
 {
     const auto found = Objects.find(handle);
     return found != Objects.end() && found->second.kind == kind ? &found->second : nullptr;
+}
+
+// Colour of a brush.
+uint32_t BrushColor(HBRUSH brush, uint32_t otherwise)
+{
+    const GdiObject* found = FindObjectOf(brush, ObjectKind::Brush);
+    return found && !found->hollow ? found->color : otherwise;
 }
 
 // A context of the calling thread; otherwise null and the error.
@@ -325,13 +336,6 @@ void FreeWindowDcs(HWND window)
     for (const auto& [handle, dc] : Contexts)
         if (dc.window == window && !dc.isMemory) gone.push_back(handle);
     for (const HDC dc : gone) FreeDc(dc);
-}
-
-// Colour of a brush, or of a system colour's number plus one in its place.
-uint32_t BrushColor(HBRUSH brush, uint32_t otherwise)
-{
-    const GdiObject* found = FindObjectOf(brush, ObjectKind::Brush);
-    return found && !found->hollow ? found->color : otherwise;
 }
 
 void FillWindow(HDC dc, HBRUSH brush)
@@ -623,7 +627,8 @@ int FillRect(HDC dc, const RECT* rectangle, HBRUSH brush)
     const Dc* found = FindDc(dc);
     if (!found) return 0;
     const GdiObject* object = FindObjectOf(brush, ObjectKind::Brush);
-    if (!object && !IsNumber(reinterpret_cast<const wchar_t*>(brush))) return Fail(ERROR_INVALID_HANDLE);
+    if (!object && (!brush || !IsNumber(reinterpret_cast<const wchar_t*>(brush))))
+        return Fail(ERROR_INVALID_HANDLE);
     if (!object || !object->hollow) SurfaceOf(*found).Fill(*rectangle, BrushColor(brush, White));
     return 1;
 }

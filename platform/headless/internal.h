@@ -27,23 +27,24 @@ namespace headless
 #define HEADLESS_FAILABLE_CALLS(CALL)                                                                        \
     CALL(FormatMessageW)                                                                                     \
     CALL(LocalFree)                                                                                          \
-    CALL(CreateFileW) CALL(ReadFile) CALL(WriteFile) CALL(CloseHandle) CALL(GetCommProperties) CALL(         \
-        GetCommState) CALL(SetCommState) CALL(GetCommTimeouts) CALL(SetCommTimeouts) CALL(ClearCommError)    \
-        CALL(EscapeCommFunction) CALL(SetCommMask) CALL(SHGetSpecialFolderPathW) CALL(GetSaveFileNameW)      \
-            CALL(CreateThread) CALL(GetExitCodeThread) CALL(MsgWaitForMultipleObjectsEx) CALL(               \
-                RegOpenKeyExW) CALL(RegCreateKeyExW) CALL(RegQueryValueExW) CALL(RegSetValueExW)             \
-                CALL(RegDeleteValueW) CALL(RegEnumKeyExW) CALL(RegCloseKey) CALL(GetVersionExW) CALL(        \
-                    SystemParametersInfoW) CALL(LoadLibraryW) CALL(GetProcAddressW) CALL(FreeLibrary)        \
-                    CALL(RegisterClassW) CALL(CreateWindowExW) CALL(DestroyWindow) CALL(FindWindowW)         \
-                        CALL(SetFocus) CALL(UpdateWindow) CALL(InvalidateRect) CALL(GetClientRect) CALL(     \
-                            GetWindowRect) CALL(SetWindowPos) CALL(GetWindowLongW) CALL(SetWindowLongW)      \
-                            CALL(SetWindowTextW) CALL(GetWindowTextW) CALL(PostMessageW) CALL(GetMessageW)   \
-                                CALL(SetTimer) CALL(KillTimer) CALL(MessageBoxW) CALL(CommandBar_Create)     \
-                                    CALL(CommandBar_InsertMenubar) CALL(DialogBoxParamW) CALL(EndDialog)     \
-                                        CALL(GetDlgItem) CALL(GetDlgCtrlID) CALL(SetDlgItemTextW) CALL(      \
-                                            GetDlgItemTextW) CALL(SetDlgItemInt) CALL(SendDlgItemMessageW)   \
-                                            CALL(LoadStringW) CALL(LoadIconW) CALL(LoadCursorW) CALL(        \
-                                                LoadBitmapW) CALL(LoadMenuW) CALL(BeginPaint) CALL(GetDC)    \
+    CALL(CreateFileW)                                                                                        \
+    CALL(ReadFile)                                                                                           \
+    CALL(WriteFile) CALL(CloseHandle) CALL(GetCommProperties) CALL(GetCommState) CALL(SetCommState) CALL(    \
+        GetCommTimeouts) CALL(SetCommTimeouts) CALL(ClearCommError) CALL(EscapeCommFunction)                 \
+        CALL(SetCommMask) CALL(SHGetSpecialFolderPathW) CALL(GetSaveFileNameW) CALL(CreateThread) CALL(      \
+            GetExitCodeThread) CALL(MsgWaitForMultipleObjectsEx) CALL(RegOpenKeyExW) CALL(RegCreateKeyExW)   \
+            CALL(RegQueryValueExW) CALL(RegSetValueExW) CALL(RegDeleteValueW) CALL(RegEnumKeyExW) CALL(      \
+                RegCloseKey) CALL(GetVersionExW) CALL(SystemParametersInfoW) CALL(LoadLibraryW)              \
+                CALL(GetProcAddressW) CALL(FreeLibrary) CALL(RegisterClassW) CALL(CreateWindowExW) CALL(     \
+                    DestroyWindow) CALL(FindWindowW) CALL(SetFocus) CALL(UpdateWindow) CALL(InvalidateRect)  \
+                    CALL(GetClientRect) CALL(GetWindowRect) CALL(SetWindowPos) CALL(GetWindowLongW)          \
+                        CALL(SetWindowLongW) CALL(SetWindowTextW) CALL(GetWindowTextW) CALL(PostMessageW)    \
+                            CALL(GetMessageW) CALL(SetTimer) CALL(KillTimer) CALL(MessageBoxW) CALL(         \
+                                CommandBar_Create) CALL(CommandBar_InsertMenubar) CALL(DialogBoxParamW)      \
+                                CALL(EndDialog) CALL(GetDlgItem) CALL(GetDlgCtrlID) CALL(SetDlgItemTextW)    \
+                                    CALL(GetDlgItemTextW) CALL(SetDlgItemInt) CALL(SendDlgItemMessageW)      \
+                                        CALL(LoadStringW) CALL(LoadIconW) CALL(LoadCursorW)                  \
+                                            CALL(LoadBitmapW) CALL(LoadMenuW) CALL(BeginPaint) CALL(GetDC)   \
                                                 CALL(ReleaseDC) CALL(CreateCompatibleDC) CALL(DeleteDC)      \
                                                     CALL(CreateCompatibleBitmap) CALL(CreateDIBSection)      \
                                                         CALL(SelectObject) CALL(DeleteObject)                \
@@ -99,8 +100,9 @@ struct Timer {
 
 // What a thread waits for, to be told when the wait never ends.
 struct WaitReason {
-    const char* call;
-    uint64_t detail = 0;
+    const char* what;
+    uint64_t number = 0;
+    const Thread* from = nullptr;
 };
 
 struct Thread {
@@ -261,9 +263,10 @@ Window* FindWin(HWND window);    // null if there is none
 Window* NeedWindow(HWND window); // the same, with the error
 Window* FindChild(HWND parent, int id);
 std::vector<HWND> Children(HWND parent);
-std::vector<HWND> AllWindows();      // in the order of creation
-bool IsShown(const Window& window);  // it and all its parents
-bool IsUsable(const Window& window); // shown and enabled, it and all its parents
+std::vector<HWND> AllWindows();              // in the order of creation
+bool IsAncestor(HWND ancestor, HWND window); // or the same
+bool IsShown(const Window& window);          // it and all its parents
+bool IsUsable(const Window& window);         // shown and enabled, it and all its parents
 SIZE ClientSize(const Window& window);
 SIZE FontCell();
 void SetFrame(Window& window, int x, int y, int width, int height);
@@ -271,12 +274,12 @@ HWND MakeWindow(Kind kind, const WindowClass& windowClass, const std::wstring& t
                 int id);
 void Destroy(HWND window);
 void Activate(HWND window);
-void ActivateAfter(HWND owner); // when a window of this owner has gone
 void Focus(HWND window);
 bool Enable(HWND window, bool enable);
 void Show(HWND window, bool show);
 void Invalidate(Window& window, const RECT* rectangle, bool erase);
 void Validate(Window& window);
+Window* InvalidWindow(const Thread& thread, HWND filter); // null if there is none
 Kind KindOfClass(const std::wstring& className);
 void ResetWindows();
 
@@ -286,8 +289,8 @@ LRESULT Send(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT CallProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 bool Post(Thread& thread, const MSG& message, wchar_t character = 0);
 void ServeSent();
-bool HasInput(Thread& thread, DWORD mask);
 void ForgetMessages(const Window& window);
+void Translate(const MSG& message); // posts the character of a key down
 LRESULT Dispatch(const MSG& message);
 
 enum class Next : uint8_t { Message, Quit, Stopped };
@@ -305,19 +308,17 @@ LRESULT ControlProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam
 LRESULT DialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT TextProcedure(Window& window, UINT message, WPARAM wParam, LPARAM lParam); // WM_SETTEXT and the like
 LRESULT Notify(HWND control, UINT code);
-std::wstring ShownText(const Window& control);
 bool IsEditableCombo(const Window& control);
 void ClickButton(HWND button);
-bool DialogKey(const MSG& message); // Enter and Escape in a dialog
-std::vector<MenuEntry> MenuOf(HWND menu);
+bool DialogKey(const MSG& message);         // Enter and Escape in a dialog
+std::vector<MenuEntry> MenuOf(HWND window); // its own or its command bar's
 bool TakeMenu(HMENU menu, std::vector<MenuEntry>& entries);
 void ResetMenus();
 void ResetBoxes();
 
 // ---- The user (user.cpp) ------------------------------------------------------------------------------
 
-bool RunUserStep(); // one step, if one is due
-bool HasUserStep();
+bool RunUserStep();      // one step, if one is due
 uint64_t UserStepTime(); // when the next step is due, Never if none
 void ResetUser();
 
@@ -328,7 +329,6 @@ void FreeDc(HDC dc);
 void FreeWindowDcs(HWND window);
 void FillWindow(HDC dc, HBRUSH brush);
 void PaintControl(HWND control);
-uint32_t BrushColor(HBRUSH brush, uint32_t otherwise);
 void ResetDrawing();
 
 } // namespace headless

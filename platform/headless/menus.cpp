@@ -12,17 +12,6 @@ constexpr uintptr_t FirstMenu = 0x40010;
 std::map<HMENU, std::vector<MenuEntry>> Menus;
 uintptr_t NextMenu = FirstMenu;
 
-// The entries of a window's own menu or of its command bar.
-std::vector<MenuEntry> EntriesOf(HWND window)
-{
-    const Window* found = FindWin(window);
-    if (!found) return {};
-    if (!found->menu.empty()) return found->menu;
-    for (const HWND child : Children(window))
-        if (FindWin(child)->kind == Kind::CommandBar) return FindWin(child)->menu;
-    return {};
-}
-
 } // namespace
 
 // A menu that a window is made with belongs to the window from then on.
@@ -35,9 +24,15 @@ bool TakeMenu(HMENU menu, std::vector<MenuEntry>& entries)
     return true;
 }
 
+// The entries of a window's own menu or of its command bar.
 std::vector<MenuEntry> MenuOf(HWND window)
 {
-    return EntriesOf(window);
+    const Window* found = FindWin(window);
+    if (!found) return {};
+    if (!found->menu.empty()) return found->menu;
+    for (const HWND child : Children(window))
+        if (FindWin(child)->kind == Kind::CommandBar) return FindWin(child)->menu;
+    return {};
 }
 
 void ResetMenus()

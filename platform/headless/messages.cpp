@@ -18,16 +18,9 @@ constexpr uint64_t ShortestTimer = 10000; // microseconds
 constexpr uint32_t MostPaintRequests = 10000;
 constexpr UINT_PTR FirstFreeTimer = 0x7000;
 
-bool IsOrContains(HWND filter, HWND window)
-{
-    for (const Window* found = FindWin(window); found; found = FindWin(found->parent))
-        if (found->handle == filter) return true;
-    return false;
-}
-
 bool Passes(HWND window, UINT message, HWND filter, UINT first, UINT last)
 {
-    return (!filter || IsOrContains(filter, window)) &&
+    return (!filter || IsAncestor(filter, window)) &&
            ((first == 0 && last == 0) || (message >= first && message <= last));
 }
 
@@ -35,7 +28,7 @@ Timer* DueTimer(Thread& thread, HWND filter)
 {
     Timer* due = nullptr;
     for (Timer& timer : thread.timers)
-        if (timer.due <= Now() && (!filter || IsOrContains(filter, timer.window)) &&
+        if (timer.due <= Now() && (!filter || IsAncestor(filter, timer.window)) &&
             (!due || timer.due < due->due))
             due = &timer;
     return due;
@@ -46,17 +39,6 @@ uint64_t NextTimer(const Thread& thread)
     uint64_t next = Never;
     for (const Timer& timer : thread.timers) next = std::min(next, timer.due);
     return next;
-}
-
-Window* InvalidWindow(const Thread& thread, HWND filter)
-{
-    for (const HWND handle : AllWindows()) {
-        Window* window = FindWin(handle);
-        if (window->thread == &thread && window->invalid && !window->destroying && IsShown(*window) &&
-            (!filter || IsOrContains(filter, handle)))
-            return window;
-    }
-    return nullptr;
 }
 
 // The first message that is there: posted ones, then the end, then paints, then timers.
@@ -109,15 +91,12 @@ bool IsUserInterface(const Thread& thread)
     return &thread == &UserInterfaceThread();
 }
 
-void Translate(const MSG& message)
+bool HasInput(Thread& thread, DWORD mask)
 {
-    Thread& me = Me();
-    if (message.message != WM_KEYDOWN || me.character == 0) return;
-    MSG character = message;
-    character.message = WM_CHAR;
-    character.wParam = static_cast<WPARAM>(me.character);
-    me.character = 0;
-    me.posted.push_front({character, 0});
+    if ((mask & QS_SENDMESSAGE) && !thread.sent.empty()) return true;
+    if ((mask & (WaitsForPosted | WaitsForKeys)) && (!thread.posted.empty() || thread.quit)) return true;
+    if ((mask & WaitsForPaint) && InvalidWindow(thread, nullptr)) return true;
+    return (mask & WaitsForTimer) && DueTimer(thread, nullptr);
 }
 
 } // namespace
@@ -147,7 +126,7 @@ LRESULT Send(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
     Wake(*found->thread, WakeSent);
     while (!sent.done) {
         ServeSent();
-        if (!sent.done) Wait(Never, WakeSent | WakeReply, {"the answer to a message that it sent", message});
+        if (!sent.done) Wait(Never, WakeSent | WakeReply, {"the answer to message", message, found->thread});
     }
     return sent.result;
 }
@@ -170,14 +149,6 @@ bool Post(Thread& thread, const MSG& message, wchar_t character)
     return true;
 }
 
-bool HasInput(Thread& thread, DWORD mask)
-{
-    if ((mask & QS_SENDMESSAGE) && !thread.sent.empty()) return true;
-    if ((mask & (WaitsForPosted | WaitsForKeys)) && (!thread.posted.empty() || thread.quit)) return true;
-    if ((mask & WaitsForPaint) && InvalidWindow(thread, nullptr)) return true;
-    return (mask & WaitsForTimer) && DueTimer(thread, nullptr);
-}
-
 // A window that has gone: nothing for it is delivered, and who has sent to it gets 0.
 void ForgetMessages(const Window& window)
 {
@@ -190,6 +161,17 @@ void ForgetMessages(const Window& window)
         Answer(*sent, 0);
         return true;
     });
+}
+
+void Translate(const MSG& message)
+{
+    Thread& me = Me();
+    if (message.message != WM_KEYDOWN || me.character == 0) return;
+    MSG character = message;
+    character.message = WM_CHAR;
+    character.wParam = static_cast<WPARAM>(me.character);
+    me.character = 0;
+    me.posted.push_front({character, 0});
 }
 
 LRESULT Dispatch(const MSG& message)

@@ -118,6 +118,7 @@ struct PortObject : Object {
         port->sent += bytes;
         port->writes.push_back(bytes);
         written = static_cast<DWORD>(accepted);
+        Arrive(*port); // before the device may change its rate
         if (const auto onWrite = port->onWrite) onWrite(*port, bytes);
         return true;
     }
@@ -144,7 +145,7 @@ bool PortObject::Read(void* buffer, DWORD count, DWORD& read)
     const uint64_t end = total == 0 ? Never : Now() + total * 1000;
     const uint32_t openedAs = line.opens;
     for (;;) {
-        if (line.taken == line.received.size()) Arrive(line);
+        if (line.received.size() - line.taken < count) Arrive(line);
         if (atOnce || line.taken < line.received.size() || count == 0 || Now() >= end) break;
         Wait(std::min(end, NextArrival(line)), WakePort, {"a byte of the port", line.number});
         if (!line.isOpen || line.opens != openedAs) return Fail(ERROR_INVALID_HANDLE);

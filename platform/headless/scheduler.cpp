@@ -37,7 +37,7 @@ Scheduler& State()
     return state;
 }
 
-thread_local std::shared_ptr<Thread> Current;
+thread_local Thread* Current; // kept alive by State, and while it runs by RunThread
 
 struct ThreadObject : Object {
     std::shared_ptr<Thread> thread;
@@ -110,7 +110,7 @@ void EnterWait(Thread& me, uint64_t until, unsigned wakes, WaitReason reason)
 
 void RunThread(std::shared_ptr<Thread> me, LPTHREAD_START_ROUTINE start, void* parameter)
 {
-    Current = me;
+    Current = me.get();
     AwaitTurn(*me);
     me->waiting = false;
     const DWORD exitCode = start(parameter);
@@ -165,7 +165,7 @@ Thread& Me()
         return *Current;
     if (!State().threads.empty()) Stop("a call from a thread that CreateThread has not made");
     HeadlessSetLocalTime({2008, 11, 0, 16, 4, 29, 5, 0});
-    Current = AddThread();
+    Current = AddThread().get();
     return *Current;
 }
 
@@ -237,13 +237,15 @@ void Stop(const std::string& why)
     std::fprintf(stderr, "headless: %s (at %" PRIu64 " ms)\n", why.c_str(), state.now / 1000);
     for (const auto& thread : state.threads) {
         std::fprintf(stderr, "  thread %#x: ", thread->id);
-        if (!thread->waiting)
+        const WaitReason& reason = thread->reason;
+        if (!thread->waiting) {
             std::fprintf(stderr, "runs\n");
-        else if (thread->wakeTime == Never)
-            std::fprintf(stderr, "waits for %s (%#" PRIx64 ")\n", thread->reason.call, thread->reason.detail);
-        else
-            std::fprintf(stderr, "waits for %s (%#" PRIx64 ") until %" PRIu64 " ms\n", thread->reason.call,
-                         thread->reason.detail, thread->wakeTime / 1000);
+            continue;
+        }
+        std::fprintf(stderr, "waits for %s %#" PRIx64, reason.what, reason.number);
+        if (reason.from) std::fprintf(stderr, " from thread %#x", reason.from->id);
+        if (thread->wakeTime != Never) std::fprintf(stderr, " until %" PRIu64 " ms", thread->wakeTime / 1000);
+        std::fprintf(stderr, "\n");
     }
     std::fflush(stderr);
     std::abort();
@@ -260,11 +262,11 @@ bool ThreadEnded(HANDLE handle, bool& isThread)
 void ResetScheduler()
 {
     Scheduler& state = State();
-    if (state.threads.size() > 1 || (state.threads.size() == 1 && state.threads.front() != Current))
+    if (state.threads.size() > 1 || (state.threads.size() == 1 && state.threads.front().get() != Current))
         Stop("HeadlessReset while other threads live");
     state = Scheduler{};
     Interleaving = false;
-    Current.reset();
+    Current = nullptr;
     Me();
 }
 
@@ -340,7 +342,7 @@ void Sleep(DWORD milliseconds)
 {
     PlatformCall();
     Wait(milliseconds == INFINITE ? Never : State().now + uint64_t{milliseconds} * 1000, 0,
-         {"the end of Sleep", milliseconds});
+         {"the end of Sleep of", milliseconds});
 }
 
 DWORD GetTickCount()

@@ -29,12 +29,14 @@ Window& ControlOf(HWND dialog, int control)
     return *found;
 }
 
-} // namespace
-
-bool HasUserStep()
+// What the user reads in a control.
+std::wstring ShownText(const Window& control)
 {
-    return !Script.empty();
+    const bool isList = control.kind == Kind::List && control.selection >= 0;
+    return isList ? control.items[static_cast<size_t>(control.selection)] : control.text;
 }
+
+} // namespace
 
 uint64_t UserStepTime()
 {
@@ -51,12 +53,6 @@ bool RunUserStep()
     Script.pop_front();
     act();
     return true;
-}
-
-// What the user reads in a control.
-std::wstring ShownText(const Window& control)
-{
-    return control.text;
 }
 
 void ResetUser()

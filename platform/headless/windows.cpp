@@ -10,6 +10,7 @@ namespace
 {
 
 constexpr UINT WmEnable = 0xA, WmSetFocus = 7, WmKillFocus = 8, WmShowWindow = 0x18;
+constexpr int ExtendedStyleIndex = -20;
 constexpr DWORD ClassDoesNotExist = 1407, ClassAlreadyExists = 1410, InvalidIndex = 1413;
 constexpr uintptr_t FirstWindow = 0x10010;
 constexpr int UsualWidth = 240, UsualHeight = 294;
@@ -21,13 +22,6 @@ std::map<std::wstring, WindowClass> Classes; // by name in lower case
 SIZE MainClient = {UsualWidth, UsualHeight}, Cell = UsualCell;
 HWND LastInFront;
 bool OtherProgramInFront;
-
-bool IsAncestor(HWND ancestor, HWND window)
-{
-    for (const Window* found = FindWin(window); found; found = FindWin(found->parent))
-        if (found->handle == ancestor) return true;
-    return false;
-}
 
 RECT ScreenFrame(const Window& window)
 {
@@ -125,6 +119,13 @@ std::vector<HWND> Children(HWND parent)
     for (const auto& [handle, window] : Windows)
         if (window->parent == parent) children.push_back(handle);
     return children;
+}
+
+bool IsAncestor(HWND ancestor, HWND window)
+{
+    for (const Window* found = FindWin(window); found; found = FindWin(found->parent))
+        if (found->handle == ancestor) return true;
+    return false;
 }
 
 std::vector<HWND> AllWindows()
@@ -230,13 +231,8 @@ void Activate(HWND window)
     found = FindWin(window);
     if (!found || thread.active != window) return;
     const Window* saved = FindWin(found->savedFocus);
-    SetFocusTo(thread, saved && IsUsable(*saved) ? found->savedFocus : window);
-}
-
-void ActivateAfter(HWND owner)
-{
-    Thread& thread = Me();
-    Activate(Successor(thread, owner));
+    const bool goesBack = saved && IsUsable(*saved) && IsAncestor(window, found->savedFocus);
+    SetFocusTo(thread, goesBack ? found->savedFocus : window);
 }
 
 void Focus(HWND window)
@@ -255,8 +251,7 @@ bool Enable(HWND window, bool enable)
     if (wasDisabled != enable) return wasDisabled;
     found->style = enable ? found->style & ~WS_DISABLED : found->style | WS_DISABLED;
     if (!enable && IsAncestor(window, found->thread->focus)) {
-        for (Window* top = found; top; top = FindWin(top->parent))
-            if (!top->parent && found->thread->focus != window) top->savedFocus = found->thread->focus;
+        if (!found->parent) found->savedFocus = found->thread->focus; // it gets it back with the activation
         found->thread->focus = nullptr;
     }
     if (found->kind != Kind::Plain && found->kind != Kind::Dialog) Invalidate(*found, nullptr, false);
@@ -294,6 +289,16 @@ void Invalidate(Window& window, const RECT* rectangle, bool erase)
     window.invalid = true;
     window.erase |= erase;
     Wake(*window.thread, WakeInput);
+}
+
+// A window of the thread that has to be painted, null if none has.
+Window* InvalidWindow(const Thread& thread, HWND filter)
+{
+    for (const auto& [handle, window] : Windows)
+        if (window->invalid && window->thread == &thread && !window->destroying && IsShown(*window) &&
+            (!filter || IsAncestor(filter, handle)))
+            return window.get();
+    return nullptr;
 }
 
 void Validate(Window& window)
@@ -595,6 +600,7 @@ LONG GetWindowLongW(HWND window, int index)
     if (Fails(Call::GetWindowLongW)) return 0;
     const Window* found = NeedWindow(window);
     if (!found) return 0;
+    if (index == ExtendedStyleIndex) return static_cast<LONG>(found->extendedStyle);
     if (index != GWL_STYLE) return Fail(InvalidIndex);
     return static_cast<LONG>(found->style);
 }

@@ -249,7 +249,7 @@ TEST_F(SchedulerDeathTest, EveryThreadWaits)
         Sleep(INFINITE);
     };
     EXPECT_DEATH(deadlock(),
-                 "every thread waits.*(\n.*)*Sleep.*(\n.*)*answer to a message that it sent \\(0x400\\)");
+                 "every thread waits.*(\n.*)*Sleep.*(\n.*)*answer to message 0x400 from thread 0x100");
 }
 
 TEST_F(SchedulerDeathTest, TimeLimit)
