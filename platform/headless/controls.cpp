@@ -220,6 +220,7 @@ LRESULT Notify(HWND control, UINT code)
 void ClickButton(HWND button)
 {
     Window* found = FindWin(button);
+    if (!found) return;
     switch (found->style & ButtonType) {
     case AutoCheckBox: found->check = found->check == BST_UNCHECKED ? BST_CHECKED : BST_UNCHECKED; break;
     case AutoThreeState: found->check = (found->check + 1) % 3; break;

@@ -76,7 +76,7 @@ HANDLE CreateFileW(const wchar_t* name, DWORD access, DWORD share, void*, DWORD 
 {
     if (Fails(Call::CreateFileW)) return INVALID_HANDLE_VALUE;
     uint32_t number = 0;
-    return ParsePortName(name, number) ? OpenPort(name, number) : OpenFile(name, access, share, disposition);
+    return ParsePortName(name, number) ? OpenPort(number) : OpenFile(name, access, share, disposition);
 }
 
 BOOL ReadFile(HANDLE file, void* buffer, DWORD count, DWORD* read, void*)

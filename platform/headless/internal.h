@@ -173,7 +173,7 @@ HANDLE NewHandle(std::shared_ptr<Object> object);
 std::shared_ptr<Object> FindObject(HANDLE handle); // null and the error if there is none
 void ResetHandles();
 
-HANDLE OpenPort(const std::wstring& name, uint32_t number); // ports.cpp
+HANDLE OpenPort(uint32_t number); // ports.cpp
 bool ParsePortName(const std::wstring& name, uint32_t& number);
 void ResetPorts();
 HANDLE OpenFile(const std::wstring& name, DWORD access, DWORD share, DWORD disposition); // files.cpp
@@ -181,7 +181,6 @@ void ResetFiles();
 void ResetErrors();
 void ResetRegistry();
 void ResetLibraries();
-void ResetBridges();
 
 std::wstring Lower(std::wstring_view text);
 

@@ -181,7 +181,7 @@ bool ParsePortName(const std::wstring& name, uint32_t& number)
     return true;
 }
 
-HANDLE OpenPort(const std::wstring&, uint32_t number)
+HANDLE OpenPort(uint32_t number)
 {
     const auto found = Ports.find(number);
     if (found == Ports.end()) return Fail(ERROR_FILE_NOT_FOUND), INVALID_HANDLE_VALUE;

@@ -86,16 +86,18 @@ bool HeadlessClick(HWND dialog, int control)
 
 bool HeadlessType(HWND dialog, int control, const std::wstring& text)
 {
-    Window& found = ControlOf(dialog, control);
-    const HWND handle = found.handle;
-    const bool edit = found.kind == Kind::Edit, combo = IsEditableCombo(found);
+    Window* found = &ControlOf(dialog, control);
+    const HWND handle = found->handle;
+    const bool edit = found->kind == Kind::Edit, combo = IsEditableCombo(*found);
     if (!edit && !combo)
         Stop("the user types into control " + std::to_string(control) + ", which takes no text");
-    if (!IsUsable(found) || (edit && (found.style & EditReadOnly))) return false;
+    if (!IsUsable(*found) || (edit && (found->style & EditReadOnly))) return false;
     Focus(handle);
-    found.text = found.limit != 0 ? text.substr(0, found.limit) : text;
-    if (combo) found.selection = -1;
-    Invalidate(found, nullptr, true);
+    found = FindWin(handle); // the program may have acted on the focus
+    if (!found) return false;
+    found->text = found->limit != 0 ? text.substr(0, found->limit) : text;
+    if (combo) found->selection = -1;
+    Invalidate(*found, nullptr, true);
     Notify(handle, edit ? EnUpdate : CbnEditUpdate);
     Notify(handle, edit ? EnChange : CbnEditChange);
     return true;
@@ -103,17 +105,20 @@ bool HeadlessType(HWND dialog, int control, const std::wstring& text)
 
 bool HeadlessChoose(HWND dialog, int control, int index)
 {
-    Window& found = ControlOf(dialog, control);
-    const HWND handle = found.handle;
-    const bool combo = found.kind == Kind::Combo;
-    if ((!combo && found.kind != Kind::List) || index < 0 || static_cast<size_t>(index) >= found.items.size())
+    Window* found = &ControlOf(dialog, control);
+    const HWND handle = found->handle;
+    const bool combo = found->kind == Kind::Combo;
+    const auto entry = static_cast<size_t>(index);
+    if ((!combo && found->kind != Kind::List) || index < 0 || entry >= found->items.size())
         Stop("the user chooses entry " + std::to_string(index) + " of control " + std::to_string(control) +
              ", which does not have it");
-    if (!IsUsable(found)) return false;
+    if (!IsUsable(*found)) return false;
     Focus(handle);
-    found.selection = index;
-    if (combo) found.text = found.items[static_cast<size_t>(index)];
-    Invalidate(found, nullptr, true);
+    found = FindWin(handle);
+    if (!found || entry >= found->items.size()) return false;
+    found->selection = index;
+    if (combo) found->text = found->items[entry];
+    Invalidate(*found, nullptr, true);
     Notify(handle, combo ? CbnSelectionChange : LbnSelectionChange);
     return true;
 }
