@@ -115,26 +115,52 @@ class Line:
 # ---- The user's side ----------------------------------------------------------------------------------
 
 class Dialog:
-    """A dialog or a message box on the screen."""
+    """A dialog or a message box on the screen. Its controls are named by number, its buttons also by text."""
 
     def __init__(self, user, window):
         self.user = user
         self.window = window["window"]
         self.caption = window["text"]
-        self.controls = user.driver.controls(self.window)
+
+    def controls(self, kind=None):
+        """All controls as they are now, or those of one window class, from first to last."""
+        return [c for c in self.user.driver.controls(self.window) if kind in (None, c["class"])]
+
+    def control(self, number):
+        return next(c for c in self.controls() if c["id"] == number)
 
     @property
     def texts(self):
-        """The texts that stand in it, from top to bottom."""
-        return [c["text"] for c in self.controls if c["class"] == "Static" and c["text"]]
+        """The texts that stand in it."""
+        return [c["text"] for c in self.controls("Static") if c["text"]]
 
     @property
     def buttons(self):
-        return [c["text"] for c in self.controls if c["class"] == "Button"]
+        return [c["text"].replace("&", "") for c in self.controls("Button")]
 
-    def press(self, text):
-        button = next(c for c in self.controls if c["class"] == "Button" and c["text"].replace("&", "") == text)
-        self.user.driver.click(button["window"])
+    def text(self, number):
+        return self.control(number)["text"]
+
+    def enter(self, number, text):
+        self.user.driver.set_text(self.control(number)["window"], text)
+
+    def items(self, number):
+        """The texts of a list and the selected one, or None."""
+        items, selection = self.user.driver.items(self.control(number)["window"])
+        return items, items[selection] if selection >= 0 else None
+
+    def pick(self, number, text):
+        """Selects an item of a list."""
+        self.user.driver.select(self.control(number)["window"], self.items(number)[0].index(text))
+
+    def press(self, button):
+        """Presses a button, given by its number or its text."""
+        found = next(c for c in self.controls("Button") if button in (c["id"], c["text"].replace("&", "")))
+        self.user.driver.click(found["window"])
+
+    def dismiss(self, button):
+        """Presses a button that makes the dialog disappear."""
+        self.press(button)
         self.wait_gone()
 
     def close(self):

@@ -115,7 +115,7 @@ def test_wrong_checksum_is_no_first_sentence(user):
 def test_port_that_does_not_exist(user):
     user.store(CommPortIdx=7, BaudrateIdx=2)
     program = user.start()
-    user.dialog("Cannot open COM7:").press("OK")
+    user.dialog("Cannot open COM7:").dismiss("OK")
     assert program.running()
     user.close()
     assert program.wait_end() == 0
@@ -216,7 +216,7 @@ def test_keypad_menu_items(user):
 def test_menu_opens_the_about_box(user):
     program, _ = user.start_connected()
     user.choose(401)
-    user.dialog("About Toravane").press("OK")
+    user.dialog("About Toravane").dismiss("OK")
     assert program.running()
 
 
@@ -224,7 +224,7 @@ def test_menu_by_keyboard(user):
     """The menu really hangs in the window: its first item is reached with the keyboard alone."""
     user.start_connected()
     user.press(VK_F10, VK_RETURN)
-    user.dialog("About Toravane").press("OK")
+    user.dialog("About Toravane").dismiss("OK")
 
 
 def test_menu_exit_ends_the_program(user):
@@ -236,7 +236,7 @@ def test_menu_exit_ends_the_program(user):
 # ---- First start and command line ---------------------------------------------------------------------
 
 def close_with_ok(user, box):
-    box.press("OK")
+    box.dismiss("OK")
 
 
 def close_with_escape(user, box):
@@ -262,7 +262,7 @@ def test_first_start_shows_the_about_box(user, close):
 
 def test_first_start_ignores_the_command_line(user):
     program = user.start("StaticNavigationOn")
-    user.dialog("About Toravane").press("OK")
+    user.dialog("About Toravane").dismiss("OK")
     time.sleep(1)
     assert user.dialogs() == []
     assert program.running()
@@ -281,7 +281,7 @@ def test_command_line_is_answered_and_ends_the_program(user, stored, arguments, 
     box = user.dialog(caption)
     assert box.texts == [text]
     assert box.buttons == ["OK"]
-    box.press("OK")
+    box.dismiss("OK")
     assert program.wait_end() == 0
 
 
@@ -323,5 +323,14 @@ def test_closing_while_the_receiver_streams(user):
     program, line = user.start_connected(115200)
     line.stream(Record, 115200)
     wait_for("the page comes", lambda: user.page()[18] == Page[18])
+    user.close()
+    assert program.wait_end() == 0
+
+
+def test_closing_while_the_port_is_being_opened(user):
+    line = user.connect()
+    line.stream(Record, 115200)
+    user.store(CommPortIdx=Port, BaudrateIdx=desktop.Rates.index(115200))
+    program = user.start()
     user.close()
     assert program.wait_end() == 0
