@@ -3,12 +3,11 @@
 #include "app/error_boxes.h"
 #include "link/write_queue.h"
 
-std::atomic<uint8_t> WrapEE{0};
+std::atomic<uint8_t> WrapEE{0}, PendingPollId{0};
 
 namespace
 {
 
-constexpr uint8_t WrapId = 0xEE;
 constexpr uint32_t FrameBytes = 8; // start, length, checksum and end
 constexpr uint32_t MaxSentPayload = 255;
 

@@ -4,14 +4,20 @@
 #include <atomic>
 #include <cstdint>
 
-// Set by the decoder when the receiver wraps its messages into message id 238: commands are then wrapped too.
-// Never cleared. Reader thread writes.
+// Message id into which some receivers wrap every other message.
+constexpr uint8_t WrapId = 0xEE;
+
+// Set by the decoder when the receiver wraps its messages: commands are then wrapped too. Never cleared.
+// Reader thread writes.
 extern std::atomic<uint8_t> WrapEE;
+
+// Command whose settings the user has asked for, so that a refusal of the poll can name it; 0 none. Set by
+// the user-interface thread before it polls, cleared by the reader thread with the answer or the refusal.
+extern std::atomic<uint8_t> PendingPollId;
 
 // Frames a payload of `length` bytes, its first the message id, and sends it. Without an open port, or for
 // more than 255 bytes, nothing happens. When the queue cannot take the whole frame nothing is queued and
-// "Buffer Full"
-// ("SirfSend") is shown. The checksum is sent with all its 16 bits, on purpose.
+// "Buffer Full" ("SirfSend") is shown. The checksum is sent with all its 16 bits, on purpose.
 void SirfSend(const uint8_t* payload, uint16_t length);
 
 void SendPollSoftwareVersion();            // answered by message id 6

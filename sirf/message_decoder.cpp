@@ -1,13 +1,333 @@
 #include "sirf/message_decoder.h"
 
+#include <cmath>
+
+#include "app/active_dialog.h"
+#include "app/error_boxes.h"
+#include "app/utc_line.h"
+#include "graph/channels.h"
+#include "graph/recorder.h"
 #include "link/link_state.h"
 #include "link/protocol_recognition.h"
+#include "resources/resource_ids.h"
+#include "sirf/arrival_list.h"
+#include "sirf/frame_assembler.h"
+#include "sirf/frame_sender.h"
+#include "sirf/message_fields.h"
+#include "sirf/read_back.h"
+#include "sirf/text_page.h"
+#include "sky/sky_objects.h"
 
-void SirfMessageDecoder(const uint8_t*, uint32_t)
+uint8_t NavigationRecord[41];
+uint8_t TrackingRecord[188];
+uint8_t RefusalRecord[2];
+uint8_t GeodeticRecord[91];
+uint8_t InternalMessageText[1026];
+uint8_t DevelopmentText[1025];
+
+namespace
+{
+
+enum MessageId : uint8_t {
+    MeasuredNavigation = 2,
+    MeasuredTracking = 4,
+    SoftwareVersion = 6,
+    CommandRefused = 12,
+    OkToSend = 18,
+    NavigationParameters = 19,
+    DgpsStatus = 27,
+    DifferentialData = 29,
+    GeodeticNavigation = 41,
+    CommandParameters = 43,
+    InternalMessage = 225,
+    DevelopmentData = 255,
+};
+
+// A message as its decoder gets it. Behind its last byte the buffer goes on, to `readable` bytes in all.
+struct Message {
+    const uint8_t* bytes;
+    uint32_t length, readable;
+};
+
+constexpr double MetresPerDegree = 111325.0;
+constexpr double RadiansPerDegree = 0.017453292519943295;
+constexpr double DegreesPerRadian = 57.29577951308232;
+
+void StoreFixTime(uint32_t hour, uint32_t minute, uint32_t second)
+{
+    FixTime.wHour = static_cast<uint16_t>(hour);
+    FixTime.wMinute = static_cast<uint16_t>(minute);
+    FixTime.wSecond = static_cast<uint16_t>(second);
+}
+
+// ---- Message id 2: fix, and before the first message id 41 also time and position --------------------
+
+constexpr Field<int32_t> EcefXMetres{1}, EcefYMetres{5}, EcefZMetres{9};
+constexpr Field<uint8_t> Mode1{19}; // bits 0 to 2 fix type, bit 7 DGPS
+constexpr Field<uint8_t> HdopFifths2{20};
+constexpr Field<uint32_t> TimeOfWeekCs{24};
+constexpr Field<uint8_t> SvsInFix{28};
+
+constexpr Field<uint32_t> TimeOfWeekMs{7}; // of message id 41
+
+void ShowTimes()
+{
+    ShowUtcLine(FixTime);
+    ShowReceiverTime(Get(GeodeticRecord, TimeOfWeekMs) / 1000); // 0 until the first message id 41, on purpose
+}
+
+struct GeodeticPosition {
+    double latitudeDegrees, longitudeDegrees, heightMetres; // above the ellipsoid
+};
+
+// WGS-84, by Bowring's closed formula.
+GeodeticPosition PositionFromEcef(double x, double y, double z)
+{
+    constexpr double A = 6378137.0, B = 6356752.3142; // semi-axes, m
+    constexpr double ASquared = 40680631590769.0, BSquared = 40408299984087.055;
+    constexpr double FirstEccentricityA = 42697.67279723614;  // e^2 a
+    constexpr double SecondEccentricityB = 42841.31160397719; // e'^2 b
+    const double p = std::sqrt(x * x + y * y);
+    const double theta = std::atan2(z * A, p * B);
+    const double sinTheta = std::sin(theta), cosTheta = std::cos(theta);
+    const double latitude = std::atan2(z + SecondEccentricityB * sinTheta * sinTheta * sinTheta,
+                                       p - FirstEccentricityA * cosTheta * cosTheta * cosTheta);
+    const double sinLatitude = std::sin(latitude), cosLatitude = std::cos(latitude);
+    const double normal =
+        ASquared / std::sqrt(ASquared * cosLatitude * cosLatitude + BSquared * sinLatitude * sinLatitude);
+    return {latitude * DegreesPerRadian, std::atan2(y, x) * DegreesPerRadian, p / cosLatitude - normal};
+}
+
+void TakeEcefPosition()
+{
+    const uint32_t timeOfWeek = Get(NavigationRecord, TimeOfWeekCs); // GPS time: leap seconds stay in
+    StoreFixTime(timeOfWeek / 360000 % 24, timeOfWeek / 6000 % 60, timeOfWeek / 100 % 60);
+    ShowTimes();
+
+    SetChannelValue(ChannelHdop, Get(NavigationRecord, HdopFifths2) * 0.2);
+    ShowSirfHdop(GraphChannel[ChannelHdop].Value);
+
+    const GeodeticPosition position =
+        PositionFromEcef(Get(NavigationRecord, EcefXMetres), Get(NavigationRecord, EcefYMetres),
+                         Get(NavigationRecord, EcefZMetres));
+    SetChannelValue(ChannelNorthing, position.latitudeDegrees * MetresPerDegree);
+    SetChannelValue(ChannelEasting, std::cos(position.latitudeDegrees * RadiansPerDegree) *
+                                        position.longitudeDegrees * MetresPerDegree);
+    // Above the ellipsoid here, above mean sea level once message id 41 arrives: on purpose.
+    SetChannelValue(ChannelAltitude, position.heightMetres);
+    ShowSirfPosition(position.latitudeDegrees, position.longitudeDegrees);
+    ShowSirfGridPosition(GraphChannel[ChannelNorthing].Value, GraphChannel[ChannelEasting].Value);
+    ShowSirfAltitudeEllipsoid(position.heightMetres);
+    RecordGraphSample();
+}
+
+void DecodeMeasuredNavigation(const Message& message)
+{
+    KeepRecord(NavigationRecord, message.bytes, message.length);
+    const uint8_t mode = Get(NavigationRecord, Mode1), svs = Get(NavigationRecord, SvsInFix);
+    ShowSirfFix(mode & 7u, svs, mode & 0x80);
+    SetChannelValue(ChannelSvsInFix, svs);
+    const bool geodeticIsSent = GeodeticRecord[0] == GeodeticNavigation;
+    if (!geodeticIsSent) TakeEcefPosition();
+    RepaintMainWindow();
+}
+
+// ---- Message id 41: everything but the fix line and its satellites -----------------------------------
+
+constexpr Field<uint16_t> NavValid{1}; // bit 15: no course
+constexpr Field<uint16_t> NavType{3};  // bits 0 to 2 fix type, bit 12: no speed
+constexpr Field<uint16_t> UtcYear{11};
+constexpr Field<uint8_t> UtcMonth{13}, UtcDay{14}; // day 0: UTC is not known yet
+constexpr Field<uint8_t> UtcHour{15}, UtcMinute{16};
+constexpr Field<uint16_t> UtcMilliseconds{17};
+constexpr Field<int32_t> Latitude1e7Deg{23}, Longitude1e7Deg{27};
+constexpr Field<int32_t> AltitudeEllipsoidCm{31}, AltitudeMslCm{35};
+constexpr Field<uint8_t> MapDatum{39};
+constexpr Field<uint16_t> SpeedCmPerS{40}, CourseCentidegrees{42};
+constexpr Field<uint32_t> EhpeCm{50}, EvpeCm{54};
+constexpr Field<uint8_t> HdopFifths41{89};
+
+constexpr uint16_t NoCourse = 0x8000, NoSpeed = 0x1000, FixTypeBits = 7;
+
+// Returns whether the receiver knows UTC. Otherwise the time of week serves, with the leap seconds of the
+// receivers' days; in a week's first 14 s the difference wraps around.
+bool TakeGeodeticTime()
+{
+    const uint8_t* const record = GeodeticRecord;
+    if (const uint8_t day = Get(record, UtcDay)) {
+        FixTime.wYear = Get(record, UtcYear);
+        FixTime.wMonth = Get(record, UtcMonth);
+        FixTime.wDay = day;
+        StoreFixTime(Get(record, UtcHour), Get(record, UtcMinute), Get(record, UtcMilliseconds) / 1000u);
+        return true;
+    }
+    constexpr uint32_t LeapMilliseconds = 14000;
+    const uint32_t time = Get(record, TimeOfWeekMs) - LeapMilliseconds;
+    StoreFixTime(time / 3600000 % 24, time / 60000 % 60, time % 60000 / 1000);
+    return false;
+}
+
+void DecodeGeodeticNavigation(const Message& message)
+{
+    EndCorrections();
+    KeepRecord(GeodeticRecord, message.bytes, message.length);
+    const uint8_t* const record = GeodeticRecord;
+    const double latitude = Get(record, Latitude1e7Deg), longitude = Get(record, Longitude1e7Deg);
+
+    SetChannelValue(ChannelNorthing, latitude * 0.0111325);
+    SetChannelValue(ChannelEasting, longitude * std::cos(latitude * 1.7453292519943295e-9) * 0.0111325);
+    SetChannelValue(ChannelEhpe, Get(record, EhpeCm) * 0.01);
+    SetChannelValue(ChannelEvpe, Get(record, EvpeCm) * 0.01);
+    SetChannelValue(ChannelAltitude, Get(record, AltitudeMslCm) * 0.01);
+    SetChannelValue(ChannelHdop, Get(record, HdopFifths41) * 0.2);
+
+    const bool utcIsKnown = TakeGeodeticTime(), hasFix = Get(record, NavType) & FixTypeBits;
+    if (hasFix && utcIsKnown && OpenDialogOfKind(DialogKind::Sbas))
+        UpdateSkyObjects(FixTime.wYear, static_cast<uint8_t>(FixTime.wMonth),
+                         static_cast<uint8_t>(FixTime.wDay), static_cast<uint8_t>(FixTime.wHour),
+                         static_cast<uint8_t>(FixTime.wMinute), static_cast<uint8_t>(FixTime.wSecond),
+                         latitude * 1e-7, longitude * 1e-7);
+    ShowTimes();
+
+    ShowSirfHdop(GraphChannel[ChannelHdop].Value);
+    ShowSirfErrors(GraphChannel[ChannelEhpe].Value, GraphChannel[ChannelEvpe].Value);
+    ShowSirfPosition(latitude * 1e-7, longitude * 1e-7);
+    ShowSirfGridPosition(GraphChannel[ChannelNorthing].Value, GraphChannel[ChannelEasting].Value);
+    ShowSirfAltitudeEllipsoid(static_cast<float>(Get(record, AltitudeEllipsoidCm)) * 0.01f);
+    ShowSirfAltitudeMsl(GraphChannel[ChannelAltitude].Value);
+    // Without a new value the chart and the page keep the old one, on purpose.
+    if (!(Get(record, NavType) & NoSpeed)) {
+        SetChannelValue(ChannelSpeed, Get(record, SpeedCmPerS) * 0.01);
+        ShowSirfSpeed(GraphChannel[ChannelSpeed].Value);
+    }
+    if (!(Get(record, NavValid) & NoCourse)) {
+        SetChannelValue(ChannelCourse, Get(record, CourseCentidegrees) * 0.01);
+        ShowSirfCourse(GraphChannel[ChannelCourse].Value);
+    }
+    ShowSirfMapDatum(Get(record, MapDatum));
+    RecordGraphSample();
+    RepaintMainWindow();
+}
+
+// ---- Message id 4: satellites ------------------------------------------------------------------------
+
+constexpr uint32_t ChannelCountOffset = 7, FirstTrackedChannel = 8, TrackedChannelBytes = 15;
+constexpr uint32_t CarrierToNoiseCount = 10; // measurements a channel, each a tenth of a second
+
+// A channel, from its first byte on.
+constexpr Field<uint8_t> ChannelSvId{0}, ChannelAzimuth{1},
+    ChannelElevation{2}; // azimuth 3/2, elevation 1/2 degrees
+constexpr Field<uint16_t> ChannelState{3};
+constexpr uint32_t ChannelCarrierToNoise = 5;
+
+TrackedSatellite ReadChannel(const uint8_t* channel)
+{
+    constexpr uint16_t WithoutMeasurement = 0x00FF;
+    TrackedSatellite satellite;
+    satellite.svId = Get(channel, ChannelSvId);
+    satellite.azimuthDegrees = static_cast<uint16_t>(Get(channel, ChannelAzimuth) * 3 / 2);
+    satellite.elevationDegrees = Get(channel, ChannelElevation) / 2;
+    satellite.state = Get(channel, ChannelState);
+    uint32_t sum = 0;
+    if (satellite.state != WithoutMeasurement)
+        for (uint32_t i = 0; i < CarrierToNoiseCount; ++i) sum += channel[ChannelCarrierToNoise + i];
+    satellite.meanCarrierToNoiseDbHz = static_cast<uint8_t>(sum / CarrierToNoiseCount);
+    return satellite;
+}
+
+void DecodeMeasuredTracking(const Message& message)
+{
+    KeepRecord(TrackingRecord, message.bytes, message.length);
+    TrackedSatellite satellites[MaxShownChannels];
+    const uint32_t count = std::min<uint32_t>(TrackingRecord[ChannelCountOffset], MaxShownChannels);
+    for (uint32_t i = 0; i < count; ++i)
+        satellites[i] = ReadChannel(TrackingRecord + FirstTrackedChannel + TrackedChannelBytes * i);
+    ShowSirfChannels(satellites, count);
+    ShowSbasSatellites(satellites, count);
+}
+
+// ---- Answers, refusals, texts ------------------------------------------------------------------------
+
+void DecodeRefusal(const Message& message)
+{
+    constexpr uint8_t PollParameter = 168;
+    KeepRecord(RefusalRecord, message.bytes, message.length);
+    const uint8_t refused = RefusalRecord[1];
+    uint8_t polled = 0;
+    if (refused == PollParameter) {
+        polled = PendingPollId.load();
+        PendingPollId.store(0);
+        if (!polled) return; // nobody asked: the poll that a dialog sends when it opens
+    }
+    PostBox(PostedBox::RefusedCommand, static_cast<uint32_t>(refused << 8 | polled));
+}
+
+void DecodeCommandParameters(const Message& message)
+{
+    ShowCommandParameters(message.bytes, message.length);
+    PendingPollId.store(0);
+}
+
+struct MessageKind {
+    MessageId id;
+    uint8_t minimumLength;
+    void (*decode)(const Message& message);
+};
+
+constexpr MessageKind MessageKinds[] = {
+    {MeasuredNavigation, sizeof NavigationRecord, DecodeMeasuredNavigation},
+    {MeasuredTracking, sizeof TrackingRecord, DecodeMeasuredTracking},
+    {SoftwareVersion, 2, [](const Message& m) { ShowSoftwareVersion(m.bytes, m.length); }},
+    {CommandRefused, sizeof RefusalRecord, DecodeRefusal},
+    {OkToSend, OkToSendLength, [](const Message& m) { ShowOkToSend(m.bytes); }},
+    {NavigationParameters, NavigationParametersLength,
+     [](const Message& m) { ShowNavigationParameters(m.bytes); }},
+    {DgpsStatus, DgpsStatusLength, [](const Message& m) { ShowDgpsStatus(m.bytes); }},
+    {DifferentialData, CorrectionLength, [](const Message& m) { ShowCorrection(m.bytes); }},
+    {GeodeticNavigation, sizeof GeodeticRecord, DecodeGeodeticNavigation},
+    {CommandParameters, 1, DecodeCommandParameters},
+    {InternalMessage, 1, [](const Message& m) { KeepRecord(InternalMessageText, m.bytes, m.readable); }},
+    {DevelopmentData, 1, [](const Message& m) { KeepRecord(DevelopmentText, m.bytes, m.readable); }},
+};
+
+void BeginSirf()
+{
+    BeginProtocol(SirfRecognised);
+    ClearArrivalList();
+    StoreWorkingPort();
+    StoreChosenRate(DialogKind::SetSerialPort, CONTROL_TO_SIRF_BAUDRATE, L"SirfBaudrateIdx");
+}
+
+} // namespace
+
+void SirfMessageDecoder(const uint8_t* payload, uint32_t length)
 {
     if (LinkClosing.load(std::memory_order_relaxed)) return;
-    if (!SirfRecognised.load()) {
-        BeginProtocol(SirfRecognised);
-        StoreWorkingPort();
-    }
+    if (!SirfRecognised.load()) BeginSirf();
+    if (SearchInProgress.load()) return;
+
+    uint32_t wraps = 0;
+    while (wraps < length && payload[wraps] == WrapId) ++wraps;
+    if (wraps) WrapEE.store(1);
+    if (wraps == length) return;
+
+    const Message message = {payload + wraps, length - wraps, SirfBufferSize - wraps};
+    const uint8_t id = message.bytes[0];
+    ShowArrival(id);
+    for (const MessageKind& kind : MessageKinds)
+        if (kind.id == id && message.length >= kind.minimumLength) kind.decode(message);
+}
+
+void ResetSirfDecoder()
+{
+    std::memset(NavigationRecord, 0, sizeof NavigationRecord);
+    std::memset(TrackingRecord, 0, sizeof TrackingRecord);
+    std::memset(RefusalRecord, 0, sizeof RefusalRecord);
+    std::memset(GeodeticRecord, 0, sizeof GeodeticRecord);
+    std::memset(InternalMessageText, 0, sizeof InternalMessageText);
+    std::memset(DevelopmentText, 0, sizeof DevelopmentText);
+    WrapEE.store(0);
+    PendingPollId.store(0);
+    ClearArrivalList();
+    ResetReadBack();
 }

@@ -1,0 +1,60 @@
+// The receiver's settings commands as data: each control of a command dialog with the payload bytes that it
+// fills, in the order in which a dialog checks them. The answer to a poll carries the same payload, so the
+// rows serve sending and showing alike.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "app/active_dialog.h"
+
+// How a control holds a payload number.
+enum class FieldKind : uint8_t {
+    Number,      // text: the number itself
+    Tenths,      // text: a decimal number, sent in tenths
+    Hundredths,  // text: a whole number, sent in hundredths
+    FivePercent, // text: per cent, sent in steps of five
+    List,        // index of the selected entry
+    NumberList,  // number at the start of the text, chosen from a list or typed
+    Check,       // three-state box: 0 or 1; undecided is refused
+};
+
+struct CommandField {
+    FieldKind kind;
+    uint16_t control;
+    uint8_t offset, width;  // payload bytes, the message id at 0; big-endian
+    int32_t low, high;      // accepted, both included, in the control's unit
+    const wchar_t* caption; // of the box that refuses anything else; nothing is sent then
+    const wchar_t* refusal; // its text
+    std::span<const wchar_t* const> entries = {}; // of a list
+    bool (*accepts)(int32_t value) = nullptr;     // narrower than low and high, where they do not say all
+};
+
+// What is sent as 0 has no field. Where more is needed than the rows say, the dialog's file does it:
+// 128  positions are sent with one kind of reset only; byte 24 comes from the option buttons
+// 170  byte 1 is the entry's satellite number, and bit 3 of byte 3 says that there is one
+struct CommandLayout {
+    uint8_t command; // message id
+    uint8_t length;  // payload bytes, message id included
+    DialogKind dialog;
+    std::span<const CommandField> fields; // in the order in which they are checked
+};
+
+constexpr uint32_t MaxCommandLength = 25;
+
+// Commands whose settings the receiver reports when it is polled with message id 168.
+extern const CommandLayout InitializeDataSourceLayout, DgpsSourceLayout, ModeControlLayout, DopMaskLayout,
+    DgpsModeLayout, ElevationMaskLayout, PowerMaskLayout, StaticNavigationLayout, TricklePowerLayout,
+    LowPowerLayout, SbasLayout;
+
+// Commands whose settings it does not report, or in another message.
+extern const CommandLayout AdvancedPowerManagementLayout, SetMessageRateLayout;
+
+// The layout of a pollable command; null for any other message id.
+const CommandLayout* FindPolledCommand(uint8_t command);
+
+constexpr uint8_t InternalBeacon = 3; // index into the DGPS sources
+extern const std::span<const wchar_t* const> DgpsSourceNames;
+
+// The SBAS list begins with "Auto"; entry n is the satellite with number n + this.
+constexpr uint8_t SbasEntryToPrn = 119;

@@ -1,0 +1,342 @@
+#include "sirf/read_back.h"
+
+#include <bit>
+#include <cwchar>
+#include <span>
+
+#include "app/active_dialog.h"
+#include "app/dialog_support.h"
+#include "app/utc_line.h"
+#include "resources/resource_ids.h"
+#include "sirf/command_layouts.h"
+#include "sirf/message_fields.h"
+#include "text/copy.h"
+#include "text/format.h"
+
+uint8_t OkToSendRecord[OkToSendLength];
+uint8_t NavigationParameterRecord[NavigationParametersLength];
+uint8_t DgpsStatusRecord[DgpsStatusLength];
+uint8_t CorrectionRecord[CorrectionLength];
+uint8_t ParameterRecord[CommandParametersLength];
+
+namespace
+{
+
+// When the receiver last said that its radio is off, and on; ms.
+struct PowerState {
+    uint32_t tick;
+    bool known;
+};
+PowerState RadioOff, RadioOn;
+
+// The lines that collect differential data. Room is left for the unit that ends a line.
+constexpr uint32_t CorrectionLineCapacity = 256, UnitCharacters = 2;
+wchar_t CorrectionSvs[CorrectionLineCapacity], Corrections[CorrectionLineCapacity],
+    CorrectionAges[CorrectionLineCapacity];
+uint32_t CorrectionCount = 0; // since they were last ended
+
+// ---- Controls -----------------------------------------------------------------------------------------
+
+void ShowNumber(HWND dialog, int control, uint32_t value)
+{
+    SetDlgItemInt(dialog, control, value, FALSE);
+}
+
+void ShowCheck(HWND dialog, int control, bool checked)
+{
+    SendDlgItemMessageW(dialog, control, BM_SETCHECK, checked ? BST_CHECKED : BST_UNCHECKED, 0);
+}
+
+// Shows a payload number as its control holds it. Numbers are shown without a sign, on purpose: a negative
+// one reads as a large one.
+void ShowField(HWND dialog, const CommandField& field, uint32_t value)
+{
+    switch (field.kind) {
+    case FieldKind::Number:
+    case FieldKind::NumberList: ShowNumber(dialog, field.control, value); return;
+    case FieldKind::Hundredths: ShowNumber(dialog, field.control, value / 100); return;
+    case FieldKind::FivePercent: ShowNumber(dialog, field.control, value * 5); return;
+    case FieldKind::Check: ShowCheck(dialog, field.control, value != 0); return;
+    case FieldKind::Tenths: {
+        wchar_t text[16];
+        Format(text, L"%.1f", value * 0.1);
+        SetDlgItemTextW(dialog, field.control, text);
+        return;
+    }
+    case FieldKind::List: {
+        const bool exists = value < field.entries.size();
+        SendDlgItemMessageW(dialog, field.control, ListMessages.setSelection,
+                            exists ? value : static_cast<WPARAM>(-1), 0);
+        return;
+    }
+    }
+}
+
+// Shows the settings of a command, given as the command's payload.
+void ShowSettings(HWND dialog, const CommandLayout& layout, const uint8_t* payload)
+{
+    for (const CommandField& field : layout.fields)
+        ShowField(dialog, field, ReadBigEndian(payload + field.offset, field.width));
+}
+
+// ---- Settings that are not shown as they come ---------------------------------------------------------
+
+// Initialize Data Source: the reset configuration is one option button and three boxes.
+void ShowResetConfiguration(HWND dialog, uint8_t map)
+{
+    const int chosen = (map & 0x03) == 0x03   ? CONTROL_INIT_WARM_START_INIT
+                       : map & 0x02           ? CONTROL_INIT_WARM_START_NO_INIT
+                       : map & 0x04           ? CONTROL_INIT_COLD_START
+                       : (map & 0x88) == 0x88 ? CONTROL_INIT_SYSTEM_RESET
+                       : map & 0x08           ? CONTROL_INIT_FACTORY_RESET
+                       : map & 0x40           ? CONTROL_INIT_HOT_START
+                                              : CONTROL_INIT_SNAP_START;
+    for (int option = CONTROL_INIT_SNAP_START; option <= CONTROL_INIT_SYSTEM_RESET; ++option)
+        ShowCheck(dialog, option, option == chosen);
+    ShowCheck(dialog, CONTROL_INIT_NAVLIB, map & 0x10);
+    ShowCheck(dialog, CONTROL_INIT_DEBUG, map & 0x20);
+    ShowCheck(dialog, CONTROL_INIT_CLEAR, map & 0x80);
+}
+
+// DGPS Source: the beacon's frequency and bit rate count only for that source.
+void ClearUnusedBeacon(uint8_t* payload)
+{
+    if (payload[1] != InternalBeacon) std::memset(payload + 2, 0, DgpsSourceLayout.length - 2u);
+}
+
+// SBAS: the satellite becomes its list entry, the flags become the one that chooses the time-out.
+void ChooseSbasEntries(uint8_t* payload)
+{
+    constexpr uint8_t FirstPrn = 120, PrnIsChosen = 0x08, TimeoutIsChosen = 0x01, Auto = 0, NoEntry = 0xFF;
+    const uint8_t prn = payload[1], flags = payload[3];
+    if (!prn || !(flags & PrnIsChosen))
+        payload[1] = Auto;
+    else
+        payload[1] = prn < FirstPrn ? NoEntry : static_cast<uint8_t>(prn - SbasEntryToPrn);
+    payload[3] = flags & TimeoutIsChosen;
+}
+
+// Advanced Power Management: its settings as its own command would set them.
+void ShowPowerManagement(HWND dialog)
+{
+    constexpr uint32_t Enabled = 57, Cycles = 59, TimeBetweenFixes = 61, MaxErrors = 62, MaxResponseTime = 63,
+                       Priorities = 64;
+    const uint8_t* const answer = NavigationParameterRecord;
+    const uint8_t payload[] = {
+        AdvancedPowerManagementLayout.command,
+        static_cast<uint8_t>(answer[Enabled] >> 7),
+        answer[Cycles],
+        answer[TimeBetweenFixes],
+        0,
+        static_cast<uint8_t>(answer[MaxErrors] >> 4),
+        static_cast<uint8_t>(answer[MaxErrors] & 15),
+        answer[MaxResponseTime],
+        static_cast<uint8_t>(answer[Priorities] >> 2 & 3),
+        static_cast<uint8_t>(answer[Enabled] & 31),
+        static_cast<uint8_t>(answer[Priorities] & 3),
+    };
+    ShowSettings(dialog, AdvancedPowerManagementLayout, payload);
+}
+
+// ---- DGPS ---------------------------------------------------------------------------------------------
+
+void ShowDgpsSource(HWND dialog, int control, uint8_t source)
+{
+    wchar_t text[48];
+    if (source < DgpsSourceNames.size())
+        Format(text, L"DGPS Source: %s", DgpsSourceNames[source]);
+    else
+        Format(text, L"DGPS Source: %u", source);
+    SetDlgItemTextW(dialog, control, text);
+}
+
+// Appends a piece while there is room for it.
+template <typename Value>
+void AppendPiece(wchar_t (&line)[CorrectionLineCapacity], CheckedFormat<wchar_t, Value> format, Value value)
+{
+    wchar_t piece[64];
+    const FormatValue<wchar_t> number = value;
+    const uint32_t added = FormatValues(piece, 64, format.text, &number);
+    const uint32_t used = static_cast<uint32_t>(std::wcslen(line));
+    if (used + added + UnitCharacters < CorrectionLineCapacity)
+        CopyText(line + used, CorrectionLineCapacity - used, piece);
+}
+
+float FiniteOrZero(uint32_t bits)
+{
+    constexpr uint32_t Exponent = 0x7F800000;
+    return (bits & Exponent) == Exponent ? 0.0f : std::bit_cast<float>(bits);
+}
+
+} // namespace
+
+void ShowSoftwareVersion(const uint8_t* payload, uint32_t length)
+{
+    constexpr uint32_t MaxCharacters = 80;
+    HWND dialog = OpenDialogOfKind(DialogKind::PollSoftwareVersion);
+    if (!dialog) return;
+    wchar_t text[MaxCharacters + 1];
+    uint32_t count = 0;
+    while (count < MaxCharacters && count + 1 < length && payload[count + 1]) {
+        text[count] = payload[count + 1];
+        ++count;
+    }
+    text[count] = 0;
+    SetDlgItemTextW(dialog, CONTROL_SOFTWARE_VERSION, text);
+}
+
+void ShowOkToSend(const uint8_t* payload)
+{
+    const bool wasOn = OkToSendRecord[1], isOn = payload[1];
+    KeepRecord(OkToSendRecord, payload, OkToSendLength);
+    const uint32_t now = GetTickCount();
+    PowerState& current = isOn ? RadioOn : RadioOff;
+    const PowerState& previous = isOn ? RadioOff : RadioOn;
+    current = {now, true};
+    if (isOn == wasOn || !previous.known) return;
+    const int control = isOn ? CONTROL_SIRF_OFF_TIME : CONTROL_SIRF_ON_TIME;
+    constexpr DialogKind Showing[] = {DialogKind::AdvancedPowerManagement, DialogKind::TricklePower};
+    for (const DialogKind kind : Showing)
+        if (HWND dialog = OpenDialogOfKind(kind)) ShowNumber(dialog, control, now - previous.tick);
+}
+
+void ShowNavigationParameters(const uint8_t* payload)
+{
+    constexpr Field<uint32_t> MaxSearchTimeMs{49}, MaxOffTimeMs{53};
+    constexpr uint8_t WithPowerManagement = 1; // of byte 1
+    KeepRecord(NavigationParameterRecord, payload, NavigationParametersLength);
+    if (HWND dialog = OpenDialogOfKind(DialogKind::LowPower)) {
+        ShowNumber(dialog, CONTROL_LOW_POWER_MAX_OFF_TIME, Get(NavigationParameterRecord, MaxOffTimeMs));
+        ShowNumber(dialog, CONTROL_LOW_POWER_MAX_SEARCH_TIME,
+                   Get(NavigationParameterRecord, MaxSearchTimeMs));
+    }
+    if (NavigationParameterRecord[1] != WithPowerManagement) return;
+    if (HWND dialog = OpenDialogOfKind(DialogKind::AdvancedPowerManagement)) ShowPowerManagement(dialog);
+}
+
+void ShowDgpsStatus(const uint8_t* payload)
+{
+    constexpr uint32_t Satellites = 12, Source = 1, Ages = 2, FirstSatellite = 16, SatelliteBytes = 3;
+    constexpr uint8_t NoSource = 0;
+    KeepRecord(DgpsStatusRecord, payload, DgpsStatusLength);
+    HWND dialog = OpenDialogOfKind(DialogKind::DgpsSource);
+    if (!dialog) return;
+    const uint8_t* const record = DgpsStatusRecord;
+    const uint8_t source = record[Source];
+    ShowDgpsSource(dialog, CONTROL_DGPS_STATUS_SOURCE, source);
+    if (source == NoSource) return;
+
+    wchar_t svs[64] = L"Sv: ", corrections[128] = L"Cor:", ages[64] = L"";
+    const bool hasAges = source != InternalBeacon;
+    if (hasAges) AppendFormat(ages, L"Age:");
+    for (uint32_t i = 0; i < Satellites; ++i) {
+        const uint8_t* const satellite = record + FirstSatellite + SatelliteBytes * i;
+        const int32_t centimetres = Get(satellite, Field<int16_t>{1});
+        AppendFormat(svs, L" %u", satellite[0]);
+        AppendFormat(corrections, L" %d", (centimetres + 50) / 100);
+        if (hasAges) AppendFormat(ages, L" %u", record[Ages + i]);
+    }
+    AppendFormat(corrections, L" m");
+    if (hasAges) AppendFormat(ages, L" s");
+    SetDlgItemTextW(dialog, CONTROL_DGPS_STATUS_SVS, svs);
+    SetDlgItemTextW(dialog, CONTROL_DGPS_STATUS_CORRECTIONS, corrections);
+    SetDlgItemTextW(dialog, CONTROL_DGPS_STATUS_AGES, ages);
+}
+
+void ShowCorrection(const uint8_t* payload)
+{
+    constexpr Field<uint16_t> SvId{1};
+    constexpr Field<uint32_t> CorrectionMetres{6}, AgeSeconds{14}; // 32-bit floats
+    constexpr uint32_t Source = 5;
+    KeepRecord(CorrectionRecord, payload, CorrectionLength);
+    HWND dialog = OpenDialogOfKind(DialogKind::DgpsSource);
+    if (!dialog) return;
+    const uint8_t* const record = CorrectionRecord;
+    if (CorrectionCount == 0) {
+        ShowDgpsSource(dialog, CONTROL_DGPS_DATA_SOURCE, record[Source]);
+        CopyText(CorrectionSvs, CorrectionLineCapacity, L"Sv: ");
+        CopyText(Corrections, CorrectionLineCapacity, L"Cor:");
+        CopyText(CorrectionAges, CorrectionLineCapacity, L"Age:");
+    }
+    AppendPiece<uint16_t>(CorrectionSvs, L" %u", Get(record, SvId));
+    AppendPiece<float>(Corrections, L" %0.0f", FiniteOrZero(Get(record, CorrectionMetres)));
+    AppendPiece<float>(CorrectionAges, L" %0.0f", FiniteOrZero(Get(record, AgeSeconds)));
+    SetDlgItemTextW(dialog, CONTROL_DGPS_DATA_SVS, CorrectionSvs);
+    SetDlgItemTextW(dialog, CONTROL_DGPS_DATA_CORRECTIONS, Corrections);
+    SetDlgItemTextW(dialog, CONTROL_DGPS_DATA_AGES, CorrectionAges);
+    ++CorrectionCount;
+}
+
+void EndCorrections()
+{
+    if (!CorrectionCount) return;
+    CorrectionCount = 0;
+    HWND dialog = OpenDialogOfKind(DialogKind::DgpsSource);
+    if (!dialog) return;
+    AppendFormat(Corrections, L" m");
+    AppendFormat(CorrectionAges, L" s");
+    SetDlgItemTextW(dialog, CONTROL_DGPS_DATA_CORRECTIONS, Corrections);
+    SetDlgItemTextW(dialog, CONTROL_DGPS_DATA_AGES, CorrectionAges);
+}
+
+void ShowCommandParameters(const uint8_t* payload, uint32_t length)
+{
+    KeepRecord(ParameterRecord, payload, length);
+    const CommandLayout* const layout = FindPolledCommand(ParameterRecord[1]);
+    if (!layout || length < layout->length + 1u) return;
+    HWND dialog = OpenDialogOfKind(layout->dialog);
+    if (!dialog) return;
+
+    uint8_t settings[MaxCommandLength]; // the command's payload, its message id first
+    KeepRecord(settings, ParameterRecord + 1, sizeof settings);
+    if (layout == &InitializeDataSourceLayout) ShowResetConfiguration(dialog, settings[24]);
+    if (layout == &DgpsSourceLayout) ClearUnusedBeacon(settings);
+    if (layout == &SbasLayout) ChooseSbasEntries(settings);
+    ShowSettings(dialog, *layout, settings);
+}
+
+void ShowSbasSatellites(const TrackedSatellite* satellites, uint32_t count)
+{
+    constexpr uint8_t LastGpsSatellite = 32;
+    HWND dialog = OpenDialogOfKind(DialogKind::Sbas);
+    if (!dialog) return;
+    for (const TrackedSatellite& satellite : std::span(satellites, count)) {
+        if (satellite.svId <= LastGpsSatellite) continue;
+        wchar_t state[8];
+        Format(state, L"%02X", satellite.state);
+        ShowNumber(dialog, CONTROL_SBAS_SV, satellite.svId);
+        ShowNumber(dialog, CONTROL_SBAS_CARRIER_TO_NOISE, satellite.meanCarrierToNoiseDbHz);
+        SetDlgItemTextW(dialog, CONTROL_SBAS_STATE, state);
+        ShowNumber(dialog, CONTROL_SBAS_AZIMUTH, satellite.azimuthDegrees);
+        ShowNumber(dialog, CONTROL_SBAS_ELEVATION, satellite.elevationDegrees);
+    }
+}
+
+void ShowReceiverTime(uint32_t timeOfWeekSeconds)
+{
+    const DialogKind kind = ActiveDialogKind.load();
+    switch (kind) {
+    case DialogKind::SetSerialPort:
+    case DialogKind::AdvancedPowerManagement:
+    case DialogKind::SwitchToNmea:
+    case DialogKind::TricklePower:
+        if (HWND dialog = OpenDialogOfKind(kind)) ShowTimeOfDay(dialog, CONTROL_SIRF_TIME);
+        return;
+    case DialogKind::InitializeDataSource:
+        if (HWND dialog = OpenDialogOfKind(kind))
+            ShowNumber(dialog, CONTROL_INIT_TIME_OF_WEEK, timeOfWeekSeconds);
+        return;
+    default: return;
+    }
+}
+
+void ResetReadBack()
+{
+    std::memset(OkToSendRecord, 0, sizeof OkToSendRecord);
+    std::memset(NavigationParameterRecord, 0, sizeof NavigationParameterRecord);
+    std::memset(DgpsStatusRecord, 0, sizeof DgpsStatusRecord);
+    std::memset(CorrectionRecord, 0, sizeof CorrectionRecord);
+    std::memset(ParameterRecord, 0, sizeof ParameterRecord);
+    RadioOff = RadioOn = {};
+    CorrectionCount = 0;
+}
