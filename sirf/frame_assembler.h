@@ -4,9 +4,6 @@
 
 #include <cstdint>
 
-constexpr uint32_t MaxSirfPayload = 1023; // longest payload that is accepted
-constexpr uint32_t SirfBufferSize = 1024;
-
 // Feeds one byte; reader thread. A frame with the right checksum (15 bits are compared) and end goes to
 // SirfMessageDecoder and is counted in SirfMessageCount. Everything else is dropped silently, and the search
 // goes on with the next byte: the byte that broke a frame never begins another, on purpose, so A0 A0 A2 is no

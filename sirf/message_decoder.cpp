@@ -1,5 +1,6 @@
 #include "sirf/message_decoder.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "app/active_dialog.h"
@@ -11,7 +12,6 @@
 #include "link/protocol_recognition.h"
 #include "resources/resource_ids.h"
 #include "sirf/arrival_list.h"
-#include "sirf/frame_assembler.h"
 #include "sirf/frame_sender.h"
 #include "sirf/message_fields.h"
 #include "sirf/read_back.h"

@@ -4,9 +4,12 @@
 
 #include <cstdint>
 
-// Takes one payload of 1 to 1023 bytes, its first the message id, in a buffer of SirfBufferSize; reader
-// thread. The first message since the last reset also announces the protocol, empties the text page and
-// stores the working port and rate. During a search nothing more happens.
+constexpr uint32_t MaxSirfPayload = 1023; // longest payload that a frame can have
+constexpr uint32_t SirfBufferSize = 1024;
+
+// Takes one payload of 1 to MaxSirfPayload bytes, its first the message id, in a buffer of SirfBufferSize;
+// reader thread. The first message since the last reset also announces the protocol, empties the text page
+// and stores the working port and rate. During a search nothing more happens.
 //
 // Messages that are unknown or shorter than their kind are ignored silently. A refused command is posted as a
 // box. Wrapped messages are unwrapped, however often, and switch WrapEE on.

@@ -11,7 +11,7 @@
 #include "nmea/sentence_assembler.h"
 #include "nmea/sentence_decoder.h"
 #include "sirf/frame_assembler.h"
-#include "sirf/frame_sender.h"
+#include "sirf/message_decoder.h"
 
 namespace
 {
@@ -39,8 +39,8 @@ ProductTest::ProductTest()
     ResetNmeaAssembler();
     ResetNmeaDecoder();
     ResetSirfFramer();
+    ResetSirfDecoder();
     GraphSampleCount.store(0);
-    WrapEE.store(0);
     PortHandle.store(INVALID_HANDLE_VALUE);
     LogFileHandle.store(INVALID_HANDLE_VALUE);
     WriteHead = WriteTail = 0;
