@@ -1,6 +1,7 @@
 #include "app/about_dialog.h"
 
 #include "app/active_dialog.h"
+#include "app/dialog_controls.h"
 #include "app/dialog_support.h"
 #include "resources/resource_ids.h"
 
@@ -9,20 +10,10 @@ namespace
 
 INT_PTR CALLBACK AboutProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    switch (message) {
-    case WM_INITDIALOG:
-        InitDialogCommon(dialog);
-        PublishDialog(DialogKind::About, dialog);
-        return TRUE;
-    case WM_COMMAND:
-        if (LOWORD(wParam) != IDOK && LOWORD(wParam) != IDCANCEL) return FALSE;
-        WithdrawDialog();
-        EndDialog(dialog, LOWORD(wParam));
-        return TRUE;
-    case WM_HOTKEY: HandleHotKey(message, wParam, lParam); return TRUE;
-    case WM_DESTROY: WithdrawDialog(); return FALSE;
-    default: return FALSE;
-    }
+    if (message != WM_INITDIALOG) return HandleCommonMessages(dialog, message, wParam, lParam);
+    InitDialogCommon(dialog);
+    PublishDialog(DialogKind::About, dialog);
+    return TRUE;
 }
 
 } // namespace

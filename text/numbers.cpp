@@ -80,6 +80,18 @@ template <typename Char> uint32_t ParseUnsigned(const Char* text)
     return TakeDigits(SkipBlanks(text), UINT32_MAX);
 }
 
+bool ParseWholeNumber(const wchar_t* text, int32_t& value)
+{
+    text = SkipBlanks(text);
+    const bool negative = TakeSign(text);
+    if (!IsDigit(*text)) return false;
+    const uint32_t limit = negative ? uint32_t{1} << 31 : INT32_MAX;
+    const uint32_t magnitude = TakeDigits(text, UINT32_MAX);
+    if (magnitude > limit) return false;
+    value = static_cast<int32_t>(negative ? -static_cast<int64_t>(magnitude) : magnitude);
+    return true;
+}
+
 template <typename Char> double ParseDecimal(const Char* text)
 {
     text = SkipBlanks(text);

@@ -42,6 +42,31 @@ TEST(Numbers, UnsignedNumbersFill32Bits)
     EXPECT_EQ(ParseUnsigned("-1"), 0u);
 }
 
+TEST(Numbers, WholeNumbersOrNone)
+{
+    struct Row {
+        const wchar_t* text;
+        bool found;
+        int32_t value;
+    };
+    for (const Row& row : {Row{L"12", true, 12},
+                           {L" -5 m", true, -5},
+                           {L"+0", true, 0},
+                           {L"41 Geodetic", true, 41},
+                           {L"2147483647", true, 2147483647},
+                           {L"2147483648", false, 77},
+                           {L"-2147483648", true, -2147483647 - 1},
+                           {L"-2147483649", false, 77},
+                           {L"99999999999", false, 77},
+                           {L"", false, 77},
+                           {L"-", false, 77},
+                           {L"x1", false, 77}}) {
+        int32_t value = 77;
+        EXPECT_EQ(ParseWholeNumber(row.text, value), row.found);
+        EXPECT_EQ(value, row.value);
+    }
+}
+
 struct DecimalRow {
     const char *name, *text;
     double value;

@@ -1,0 +1,101 @@
+#include "app/dialog_controls.h"
+
+#include "app/active_dialog.h"
+#include "app/dialog_support.h"
+#include "app/error_boxes.h"
+#include "text/numbers.h"
+
+namespace
+{
+
+constexpr uint32_t NumberTextCapacity = 256;
+constexpr int DecimalTextCapacity = 21; // twenty characters and the terminator
+
+bool IsKeypadList(HWND dialog, int control)
+{
+    return LayoutOffset() && SendDlgItemMessageW(dialog, control, LB_GETCOUNT, 0, 0) > 0;
+}
+
+void ReadControlText(HWND dialog, int control, wchar_t (&text)[NumberTextCapacity])
+{
+    text[0] = 0;
+    if (IsKeypadList(dialog, control))
+        GetSelectedListText(dialog, control, text, NumberTextCapacity);
+    else
+        GetDlgItemTextW(dialog, control, text, NumberTextCapacity);
+}
+
+} // namespace
+
+void FillList(HWND dialog, int control, std::span<const wchar_t* const> entries)
+{
+    for (const wchar_t* entry : entries)
+        SendDlgItemMessageW(dialog, control, ListMessages.addString, 0, reinterpret_cast<LPARAM>(entry));
+}
+
+void SelectListEntry(HWND dialog, int control, int32_t index)
+{
+    SendDlgItemMessageW(dialog, control, ListMessages.setSelection, static_cast<WPARAM>(index), 0);
+}
+
+bool ReadNumber(HWND dialog, int control, int32_t& value)
+{
+    wchar_t text[NumberTextCapacity];
+    ReadControlText(dialog, control, text);
+    return ParseWholeNumber(text, value);
+}
+
+bool ReadNumberInRange(HWND dialog, int control, int32_t low, int32_t high, const wchar_t* caption,
+                       const wchar_t* refusal, int32_t& value)
+{
+    int32_t number;
+    if (!ReadNumber(dialog, control, number) || number < low || number > high) {
+        InfoBox(caption, refusal);
+        return false;
+    }
+    value = number;
+    return true;
+}
+
+double ReadDecimal(HWND dialog, int control)
+{
+    wchar_t text[DecimalTextCapacity] = L"";
+    GetDlgItemTextW(dialog, control, text, DecimalTextCapacity);
+    return ParseDecimal(text);
+}
+
+UINT GetCheck(HWND dialog, int control)
+{
+    return static_cast<UINT>(SendDlgItemMessageW(dialog, control, BM_GETCHECK, 0, 0));
+}
+
+void SetCheck(HWND dialog, int control, UINT state)
+{
+    SendDlgItemMessageW(dialog, control, BM_SETCHECK, state, 0);
+}
+
+void EnableControl(HWND dialog, int control, bool enable)
+{
+    if (HWND window = GetDlgItem(dialog, control)) EnableWindow(window, enable);
+}
+
+void UseNumericInput(HWND dialog, int control)
+{
+    constexpr UINT SetInputMode = 0xDE; // of edits with the shell's input method
+    constexpr LPARAM NumbersOnly = 2;
+    if (LayoutOffset()) SendDlgItemMessageW(dialog, control, SetInputMode, 0, NumbersOnly);
+}
+
+INT_PTR HandleCommonMessages(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    switch (message) {
+    case WM_COMMAND:
+        if (LOWORD(wParam) != IDOK && LOWORD(wParam) != IDCANCEL) return FALSE;
+        WithdrawDialog();
+        EndDialog(dialog, LOWORD(wParam));
+        return TRUE;
+    case WM_HOTKEY: HandleHotKey(message, wParam, lParam); return TRUE;
+    case WM_DESTROY: WithdrawDialog(); return FALSE;
+    default: return FALSE;
+    }
+}
