@@ -13,6 +13,7 @@ libgtest-dev         unit tests
 libbenchmark-dev     benchmarks
 wine                 runs the desktop program on Linux
 wine64               its 64-bit half, the only one that we use
+fonts-wine           window buttons and symbols as Windows draws them
 fonts-liberation     the fixed-pitch and dialog fonts that Wine draws with
 libxrender1          Wine draws text through it
 xvfb                 a display for machines without one
