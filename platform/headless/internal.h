@@ -24,38 +24,31 @@ namespace headless
 // ---- Failing calls (faults.cpp) -----------------------------------------------------------------------
 
 // Every call that a test can make fail.
-#define HEADLESS_FAILABLE_CALLS(CALL)                                                                        \
-    CALL(FormatMessageW)                                                                                     \
-    CALL(LocalFree)                                                                                          \
-    CALL(CreateFileW)                                                                                        \
-    CALL(ReadFile)                                                                                           \
-    CALL(WriteFile) CALL(CloseHandle) CALL(GetCommProperties) CALL(GetCommState) CALL(SetCommState) CALL(    \
-        GetCommTimeouts) CALL(SetCommTimeouts) CALL(ClearCommError) CALL(EscapeCommFunction)                 \
-        CALL(SetCommMask) CALL(SHGetSpecialFolderPathW) CALL(GetSaveFileNameW) CALL(CreateThread) CALL(      \
-            GetExitCodeThread) CALL(MsgWaitForMultipleObjectsEx) CALL(RegOpenKeyExW) CALL(RegCreateKeyExW)   \
-            CALL(RegQueryValueExW) CALL(RegSetValueExW) CALL(RegDeleteValueW) CALL(RegEnumKeyExW) CALL(      \
-                RegCloseKey) CALL(GetVersionExW) CALL(SystemParametersInfoW) CALL(LoadLibraryW)              \
-                CALL(GetProcAddressW) CALL(FreeLibrary) CALL(RegisterClassW) CALL(CreateWindowExW) CALL(     \
-                    DestroyWindow) CALL(FindWindowW) CALL(SetFocus) CALL(UpdateWindow) CALL(InvalidateRect)  \
-                    CALL(GetClientRect) CALL(GetWindowRect) CALL(SetWindowPos) CALL(GetWindowLongW)          \
-                        CALL(SetWindowLongW) CALL(SetWindowTextW) CALL(GetWindowTextW) CALL(PostMessageW)    \
-                            CALL(GetMessageW) CALL(SetTimer) CALL(KillTimer) CALL(MessageBoxW) CALL(         \
-                                CommandBar_Create) CALL(CommandBar_InsertMenubar) CALL(DialogBoxParamW)      \
-                                CALL(EndDialog) CALL(GetDlgItem) CALL(GetDlgCtrlID) CALL(SetDlgItemTextW)    \
-                                    CALL(GetDlgItemTextW) CALL(SetDlgItemInt) CALL(SendDlgItemMessageW)      \
-                                        CALL(LoadStringW) CALL(LoadIconW) CALL(LoadCursorW)                  \
-                                            CALL(LoadBitmapW) CALL(LoadMenuW) CALL(BeginPaint) CALL(GetDC)   \
-                                                CALL(ReleaseDC) CALL(CreateCompatibleDC) CALL(DeleteDC)      \
-                                                    CALL(CreateCompatibleBitmap) CALL(CreateDIBSection)      \
-                                                        CALL(SelectObject) CALL(DeleteObject)                \
-                                                            CALL(GetStockObject) CALL(CreateSolidBrush)      \
-                                                                CALL(CreateFontIndirectW) CALL(SetTextColor) \
-                                                                    CALL(SetBkColor) CALL(SetBkMode)         \
-                                                                        CALL(BitBlt) CALL(StretchBlt)        \
-                                                                            CALL(Ellipse) CALL(Rectangle)    \
-                                                                                CALL(FillRect)               \
-                                                                                    CALL(DrawTextW)          \
-                                                                                        CALL(ExtTextOutW)
+// clang-format off
+#define HEADLESS_FAILABLE_CALLS(CALL) \
+    CALL(FormatMessageW) CALL(LocalFree) \
+    CALL(CreateFileW) CALL(ReadFile) CALL(WriteFile) CALL(CloseHandle) \
+    CALL(GetCommProperties) CALL(GetCommState) CALL(SetCommState) CALL(GetCommTimeouts) CALL(SetCommTimeouts) \
+    CALL(ClearCommError) CALL(EscapeCommFunction) CALL(SetCommMask) \
+    CALL(SHGetSpecialFolderPathW) CALL(GetSaveFileNameW) \
+    CALL(CreateThread) CALL(GetExitCodeThread) CALL(MsgWaitForMultipleObjectsEx) \
+    CALL(RegOpenKeyExW) CALL(RegCreateKeyExW) CALL(RegQueryValueExW) CALL(RegSetValueExW) \
+    CALL(RegDeleteValueW) CALL(RegEnumKeyExW) CALL(RegCloseKey) \
+    CALL(GetVersionExW) CALL(SystemParametersInfoW) CALL(LoadLibraryW) CALL(GetProcAddressW) CALL(FreeLibrary) \
+    CALL(RegisterClassW) CALL(CreateWindowExW) CALL(DestroyWindow) CALL(FindWindowW) CALL(SetFocus) \
+    CALL(UpdateWindow) CALL(InvalidateRect) CALL(GetClientRect) CALL(GetWindowRect) CALL(SetWindowPos) \
+    CALL(GetWindowLongW) CALL(SetWindowLongW) CALL(SetWindowTextW) CALL(GetWindowTextW) \
+    CALL(PostMessageW) CALL(GetMessageW) CALL(SetTimer) CALL(KillTimer) CALL(MessageBoxW) \
+    CALL(CommandBar_Create) CALL(CommandBar_InsertMenubar) \
+    CALL(DialogBoxParamW) CALL(EndDialog) CALL(GetDlgItem) CALL(GetDlgCtrlID) CALL(SetDlgItemTextW) \
+    CALL(GetDlgItemTextW) CALL(SetDlgItemInt) CALL(SendDlgItemMessageW) \
+    CALL(LoadStringW) CALL(LoadIconW) CALL(LoadCursorW) CALL(LoadBitmapW) CALL(LoadMenuW) \
+    CALL(BeginPaint) CALL(GetDC) CALL(ReleaseDC) CALL(CreateCompatibleDC) CALL(DeleteDC) \
+    CALL(CreateCompatibleBitmap) CALL(CreateDIBSection) CALL(SelectObject) CALL(DeleteObject) \
+    CALL(GetStockObject) CALL(CreateSolidBrush) CALL(CreateFontIndirectW) CALL(SetTextColor) \
+    CALL(SetBkColor) CALL(SetBkMode) CALL(BitBlt) CALL(StretchBlt) CALL(Ellipse) CALL(Rectangle) \
+    CALL(FillRect) CALL(DrawTextW) CALL(ExtTextOutW)
+// clang-format on
 
 enum class Call : uint8_t {
 #define HEADLESS_CALL(name) name,
