@@ -752,6 +752,29 @@ TEST_F(SbasSatellites, OnlyInTheirDialog)
     EXPECT_EQ(Text(401), L"?");
 }
 
+// ---- A dialog that is just opening or closing ----------------------------------------------------------
+
+class KindWithoutWindow : public SirfTest
+{
+};
+
+TEST_F(KindWithoutWindow, ShowsNothing)
+{
+    HeadlessPort& port = OpenPort();
+    for (uint32_t kind = 1; kind <= 23; ++kind) {
+        ActiveDialogKind.store(static_cast<DialogKind>(kind));
+        for (const int id : {2, 4, 6, 18, 19, 27, 29, 41, 255})
+            Decode(Payload(static_cast<uint8_t>(id), 200));
+        for (const char* command : {"80", "85", "88", "89", "8A", "8B", "8C", "8F", "97", "A7", "AA"})
+            Decode(Payload(43, 26).At(1, command));
+    }
+    ActiveDialogKind.store(DialogKind::None);
+    EXPECT_EQ(Setting(L"SirfBaudrateIdx"), -12345);
+    EXPECT_EQ(port.sent, "");
+    EXPECT_EQ(GeodeticRecord[0], 41); // decoded all the same
+    EXPECT_EQ(ParameterRecord[1], 0xAA);
+}
+
 // ---- Times --------------------------------------------------------------------------------------------
 
 class Times : public SirfTest
