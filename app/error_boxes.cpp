@@ -9,16 +9,16 @@ std::atomic<DWORD> UserInterfaceThread{0};
 namespace
 {
 
-// Captions of the calls that the reader thread makes.
-constexpr const wchar_t* ReaderCaptions[] = {
-    L"WriteFile 2", L"WriteFile File", L"CloseHandle File", L"StretchBlt1", L"StretchBlt2", L"StretchBlt3",
-    L"StretchBlt5", L"BitBlt3",        L"Polyline1",        L"Polyline2",   L"Polyline3",
+// Captions of the calls that the reader thread and the paint make.
+constexpr const wchar_t* PostedCaptions[] = {
+    L"WriteFile 2", L"WriteFile File", L"CloseHandle File", L"StretchBlt1", L"StretchBlt2", L"StretchBlt5",
+    L"BitBlt1",     L"BitBlt2",        L"BitBlt3",          L"Polyline1",   L"Polyline2",   L"Polyline3",
 };
-constexpr uint32_t ReaderCaptionCount = sizeof ReaderCaptions / sizeof *ReaderCaptions;
+constexpr uint32_t PostedCaptionCount = sizeof PostedCaptions / sizeof *PostedCaptions;
 
-// Set by the reader when it posts a caption, cleared when the user has answered the box: a call that fails at
-// every sample must not fill the screen.
-std::atomic<uint8_t> CaptionIsPosted[ReaderCaptionCount];
+// Set when a caption is posted, cleared when the user has answered the box: a call that fails at every sample
+// must not fill the screen.
+std::atomic<uint8_t> CaptionIsPosted[PostedCaptionCount];
 
 // Boxes that wait for the one that is up; user-interface thread.
 struct WaitingBox {
@@ -46,18 +46,6 @@ void ShowError(DWORD error, const wchar_t* caption)
     if (systemText) LocalFree(systemText);
 }
 
-void PostError(const wchar_t* caption, DWORD error)
-{
-    for (uint32_t i = 0; i < ReaderCaptionCount; ++i) {
-        const wchar_t* known = ReaderCaptions[i];
-        if (caption != known && !(TextEquals(caption, known))) continue;
-        if (CaptionIsPosted[i].load()) return;
-        CaptionIsPosted[i].store(1);
-        PostBox(PostedBox::LastError, i << 16 | (error & 0xFFFF));
-        return;
-    }
-}
-
 void ShowRefusal(uint8_t refused, uint8_t polled)
 {
     wchar_t text[160];
@@ -78,14 +66,20 @@ void ShowRefusal(uint8_t refused, uint8_t polled)
     if (ActiveDialogWindow.load() && MainWindow.load()) EnableWindow(MainWindow.load(), FALSE);
 }
 
+// The caption may be posted again.
+void ForgetCaption(uint32_t caption)
+{
+    if (caption < PostedCaptionCount) CaptionIsPosted[caption].store(0);
+}
+
 void Show(const WaitingBox& box)
 {
     const uint32_t high = box.value >> 16, low = box.value & 0xFFFF;
     switch (box.kind) {
     case PostedBox::LastError:
-        if (high >= ReaderCaptionCount) return;
-        ShowError(low, ReaderCaptions[high]);
-        CaptionIsPosted[high].store(0);
+        if (high >= PostedCaptionCount) return;
+        ShowError(low, PostedCaptions[high]);
+        ForgetCaption(high);
         return;
     case PostedBox::CouldOnlyWrite: ShowShortWrite(high, low); return;
     case PostedBox::RefusedCommand:
@@ -110,11 +104,22 @@ void InfoBox(const wchar_t* caption, const wchar_t* text)
 
 void ShowLastError(const wchar_t* caption)
 {
-    const DWORD error = GetLastError();
     if (GetCurrentThreadId() == UserInterfaceThread.load())
-        ShowError(error, caption);
+        ShowError(GetLastError(), caption);
     else
-        PostError(caption, error);
+        PostLastError(caption);
+}
+
+void PostLastError(const wchar_t* caption)
+{
+    const DWORD error = GetLastError();
+    for (uint32_t i = 0; i < PostedCaptionCount; ++i) {
+        if (!TextEquals(caption, PostedCaptions[i])) continue;
+        if (CaptionIsPosted[i].load()) return;
+        CaptionIsPosted[i].store(1);
+        PostBox(PostedBox::LastError, i << 16 | (error & 0xFFFF));
+        return;
+    }
 }
 
 void CheckGdiResult(int32_t result, const wchar_t* caption)
@@ -137,8 +142,12 @@ void PostBox(PostedBox kind, uint32_t value)
 
 void ShowPostedBox(WPARAM kind, LPARAM value)
 {
-    if (WaitingCount == MaxWaitingBoxes) return;
-    Waiting[WaitingCount++] = {static_cast<PostedBox>(kind), static_cast<uint32_t>(value)};
+    const WaitingBox arrived = {static_cast<PostedBox>(kind), static_cast<uint32_t>(value)};
+    if (WaitingCount == MaxWaitingBoxes) {
+        if (arrived.kind == PostedBox::LastError) ForgetCaption(arrived.value >> 16);
+        return;
+    }
+    Waiting[WaitingCount++] = arrived;
     if (PostedBoxIsUp) return;
     PostedBoxIsUp = true;
     while (WaitingCount && IsWindow(MainWindow.load())) {

@@ -24,12 +24,16 @@ void InfoBox(const wchar_t* caption, const wchar_t* text);
 // reader thread the box is posted.
 void ShowLastError(const wchar_t* caption);
 
-// The same, only when `result` is 0.
+// The same, posted from either thread: for where no box may open yet, as in a paint. A caption that is posted
+// is not posted again before its box is closed. Only captions of the list in error_boxes.cpp can be posted.
+void PostLastError(const wchar_t* caption);
+
+// ShowLastError, only when `result` is 0.
 void CheckGdiResult(int32_t result, const wchar_t* caption);
 
 // ---- Boxes of the reader thread -----------------------------------------------------------------------
 
-// Message by which they reach the main window: the kind in wParam, the value in lParam.
+// Message by which posted boxes reach the main window: the kind in wParam, the value in lParam.
 constexpr UINT MessagePostedBox = WM_APP + 1;
 
 enum class PostedBox : uint8_t {

@@ -5,16 +5,16 @@
 #include "app/command_line.h"
 #include "app/dialog_support.h"
 #include "app/error_boxes.h"
+#include "app/graph_mode.h"
 #include "app/shell_libraries.h"
 #include "app/text_view.h"
 #include "graph/chart.h"
+#include "graph/graph_settings.h"
 #include "link/link_state.h"
 #include "link/receiver_log.h"
 #include "link/serial_port.h"
 #include "resources/resource_ids.h"
 #include "settings/settings_store.h"
-
-GraphModeValue GraphMode = GraphModeValue::TextPage;
 
 namespace
 {

@@ -45,5 +45,5 @@ void SetChannelValue(Channel channel, double value);
 // Time of the latest fix, UTC. Written and read by the reader thread; day of week and milliseconds stay 0.
 extern SYSTEMTIME FixTime;
 
-// Everything as when the program starts.
+// Everything as when the program starts, settings included.
 void ResetChannels();

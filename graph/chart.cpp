@@ -1,7 +1,105 @@
 #include "graph/chart.h"
 
-// Nothing is drawn yet: the recorder only counts its samples.
-void CreateChart(HWND, int, int) {}
-void DeleteChart() {}
-void PaintChart(HDC, int) {}
-void LoadGraphSettings() {}
+#include "app/dialog_support.h"
+#include "app/error_boxes.h"
+#include "graph/graph_settings.h"
+#include "graph/recorder.h"
+#include "graph/surface.h"
+
+namespace
+{
+
+// A memory device context with its bitmap selected into it.
+struct MemoryDc {
+    HDC dc;
+    HBITMAP bitmap;
+    HGDIOBJ before; // selected again before the context is deleted, so that the bitmap can be deleted too
+};
+MemoryDc Graph, Background, Tick, Cell;
+
+bool BitBlt1Failed = false, BitBlt2Failed = false;
+
+void SelectBitmap(MemoryDc& memory, HDC screen, HBITMAP bitmap)
+{
+    memory.dc = CreateCompatibleDC(screen);
+    memory.bitmap = bitmap;
+    memory.before = memory.dc && bitmap ? SelectObject(memory.dc, bitmap) : nullptr;
+}
+
+// Makes a picture whose pixels the device context and the drawing procedures share.
+void CreatePicture(MemoryDc& memory, Surface& surface, HDC screen, int width, int height)
+{
+    BITMAPINFO info = {};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = width;
+    info.bmiHeader.biHeight = -height; // rows from the top
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    info.bmiHeader.biCompression = BI_RGB;
+    void* pixels = nullptr;
+    SelectBitmap(memory, screen, CreateDIBSection(screen, &info, DIB_RGB_COLORS, &pixels, nullptr, 0));
+    surface = {memory.bitmap ? static_cast<uint32_t*>(pixels) : nullptr, width, height, width};
+}
+
+void Delete(MemoryDc& memory, const wchar_t* caption)
+{
+    if (memory.before) SelectObject(memory.dc, memory.before);
+    if (memory.dc) CheckGdiResult(DeleteDC(memory.dc), caption);
+    if (memory.bitmap) DeleteObject(memory.bitmap);
+    memory = {};
+}
+
+uint16_t ChartSize(int pixels)
+{
+    return static_cast<uint16_t>(pixels < 0 ? 0 : pixels > INT16_MAX ? INT16_MAX : pixels);
+}
+
+void CheckCopy(BOOL result, const wchar_t* caption, bool& failed)
+{
+    if (!result && !failed) PostLastError(caption);
+    failed = !result;
+}
+
+} // namespace
+
+void CreateChart(HWND window, int areaWidth, int areaHeight)
+{
+    const uint16_t width = ChartSize(areaWidth), height = ChartSize(areaHeight);
+    if (width && height) {
+        HDC screen = GetDC(window);
+        CreatePicture(Graph, GraphBitmap, screen, width, height);
+        CreatePicture(Background, BackgroundColumn, screen, width, height);
+        CreatePicture(Tick, TickColumn, screen, width, height);
+        SelectBitmap(Cell, screen, LoadBitmapW(ProgramInstance, L"6x8"));
+        ReleaseDC(window, screen);
+        CheckGdiResult(StretchBlt(Graph.dc, 0, 0, width, height, Graph.dc, 0, 0, 1, 1, WHITENESS),
+                       L"StretchBlt4");
+        FillColumn(BackgroundColumn, 0, ColorWhite); // until the first sample draws them
+        FillColumn(TickColumn, 0, ColorWhite);
+    }
+    GraphWidth.store(width);
+    GraphHeight.store(height);
+    LoadGraphSettings();
+}
+
+void DeleteChart()
+{
+    GraphWidth.store(0);
+    GraphHeight.store(0);
+    GraphBitmap = BackgroundColumn = TickColumn = {};
+    Delete(Graph, L"DeleteDC1");
+    Delete(Background, L"DeleteDC2");
+    Delete(Tick, L"DeleteDC3");
+    Delete(Cell, L"DeleteDC4");
+}
+
+void PaintChart(HDC dc, int top)
+{
+    const int width = GraphWidth.load(), height = GraphHeight.load(), column = CurrentGraphColumn.load();
+    if (!width || !height) return;
+    CheckCopy(BitBlt(dc, 0, top, width - column, height, Graph.dc, column, 0, SRCCOPY), L"BitBlt1",
+              BitBlt1Failed);
+    if (column)
+        CheckCopy(BitBlt(dc, width - column, top, column, height, Graph.dc, 0, 0, SRCCOPY), L"BitBlt2",
+                  BitBlt2Failed);
+}

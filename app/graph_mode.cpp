@@ -1,0 +1,3 @@
+#include "app/graph_mode.h"
+
+GraphModeValue GraphMode = GraphModeValue::TextPage;

@@ -1,0 +1,9 @@
+// What the main window shows.
+#pragma once
+
+#include <cstdint>
+
+enum class GraphModeValue : uint8_t { TextPage = 0, Chart = 1 };
+
+// Any key in the main window toggles; the Graph Options dialog sets. User-interface thread.
+extern GraphModeValue GraphMode;
