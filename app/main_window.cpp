@@ -9,6 +9,7 @@
 #include "app/shell_libraries.h"
 #include "app/text_view.h"
 #include "graph/chart.h"
+#include "graph/graph_options_dialog.h"
 #include "graph/graph_settings.h"
 #include "link/link_state.h"
 #include "link/receiver_log.h"
@@ -39,6 +40,7 @@ struct Command {
 
 constexpr Command Commands[] = {
     {COMMAND_ABOUT, ShowAboutDialog},
+    {COMMAND_GRAPH, ShowGraphOptionsDialog},
 };
 
 bool RunCommand(HWND window, uint16_t item)
