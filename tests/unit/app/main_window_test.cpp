@@ -1,3 +1,4 @@
+#include "app/graph_mode.h"
 #include "app/main_window.h"
 
 #include "app/main.h"

@@ -2,6 +2,7 @@
 
 #include "app/dialog_support.h"
 #include "graph/channels.h"
+#include "graph/graph_settings.h"
 #include "graph/recorder.h"
 #include "link/link_state.h"
 #include "link/reader_thread.h"
@@ -40,7 +41,9 @@ ProductTest::ProductTest()
     ResetNmeaDecoder();
     ResetSirfFramer();
     ResetSirfDecoder();
-    GraphSampleCount.store(0);
+    ResetRecorder();
+    ResetGraphSettings();
+    WrapEE.store(0);
     PortHandle.store(INVALID_HANDLE_VALUE);
     LogFileHandle.store(INVALID_HANDLE_VALUE);
     WriteHead = WriteTail = 0;
