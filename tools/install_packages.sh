@@ -11,6 +11,7 @@ ninja-build          build
 clang-format         checks the format of the sources
 libgtest-dev         unit tests
 libbenchmark-dev     benchmarks
+libpng-dev           pictures of the chart that the replay tool writes
 wine                 runs the desktop program on Linux
 wine64               its 64-bit half, the only one that we use
 fonts-wine           window buttons and symbols as Windows draws them

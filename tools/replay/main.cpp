@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "app/text_view.h"
+#include "chart_picture.h"
 #include "graph/recorder.h"
 #include "headless.h"
 #include "link/reader_thread.h"
@@ -48,8 +49,10 @@ int main(int argumentCount, char** arguments)
     StartTextView();
     PortHandle.store(
         CreateFileW(L"COM3:", GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    if (!options.chart.empty()) StartChartPicture(options.chartWidth, options.chartHeight);
     for (const std::string& file : options.files) Feed(file, options.samples);
 
+    if (!options.chart.empty()) WriteChartPicture(options.chart, options.chartWidth, options.chartHeight);
     if (options.page) PrintPage();
     if (options.stats) PrintStats();
     if (options.messages) PrintMessages();

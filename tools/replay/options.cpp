@@ -25,16 +25,30 @@ in UTF-8. Each option can be used alone or with others; the outputs then follow 
   --messages   the receiver's own text, as the command dialogs show it
   --commands   what the program would have sent to the receiver: one command on a line, sentences as text without
                their line end, binary frames as hexadecimal bytes
+  --chart FILE writes the strip chart as the program's window would show it, as a PNG picture
+  --size WxH   the chart's size in pixels, 1 to 32767 each; 240x268 if not given
   --help       this text
   --version    the program's version
 
-Exit code: 0; 2 for an unknown option or a file that cannot be read, with one line on standard error.
+Exit code: 0; 2 for a wrong option or a file that cannot be read or written, with one line on standard error.
 
 Examples:
   toravane-replay walk.txt
   toravane-replay --stats --samples drive.srf
+  toravane-replay --chart walk.png --size 240x268 walk.txt
   cat part1.txt part2.txt | toravane-replay --page -
 )";
+
+// "WxH"
+void TakeSize(const char* text, ReplayOptions& options)
+{
+    constexpr int Largest = 32767;
+    int end = 0;
+    const int found = std::sscanf(text, "%5dx%5d%n", &options.chartWidth, &options.chartHeight, &end);
+    const auto fits = [](int pixels) { return pixels >= 1 && pixels <= Largest; };
+    if (found != 2 || text[end] || !fits(options.chartWidth) || !fits(options.chartHeight))
+        EndWithError("no size like 240x268: " + std::string(text));
+}
 
 } // namespace
 
@@ -73,6 +87,17 @@ void ParseOptions(int argumentCount, char** arguments, ReplayOptions& options)
         if (argument == "--version") {
             std::puts("toravane-replay " TORAVANE_VERSION);
             std::exit(0);
+        }
+        if (argument == "--chart" || argument == "--size") {
+            if (++i == argumentCount)
+                EndWithError(std::string(argument) + " wants a value (--help explains)");
+            if (argument == "--chart") {
+                options.chart = arguments[i];
+                anyOutput = true;
+            } else {
+                TakeSize(arguments[i], options);
+            }
+            continue;
         }
         bool known = false;
         for (const Flag& flag : Flags)

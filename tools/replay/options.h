@@ -6,7 +6,9 @@
 
 struct ReplayOptions {
     bool page = false, stats = false, samples = false, messages = false, commands = false;
-    std::vector<std::string> files; // "-": standard input
+    std::string chart;                       // file to write the chart's picture to, "": none
+    int chartWidth = 240, chartHeight = 268; // pixels
+    std::vector<std::string> files;          // "-": standard input
 };
 
 // Fills `options`. --help and --version print and end the process with 0; anything wrong prints one line on
