@@ -26,7 +26,7 @@ in UTF-8. Each option can be used alone or with others; the outputs then follow 
   --commands   what the program would have sent to the receiver: one command on a line, sentences as text without
                their line end, binary frames as hexadecimal bytes
   --chart FILE writes the strip chart as the program's window would show it, as a PNG picture
-  --size WxH   the chart's size in pixels, 1 to 32767 each; 240x268 if not given
+  --size WxH   the chart's size in pixels, 1 to 16384 each; 240x268 if not given
   --help       this text
   --version    the program's version
 
@@ -42,7 +42,7 @@ Examples:
 // "WxH"
 void TakeSize(const char* text, ReplayOptions& options)
 {
-    constexpr int Largest = 32767;
+    constexpr int Largest = 16384;
     int end = 0;
     const int found = std::sscanf(text, "%5dx%5d%n", &options.chartWidth, &options.chartHeight, &end);
     const auto fits = [](int pixels) { return pixels >= 1 && pixels <= Largest; };

@@ -1,6 +1,6 @@
-#include "app/graph_mode.h"
 #include "app/main_window.h"
 
+#include "app/graph_mode.h"
 #include "app/main.h"
 #include "link/link_state.h"
 #include "link/serial_port.h"
