@@ -43,7 +43,6 @@ ProductTest::ProductTest()
     ResetSirfDecoder();
     ResetRecorder();
     ResetGraphSettings();
-    WrapEE.store(0);
     PortHandle.store(INVALID_HANDLE_VALUE);
     LogFileHandle.store(INVALID_HANDLE_VALUE);
     WriteHead = WriteTail = 0;
