@@ -44,6 +44,12 @@ def sentence(body):
     return f"${body}*{checksum:02X}\r\n".encode()
 
 
+def frame(payload):
+    """A SiRF binary message as it goes over the line."""
+    checksum = sum(payload) & 0x7FFF
+    return b"\xA0\xA2" + len(payload).to_bytes(2, "big") + payload + checksum.to_bytes(2, "big") + b"\xB0\xB3"
+
+
 # ---- The receiver's side ------------------------------------------------------------------------------
 
 class Line:
