@@ -150,7 +150,7 @@ constexpr Field<uint8_t> HdopFifths41{89};
 constexpr uint16_t NoCourse = 0x8000, NoSpeed = 0x1000, FixTypeBits = 7;
 
 // Returns whether the receiver knows UTC. Otherwise the time of week serves, with the leap seconds of the
-// receivers' days; in a week's first 14 s the difference wraps around.
+// receivers' days; a week more keeps the difference above zero in a week's first 14 s.
 bool TakeGeodeticTime()
 {
     const uint8_t* const record = GeodeticRecord;
@@ -161,8 +161,8 @@ bool TakeGeodeticTime()
         StoreFixTime(Get(record, UtcHour), Get(record, UtcMinute), Get(record, UtcMilliseconds) / 1000u);
         return true;
     }
-    constexpr uint32_t LeapMilliseconds = 14000;
-    const uint32_t time = Get(record, TimeOfWeekMs) - LeapMilliseconds;
+    constexpr uint32_t LeapMilliseconds = 14000, WeekMilliseconds = 604800000;
+    const uint32_t time = Get(record, TimeOfWeekMs) + (WeekMilliseconds - LeapMilliseconds);
     StoreFixTime(time / 3600000 % 24, time / 60000 % 60, time % 60000 / 1000);
     return false;
 }
