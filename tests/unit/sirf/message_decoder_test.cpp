@@ -450,7 +450,8 @@ TEST_F(GeodeticNavigation, Day0TakesTheTimeOfWeekLess14Seconds)
     EXPECT_EQ(Line(0), L" UTC: 2031-07-09 00:00:00");
     Decode(GeodeticMessage().At(14, "00")); // 345678901 ms: 4 d 00:01:18.901
     EXPECT_EQ(Line(0), L" UTC: 2031-07-09 00:01:04");
-    Decode(GeodeticMessage().At(14, "00").At(7, "00001388")); // 5000 ms: still the last day of the week before
+    Decode(
+        GeodeticMessage().At(14, "00").At(7, "00001388")); // 5000 ms: still the last day of the week before
     EXPECT_EQ(Line(0), L" UTC: 2031-07-09 23:59:51");
     Decode(GeodeticMessage().At(14, "00").At(7, "0526922F")); // 23:59:59.999 + 14 s
     EXPECT_EQ(Line(0), L" UTC: 2031-07-09 23:59:59");
