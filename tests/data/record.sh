@@ -23,3 +23,10 @@ record cold-start.txt 60 --rate 9600 --track still --start cold
 record walk-south-west.txt 30 --rate 9600 --track walk --start hot --position -33.4489,-70.6693,-12.5
 # A line that loses and changes bytes.
 record noisy-line.txt 40 --rate 9600 --track circle --start hot --fault lose=0.002 --fault flip=0.002
+
+# The same three in SiRF binary; "NavLib" and "Debug" messages, which nobody asked for here, are left out.
+record cold-start.srf 45 --protocol sirf --rate 38400 --track still --start cold
+record walk-south-west.srf 15 --protocol sirf --rate 38400 --track walk --start hot --position -33.4489,-70.6693,-12.5
+record noisy-line.srf 20 --protocol sirf --rate 38400 --track circle --start hot --fault lose=0.0005 --fault flip=0.0005
+# Some firmware puts each message into another.
+record wrapped.srf 5 --protocol sirf --rate 38400 --track circle --start hot --wrap

@@ -1,5 +1,5 @@
-"""A second decoder of NMEA, written from the sentences' description and from nothing of the program's: what the text
-page, the samples, the statistics and the receiver text must be after a log. Plain and slow."""
+"""A second decoder of NMEA and SiRF binary, written from the messages' descriptions and from nothing of the program's:
+what the text page, the samples, the statistics and the receiver text must be after a log. Plain and slow."""
 import math
 import re
 import struct
@@ -30,7 +30,7 @@ def fixed(value, decimals, width=0):
 
 
 def sentences(data):
-    """Bodies of the accepted sentences."""
+    """Accepted sentences: where each ends, and its body."""
     position = 0
     while True:
         start = data.find(b"$", position)
@@ -51,7 +51,32 @@ def sentences(data):
             continue
         position = match.end()
         assert len(body) < 256, "overlong bodies are left to the unit tests"
-        yield body.decode("ascii")
+        yield position, body.decode("ascii")
+
+
+def frames(data):
+    """Accepted SiRF frames: where each ends, and its payload. A byte that breaks a frame is gone with it."""
+    i = 0
+    while (i := data.find(b"\xa0", i)) >= 0:
+        if data[i + 1:i + 2] != b"\xa2":
+            i += 2
+            continue
+        length = int.from_bytes(data[i + 2:i + 4], "big")
+        if not 1 <= length <= 1023:
+            i += 4
+            continue
+        payload, tail = data[i + 4:i + 4 + length], data[i + 4 + length:i + 8 + length]
+        if len(tail) < 4:
+            return
+        i += 4 + length
+        if sum(payload) & 0x7FFF != int.from_bytes(tail[:2], "big") & 0x7FFF:
+            i += 2
+        elif tail[2] != 0xB0:
+            i += 3
+        else:
+            i += 4
+            if tail[3] == 0xB3:
+                yield i, payload
 
 
 def checksum_fits(body, digits):
@@ -68,16 +93,39 @@ class Reference:
         self.time = [0, 0, 0, 0, 0, 0]
         self.latitude = self.longitude = 0.0
         self.satellites = [[0, 0, 0] for _ in range(12)]  # PRN, elevation, C/No
-        self.count = self.reported = 0
+        self.count = self.frame_count = self.reported = 0
+        self.geodetic_seen = False
         self.text = ""
         self.samples = []
 
     def feed(self, data):
-        for body in sentences(data):
-            if not self.count:
-                self.lines = [""] * 18 + [LAST_LINE]
-            self.count += 1
-            self.dispatch(body)
+        nmea = [(end, self.sentence, body) for end, body in sentences(data)]
+        sirf = [(end, self.frame, payload) for end, payload in frames(data)]
+        for _, handle, message in sorted(nmea + sirf, key=lambda item: item[0]):
+            handle(message)
+
+    def protocol(self):
+        return {(True, False): "NMEA", (False, True): "SiRF"}.get((bool(self.count), bool(self.frame_count)), "-")
+
+    def begin(self):
+        self.lines = [""] * 18 + [LAST_LINE]
+
+    def sentence(self, body):
+        if not self.count:
+            self.begin()
+        self.count += 1
+        self.dispatch(body)
+
+    def frame(self, payload):
+        if not self.frame_count:
+            self.begin()
+        self.frame_count += 1
+        payload = payload.lstrip(b"\xee")
+        handlers = {2: (self.measured_navigation, 41), 4: (self.measured_tracking, 188), 41: (self.geodetic, 91)}
+        if payload and payload[0] in handlers:
+            handle, least = handlers[payload[0]]
+            if len(payload) >= least:
+                handle(payload)
 
     def dispatch(self, body):
         fields = body.split(",")[:20]
@@ -221,3 +269,95 @@ class Reference:
             self.reported = integer(text[10:])
         if len(self.text) + len(text) + 2 < 2048:
             self.text += text + "\r\n"
+
+    # ---- SiRF binary
+
+    def sample(self):
+        self.samples.append({"time": list(self.time), "values": list(self.values)})
+
+    def sirf_position(self, latitude, longitude):
+        self.lines[8] = f" Latitude: {fixed(abs(latitude), 7, 9)} \u00b0{'S' if latitude < 0 else 'N'}      "
+        self.lines[9] = f" Longitude: {fixed(abs(longitude), 7, 9)} \u00b0{'W' if longitude < 0 else 'E'}        "
+        self.lines[10] = f" Northing: {fixed(self.values[3], 2)} m             "
+        self.lines[11] = f" Easting: {fixed(self.values[4], 2)} m             "
+        self.lines[6] = f" HDOP: {fixed(self.values[1], 1, 3)}  "
+
+    def measured_navigation(self, p):
+        x, y, z = struct.unpack(">iii", p[1:13])
+        mode, hdop, svs = p[19], p[20], p[28]
+        fix = mode & 7
+        self.lines[5] = {
+            0: " Fix: No Fix", 1: f" Fix: Degraded Kalman Filter, {svs} SVs", 2: f" Fix: Degraded Kalman Filter, {svs} SVs",
+            3: f" Fix: 2D Kalman Filter, {svs} SVs", 4: f" Fix: 3D Kalman Filter, {svs} SVs",
+            5: f" Fix: 2-D Least-Squares, {svs} SVs", 6: f" Fix: 3-D Least-Squares, {svs} SVs",
+            7: " Fix: Dead Reckoning"}[fix] + (", DGPS" + " " * 32 if mode & 128 else " " * 38)
+        self.values[0] = float(svs)
+        if self.geodetic_seen:
+            return
+        seconds = int.from_bytes(p[24:28], "big") // 100
+        self.time[3:] = [seconds // 3600 % 24, seconds // 60 % 60, seconds % 60]
+        self.utc()
+        self.values[1] = hdop * 0.2
+        a, b = 6378137.0, 6356752.3142
+        across = math.sqrt(float(x) * x + float(y) * y)
+        theta = math.atan2(z * a, across * b)
+        latitude = math.atan2(z + 42841.31160397719 * math.sin(theta) ** 3,
+                              across - 42697.67279723614 * math.cos(theta) ** 3)
+        normal = 40680631590769.0 / math.sqrt(
+            40680631590769.0 * math.cos(latitude) ** 2 + 40408299984087.055 * math.sin(latitude) ** 2)
+        height = across / math.cos(latitude) - normal
+        latitude *= 57.29577951308232
+        longitude = math.atan2(y, x) * 57.29577951308232
+        self.values[3] = latitude * 111325.0
+        self.values[4] = math.cos(latitude * 0.017453292519943295) * longitude * 111325.0
+        self.values[7] = height
+        self.sirf_position(latitude, longitude)
+        self.lines[13] = f" Altitude Ellipsoid: {fixed(height, 2, 4)} m      "
+        self.sample()
+
+    def measured_tracking(self, p):
+        rows = [" Sv: ", " Cn: ", " St: ", " El: "]
+        for i in range(min(p[7], 12)):
+            channel = p[8 + 15 * i:23 + 15 * i]
+            state = int.from_bytes(channel[3:5], "big")
+            noise = 0 if state == 0x00FF else sum(channel[5:15]) // 10
+            sv, elevation = channel[0], channel[2] // 2
+            cells = (f"{sv:03d} " if sv > 99 else f"{sv:02d} ", f"{noise:02d} ", f"{state & 255:02X} ", f"{elevation:02d} ")
+            tails = ("   ", "", "   ", "   ")
+            for row, (cell, tail) in enumerate(zip(cells, tails)):
+                start = 4 + 3 * i + (row == 3)
+                rows[row] = rows[row][:start] + cell + tail
+        self.lines[1:5] = rows
+
+    def geodetic(self, p):
+        self.geodetic_seen = True
+        (valid, kind) = struct.unpack(">HH", p[1:5])
+        (week_ms, year, month, day, hour, minute, milliseconds) = struct.unpack(">IHBBBBH", p[7:19])
+        (lat, lon, ellipsoid, msl, datum, speed, course) = struct.unpack(">iiiiBHH", p[23:44])
+        (ehpe, evpe) = struct.unpack(">II", p[50:58])
+        self.values[3] = lat * 0.0111325
+        self.values[4] = lon * math.cos(lat * 1.7453292519943295e-9) * 0.0111325
+        self.values[2], self.values[6] = ehpe * 0.01, evpe * 0.01
+        self.values[7] = msl * 0.01
+        self.values[1] = p[89] * 0.2
+        if day:
+            self.time = [year, month, day, hour, minute, milliseconds // 1000]
+        else:
+            seconds = (week_ms - 14000) // 1000
+            self.time[3:] = [seconds // 3600 % 24, seconds // 60 % 60, seconds % 60]
+        self.utc()
+        self.sirf_position(lat * 1e-7, lon * 1e-7)
+        self.lines[7] = f" EstimatedHorizontalPrecisionError: {fixed(self.values[2], 2, 4)} m          "
+        self.lines[12] = f" EstimatedVerticalPrecisionError: {fixed(self.values[6], 2, 4)} m          "
+        single = float32(float32(float(ellipsoid)) * float32(0.01))
+        self.lines[13] = f" Altitude Ellipsoid: {fixed(single, 2, 4)} m      "
+        self.lines[14] = f" Altitude MSL: {fixed(self.values[7], 2, 4)} m      "
+        if not kind & 0x1000:
+            self.values[8] = speed * 0.01
+            self.lines[15] = f" Speed: {fixed(self.values[8], 2, 4)} m/s        "
+        if not valid & 0x8000:
+            self.values[9] = course * 0.01
+            self.lines[16] = f" Course: {fixed(self.values[9], 2, 4)} \u00b0        "
+        names = {21: "WGS-84", 178: "Tokyo Mean", 179: "Tokyo Japan", 180: "Tokyo Korea", 181: "Tokyo Okinawa"}
+        self.lines[17] = f" Map Datum: {names.get(datum, datum)}"
+        self.sample()
