@@ -14,7 +14,6 @@ libbenchmark-dev     benchmarks
 libpng-dev           pictures of the chart that the replay tool writes
 wine                 runs the desktop program on Linux
 wine64               its 64-bit half, the only one that we use
-fonts-wine           window buttons and symbols as Windows draws them
 fonts-liberation     the fixed-pitch and dialog fonts that Wine draws with
 libxrender1          Wine draws text through it
 xvfb                 a display for machines without one
