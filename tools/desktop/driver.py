@@ -12,6 +12,7 @@ WM_COMMAND = 0x0111
 WM_SYSCOMMAND = 0x0112
 SC_MINIMIZE = 0xF020
 SC_CLOSE = 0xF060
+VK_RIGHT = 0x27
 
 
 class DriverError(Exception):

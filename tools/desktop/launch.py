@@ -7,10 +7,11 @@ import shutil
 import signal
 import subprocess
 import sys
+import time
 
 from desktop import (Build, MemoryDisplay, Program, Rates, Root, Wine, display_reachable, save_screenshot, say,
                      start_software_receiver, stop)
-from driver import WM_CLOSE, Driver, DriverError
+from driver import VK_RIGHT, WM_CLOSE, Driver, DriverError
 
 Port = 3  # COM1 and COM2 are what Wine calls the machine's own ports
 Output = Build / "run"
@@ -64,7 +65,9 @@ def run_unattended(wine, display, program):
         window = driver.main_window()
         try:
             keep_text_page(driver, display, window)
-            # Further views of the window come here: driver.key(VK_RIGHT), save_screenshot(...)
+            driver.key(VK_RIGHT)
+            time.sleep(3)  # the chart comes with the next fix
+            save_screenshot(display, Output / "chart.png", window["outer"])
         except DriverError as problem:
             save_screenshot(display, Output / "display.png")
             say(f"The text page cannot be read: {problem}")
