@@ -475,6 +475,18 @@ TEST_F(GeodeticNavigation, AnyOtherDayStoresTheDate)
     EXPECT_EQ(Line(0), L" UTC: 65535-255-255 255:255:65");
 }
 
+TEST_F(GeodeticNavigation, FillsThePageWhileTheSkyIsShownToo)
+{
+    OpenDialog(DialogKind::Sbas, {});
+    Decode(GeodeticMessage().At(3, "0000")); // no fix
+    EXPECT_EQ(Line(8), L" Latitude: 52.1234567 \u00B0N      ");
+    Decode(GeodeticMessage().At(14, "00")); // no date
+    Decode(GeodeticMessage());
+    EXPECT_EQ(Line(0), L" UTC: 2024-02-29 23:59:58");
+    EXPECT_EQ(Line(17), L" Map Datum: WGS-84");
+    EXPECT_EQ(Samples(), 3u);
+}
+
 TEST_F(GeodeticNavigation, KeepsTheMessage)
 {
     Decode(GeodeticMessage().At(90, "5A"));
