@@ -107,10 +107,13 @@ bool Terminal::HostPresent()
     poll(&fd, 1, 0);
     const bool present = (fd.revents & POLLHUP) == 0;
     if (Present && !present) {
-        // The next one starts with an empty port. Only the other side can empty its own queue.
+        // The next one starts with an empty port. Only the other side can empty its own queue, into which the
+        // kernel may still be moving what was written last.
+        constexpr int SettleMs = 50;
         const int slave = open(SlavePath.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
         if (slave >= 0) {
-            tcflush(slave, TCIFLUSH);
+            pollfd waiting{slave, POLLIN, 0};
+            while (poll(&waiting, 1, SettleMs) > 0 && tcflush(slave, TCIFLUSH) == 0) {}
             close(slave);
         }
     }
