@@ -113,7 +113,7 @@ bool Terminal::HostPresent()
         const int slave = open(SlavePath.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
         if (slave >= 0) {
             pollfd waiting{slave, POLLIN, 0};
-            while (poll(&waiting, 1, SettleMs) > 0 && tcflush(slave, TCIFLUSH) == 0) {}
+            while (poll(&waiting, 1, SettleMs) > 0 && waiting.revents == POLLIN) tcflush(slave, TCIFLUSH);
             close(slave);
         }
     }
