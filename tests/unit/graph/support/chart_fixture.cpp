@@ -58,7 +58,7 @@ Rows ChartTest::Picture(const Surface& surface)
 std::string ChartTest::Column(int x, const Surface& surface)
 {
     std::string column;
-    for (const std::string& row : Picture(surface)) column += row[static_cast<size_t>(x)];
+    for (int y = 0; y < surface.Height; ++y) column += PixelName(surface.Pixels[y * surface.Stride + x]);
     return column;
 }
 
