@@ -46,8 +46,11 @@ int32_t FillColumn(const Surface& surface, int32_t column, COLORREF color)
 {
     if (!HasPixels(surface)) return 0;
     if (!HasColumn(surface, column)) return 1;
+    // Locals, since a pixel that is written could be a part of `surface` for all that the compiler knows.
+    const int32_t height = surface.Height, stride = surface.Stride;
+    const uint32_t value = PixelOf(color);
     uint32_t* pixel = PixelAt(surface, column, 0);
-    for (int32_t y = 0; y < surface.Height; ++y, pixel += surface.Stride) *pixel = PixelOf(color);
+    for (int32_t y = 0; y < height; ++y, pixel += stride) *pixel = value;
     return 1;
 }
 
@@ -55,9 +58,10 @@ int32_t CopyColumn(const Surface& surface, int32_t column, const Surface& patter
 {
     if (!HasPixels(surface) || !HasPixels(pattern)) return 0;
     if (!HasColumn(surface, column)) return 1;
+    const int32_t height = surface.Height, toStride = surface.Stride, fromStride = pattern.Stride;
     uint32_t* to = PixelAt(surface, column, 0);
     const uint32_t* from = pattern.Pixels;
-    for (int32_t y = 0; y < surface.Height; ++y, to += surface.Stride, from += pattern.Stride) *to = *from;
+    for (int32_t y = 0; y < height; ++y, to += toStride, from += fromStride) *to = *from;
     return 1;
 }
 
