@@ -104,8 +104,8 @@ def test_refusal_is_shown(user, command, text):
     box = refusal(user)
     assert box.texts == [text]
     assert box.buttons == ["OK"]
-    box.press("OK")
-    assert user.main_window()["enabled"]
+    box.dismiss("OK")
+    wait_for("the window is enabled", lambda: user.main_window()["enabled"])
     assert program.running()
 
 
@@ -121,10 +121,10 @@ def test_refusals_are_shown_one_after_another(user):
     for command in (128, 133, 136):
         refuse(line, command)
     for command in (128, 133, 136):
-        box = wait_for(f"the refusal of {command}", lambda: next(
-            (b for b in [refusal(user)] if b.texts == [not_accepted(command)]), None))
+        box = refusal(user)
+        assert box.texts == [not_accepted(command)]
         assert user.dialogs() == ["NAcknowledgment"]
-        box.press("OK")
+        box.dismiss("OK")
     time.sleep(0.5)
     assert user.dialogs() == []
 
@@ -135,7 +135,7 @@ def test_reception_goes_on_while_a_refusal_is_shown(user):
     box = refusal(user)
     line.send(geodetic(course=4200))
     wait_for("the page is painted anew", lambda: user.page()[16] == " Course: 42.00 °")
-    box.press("OK")
+    box.dismiss("OK")
 
 
 def test_refusal_leaves_an_open_dialog_in_charge(user):
@@ -143,10 +143,10 @@ def test_refusal_leaves_an_open_dialog_in_charge(user):
     user.choose(401)
     about = user.dialog("About Toravane")
     refuse(line, 128)
-    refusal(user).press("OK")
-    assert not user.main_window()["enabled"]
-    about.press("OK")
-    assert user.main_window()["enabled"]
+    refusal(user).dismiss("OK")
+    wait_for("the window is disabled again", lambda: not user.main_window()["enabled"])
+    about.dismiss("OK")
+    wait_for("the window is enabled", lambda: user.main_window()["enabled"])
 
 
 def test_program_closes_while_a_refusal_is_shown(user):
