@@ -16,6 +16,7 @@
 #include "link/serial_port.h"
 #include "resources/resource_ids.h"
 #include "settings/settings_store.h"
+#include "sirf/dialogs/sbas_dialog.h"
 
 namespace
 {
@@ -41,6 +42,7 @@ struct Command {
 constexpr Command Commands[] = {
     {COMMAND_ABOUT, ShowAboutDialog},
     {COMMAND_GRAPH, ShowGraphOptionsDialog},
+    {DIALOG_SIRF_SBAS, ShowSbasDialog},
 };
 
 bool RunCommand(HWND window, uint16_t item)

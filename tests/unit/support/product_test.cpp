@@ -13,6 +13,8 @@
 #include "nmea/sentence_decoder.h"
 #include "sirf/frame_assembler.h"
 #include "sirf/message_decoder.h"
+#include "sky/sky_objects.h"
+#include "sky/sky_plot.h"
 
 namespace
 {
@@ -43,6 +45,8 @@ ProductTest::ProductTest()
     ResetSirfDecoder();
     ResetRecorder();
     ResetGraphSettings();
+    ResetSkyObjects();
+    ResetSkyPlot();
     PortHandle.store(INVALID_HANDLE_VALUE);
     LogFileHandle.store(INVALID_HANDLE_VALUE);
     WriteHead = WriteTail = 0;

@@ -1,0 +1,89 @@
+#include "sky/sky_plot.h"
+
+#include <cmath>
+
+#include "app/error_boxes.h"
+#include "sky/sky_objects.h"
+#include "sky/vectors_and_time.h"
+#include "text/format.h"
+
+namespace
+{
+
+constexpr int CentreX = 90, CentreY = 122, HorizonRadius = 50, MiddleRadius = 25, BodyRadius = 9; // pixels
+constexpr double PixelsPerDegree = 5.0 / 9, LowestElevation = -10;
+constexpr uint32_t LabelCapacity = 12;
+
+int StartRow = 0, Step = 1; // of the next picture
+
+void DrawCircle(HDC dc, int x, int y, int radius, const wchar_t* caption)
+{
+    CheckGdiResult(Ellipse(dc, x - radius, y - radius, x + radius, y + radius), caption);
+}
+
+// Where a label with its centre at the place lies.
+RECT PlaceLabel(HDC dc, int x, int y, const wchar_t* label)
+{
+    RECT area = {};
+    DrawTextW(dc, label, -1, &area, DT_CALCRECT);
+    const int width = area.right - area.left, height = area.bottom - area.top;
+    area.left = x - width / 2;
+    area.top = y - height / 2;
+    area.right = area.left + width;
+    area.bottom = area.top + height;
+    return area;
+}
+
+void DrawDirection(HDC dc, int x, int y, const wchar_t* label)
+{
+    RECT area = PlaceLabel(dc, x, y, label);
+    DrawTextW(dc, label, -1, &area, DT_LEFT);
+}
+
+// South is up and east left, as on a chart of the sky seen from below.
+void DrawObject(HDC dc, const SkyObject& object)
+{
+    const double elevation = object.plottedElevation.load(), azimuth = object.plottedAzimuth.load();
+    if (!(elevation > LowestElevation)) return;
+    const double radius = (90 - elevation) * PixelsPerDegree;
+    const double angle = (azimuth + 180) * RadiansPerDegree;
+    const uint8_t x = static_cast<uint8_t>(CentreX + static_cast<int>(std::sin(angle) * radius + 0.5));
+    const uint8_t y = static_cast<uint8_t>(CentreY - static_cast<int>(std::cos(angle) * radius - 0.5));
+
+    const bool isSun = &object == &SkyObjects[SunRow], isMoon = &object == &SkyObjects[MoonRow];
+    wchar_t label[LabelCapacity];
+    if (isSun || isMoon)
+        Format(label, L"%s", isSun ? L"S" : L"M");
+    else
+        Format(label, L"%d", object.id);
+    RECT area = PlaceLabel(dc, x, y, label);
+    if (isSun || isMoon)
+        DrawCircle(dc, x, y, BodyRadius, L"Ellipse3");
+    else
+        CheckGdiResult(Rectangle(dc, area.left - 1, area.top - 1, area.right + 2, area.bottom + 1),
+                       L"Rectangle");
+    DrawTextW(dc, label, -1, &area, DT_LEFT);
+}
+
+} // namespace
+
+void DrawSkyPlot(HDC dc)
+{
+    DrawCircle(dc, CentreX, CentreY, HorizonRadius, L"Ellipse1");
+    DrawCircle(dc, CentreX, CentreY, MiddleRadius, L"Ellipse2");
+    DrawDirection(dc, CentreX, CentreY - HorizonRadius, L" S ");
+    DrawDirection(dc, CentreX, CentreY + HorizonRadius, L" N ");
+    DrawDirection(dc, CentreX - HorizonRadius, CentreY, L" E ");
+    DrawDirection(dc, CentreX + HorizonRadius, CentreY, L" W ");
+
+    constexpr int LastRow = static_cast<int>(SkyObjectCount) - 1;
+    for (int row = StartRow; row >= 0 && row <= LastRow; row += Step) DrawObject(dc, SkyObjects[row]);
+    StartRow = LastRow - StartRow;
+    Step = -Step;
+}
+
+void ResetSkyPlot()
+{
+    StartRow = 0;
+    Step = 1;
+}

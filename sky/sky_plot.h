@@ -1,0 +1,12 @@
+// The sky as a picture: Sun, Moon and SBAS satellites between two circles, the horizon and 45 degrees.
+#pragma once
+
+#include "platform/platform.h"
+
+// Draws the picture at its place, pixels 31..149 from the left and 62..182 from the top, which a dialog keeps
+// free for it; a failing drawing call shows a box. Objects that cover each other take turns in lying on top:
+// every second picture is drawn in reverse order. User-interface thread.
+void DrawSkyPlot(HDC dc);
+
+// Everything as when the program starts.
+void ResetSkyPlot();
