@@ -12,6 +12,7 @@
 #include "link/write_queue.h"
 #include "options.h"
 #include "output.h"
+#include "sky.h"
 
 namespace
 {
@@ -50,12 +51,14 @@ int main(int argumentCount, char** arguments)
     PortHandle.store(
         CreateFileW(L"COM3:", GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     if (!options.chart.empty()) StartChartPicture(options.chartWidth, options.chartHeight);
+    if (options.sky) OpenSkyDialog();
     for (const std::string& file : options.files) Feed(file, options.samples);
 
     if (!options.chart.empty()) WriteChartPicture(options.chart, options.chartWidth, options.chartHeight);
     if (options.page) PrintPage();
     if (options.stats) PrintStats();
     if (options.messages) PrintMessages();
+    if (options.sky) PrintSky();
     if (options.commands) PrintCommands(port.writes);
     if (std::fflush(stdout) || std::ferror(stdout))
         EndWithError("standard output: " + std::string(std::strerror(errno)));

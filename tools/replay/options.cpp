@@ -23,6 +23,10 @@ in UTF-8. Each option can be used alone or with others; the outputs then follow 
   --stats      four lines: messages of each protocol, the rate that the receiver announced, bytes, and the
                protocol recognised (NMEA, SiRF, or - for none or both)
   --messages   the receiver's own text, as the command dialogs show it
+  --sky        as if the SBAS dialog had been open, after the last fix: 13 lines "ID ELEVATION AZIMUTH", degrees
+               with 9 decimals (100 is the Sun, 101 the Moon, both with half a degree added, the others SBAS
+               satellites), then the dialog's three lines: satellites in view, azimuths, elevations. NMEA hands
+               on eight bits of the year only, so its Sun and Moon are those of another year
   --commands   what the program would have sent to the receiver: one command on a line, sentences as text without
                their line end, binary frames as hexadecimal bytes
   --chart FILE writes the strip chart as the program's window would show it, as a PNG picture
@@ -64,11 +68,10 @@ void ParseOptions(int argumentCount, char** arguments, ReplayOptions& options)
         std::string_view name;
         bool ReplayOptions::*member;
     };
-    constexpr Flag Flags[] = {{"--page", &ReplayOptions::page},
-                              {"--stats", &ReplayOptions::stats},
-                              {"--samples", &ReplayOptions::samples},
-                              {"--messages", &ReplayOptions::messages},
-                              {"--commands", &ReplayOptions::commands}};
+    constexpr Flag Flags[] = {
+        {"--page", &ReplayOptions::page},       {"--stats", &ReplayOptions::stats},
+        {"--samples", &ReplayOptions::samples}, {"--messages", &ReplayOptions::messages},
+        {"--sky", &ReplayOptions::sky},         {"--commands", &ReplayOptions::commands}};
     bool anyOutput = false, onlyFiles = false;
     for (int i = 1; i < argumentCount; ++i) {
         const std::string_view argument = arguments[i];

@@ -5,7 +5,7 @@
 #include <vector>
 
 struct ReplayOptions {
-    bool page = false, stats = false, samples = false, messages = false, commands = false;
+    bool page = false, stats = false, samples = false, messages = false, sky = false, commands = false;
     std::string chart;                       // file to write the chart's picture to, "": none
     int chartWidth = 240, chartHeight = 268; // pixels
     std::vector<std::string> files;          // "-": standard input

@@ -33,6 +33,11 @@ std::string ToUtf8(const wchar_t* text)
 
 } // namespace
 
+void PrintLine(const wchar_t* text)
+{
+    std::puts(ToUtf8(text).c_str());
+}
+
 void PrintSample()
 {
     std::printf("{\"time\":[%u,%u,%u,%u,%u,%u],\"values\":[", FixTime.wYear, FixTime.wMonth, FixTime.wDay,
@@ -53,7 +58,7 @@ void PrintPage()
     for (uint32_t i = 0; i < TextLineCount; ++i) {
         wchar_t line[TextLineCapacity];
         CopyTextLine(i, line);
-        std::puts(ToUtf8(line).c_str());
+        PrintLine(line);
     }
 }
 

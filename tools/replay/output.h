@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+void PrintLine(const wchar_t* text); // in UTF-8
+
 void PrintSample();                                           // the channels' values and the fix's time
 void PrintPage();                                             // 19 lines
 void PrintStats();                                            // four lines

@@ -4,10 +4,13 @@
 Usage: replay_test.py REPLAY            the logs of tests/data, the tool's options and its errors
        replay_test.py REPLAY FOLDER     the logs of a folder; exit code 77, skipped, when it is not there
 """
+import csv
 import itertools
 import json
 import math
 import pathlib
+import re
+import struct
 import subprocess
 import sys
 
@@ -63,8 +66,8 @@ def interleave(nmea, sirf):
 
 def check_options(replay):
     log = DATA / "walk-south-west.txt"
-    parts = [output(replay, option, log) for option in ("--samples", "--page", "--stats", "--messages", "--commands")]
-    together = output(replay, "--commands", "--stats", "--page", "--messages", "--samples", log)
+    parts = [output(replay, option, log) for option in ("--samples", "--page", "--stats", "--messages", "--sky", "--commands")]
+    together = output(replay, "--commands", "--stats", "--page", "--sky", "--messages", "--samples", log)
     assert together == "".join(parts), "options together"
     assert output(replay, "-", stdin=log.read_bytes()) == output(replay, log), "standard input"
 
@@ -84,6 +87,77 @@ def check_options(replay):
         assert result.returncode == 2 and len(lines) == 1 and not result.stdout, f"{arguments}: {result}"
 
 
+SATELLITES = {120: -15.5, 122: -142, 124: 21.5, 126: 25, 127: 64, 128: 55, 129: 140, 134: 178, 135: -133, 137: 145,
+              138: -107.3}
+
+
+def satellite(at, latitude, longitude):
+    """Elevation and azimuth of a geostationary satellite, from the two places in space."""
+    phi, delta = math.radians(latitude), math.radians(at - longitude)
+    there = (1 / 0.1512 * math.cos(delta), 1 / 0.1512 * math.sin(delta), 0)
+    up, north = (math.cos(phi), 0, math.sin(phi)), (-math.sin(phi), 0, math.cos(phi))
+    u, n = (sum(a * (t - b) for a, t, b in zip(axis, there, up)) for axis in (up, north))
+    return math.degrees(math.atan2(u, math.hypot(n, there[1]))), math.degrees(math.atan2(there[1], n)) % 360
+
+
+def check_satellites(rows, lines, latitude, longitude):
+    assert list(rows) == [100, 101, *SATELLITES], rows
+    visible = [[], [], []]
+    for number, at in SATELLITES.items():
+        elevation, azimuth = satellite(at, latitude, longitude)
+        assert abs(rows[number][0] - elevation) < 1e-4, f"{number}: {rows[number]}, not {elevation}"
+        if elevation < 0:
+            continue
+        assert abs(rows[number][1] - azimuth) < 1e-4, f"{number}: {rows[number]}, not {azimuth}"
+        for line, text in zip(visible, (f"{number} ", f"{azimuth:03.0f} ", f"{elevation: 4.0f} ")):
+            line.append(text)
+    assert lines == ["".join(line) for line in visible], lines
+
+
+def sky(replay, log, stdin=b""):
+    lines = output(replay, "--sky", log, stdin=stdin).splitlines()
+    assert len(lines) == 16, lines
+    for line in lines[:13]:
+        assert re.fullmatch(r"\d{3}( -?\d+\.\d{9}){2}", line), line
+    rows = {int(line.split()[0]): tuple(map(float, line.split()[1:])) for line in lines[:13]}
+    return rows, lines[13:]
+
+
+def geodetic(year, month, day, hour, minute, second, latitude, longitude):
+    """A frame with message id 41 that says where and when the receiver is."""
+    payload = struct.pack(">BHHHIHBBBBHIii", 41, 0, 4, 0, 0, year, month, day, hour, minute, second * 1000, 0,
+                          round(latitude * 1e7), round(longitude * 1e7)).ljust(91, b"\0")
+    return (b"\xa0\xa2" + struct.pack(">H", len(payload)) + payload +
+            struct.pack(">H", sum(payload) & 0x7FFF) + b"\xb0\xb3")
+
+
+def check_sky(replay):
+    rows, lines = sky(replay, "-", b"nothing")
+    assert set(rows.values()) == {(-90.0, 0.0)} and lines == ["", "", ""], "no fix"
+
+    rows, lines = sky(replay, DATA / "walk-south-west.txt")
+    check_satellites(rows, lines, -(33 + 26.912 / 60), -(70 + 40.158 / 60))
+
+    count = 0
+    with open(DATA / "sky_reference.csv", newline="") as table:
+        for row in csv.DictReader(table):
+            when = tuple(int(row[part]) for part in ("year", "month", "day", "hour", "minute", "second"))
+            latitude, longitude = float(row["latitude"]), float(row["longitude"])
+            if when[:3] != (2026, 6, 21) or abs(latitude) > 89 or longitude > 180:
+                continue
+            rows, lines = sky(replay, "-", geodetic(2000, 1, 1, 0, 0, 0, 0, 0) + geodetic(*when, latitude, longitude))
+            for body, name, within in ((100, "sun", 0.05), (101, "moon", 0.15)):
+                elevation, azimuth = float(row[name + " elevation"]), float(row[name + " azimuth"])
+                turn = (rows[body][1] - 0.5 - azimuth + 180) % 360 - 180
+                assert abs(rows[body][0] - 0.5 - elevation) < within, f"{name}: {rows[body]}"
+                assert abs(turn) * math.cos(math.radians(elevation)) < within, f"{name}: {rows[body]}"
+            for sv in SATELLITES:
+                assert abs(rows[sv][0] - float(row[f"{sv} elevation"])) < 0.01, f"{sv}: {rows[sv]}"
+            count += 1
+    assert count >= 5, count
+    print(f"sky: {count} places")
+
+
 def main():
     replay = sys.argv[1]
     folder = pathlib.Path(sys.argv[2]) if len(sys.argv) > 2 else DATA
@@ -97,6 +171,7 @@ def main():
         check_stream(replay, f"{nmea.name} and {sirf.name}", interleave(nmea.read_bytes(), sirf.read_bytes()))
     if folder == DATA:
         check_options(replay)
+        check_sky(replay)
     return 0
 
 
