@@ -5,7 +5,7 @@
 #include <cstdint>
 
 constexpr double TwoPi = 6.283185307179586;
-constexpr double RadiansPerDegree = 0.017453292519943295, DegreesPerRadian = 57.29577951308232;
+constexpr double RadiansPerDegree = 0.017453292519943295;
 
 // Seconds of arc to turns.
 constexpr double TurnsPerArcSecond = 7.716049382716049e-7;
