@@ -14,6 +14,11 @@
 #include "link/link_state.h"
 #include "link/receiver_log.h"
 #include "link/serial_port.h"
+#include "nmea/dialogs/development_data_dialog.h"
+#include "nmea/dialogs/navigation_initialization_dialog.h"
+#include "nmea/dialogs/select_datum_dialog.h"
+#include "nmea/dialogs/set_message_rate_dialog.h"
+#include "nmea/dialogs/set_serial_port_dialog.h"
 #include "resources/resource_ids.h"
 #include "settings/settings_store.h"
 #include "sirf/dialogs/sbas_dialog.h"
@@ -43,6 +48,11 @@ constexpr Command Commands[] = {
     {COMMAND_ABOUT, ShowAboutDialog},
     {COMMAND_GRAPH, ShowGraphOptionsDialog},
     {DIALOG_SIRF_SBAS, ShowSbasDialog},
+    {DIALOG_NMEA_SET_SERIAL_PORT, ShowSetSerialPortDialog},
+    {DIALOG_NMEA_NAVIGATION_INITIALIZATION, ShowNavigationInitializationDialog},
+    {DIALOG_NMEA_SET_MESSAGE_RATE, ShowNmeaMessageRateDialog},
+    {DIALOG_NMEA_DEVELOPMENT_DATA, ShowDevelopmentDataDialog},
+    {DIALOG_NMEA_SELECT_DATUM, ShowSelectDatumDialog},
 };
 
 bool RunCommand(HWND window, uint16_t item)

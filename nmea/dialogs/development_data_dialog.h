@@ -1,0 +1,4 @@
+// Sends any sentence that the user types.
+#pragma once
+
+void ShowDevelopmentDataDialog();

@@ -1,0 +1,4 @@
+// Chooses the geodetic datum of the receiver's positions.
+#pragma once
+
+void ShowSelectDatumDialog();

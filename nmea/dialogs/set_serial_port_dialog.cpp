@@ -1,0 +1,113 @@
+#include "nmea/dialogs/set_serial_port_dialog.h"
+
+#include "app/dialog_controls.h"
+#include "app/dialog_support.h"
+#include "app/error_boxes.h"
+#include "link/link_state.h"
+#include "link/serial_port.h"
+#include "nmea/dialogs/command_dialog.h"
+#include "nmea/receiver_messages.h"
+#include "resources/resource_ids.h"
+#include "settings/settings_store.h"
+#include "text/format.h"
+
+namespace
+{
+
+constexpr const wchar_t* RateTexts[] = {L"1200",  L"2400",  L"4800",  L"9600",
+                                        L"19200", L"38400", L"57600", L"115200"};
+constexpr const wchar_t* ProtocolTexts[] = {L"SiRF", L"NMEA"}; // in the order of the command's numbers
+
+constexpr int32_t SlowestTypedRate = 1;    // index: 1200 is sent only when it is chosen from the list
+constexpr int32_t SlowestReportedRate = 2; // index: slower ones are not believed
+
+// Index of a rate, from `first` on; -1 when the table does not hold it there.
+int32_t FindRate(uint32_t baud, int32_t first)
+{
+    for (int32_t i = first; i < BaudCount; ++i)
+        if (BaudTable[i] == baud) return i;
+    return -1;
+}
+
+void Fill(HWND dialog)
+{
+    FillList(dialog, CONTROL_TO_SIRF_BAUDRATE, RateTexts);
+    FillList(dialog, CONTROL_SERIAL_PROTOCOL, ProtocolTexts);
+    SelectListEntry(dialog, CONTROL_SERIAL_PROTOCOL, 0);
+    const int32_t stored = SettingsGetDword(L"SirfBaudrateIdx", -1);
+    SelectListEntry(dialog, CONTROL_TO_SIRF_BAUDRATE,
+                    IsBaudIndex(stored) ? stored : FindRate(NmeaReportedBaud.load(), SlowestReportedRate));
+    EnableControl(dialog, CONTROL_SERIAL_FOLLOW, false);
+}
+
+int32_t SelectedRate(HWND dialog)
+{
+    return GetListSelection(dialog, CONTROL_TO_SIRF_BAUDRATE);
+}
+
+// The number that stands in the list's edit, or else the selected rate; 0 when there is neither.
+int32_t ReadRate(HWND dialog)
+{
+    int32_t baud;
+    if (ReadNumber(dialog, CONTROL_TO_SIRF_BAUDRATE, baud)) return baud;
+    const int32_t selected = SelectedRate(dialog);
+    return IsBaudIndex(selected) ? static_cast<int32_t>(BaudTable[selected]) : 0;
+}
+
+void PressSet(HWND dialog)
+{
+    const int32_t protocol = GetListSelection(dialog, CONTROL_SERIAL_PROTOCOL);
+    if (protocol != 0 && protocol != 1) {
+        InfoBox(L"Protocol", L"Select a protocol.");
+        return;
+    }
+    const int32_t baud = ReadRate(dialog);
+    if (FindRate(static_cast<uint32_t>(baud), SlowestTypedRate) < 0 && !IsBaudIndex(SelectedRate(dialog))) {
+        InfoBox(L"Baudrate", L"Select a baudrate.\n\nSee Help for more information.");
+        return;
+    }
+    ResetProtocolMode();
+    char body[48];
+    Format(body, "PSRF100,%d,%d,8,1,0", protocol, baud);
+    SendDialogCommand(body);
+    EnableControl(dialog, CONTROL_SERIAL_FOLLOW, true);
+}
+
+void PressFollow(HWND dialog)
+{
+    const int32_t baud = ReadRate(dialog);
+    if (baud <= 0) return;
+    PortSetBaud(static_cast<uint32_t>(baud));
+    // What was still on its way at the old rate may have been recognised since the command.
+    ResetProtocolMode();
+    ClearOnNextAppend.store(1);
+}
+
+void PressHelp(HWND)
+{
+    InfoBox(L"Switching Baudrate",
+            L"Switching the SiRF chip to another baudrate is dangerous on some devices. To get an "
+            L"indication of a safe baudrate, go to NMEA, Navigation Initialization, execute a Hot Start, or "
+            L"power off/on, look for a baudrate in the scrollable grey window. If Toravane detects a "
+            L"protocol only when the comm port is opened with a specific baudrate it should be safe. "
+            L"Bluetooth devices usually support only 38400. SD-501/502 are unsafe.");
+}
+
+constexpr DialogButton Buttons[] = {
+    {CONTROL_SERIAL_SET, PressSet},
+    {CONTROL_SERIAL_FOLLOW, PressFollow},
+    {CONTROL_SERIAL_HELP, PressHelp},
+};
+constexpr CommandDialog SetSerialPort = {DialogKind::SetSerialPort, Fill, Buttons};
+
+INT_PTR CALLBACK SetSerialPortProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    return HandleCommandDialog(SetSerialPort, dialog, message, wParam, lParam);
+}
+
+} // namespace
+
+void ShowSetSerialPortDialog()
+{
+    ShowDialog(DIALOG_NMEA_SET_SERIAL_PORT, SetSerialPortProcedure);
+}

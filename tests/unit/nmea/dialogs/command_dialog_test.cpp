@@ -1,0 +1,344 @@
+#include "tests/unit/nmea/dialogs/command_dialog_test.h"
+
+#include <algorithm>
+#include <set>
+
+#include "app/dialog_controls.h"
+#include "app/dialog_support.h"
+#include "link/serial_port.h"
+#include "link/write_queue.h"
+#include "nmea/dialogs/development_data_dialog.h"
+#include "nmea/dialogs/navigation_initialization_dialog.h"
+#include "nmea/dialogs/select_datum_dialog.h"
+#include "nmea/dialogs/set_message_rate_dialog.h"
+#include "nmea/dialogs/set_serial_port_dialog.h"
+
+CommandDialogTest::CommandDialogTest() : Port(OpenPort())
+{
+    if (GetParam()) HeadlessSetPlatformType(L"SmartPhone");
+    ChooseLayout();
+    PortDcb = Port.dcb;
+    RecogniseNmea();
+}
+
+void CommandDialogTest::Open(void (*show)(), const std::function<void(HWND)>& act)
+{
+    HeadlessUser([&] {
+        act(HeadlessTopDialog());
+        HeadlessCommand(HeadlessTopDialog(), IDOK);
+    });
+    show();
+}
+
+void CommandDialogTest::Choose(HWND dialog, int control, const std::wstring& text)
+{
+    const std::vector<std::wstring> items = HeadlessItems(dialog, control);
+    const auto found = std::find(items.begin(), items.end(), text);
+    HeadlessChoose(dialog, control, static_cast<int>(found - items.begin()));
+}
+
+void CommandDialogTest::Unchoose(HWND dialog, int control)
+{
+    SelectListEntry(dialog, control, -1);
+}
+
+std::string CommandDialogTest::TakeSent()
+{
+    return std::exchange(Port.sent, "");
+}
+
+std::vector<HeadlessBox> CommandDialogTest::TakeBoxes()
+{
+    const std::vector<HeadlessBox> boxes = HeadlessBoxes();
+    HeadlessClearBoxes();
+    return boxes;
+}
+
+testing::AssertionResult CommandDialogTest::Refuses(const std::wstring& caption, const std::wstring& text)
+{
+    const std::vector<HeadlessBox> boxes = TakeBoxes();
+    const std::string sent = TakeSent();
+    if (!sent.empty()) return testing::AssertionFailure() << "sent " << sent;
+    if (boxes.size() != 1) return testing::AssertionFailure() << boxes.size() << " boxes";
+    return IsBox(boxes[0], caption, text);
+}
+
+namespace
+{
+
+// ---- What all five have in common ---------------------------------------------------------------------
+
+struct DialogRow {
+    const char* name;
+    uint32_t number;
+    void (*show)();
+    const wchar_t* caption;
+    DialogKind kind;
+    int set;
+    const char* sentence; // of "Set", after what `prepare` does
+    void (*prepare)(HWND dialog);
+};
+
+void Nothing(HWND) {}
+
+void ChooseRate(HWND dialog)
+{
+    HeadlessChoose(dialog, CONTROL_TO_SIRF_BAUDRATE, 2);
+}
+
+void ChooseGgaEachSecond(HWND dialog)
+{
+    HeadlessChoose(dialog, CONTROL_NMEA_RATE_MESSAGE, 0);
+    HeadlessChoose(dialog, CONTROL_NMEA_RATE_SECONDS, 1);
+}
+
+constexpr DialogRow Dialogs[] = {
+    {"Set Serial Port", 2003, ShowSetSerialPortDialog, L"Set Serial Port", DialogKind::SetSerialPort, 1004,
+     "$PSRF100,0,4800,8,1,0*0F\r\n", ChooseRate},
+    {"Navigation Initialization", 2004, ShowNavigationInitializationDialog, L"Navigation Initialization",
+     DialogKind::NavigationInitialization, 1018, "$PSRF101,0,0,0,0,0,0,12,1*15\r\n", Nothing},
+    {"Set Message Rate", 2005, ShowNmeaMessageRateDialog, L"Set Message Rate", DialogKind::NmeaSetMessageRate,
+     1034, "$PSRF103,0,0,1,1*25\r\n", ChooseGgaEachSecond},
+    {"Development Data", 2007, ShowDevelopmentDataDialog, L"Development Data", DialogKind::DevelopmentData,
+     1052, "$PSRF105,1*3E\r\n", Nothing},
+    {"Select Datum", 2008, ShowSelectDatumDialog, L"Select Datum", DialogKind::SelectDatum, 1062,
+     "$PSRF106,21*0F\r\n", Nothing},
+};
+
+class CommandDialogs : public CommandDialogTest
+{
+};
+IN_BOTH_LAYOUTS(CommandDialogs);
+
+TEST_P(CommandDialogs, PublishThemselvesWhileTheyAreOpen)
+{
+    for (const DialogRow& row : Dialogs) {
+        SCOPED_TRACE(row.name);
+        Open(row.show, [&](HWND dialog) {
+            EXPECT_EQ(HeadlessTitle(dialog), row.caption);
+            EXPECT_EQ(ActiveDialogKind.load(), row.kind);
+            EXPECT_EQ(ActiveDialogWindow.load(), dialog);
+        });
+        EXPECT_EQ(ActiveDialogKind.load(), DialogKind::None);
+        EXPECT_EQ(ActiveDialogWindow.load(), nullptr);
+    }
+}
+
+TEST_P(CommandDialogs, AreClosedByCancelWithoutSending)
+{
+    for (const DialogRow& row : Dialogs) {
+        SCOPED_TRACE(row.name);
+        HeadlessUser([] { HeadlessCommand(HeadlessTopDialog(), IDCANCEL); });
+        row.show();
+        EXPECT_EQ(ActiveDialogKind.load(), DialogKind::None);
+        EXPECT_EQ(ActiveDialogWindow.load(), nullptr);
+        EXPECT_EQ(TakeSent(), "");
+    }
+}
+
+TEST_P(CommandDialogs, SetSendsOneSentenceAndLeavesTheDialogOpen)
+{
+    for (const DialogRow& row : Dialogs) {
+        SCOPED_TRACE(row.name);
+        Open(row.show, [&](HWND dialog) {
+            row.prepare(dialog);
+            EXPECT_EQ(TakeSent(), ""); // choosing alone sends nothing
+            EXPECT_TRUE(HeadlessClick(dialog, row.set));
+            EXPECT_EQ(TakeSent(), row.sentence);
+            EXPECT_TRUE(TakeBoxes().empty());
+            EXPECT_EQ(HeadlessTopDialog(), dialog);
+        });
+        EXPECT_EQ(TakeSent(), "");
+    }
+}
+
+// Only a click sends: a notification of another kind must not.
+TEST_P(CommandDialogs, ActOnClicksAlone)
+{
+    constexpr WORD BnSetFocus = 6;
+    for (const DialogRow& row : Dialogs) {
+        SCOPED_TRACE(row.name);
+        Open(row.show, [&](HWND dialog) {
+            row.prepare(dialog);
+            SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(static_cast<WORD>(row.set), BnSetFocus),
+                         reinterpret_cast<LPARAM>(GetDlgItem(dialog, row.set)));
+            EXPECT_EQ(TakeSent(), "");
+        });
+    }
+}
+
+TEST_P(CommandDialogs, GreyBoxShowsAllThatHasArrivedWithTheNextLine)
+{
+    for (const DialogRow& row : Dialogs) {
+        SCOPED_TRACE(row.name);
+        ReceiverMessagesText[0] = 0;
+        FeedSentence("PSRFTXT,before");
+        Open(row.show, [&](HWND dialog) {
+            EXPECT_EQ(HeadlessText(dialog, 902), L"");
+            FeedSentence("PSRFTXT,while it is open");
+            EXPECT_EQ(HeadlessText(dialog, 902), L"before\r\nwhile it is open\r\n");
+            EXPECT_FALSE(HeadlessType(dialog, 902, L"x")); // read-only
+        });
+    }
+}
+
+TEST_P(CommandDialogs, GreyBoxShowsTheAnswerAloneAfterACommand)
+{
+    for (const DialogRow& row : Dialogs) {
+        SCOPED_TRACE(row.name);
+        Open(row.show, [&](HWND dialog) {
+            FeedSentence("PSRFTXT,old");
+            row.prepare(dialog);
+            HeadlessClick(dialog, row.set);
+            FeedSentence("PSRFTXT,first");
+            FeedSentence("PSRFTXT,second");
+            EXPECT_EQ(HeadlessText(dialog, 902), L"first\r\nsecond\r\n");
+        });
+        ReceiverMessagesText[0] = 0;
+    }
+}
+
+// A receiver answers at once: its first line must not be lost to a flag that comes too late.
+TEST_P(CommandDialogs, TextIsMarkedForClearingBeforeTheCommandGoesOut)
+{
+    for (const DialogRow& row : Dialogs) {
+        SCOPED_TRACE(row.name);
+        bool answered = false; // a reset receiver's first sentence causes a write of its own
+        Port.onWrite = [&](HeadlessPort&, std::string_view) {
+            if (std::exchange(answered, true)) return;
+            FeedSentence("PSRFTXT,first");
+            FeedSentence("PSRFTXT,second");
+        };
+        Open(row.show, [&](HWND dialog) {
+            FeedSentence("PSRFTXT,old");
+            row.prepare(dialog);
+            HeadlessClick(dialog, row.set);
+            EXPECT_EQ(HeadlessText(dialog, 902), L"first\r\nsecond\r\n");
+        });
+        EXPECT_EQ(ClearOnNextAppend.load(), 0);
+        Port.onWrite = nullptr;
+    }
+}
+
+TEST_P(CommandDialogs, FullQueueIsShownAndNothingIsSent)
+{
+    for (const DialogRow& row : Dialogs) {
+        SCOPED_TRACE(row.name);
+        Open(row.show, [&](HWND dialog) {
+            row.prepare(dialog);
+            WriteHead = 250;
+            HeadlessClick(dialog, row.set);
+            WriteHead = 0;
+            EXPECT_TRUE(Refuses(L"NmeaSend", L"Buffer Full"));
+        });
+    }
+}
+
+TEST_P(CommandDialogs, WithoutAnOpenPortSetIsSilent)
+{
+    CloseHandle(PortHandle.exchange(INVALID_HANDLE_VALUE));
+    for (const DialogRow& row : Dialogs) {
+        SCOPED_TRACE(row.name);
+        ClearOnNextAppend.store(0);
+        Open(row.show, [&](HWND dialog) {
+            row.prepare(dialog);
+            HeadlessClick(dialog, row.set);
+            EXPECT_TRUE(TakeBoxes().empty());
+            EXPECT_EQ(ClearOnNextAppend.load(), 1);
+        });
+    }
+    EXPECT_EQ(TakeSent(), "");
+}
+
+// ---- Templates ----------------------------------------------------------------------------------------
+
+std::multiset<int> Numbers(const HeadlessTemplate& found)
+{
+    std::multiset<int> numbers;
+    for (const HeadlessTemplateControl& control : found.controls) numbers.insert(control.id);
+    return numbers;
+}
+
+RECT Area(const HeadlessTemplateControl& control)
+{
+    constexpr int ClosedListHeight = 12; // a drop-down list's height counts when it is open
+    const bool dropsDown = control.className == L"COMBOBOX";
+    return {control.x, control.y, control.x + control.width,
+            control.y + (dropsDown ? ClosedListHeight : control.height)};
+}
+
+TEST_P(CommandDialogs, ControlsFitTheScreenAndDoNotOverlap)
+{
+    const int width = GetParam() ? 110 : 155;
+    for (const DialogRow& row : Dialogs) {
+        SCOPED_TRACE(row.name);
+        HeadlessTemplate found;
+        ASSERT_TRUE(HeadlessFindTemplate(row.number + LayoutOffset(), found));
+        EXPECT_EQ(found.caption, row.caption);
+        EXPECT_EQ(found.width, width);
+        if (!GetParam()) {
+            EXPECT_LE(found.height, 190);
+        } // the narrow layout is scrolled
+        for (size_t i = 0; i < found.controls.size(); ++i) {
+            const RECT a = Area(found.controls[i]);
+            EXPECT_TRUE(a.left >= 0 && a.top >= 0 && a.right <= found.width && a.bottom <= found.height)
+                << found.controls[i].id;
+            for (size_t j = 0; j < i; ++j) {
+                const RECT b = Area(found.controls[j]);
+                EXPECT_FALSE(a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom)
+                    << found.controls[i].id << " and " << found.controls[j].id;
+            }
+        }
+    }
+}
+
+TEST_P(CommandDialogs, HaveTheSameControlsInBothLayouts)
+{
+    for (const DialogRow& row : Dialogs) {
+        SCOPED_TRACE(row.name);
+        HeadlessTemplate touch, keypad;
+        ASSERT_TRUE(HeadlessFindTemplate(row.number, touch));
+        ASSERT_TRUE(HeadlessFindTemplate(row.number + KEYPAD_LAYOUT, keypad));
+        EXPECT_EQ(Numbers(touch), Numbers(keypad));
+    }
+}
+
+TEST_P(CommandDialogs, ListsAreOfTheLayoutsKind)
+{
+    constexpr DWORD ComboKind = 3, Editable = 2, ChosenOnly = 3;
+    const std::set<int> editable = {1001, 1032}, chosenOnly = {1002, 1031, 1061};
+    uint32_t lists = 0;
+    for (const DialogRow& row : Dialogs) {
+        HeadlessTemplate found;
+        ASSERT_TRUE(HeadlessFindTemplate(row.number + LayoutOffset(), found));
+        for (const HeadlessTemplateControl& control : found.controls) {
+            if (!editable.contains(control.id) && !chosenOnly.contains(control.id)) continue;
+            ++lists;
+            EXPECT_EQ(control.className, GetParam() ? L"LISTBOX" : L"COMBOBOX") << control.id;
+            if (!GetParam()) {
+                EXPECT_EQ(control.style & ComboKind, editable.contains(control.id) ? Editable : ChosenOnly)
+                    << control.id;
+            }
+        }
+    }
+    EXPECT_EQ(lists, 5u);
+}
+
+TEST_P(CommandDialogs, GreyBoxIsAScrollableReadOnlyEdit)
+{
+    constexpr DWORD MultiLine = 4, ReadOnly = 0x800;
+    for (const DialogRow& row : Dialogs) {
+        SCOPED_TRACE(row.name);
+        HeadlessTemplate found;
+        ASSERT_TRUE(HeadlessFindTemplate(row.number + LayoutOffset(), found));
+        const auto box =
+            std::find_if(found.controls.begin(), found.controls.end(),
+                         [](const HeadlessTemplateControl& control) { return control.id == 902; });
+        ASSERT_NE(box, found.controls.end());
+        constexpr DWORD Wanted = MultiLine | ReadOnly | WS_VSCROLL | WS_VISIBLE;
+        EXPECT_EQ(box->className, L"EDIT");
+        EXPECT_EQ(box->style & Wanted, Wanted);
+    }
+}
+
+} // namespace

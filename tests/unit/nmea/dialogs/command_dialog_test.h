@@ -1,0 +1,40 @@
+// Fixture of the dialogs' tests: an open port, and one step of the user while a dialog is open.
+#pragma once
+
+#include <functional>
+
+#include "link/link_state.h"
+#include "nmea/receiver_messages.h"
+#include "resources/resource_ids.h"
+#include "tests/unit/support/product_test.h"
+
+// The parameter: whether the device has a keypad.
+class CommandDialogTest : public ProductTest, public testing::WithParamInterface<bool>
+{
+protected:
+    CommandDialogTest();
+
+    // Shows a dialog; the user does something in it and closes it.
+    static void Open(void (*show)(), const std::function<void(HWND dialog)>& act);
+
+    // Chooses the list entry of that text.
+    static void Choose(HWND dialog, int control, const std::wstring& text);
+    // Takes the choice back, as no user can.
+    static void Unchoose(HWND dialog, int control);
+
+    // What has been sent, and what boxes have been shown, since the last call.
+    std::string TakeSent();
+    static std::vector<HeadlessBox> TakeBoxes();
+
+    // The one box that a refused entry shows; nothing has been sent.
+    testing::AssertionResult Refuses(const std::wstring& caption, const std::wstring& text);
+
+    HeadlessPort& Port;
+};
+
+#define IN_BOTH_LAYOUTS(suite)                               \
+    INSTANTIATE_TEST_SUITE_P(Layout, suite, testing::Bool(), \
+                             [](const auto& layout) { return layout.param ? "Keypad" : "Touch"; })
+
+// Where the user types into a list: a keypad device's lists take no text.
+#define IN_TOUCH_LAYOUT(suite) INSTANTIATE_TEST_SUITE_P(Touch, suite, testing::Values(false))

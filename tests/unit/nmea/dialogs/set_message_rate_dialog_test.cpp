@@ -1,0 +1,144 @@
+#include "nmea/dialogs/set_message_rate_dialog.h"
+
+#include "tests/unit/nmea/dialogs/command_dialog_test.h"
+
+namespace
+{
+
+constexpr int Message = 1031, Seconds = 1032, Checksum = 1033, Set = 1034;
+
+class SetMessageRateDialog : public CommandDialogTest
+{
+};
+IN_BOTH_LAYOUTS(SetMessageRateDialog);
+
+class SetMessageRateDialogTyping : public CommandDialogTest
+{
+};
+IN_TOUCH_LAYOUT(SetMessageRateDialogTyping);
+
+TEST_P(SetMessageRateDialog, InitialState)
+{
+    Open(ShowNmeaMessageRateDialog, [](HWND dialog) {
+        EXPECT_EQ(HeadlessItems(dialog, Message),
+                  (std::vector<std::wstring>{L"GGA", L"GLL", L"GSA", L"GSV", L"RMC", L"VTG", L"MSS",
+                                             L"User 8", L"ZDA", L"User10"}));
+        EXPECT_EQ(HeadlessItems(dialog, Seconds), (std::vector<std::wstring>{L"0", L"1", L"2", L"5", L"10"}));
+        EXPECT_EQ(HeadlessSelection(dialog, Message), -1);
+        EXPECT_EQ(HeadlessSelection(dialog, Seconds), -1);
+        EXPECT_EQ(HeadlessCheck(dialog, Checksum), BST_CHECKED);
+        for (const int stamp :
+             {1036, 1037, 1038, 1039, 10310, 10311, 10312, 10313, 10314, 10315, 10316, 10317, 10318, 10319})
+            EXPECT_EQ(HeadlessText(dialog, stamp), L"") << stamp;
+    });
+}
+
+TEST_P(SetMessageRateDialog, MessageNumbers)
+{
+    constexpr const char* Sentences[] = {
+        "$PSRF103,0,0,1,1*25\r\n", "$PSRF103,1,0,1,1*24\r\n", "$PSRF103,2,0,1,1*27\r\n",
+        "$PSRF103,3,0,1,1*26\r\n", "$PSRF103,4,0,1,1*21\r\n", "$PSRF103,5,0,1,1*20\r\n",
+        "$PSRF103,6,0,1,1*23\r\n", "$PSRF103,7,0,1,1*22\r\n", "$PSRF103,8,0,1,1*2D\r\n",
+        "$PSRF103,9,0,1,1*2C\r\n",
+    };
+    Open(ShowNmeaMessageRateDialog, [&](HWND dialog) {
+        Choose(dialog, Seconds, L"1");
+        for (int i = 0; i < 10; ++i) {
+            HeadlessChoose(dialog, Message, i);
+            HeadlessClick(dialog, Set);
+            EXPECT_EQ(TakeSent(), Sentences[i]);
+        }
+    });
+}
+
+TEST_P(SetMessageRateDialog, RatesAndChecksums)
+{
+    Open(ShowNmeaMessageRateDialog, [&](HWND dialog) {
+        Choose(dialog, Message, L"GSV");
+        Choose(dialog, Seconds, L"5");
+        HeadlessClick(dialog, Set);
+        EXPECT_EQ(TakeSent(), "$PSRF103,3,0,5,1*22\r\n");
+        Choose(dialog, Message, L"RMC");
+        Choose(dialog, Seconds, L"10");
+        SendDlgItemMessageW(dialog, Checksum, BM_SETCHECK, BST_UNCHECKED, 0);
+        HeadlessClick(dialog, Set);
+        EXPECT_EQ(TakeSent(), "$PSRF103,4,0,10,0*10\r\n");
+        Choose(dialog, Message, L"GGA");
+        Choose(dialog, Seconds, L"0");
+        HeadlessClick(dialog, Set);
+        EXPECT_EQ(TakeSent(), "$PSRF103,0,0,0,0*25\r\n");
+        EXPECT_TRUE(TakeBoxes().empty());
+    });
+}
+
+TEST_P(SetMessageRateDialog, RefusesWhatIsMissingInItsOrder)
+{
+    Open(ShowNmeaMessageRateDialog, [&](HWND dialog) {
+        SendDlgItemMessageW(dialog, Checksum, BM_SETCHECK, BST_INDETERMINATE, 0);
+        HeadlessClick(dialog, Set);
+        EXPECT_TRUE(Refuses(L"Message", L"Select a message."));
+        Choose(dialog, Message, L"GGA");
+        HeadlessClick(dialog, Set);
+        EXPECT_TRUE(Refuses(L"Update Rate", L"Range 0-255 s"));
+        Choose(dialog, Seconds, L"1");
+        HeadlessClick(dialog, Set);
+        EXPECT_TRUE(Refuses(L"Use Checksum", L"Indeterminate"));
+        EXPECT_EQ(ClearOnNextAppend.load(), 0);
+        SendDlgItemMessageW(dialog, Checksum, BM_SETCHECK, BST_CHECKED, 0);
+        HeadlessClick(dialog, Set);
+        EXPECT_EQ(TakeSent(), "$PSRF103,0,0,1,1*25\r\n");
+    });
+}
+
+TEST_P(SetMessageRateDialogTyping, TypedRates)
+{
+    Open(ShowNmeaMessageRateDialog, [&](HWND dialog) {
+        Choose(dialog, Message, L"RMC");
+        HeadlessType(dialog, Seconds, L"7");
+        HeadlessClick(dialog, Set);
+        EXPECT_EQ(TakeSent(), "$PSRF103,4,0,7,1*27\r\n");
+        Choose(dialog, Message, L"User10");
+        HeadlessType(dialog, Seconds, L"255");
+        HeadlessClick(dialog, Set);
+        EXPECT_EQ(TakeSent(), "$PSRF103,9,0,255,1*2F\r\n");
+        for (const wchar_t* typed : {L"256", L"-1", L"", L"often"}) {
+            HeadlessType(dialog, Seconds, typed);
+            HeadlessClick(dialog, Set);
+            EXPECT_TRUE(Refuses(L"Update Rate", L"Range 0-255 s")) << typed;
+        }
+    });
+}
+
+TEST_P(SetMessageRateDialog, StampsTheArrivalOfEachSentence)
+{
+    struct Row {
+        const char* sentence;
+        int stamp;
+    };
+    constexpr Row Rows[] = {
+        {"GPGGA", 1036},  {"GPGLL", 1037},    {"GPGSA,1", 1038},  {"GPGSV", 1039},      {"GPMSS,55", 10310},
+        {"GPRMC", 10311}, {"GPVTG", 10312},   {"GPZDA", 10313},   {"PSRF150,1", 10314}, {"PSRFTXT,x", 10318},
+        {"GPXYZ", 10319}, {"PSRF151", 10319}, {"PSRF152", 10319}, {"PSRF154", 10319},
+    };
+    SYSTEMTIME now = {};
+    now.wYear = 2026;
+    now.wMonth = 6;
+    now.wDay = 21;
+    now.wHour = 7;
+    now.wMinute = 5;
+    Open(ShowNmeaMessageRateDialog, [&](HWND dialog) {
+        for (const Row& row : Rows) {
+            now.wSecond = static_cast<WORD>(now.wSecond + 1);
+            HeadlessSetLocalTime(now);
+            FeedSentence(row.sentence);
+            wchar_t expected[16];
+            std::swprintf(expected, 16, L"07:05:%02d", now.wSecond);
+            EXPECT_EQ(HeadlessText(dialog, row.stamp), expected) << row.sentence;
+        }
+        // The others keep theirs: that of GGA is still the first. Unknown sentences share one stamp.
+        EXPECT_EQ(HeadlessText(dialog, 1036), L"07:05:01");
+        for (const int stamp : {10315, 10316, 10317}) EXPECT_EQ(HeadlessText(dialog, stamp), L"") << stamp;
+    });
+}
+
+} // namespace
