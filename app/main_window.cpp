@@ -11,6 +11,7 @@
 #include "graph/chart.h"
 #include "graph/graph_options_dialog.h"
 #include "graph/graph_settings.h"
+#include "link/communication_dialog.h"
 #include "link/link_state.h"
 #include "link/receiver_log.h"
 #include "link/serial_port.h"
@@ -53,6 +54,7 @@ constexpr Command Commands[] = {
     {DIALOG_NMEA_SET_MESSAGE_RATE, ShowNmeaMessageRateDialog},
     {DIALOG_NMEA_DEVELOPMENT_DATA, ShowDevelopmentDataDialog},
     {DIALOG_NMEA_SELECT_DATUM, ShowSelectDatumDialog},
+    {COMMAND_COMMUNICATION, ShowCommunicationDialog},
 };
 
 bool RunCommand(HWND window, uint16_t item)

@@ -1,8 +1,89 @@
 #include "link/receiver_log.h"
 
+#include "app/dialog_support.h"
 #include "app/error_boxes.h"
+#include "link/link_state.h"
+#include "text/format.h"
 
 std::atomic<HANDLE> LogFileHandle{INVALID_HANDLE_VALUE};
+
+namespace
+{
+
+constexpr uint32_t PathCapacity = MAX_PATH;
+
+// Pairs of what the user reads and what the names look like; the third takes any name.
+constexpr wchar_t NameFilters[] = L"NMEA Text (*.txt)\0*.txt\0SiRF Binary (*.srf)\0*.srf\0Any (*.*)\0*.*\0";
+constexpr DWORD NmeaFilter = 1, SirfFilter = 2, AnyFilter = 3;
+
+DWORD FilterOfProtocol()
+{
+    const uint8_t mode = ProtocolMode();
+    return mode == ProtocolNmea ? NmeaFilter : mode == ProtocolSirf ? SirfFilter : AnyFilter;
+}
+
+// A name without extension in the user's folder: the local time, so that names sort by it.
+void ProposePath(wchar_t (&path)[PathCapacity], int folder)
+{
+    if (!SHGetSpecialFolderPathW(nullptr, path, folder, FALSE)) path[0] = 0;
+    SYSTEMTIME now;
+    GetLocalTime(&now);
+    AppendFormat(path, L"\\%02u%02u%02u%02u%02u%02u", now.wYear % 100u, now.wMonth, now.wDay, now.wHour,
+                 now.wMinute, now.wSecond);
+}
+
+bool HasExtension(const wchar_t* path)
+{
+    bool has = false;
+    for (; *path; ++path) {
+        if (*path == '.') has = true;
+        if (*path == '\\') has = false;
+    }
+    return has;
+}
+
+// Whether the user has chosen a name; it is in `path` then.
+bool AskForPath(wchar_t (&path)[PathCapacity])
+{
+    OPENFILENAMEW dialog = {};
+    dialog.lStructSize = sizeof dialog;
+    dialog.hwndOwner = BoxOwner();
+    dialog.lpstrFilter = NameFilters;
+    dialog.nFilterIndex = FilterOfProtocol();
+    dialog.lpstrFile = path;
+    dialog.nMaxFile = PathCapacity;
+    dialog.lpstrDefExt = L"log";
+    if (!GetSaveFileNameW(&dialog)) return false;
+    // Systems differ in the extension that they add, if they add one.
+    if (!HasExtension(path))
+        AppendFormat(path, L"%s",
+                     dialog.nFilterIndex == NmeaFilter   ? L".txt"
+                     : dialog.nFilterIndex == SirfFilter ? L".srf"
+                                                         : L".log");
+    return true;
+}
+
+} // namespace
+
+bool LogOpen()
+{
+    const bool asksNoName = IsSmartphone();
+    wchar_t path[PathCapacity];
+    ProposePath(path, asksNoName ? CSIDL_APPDATA : CSIDL_PERSONAL);
+    if (asksNoName)
+        AppendFormat(path, L"%s", ProtocolMode() == ProtocolSirf ? L".srf" : L".txt");
+    else if (!AskForPath(path))
+        return false;
+    const HANDLE log =
+        CreateFileW(path, GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (log == INVALID_HANDLE_VALUE) {
+        ShowLastError(L"CreateFile File");
+        return false;
+    }
+    LogFileHandle.store(log);
+    if (asksNoName) InfoBox(L"Log File Name", path); // the user has not chosen it
+    return true;
+}
 
 bool LogClose()
 {

@@ -10,6 +10,11 @@
 // reader thread tests it before each byte and takes it out when it cannot be written.
 extern std::atomic<HANDLE> LogFileHandle;
 
+// Opens the log under a name that the user chooses, or, on a keypad device, that the local time gives; true
+// if a log is open now. A file that exists is written over from its start, not emptied. Failure shows
+// "CreateFile File".
+bool LogOpen();
+
 // Closes the log; true if one was closed. Failure shows "CloseHandle File".
 bool LogClose();
 

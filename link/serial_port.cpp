@@ -114,6 +114,7 @@ bool PortOpen(const wchar_t* portName, uint32_t baud)
     SetTimeouts(timeouts, baud);
     if (portName[3] - L'0' == IrPortNumber.load() && !EscapeCommFunction(PortHandle.load(), SETIR))
         ShowLastError(L"EscapeCommFunction SETIR");
+    if (!IsPortOpen()) return false;
 
     ReaderThreadHandle = CreateThread(nullptr, 0, ReaderThread, nullptr, 0, &ReaderThreadId);
     if (!ReaderThreadHandle) {

@@ -45,7 +45,18 @@
 
 // ---- Controls -----------------------------------------------------------------------------------------
 // Communication
+#define CONTROL_COM_PORT 1651
+#define CONTROL_COM_BAUDRATE 1652
 #define CONTROL_COM_PROTOCOL 1653
+#define CONTROL_COM_FIND_PORT 1654
+#define CONTROL_COM_OPEN 1655
+#define CONTROL_COM_CLOSE 1656
+#define CONTROL_COM_FIND_BAUD 1657
+#define CONTROL_COM_STATUS 1658
+#define CONTROL_COM_LOG_OPEN 1659
+#define CONTROL_COM_LOG_CLOSE 16510
+#define CONTROL_COM_PORT_SPINNER 300
+#define CONTROL_COM_BAUDRATE_SPINNER 301
 
 // Shared by the NMEA command dialogs
 #define CONTROL_NMEA_TIME 901

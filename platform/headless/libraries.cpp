@@ -144,3 +144,20 @@ BOOL FreeLibrary(HMODULE library)
     --module->loads;
     return TRUE;
 }
+
+int WideCharToMultiByte(UINT codePage, DWORD, const wchar_t* wide, int count, char* narrow, int capacity,
+                        const char* unknown, BOOL* usedUnknown)
+{
+    if (codePage != CP_ACP || count != -1) return Fail(ERROR_INVALID_PARAMETER);
+    const std::wstring text(wide);
+    if (text.size() >= static_cast<size_t>(capacity)) return Fail(InsufficientBuffer);
+    bool used = false;
+    for (const wchar_t character : text) {
+        const bool known = static_cast<uint32_t>(character) < 0x100;
+        *narrow++ = known ? static_cast<char>(character) : *unknown;
+        used |= !known;
+    }
+    *narrow = 0;
+    if (usedUnknown) *usedUnknown = used;
+    return static_cast<int>(text.size()) + 1;
+}

@@ -193,6 +193,7 @@ constexpr DWORD GENERIC_READ = 0x80000000, GENERIC_WRITE = 0x40000000, CREATE_NE
                 INFINITE = 0xFFFFFFFF, WAIT_OBJECT_0 = 0, WAIT_TIMEOUT = 258, WAIT_FAILED = 0xFFFFFFFF;
 constexpr DWORD FORMAT_MESSAGE_ALLOCATE_BUFFER = 0x100, FORMAT_MESSAGE_IGNORE_INSERTS = 0x200,
                 FORMAT_MESSAGE_FROM_SYSTEM = 0x1000;
+constexpr UINT CP_ACP = 0; // the system's 8-bit code page
 constexpr DWORD QS_SENDMESSAGE = 0x40;
 constexpr UINT PM_NOREMOVE = 0, PM_REMOVE = 1, PM_QS_SENDMESSAGE = QS_SENDMESSAGE << 16;
 
@@ -323,6 +324,11 @@ LONG RegDeleteValueW(HKEY key, const wchar_t* name);
 LONG RegEnumKeyExW(HKEY key, DWORD index, wchar_t* name, DWORD* nameCount, DWORD* reserved,
                    wchar_t* className, DWORD* classCount, void* lastWrite);
 LONG RegCloseKey(HKEY key);
+
+// Text in the 8-bit form of the system: here its first 256 characters, the rest is `unknown`. `count` must be
+// -1.
+int WideCharToMultiByte(UINT codePage, DWORD flags, const wchar_t* wide, int count, char* narrow,
+                        int capacity, const char* unknown, BOOL* usedUnknown);
 
 // System and libraries. GetProcAddressW takes a name or MAKEINTRESOURCEW of an export's number.
 BOOL GetVersionExW(OSVERSIONINFOW* version);

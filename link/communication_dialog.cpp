@@ -1,0 +1,262 @@
+#include "link/communication_dialog.h"
+
+#include "app/active_dialog.h"
+#include "app/dialog_controls.h"
+#include "app/dialog_support.h"
+#include "app/error_boxes.h"
+#include "app/waiting.h"
+#include "link/link_state.h"
+#include "link/port_discovery.h"
+#include "link/port_search.h"
+#include "link/receiver_log.h"
+#include "link/serial_port.h"
+#include "link/write_queue.h"
+#include "resources/resource_ids.h"
+#include "text/format.h"
+
+namespace
+{
+
+constexpr UINT_PTR StatisticsTimer = 1;
+constexpr UINT StatisticsMs = 1000;
+constexpr uint32_t ReceiverPasses = 100, PassMs = 50; // wait for the receiver after opening
+constexpr uint32_t ClosedMs = 500;                    // rest that some drivers need before the next open
+
+constexpr const wchar_t* BaudNames[BaudCount] = {L"1200",  L"2400",  L"4800",  L"9600",
+                                                 L"19200", L"38400", L"57600", L"115200"};
+
+// What chooses and opens a port: usable while none is open.
+constexpr int SelectionControls[] = {CONTROL_COM_PORT, CONTROL_COM_BAUDRATE, CONTROL_COM_FIND_PORT,
+                                     CONTROL_COM_FIND_BAUD, CONTROL_COM_OPEN};
+
+// ---- Controls -----------------------------------------------------------------------------------------
+
+void EnableSelection(HWND dialog, bool enable)
+{
+    for (const int control : SelectionControls) EnableControl(dialog, control, enable);
+}
+
+void FocusControl(HWND dialog, int control)
+{
+    if (HWND window = GetDlgItem(dialog, control)) SetFocus(window);
+}
+
+void EnableAndFocus(HWND dialog, int control)
+{
+    EnableControl(dialog, control, true);
+    FocusControl(dialog, control);
+}
+
+void ShowProtocol(HWND dialog)
+{
+    SetDlgItemTextW(dialog, CONTROL_COM_PROTOCOL, ProtocolName(ProtocolMode()));
+}
+
+// Forgets the protocol, and shows so. Also right after the port was closed: a message may have been
+// recognised until then.
+void ForgetProtocol(HWND dialog)
+{
+    ResetProtocolMode();
+    ShowProtocol(dialog);
+}
+
+void ShowStatistics(HWND dialog)
+{
+    if (SearchInProgress.load()) return;
+    wchar_t text[160];
+    Format(text, L"Messages NMEA %u SiRF %u\r\nBaudrate NMEA %u Effective %.0f\r\nBytes %u",
+           NmeaMessageCount.load(), SirfMessageCount.load(), NmeaReportedBaud.load(), EffectiveBaud.load(),
+           BytesReceived.load());
+    SetDlgItemTextW(dialog, CONTROL_COM_STATUS, text);
+}
+
+// The selected port's index, or -1 after the box that says so.
+int32_t ReadPortSelection(HWND dialog)
+{
+    const int32_t port = GetListSelection(dialog, CONTROL_COM_PORT);
+    if (IsPortIndex(port)) return port;
+    InfoBox(L"Comm Port", L"Bad selection");
+    return -1;
+}
+
+// ---- Initialisation -----------------------------------------------------------------------------------
+
+// Returns whether a control has been given the focus.
+bool ShowPortState(HWND dialog)
+{
+    const bool open = IsPortOpen();
+    EnableSelection(dialog, !open);
+    EnableControl(dialog, CONTROL_COM_CLOSE, open);
+    if (open) FocusControl(dialog, CONTROL_COM_CLOSE);
+    return open;
+}
+
+void ShowLogState(HWND dialog)
+{
+    const bool open = LogFileHandle.load() != INVALID_HANDLE_VALUE;
+    EnableControl(dialog, CONTROL_COM_LOG_OPEN, !open);
+    EnableControl(dialog, CONTROL_COM_LOG_CLOSE, open);
+}
+
+// Keypad lists scroll one entry at a time with this setting.
+void UseSpinnerInput(HWND dialog, int control)
+{
+    constexpr UINT SetSpinnerMode = 0x1C1;
+    constexpr LPARAM OneEntry = 2;
+    if (IsSmartphone()) SendDlgItemMessageW(dialog, control, SetSpinnerMode, 0, OneEntry);
+}
+
+INT_PTR Initialise(HWND dialog)
+{
+    InitDialogCommon(dialog);
+    PublishDialog(DialogKind::Communication, dialog);
+    FillList(dialog, CONTROL_COM_PORT, PortNameTable);
+    LabelPorts(dialog);
+    FillList(dialog, CONTROL_COM_BAUDRATE, BaudNames);
+    if (IsPortIndex(CommPortIdx.load())) SelectListEntry(dialog, CONTROL_COM_PORT, CommPortIdx.load());
+    if (IsBaudIndex(BaudrateIdx.load())) SelectListEntry(dialog, CONTROL_COM_BAUDRATE, BaudrateIdx.load());
+    ShowProtocol(dialog);
+    const bool focused = ShowPortState(dialog);
+    ShowLogState(dialog);
+    UseSpinnerInput(dialog, CONTROL_COM_BAUDRATE);
+    if (!SetTimer(dialog, StatisticsTimer, StatisticsMs, nullptr)) ShowLastError(L"SetTimer");
+    return !focused;
+}
+
+// ---- Commands -----------------------------------------------------------------------------------------
+
+// The dialog neither repaints nor counts meanwhile.
+void AwaitReceiver(HWND dialog, int32_t rate)
+{
+    for (uint32_t pass = 0; pass < ReceiverPasses; ++pass) {
+        WaitServingSentMessages(PassMs);
+        const uint8_t mode = ProtocolMode();
+        if (mode == ProtocolNone) continue;
+        BaudrateIdx.store(rate);
+        if (mode == ProtocolNmea || mode == ProtocolSirf) ShowProtocol(dialog);
+        return;
+    }
+}
+
+void OnOpen(HWND dialog)
+{
+    ForgetProtocol(dialog);
+    SetDlgItemTextW(dialog, CONTROL_COM_STATUS, L"");
+    CommPortIdx.store(GetListSelection(dialog, CONTROL_COM_PORT));
+    const int32_t port = ReadPortSelection(dialog);
+    if (port < 0) return;
+    const int32_t rate = GetListSelection(dialog, CONTROL_COM_BAUDRATE);
+    if (!IsBaudIndex(rate)) {
+        InfoBox(L"Baudrate", L"Bad selection");
+        return;
+    }
+    BytesReceived.store(0); // before the reader counts
+    if (!PortOpen(PortNameTable[port], BaudTable[rate])) return;
+    EnableSelection(dialog, false);
+    AwaitReceiver(dialog, rate);
+    EnableAndFocus(dialog, CONTROL_COM_CLOSE);
+    if (ProtocolMode() != ProtocolNone) return;
+    wchar_t text[32];
+    Format(text, L"Bytes Received %u", BytesReceived.load());
+    SetDlgItemTextW(dialog, CONTROL_COM_STATUS, text);
+}
+
+void OnClose(HWND dialog)
+{
+    if (!IsPortOpen()) {
+        ForgetProtocol(dialog);
+        return;
+    }
+    EnableControl(dialog, CONTROL_COM_CLOSE, false);
+    PortClose();
+    ForgetProtocol(dialog);
+    WaitServingSentMessages(ClosedMs);
+    EnableSelection(dialog, true);
+    FocusControl(dialog, CONTROL_COM_OPEN);
+}
+
+void Find(HWND dialog, int32_t first, int32_t last, int button)
+{
+    EnableSelection(dialog, false);
+    EnableControl(dialog, CONTROL_COM_CLOSE, false);
+    ForgetProtocol(dialog);
+    SetDlgItemTextW(dialog, CONTROL_COM_STATUS, L"");
+    if (SearchPorts(dialog, first, last)) {
+        const uint8_t mode = ProtocolMode();
+        if (mode == ProtocolNmea || mode == ProtocolSirf) ShowProtocol(dialog);
+        EnableAndFocus(dialog, CONTROL_COM_CLOSE);
+        return;
+    }
+    ForgetProtocol(dialog); // found, but the port could not be opened again
+    EnableSelection(dialog, true);
+    FocusControl(dialog, button);
+}
+
+void OnFindPortAndBaud(HWND dialog)
+{
+    Find(dialog, 0, PortCount - 1, CONTROL_COM_FIND_PORT);
+}
+
+void OnFindBaud(HWND dialog)
+{
+    const int32_t port = ReadPortSelection(dialog);
+    if (port >= 0) Find(dialog, port, port, CONTROL_COM_FIND_BAUD);
+}
+
+void OnLogOpen(HWND dialog)
+{
+    LogOpen();
+    if (LogFileHandle.load() == INVALID_HANDLE_VALUE) return;
+    EnableAndFocus(dialog, CONTROL_COM_LOG_CLOSE);
+    EnableControl(dialog, CONTROL_COM_LOG_OPEN, false);
+}
+
+void OnLogClose(HWND dialog)
+{
+    LogClose();
+    EnableAndFocus(dialog, CONTROL_COM_LOG_OPEN);
+    EnableControl(dialog, CONTROL_COM_LOG_CLOSE, false);
+}
+
+void OnEnd(HWND dialog)
+{
+    WithdrawDialog();
+    if (!KillTimer(dialog, StatisticsTimer)) ShowLastError(L"KillTimer");
+}
+
+struct ButtonAction {
+    int control;
+    void (*run)(HWND dialog);
+};
+constexpr ButtonAction ButtonActions[] = {
+    {CONTROL_COM_OPEN, OnOpen},
+    {CONTROL_COM_CLOSE, OnClose},
+    {CONTROL_COM_FIND_BAUD, OnFindBaud},
+    {CONTROL_COM_FIND_PORT, OnFindPortAndBaud},
+    {CONTROL_COM_LOG_OPEN, OnLogOpen},
+    {CONTROL_COM_LOG_CLOSE, OnLogClose},
+    {IDOK, OnEnd},
+    {IDCANCEL, OnEnd},
+};
+
+INT_PTR CALLBACK CommunicationProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    switch (message) {
+    case WM_INITDIALOG: return Initialise(dialog);
+    case WM_TIMER: ShowStatistics(dialog); return TRUE;
+    case WM_COMMAND:
+        if (HIWORD(wParam) != BN_CLICKED) break;
+        for (const ButtonAction& action : ButtonActions)
+            if (action.control == LOWORD(wParam)) action.run(dialog);
+        break;
+    default: break;
+    }
+    return HandleCommonMessages(dialog, message, wParam, lParam); // which ends it on OK and Cancel
+}
+
+} // namespace
+
+void ShowCommunicationDialog()
+{
+    ShowDialog(DIALOG_COMMUNICATION, CommunicationProcedure);
+}
