@@ -23,6 +23,18 @@ bool TryRate(HWND dialog, int32_t rate)
     return false;
 }
 
+// Whether a protocol is recognised in what the driver has received, at the rate that it had, while the port
+// was being opened. Else it would pass for the first rate that is tried.
+bool TryDriversRate(HWND dialog)
+{
+    WaitServingSentMessages(PassMs);
+    const int32_t rate = BaudrateIdx.load();
+    if (ProtocolMode() == ProtocolNone || !IsBaudIndex(rate) || BaudTable[rate] != PortDcb.BaudRate)
+        return false;
+    SelectListEntry(dialog, CONTROL_COM_BAUDRATE, rate);
+    return true;
+}
+
 // Whether a receiver speaks on the port, which is then open at the receiver's rate.
 bool TryPort(HWND dialog, int32_t port)
 {
@@ -30,6 +42,7 @@ bool TryPort(HWND dialog, int32_t port)
     SelectListEntry(dialog, CONTROL_COM_PORT, port);
     ResetProtocolMode(); // what another port sent is not this one's
     if (!PortOpen(PortNameTable[port], 0)) return false;
+    if (TryDriversRate(dialog)) return true;
     for (int32_t rate = 0; rate < BaudCount && IsWindow(dialog); ++rate)
         if (TryRate(dialog, rate)) return true;
     PortClose();

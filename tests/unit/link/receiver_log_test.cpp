@@ -1,5 +1,7 @@
 #include "link/receiver_log.h"
 
+#include "app/dialog_support.h"
+#include "link/link_state.h"
 #include "tests/unit/support/product_test.h"
 
 namespace
@@ -48,6 +50,149 @@ TEST_F(ReceiverLog, FailingCloseForgetsTheLogAllTheSame)
     ASSERT_EQ(HeadlessBoxes().size(), 1u);
     EXPECT_EQ(HeadlessBoxes()[0].caption, L"CloseHandle File");
     EXPECT_FALSE(LogClose());
+}
+
+// ---- Opening ------------------------------------------------------------------------------------------
+
+const SYSTEMTIME Opened = {2008, 11, 0, 16, 4, 29, 5, 0};
+
+TEST_F(ReceiverLog, ProposesTheLocalTimeInTheUsersFolder)
+{
+    HeadlessSetLocalTime(Opened);
+    HeadlessAnswerSaveDialog(L"", 1);
+    EXPECT_FALSE(LogOpen());
+    ASSERT_EQ(HeadlessSaveDialogs().size(), 1u);
+    const HeadlessSaveDialog& dialog = HeadlessSaveDialogs()[0];
+    EXPECT_EQ(dialog.proposedName, L"\\My Documents\\081116042905");
+    EXPECT_EQ(dialog.filters, L"NMEA Text (*.txt)|*.txt|SiRF Binary (*.srf)|*.srf|Any (*.*)|*.*");
+    EXPECT_EQ(dialog.defaultExtension, L"log");
+    EXPECT_EQ(dialog.flags, 0u);
+    EXPECT_EQ(dialog.capacity, 260u);
+    EXPECT_EQ(LogFileHandle.load(), INVALID_HANDLE_VALUE);
+}
+
+TEST_F(ReceiverLog, ProtocolPreselectsTheFilter)
+{
+    const struct {
+        bool nmea, sirf;
+        DWORD filter;
+    } cases[] = {{false, false, 3}, {true, false, 1}, {false, true, 2}, {true, true, 3}};
+    HeadlessAnswerSaveDialog(L"", 1);
+    for (const auto& c : cases) {
+        NmeaRecognised.store(c.nmea);
+        SirfRecognised.store(c.sirf);
+        LogOpen();
+        EXPECT_EQ(HeadlessSaveDialogs().back().filterIndex, c.filter);
+    }
+}
+
+TEST_F(ReceiverLog, NameWithoutExtensionGetsThatOfTheFilter)
+{
+    const wchar_t* names[] = {L"\\a.b\\log.txt", L"\\a.b\\log.srf", L"\\a.b\\log.log"};
+    for (DWORD filter = 1; filter <= 3; ++filter) {
+        HeadlessAnswerSaveDialog(L"\\a.b\\log", filter);
+        EXPECT_TRUE(LogOpen());
+        EXPECT_TRUE(LogClose());
+        EXPECT_TRUE(HeadlessFileExists(names[filter - 1])) << filter;
+    }
+    EXPECT_FALSE(HeadlessFileExists(L"\\a.b\\log"));
+}
+
+TEST_F(ReceiverLog, NameWithExtensionIsKept)
+{
+    HeadlessAnswerSaveDialog(L"\\a.bin", 1);
+    EXPECT_TRUE(LogOpen());
+    EXPECT_TRUE(HeadlessFileExists(L"\\a.bin"));
+    EXPECT_TRUE(HeadlessBoxes().empty()); // the user has chosen the name
+}
+
+TEST_F(ReceiverLog, LongestNameIsTakenAsItIs)
+{
+    const std::wstring name = L"\\" + std::wstring(258, L'x');
+    HeadlessAnswerSaveDialog(name, 1); // no room for an extension
+    EXPECT_TRUE(LogOpen());
+    EXPECT_TRUE(HeadlessFileExists(name));
+}
+
+TEST_F(ReceiverLog, ExistingFileIsWrittenOverFromItsStart)
+{
+    HeadlessWriteFile(L"\\a.txt", "0123456789");
+    HeadlessAnswerSaveDialog(L"\\a.txt", 1);
+    EXPECT_TRUE(LogOpen());
+    Feed("abc");
+    LogClose();
+    EXPECT_EQ(HeadlessFileContent(L"\\a.txt"), "abc3456789");
+}
+
+TEST_F(ReceiverLog, FileThatCannotBeOpenedIsReported)
+{
+    HeadlessAnswerSaveDialog(L"\\a.txt", 1);
+    HeadlessFailCall("CreateFileW", 1, ERROR_ACCESS_DENIED);
+    EXPECT_FALSE(LogOpen());
+    ASSERT_EQ(HeadlessBoxes().size(), 1u);
+    EXPECT_EQ(HeadlessBoxes()[0].caption, L"CreateFile File");
+    EXPECT_EQ(LogFileHandle.load(), INVALID_HANDLE_VALUE);
+}
+
+TEST_F(ReceiverLog, UnknownFolderIsTheRoot)
+{
+    HeadlessSetFolder(CSIDL_PERSONAL, L"");
+    HeadlessSetLocalTime(Opened);
+    HeadlessAnswerSaveDialog(L"", 1);
+    LogOpen();
+    EXPECT_EQ(HeadlessSaveDialogs()[0].proposedName, L"\\081116042905");
+}
+
+class KeypadLog : public ReceiverLog
+{
+protected:
+    KeypadLog()
+    {
+        HeadlessSetPlatformType(L"SmartPhone");
+        HeadlessSetLocalTime(Opened);
+        ChooseLayout();
+    }
+};
+
+TEST_F(KeypadLog, NameIsShownAndNotAskedFor)
+{
+    EXPECT_TRUE(LogOpen());
+    EXPECT_TRUE(HeadlessSaveDialogs().empty());
+    ASSERT_EQ(HeadlessBoxes().size(), 1u);
+    EXPECT_TRUE(IsBox(HeadlessBoxes()[0], L"Log File Name", L"\\Application Data\\081116042905.txt"));
+    EXPECT_TRUE(HeadlessFileExists(L"\\Application Data\\081116042905.txt"));
+}
+
+TEST_F(KeypadLog, OnlySirfAloneIsNamedSo)
+{
+    const std::wstring name = L"\\Application Data\\081116042905";
+    SirfRecognised.store(1);
+    EXPECT_TRUE(LogOpen());
+    EXPECT_TRUE(LogClose());
+    EXPECT_TRUE(HeadlessFileExists(name + L".srf"));
+    EXPECT_FALSE(HeadlessFileExists(name + L".txt"));
+    NmeaRecognised.store(1); // both
+    EXPECT_TRUE(LogOpen());
+    EXPECT_TRUE(HeadlessFileExists(name + L".txt"));
+}
+
+TEST_F(KeypadLog, SecondLogOfASecondWritesOverTheFirst)
+{
+    LogOpen();
+    Feed("0123456789");
+    LogClose();
+    LogOpen();
+    Feed("abc");
+    LogClose();
+    EXPECT_EQ(HeadlessFileContent(L"\\Application Data\\081116042905.txt"), "abc3456789");
+}
+
+TEST_F(KeypadLog, FailureShowsNoName)
+{
+    HeadlessFailCall("CreateFileW", 1, ERROR_DISK_FULL);
+    EXPECT_FALSE(LogOpen());
+    ASSERT_EQ(HeadlessBoxes().size(), 1u);
+    EXPECT_EQ(HeadlessBoxes()[0].caption, L"CreateFile File");
 }
 
 } // namespace

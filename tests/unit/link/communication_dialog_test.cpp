@@ -1,0 +1,587 @@
+#include "link/communication_dialog.h"
+
+#include "app/dialog_support.h"
+#include "app/main.h"
+#include "link/receiver_log.h"
+#include "link/serial_port.h"
+#include "tests/unit/link/communication_test.h"
+
+namespace
+{
+
+constexpr uint32_t ByteMicroseconds = 2083; // at 4800 baud
+constexpr int NothingStored = -12345;
+
+struct Enabled {
+    bool selection, close, logOpen, logClose;
+    bool operator==(const Enabled&) const = default;
+};
+
+class CommunicationDialog : public CommunicationTest
+{
+protected:
+    // Which controls are usable; those that choose and open a port always are so together.
+    static Enabled EnabledControls(HWND dialog)
+    {
+        const bool selection = HeadlessEnabled(dialog, CONTROL_COM_OPEN);
+        for (const int control :
+             {CONTROL_COM_PORT, CONTROL_COM_BAUDRATE, CONTROL_COM_FIND_PORT, CONTROL_COM_FIND_BAUD})
+            EXPECT_EQ(HeadlessEnabled(dialog, control), selection) << control;
+        return {selection, HeadlessEnabled(dialog, CONTROL_COM_CLOSE),
+                HeadlessEnabled(dialog, CONTROL_COM_LOG_OPEN),
+                HeadlessEnabled(dialog, CONTROL_COM_LOG_CLOSE)};
+    }
+
+    static void OpenCom3(HWND dialog, int rate = 2)
+    {
+        Select(dialog, 3, rate);
+        HeadlessClick(dialog, CONTROL_COM_OPEN);
+    }
+
+    static std::wstring Protocol(HWND dialog) { return HeadlessText(dialog, CONTROL_COM_PROTOCOL); }
+    static std::wstring Status(HWND dialog) { return HeadlessText(dialog, CONTROL_COM_STATUS); }
+};
+
+constexpr Enabled PortClosed = {true, false, true, false}, PortOpened = {false, true, true, false};
+
+// ---- Opening the dialog -------------------------------------------------------------------------------
+
+TEST_F(CommunicationDialog, StartsWithNothingChosen)
+{
+    InDialog([](HWND dialog) {
+        EXPECT_EQ(HeadlessTitle(dialog), L"Communication");
+        EXPECT_EQ(HeadlessItems(dialog, CONTROL_COM_PORT).size(), 10u);
+        const std::vector<std::wstring> rates = {L"1200",  L"2400",  L"4800",  L"9600",
+                                                 L"19200", L"38400", L"57600", L"115200"};
+        EXPECT_EQ(HeadlessItems(dialog, CONTROL_COM_BAUDRATE), rates);
+        EXPECT_EQ(HeadlessSelection(dialog, CONTROL_COM_PORT), -1);
+        EXPECT_EQ(HeadlessSelection(dialog, CONTROL_COM_BAUDRATE), -1);
+        EXPECT_EQ(Protocol(dialog), L"-");
+        EXPECT_EQ(EnabledControls(dialog), PortClosed);
+        EXPECT_EQ(ActiveDialogKind.load(), DialogKind::Communication);
+        EXPECT_EQ(ActiveDialogWindow.load(), dialog);
+    });
+    EXPECT_EQ(ActiveDialogKind.load(), DialogKind::None);
+    EXPECT_EQ(ActiveDialogWindow.load(), nullptr);
+    EXPECT_TRUE(HeadlessBoxes().empty());
+}
+
+TEST_F(CommunicationDialog, ShowsWhatIsOpen)
+{
+    OpenPort();
+    LogFileHandle.store(CreateFileW(L"\\log", GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS, 0, nullptr));
+    CommPortIdx.store(3);
+    BaudrateIdx.store(7);
+    SirfRecognised.store(1);
+    InDialog([](HWND dialog) {
+        EXPECT_EQ(HeadlessSelection(dialog, CONTROL_COM_PORT), 3);
+        EXPECT_EQ(HeadlessSelection(dialog, CONTROL_COM_BAUDRATE), 7);
+        EXPECT_EQ(Protocol(dialog), L"SiRF");
+        EXPECT_EQ(EnabledControls(dialog), (Enabled{false, true, false, true}));
+        EXPECT_EQ(HeadlessFocus(dialog), CONTROL_COM_CLOSE);
+    });
+    EXPECT_TRUE(IsPortOpen()); // closing the dialog closes neither
+    EXPECT_NE(LogFileHandle.load(), INVALID_HANDLE_VALUE);
+}
+
+TEST_F(CommunicationDialog, StoredIndexesOutsideTheListsSelectNothing)
+{
+    CommPortIdx.store(10);
+    BaudrateIdx.store(-7);
+    InDialog([](HWND dialog) {
+        EXPECT_EQ(HeadlessSelection(dialog, CONTROL_COM_PORT), -1);
+        EXPECT_EQ(HeadlessSelection(dialog, CONTROL_COM_BAUDRATE), -1);
+    });
+}
+
+TEST_F(CommunicationDialog, BothLayoutsHaveTheSameControlsAndFitTheirScreens)
+{
+    HeadlessTemplate drop, keypad;
+    ASSERT_TRUE(HeadlessFindTemplate(2002, drop));
+    ASSERT_TRUE(HeadlessFindTemplate(2102, keypad));
+    EXPECT_LE(drop.width, 155);
+    EXPECT_LE(drop.height, 190);
+    EXPECT_LE(keypad.width, 110);
+    for (int control = 1651; control <= 1659; ++control)
+        for (const HeadlessTemplate* layout : {&drop, &keypad})
+            EXPECT_TRUE(std::any_of(layout->controls.begin(), layout->controls.end(),
+                                    [&](const HeadlessTemplateControl& c) { return c.id == control; }))
+                << control;
+    for (const HeadlessTemplate* layout : {&drop, &keypad})
+        for (const HeadlessTemplateControl& control : layout->controls)
+            EXPECT_LE(control.x + control.width, layout->width) << control.id;
+}
+
+TEST_F(CommunicationDialog, WorksOnAKeypadDevice)
+{
+    HeadlessSetPlatformType(L"SmartPhone");
+    ChooseLayout();
+    HeadlessStream(HeadlessAddPort(3), Nmea, ByteMicroseconds);
+    InDialog([](HWND dialog) {
+        EXPECT_TRUE(HeadlessHasControl(dialog, 300));
+        EXPECT_TRUE(HeadlessHasControl(dialog, 301));
+        OpenCom3(dialog);
+        EXPECT_EQ(Protocol(dialog), L"NMEA");
+        HeadlessClick(dialog, CONTROL_COM_CLOSE);
+        EXPECT_EQ(EnabledControls(dialog), PortClosed);
+    });
+}
+
+TEST_F(CommunicationDialog, TimerFailuresAreNamed)
+{
+    HeadlessFailCall("SetTimer", 1, ERROR_NOT_ENOUGH_MEMORY);
+    InDialog([](HWND) {});
+    ASSERT_EQ(HeadlessBoxes().size(), 2u); // what was not set cannot be stopped
+    EXPECT_EQ(HeadlessBoxes()[0].caption, L"SetTimer");
+    EXPECT_EQ(HeadlessBoxes()[1].caption, L"KillTimer");
+}
+
+// ---- Open ---------------------------------------------------------------------------------------------
+
+TEST_F(CommunicationDialog, OpenFindsTheReceiver)
+{
+    HeadlessPort& port = HeadlessAddPort(3);
+    HeadlessStream(port, Nmea, ByteMicroseconds);
+    InDialog([&](HWND dialog) {
+        const uint64_t start = HeadlessElapsed();
+        OpenCom3(dialog);
+        EXPECT_LT(HeadlessElapsed() - start, 2400u); // two seconds of rest, and a sentence's time
+        EXPECT_EQ(port.rates, std::vector<DWORD>{4800});
+        EXPECT_EQ(Protocol(dialog), L"NMEA");
+        EXPECT_EQ(Status(dialog), L"");
+        EXPECT_EQ(EnabledControls(dialog), PortOpened);
+        EXPECT_EQ(HeadlessFocus(dialog), CONTROL_COM_CLOSE);
+    });
+    EXPECT_EQ(CommPortIdx.load(), 3);
+    EXPECT_EQ(BaudrateIdx.load(), 2);
+    EXPECT_EQ(Setting(L"CommPortIdx"), 3);
+    EXPECT_EQ(Setting(L"BaudrateIdx"), 2);
+    EXPECT_TRUE(HeadlessBoxes().empty());
+}
+
+TEST_F(CommunicationDialog, OpenShowsSirf)
+{
+    HeadlessStream(HeadlessAddPort(3), Sirf, 174);
+    InDialog([](HWND dialog) {
+        OpenCom3(dialog, 6);
+        EXPECT_EQ(Protocol(dialog), L"SiRF");
+        EXPECT_EQ(ProtocolMode(), ProtocolSirf);
+    });
+    EXPECT_EQ(Setting(L"BaudrateIdx"), 6);
+}
+
+TEST_F(CommunicationDialog, NoiseIsCountedForFiveSeconds)
+{
+    HeadlessPort& port = HeadlessAddPort(3);
+    port.deviceRate = 4800;
+    HeadlessStream(port, Nmea, ByteMicroseconds);
+    InDialog([&](HWND dialog) {
+        const uint64_t start = HeadlessElapsed();
+        OpenCom3(dialog, 3);
+        EXPECT_EQ(HeadlessElapsed() - start, 7000u);
+        EXPECT_GT(BytesReceived.load(), 2300u);
+        EXPECT_EQ(Status(dialog), L"Bytes Received " + std::to_wstring(BytesReceived.load()));
+        EXPECT_EQ(Protocol(dialog), L"-");
+        EXPECT_EQ(EnabledControls(dialog), PortOpened);
+        EXPECT_TRUE(IsPortOpen());
+        HeadlessPass(1000);
+        EXPECT_EQ(Status(dialog).rfind(L"Messages NMEA 0 SiRF 0\r\n", 0), 0u);
+    });
+    EXPECT_EQ(Setting(L"CommPortIdx"), NothingStored);
+}
+
+TEST_F(CommunicationDialog, SilentPortStaysOpen)
+{
+    HeadlessAddPort(3);
+    InDialog([](HWND dialog) {
+        OpenCom3(dialog);
+        EXPECT_EQ(Status(dialog), L"Bytes Received 0");
+        EXPECT_EQ(EnabledControls(dialog), PortOpened);
+    });
+}
+
+TEST_F(CommunicationDialog, BothProtocolsShowADash)
+{
+    HeadlessReceiveAfter(HeadlessAddPort(3), 2100, Nmea + Sirf);
+    InDialog([](HWND dialog) {
+        OpenCom3(dialog);
+        HeadlessPass(100);
+        EXPECT_EQ(ProtocolMode(), ProtocolNmea | ProtocolSirf);
+        EXPECT_EQ(Protocol(dialog), L"-");
+    });
+}
+
+TEST_F(CommunicationDialog, OpenWithoutAPort)
+{
+    CommPortIdx.store(10);
+    SirfRecognised.store(1);
+    InDialog([](HWND dialog) {
+        HeadlessChoose(dialog, CONTROL_COM_BAUDRATE, 2);
+        HeadlessClick(dialog, CONTROL_COM_OPEN);
+        ASSERT_EQ(HeadlessBoxes().size(), 1u);
+        EXPECT_TRUE(IsBox(HeadlessBoxes()[0], L"Comm Port", L"Bad selection"));
+        EXPECT_EQ(EnabledControls(dialog), PortClosed);
+        EXPECT_EQ(Protocol(dialog), L"-");
+    });
+    EXPECT_EQ(CommPortIdx.load(), -1);
+    EXPECT_EQ(ProtocolMode(), ProtocolNone);
+}
+
+TEST_F(CommunicationDialog, OpenWithoutARate)
+{
+    InDialog([](HWND dialog) {
+        HeadlessChoose(dialog, CONTROL_COM_PORT, 4);
+        HeadlessClick(dialog, CONTROL_COM_OPEN);
+        ASSERT_EQ(HeadlessBoxes().size(), 1u);
+        EXPECT_TRUE(IsBox(HeadlessBoxes()[0], L"Baudrate", L"Bad selection"));
+    });
+    EXPECT_EQ(CommPortIdx.load(), 4); // kept at once, before the rate is looked at
+}
+
+TEST_F(CommunicationDialog, OpenOfAMissingPortLeavesTheControls)
+{
+    InDialog([](HWND dialog) {
+        OpenCom3(dialog);
+        ASSERT_EQ(HeadlessBoxes().size(), 1u);
+        EXPECT_EQ(HeadlessBoxes()[0].caption, L"Cannot open COM3:");
+        EXPECT_EQ(HeadlessBoxes()[0].owner, dialog);
+        EXPECT_EQ(EnabledControls(dialog), PortClosed);
+        EXPECT_EQ(Status(dialog), L"");
+    });
+}
+
+TEST_F(CommunicationDialog, BoxesBelongToTheDialogWhenAnotherProgramIsInFront)
+{
+    InDialog([](HWND dialog) {
+        HeadlessOtherProgramInFront(true);
+        HeadlessClick(dialog, CONTROL_COM_OPEN);
+        ASSERT_EQ(HeadlessBoxes().size(), 1u);
+        EXPECT_EQ(HeadlessBoxes()[0].owner, dialog);
+        HeadlessOtherProgramInFront(false);
+    });
+}
+
+TEST_F(CommunicationDialog, ProgramMayEndInABoxOfTheOpening)
+{
+    HeadlessPort& port = HeadlessAddPort(3);
+    StoreSetting(L"CommPortIdx", 3); // no About box
+    HeadlessFailCall("SetCommState", 1, ERROR_GEN_FAILURE);
+    HeadlessUser([] { HeadlessCommand(HeadlessMainWindow(), COMMAND_COMMUNICATION); });
+    HeadlessUser([] {
+        HeadlessDuringBox([] { DestroyWindow(HeadlessMainWindow()); });
+        OpenCom3(HeadlessTopDialog());
+    });
+    EXPECT_EQ(RunProgram(nullptr, L"", SW_SHOWNORMAL), 0);
+    EXPECT_FALSE(port.isOpen);
+    EXPECT_EQ(HeadlessLiveThreads(), 0u);
+    EXPECT_EQ(HeadlessOpenHandles(), 0u);
+}
+
+// ---- Statistics ---------------------------------------------------------------------------------------
+
+TEST_F(CommunicationDialog, StatisticsEachSecond)
+{
+    NmeaMessageCount.store(12);
+    SirfMessageCount.store(4000000000u);
+    NmeaReportedBaud.store(9600);
+    EffectiveBaud.store(4788.5f);
+    BytesReceived.store(77);
+    InDialog([](HWND dialog) {
+        EXPECT_EQ(Status(dialog), L"");
+        HeadlessPass(999);
+        EXPECT_EQ(Status(dialog), L"");
+        HeadlessPass(1);
+        EXPECT_EQ(Status(dialog), L"Messages NMEA 12 SiRF 4000000000\r\nBaudrate NMEA 9600 Effective 4788\r\n"
+                                  L"Bytes 77");
+        BytesReceived.store(78);
+        HeadlessPass(1000);
+        EXPECT_NE(Status(dialog).find(L"Bytes 78"), std::wstring::npos);
+        SearchInProgress.store(1);
+        BytesReceived.store(79);
+        HeadlessPass(2000);
+        EXPECT_NE(Status(dialog).find(L"Bytes 78"), std::wstring::npos);
+        SearchInProgress.store(0);
+    });
+}
+
+TEST_F(CommunicationDialog, BytesInNoTimeAreAnInfiniteRate)
+{
+    EffectiveBaud.store(1.0f / 0.0f);
+    InDialog([](HWND dialog) {
+        HeadlessPass(1000);
+        EXPECT_NE(Status(dialog).find(L"Effective inf\r\n"), std::wstring::npos);
+    });
+}
+
+TEST_F(CommunicationDialog, OpenCountsBytesFromZero)
+{
+    BytesReceived.store(100000);
+    HeadlessReceiveAfter(HeadlessAddPort(3), 3000, "abc");
+    InDialog([](HWND dialog) {
+        OpenCom3(dialog);
+        EXPECT_EQ(Status(dialog), L"Bytes Received 3");
+    });
+}
+
+// ---- Close --------------------------------------------------------------------------------------------
+
+TEST_F(CommunicationDialog, CloseAndOpenAgain)
+{
+    HeadlessPort& port = HeadlessAddPort(3);
+    HeadlessStream(port, Nmea, ByteMicroseconds);
+    InDialog([&](HWND dialog) {
+        for (uint32_t round = 1; round <= 2; ++round) {
+            OpenCom3(dialog);
+            EXPECT_EQ(Protocol(dialog), L"NMEA");
+            const uint64_t start = HeadlessElapsed();
+            HeadlessClick(dialog, CONTROL_COM_CLOSE);
+            EXPECT_GE(HeadlessElapsed() - start, 500u);
+            EXPECT_LE(HeadlessElapsed() - start, 600u);
+            EXPECT_EQ(Protocol(dialog), L"-");
+            EXPECT_EQ(ProtocolMode(), ProtocolNone);
+            EXPECT_EQ(EnabledControls(dialog), PortClosed);
+            EXPECT_EQ(HeadlessFocus(dialog), CONTROL_COM_OPEN);
+            EXPECT_EQ(port.closes, round);
+        }
+    });
+    EXPECT_EQ(HeadlessLiveThreads(), 0u);
+}
+
+TEST_F(CommunicationDialog, CloseOfAPortThatHasGone)
+{
+    OpenPort();
+    SirfRecognised.store(1);
+    InDialog([](HWND dialog) {
+        CloseHandle(ExchangeHandle(PortHandle, INVALID_HANDLE_VALUE));
+        HeadlessClick(dialog, CONTROL_COM_CLOSE);
+        EXPECT_EQ(Protocol(dialog), L"-");
+    });
+    EXPECT_EQ(ProtocolMode(), ProtocolNone);
+    EXPECT_LT(HeadlessElapsed(), 100u);
+}
+
+TEST_F(CommunicationDialog, ReceiverThatIsUnpluggedCanBeClosedAndOpenedAgain)
+{
+    HeadlessPort& port = HeadlessAddPort(3);
+    HeadlessStream(port, Nmea, ByteMicroseconds);
+    InDialog([&](HWND dialog) {
+        OpenCom3(dialog);
+        HeadlessFailCall("ReadFile", 1, ERROR_GEN_FAILURE, FailMode::FromHereOn);
+        HeadlessPass(3000);
+        HeadlessClick(dialog, CONTROL_COM_CLOSE);
+        EXPECT_EQ(EnabledControls(dialog), PortClosed);
+        HeadlessClearFaults();
+        OpenCom3(dialog);
+        EXPECT_EQ(Protocol(dialog), L"NMEA");
+    });
+    EXPECT_TRUE(HeadlessBoxes().empty());
+}
+
+// Opening, closing and messages of one protocol or the other, in any order of the two threads.
+TEST_F(CommunicationDialog, OpenAndCloseWhileTheReceiverStreams)
+{
+    constexpr uint32_t Rounds = 250;
+    HeadlessStream(HeadlessAddPort(3), Nmea, 400);
+    HeadlessStream(HeadlessAddPort(4), Sirf, 400);
+    InDialog([&](HWND dialog) {
+        for (uint32_t round = 1; round <= Rounds; ++round) {
+            HeadlessInterleave(round);
+            Select(dialog, round % 2 ? 3 : 4, 7);
+            HeadlessClick(dialog, CONTROL_COM_OPEN);
+            ASSERT_EQ(Protocol(dialog), round % 2 ? L"NMEA" : L"SiRF") << round;
+            Sleep(round * 37 % 60);
+            HeadlessClick(dialog, CONTROL_COM_CLOSE);
+            ASSERT_EQ(Protocol(dialog), L"-") << round;
+            ASSERT_EQ(ProtocolMode(), ProtocolNone) << round;
+            ASSERT_EQ(HeadlessLiveThreads(), 0u) << round;
+        }
+        HeadlessInterleave(0);
+    });
+    EXPECT_EQ(HeadlessGetPort(3).closes + HeadlessGetPort(4).closes, Rounds);
+    EXPECT_TRUE(HeadlessBoxes().empty());
+}
+
+// The first message is complete just before the close: the reader is writing the protocol into the dialog of
+// the very thread that then waits for the reader to end.
+TEST_F(CommunicationDialog, FirstMessageWhileThePortIsBeingClosed)
+{
+    constexpr uint32_t Rounds = 250;
+    HeadlessPort& port = HeadlessAddPort(3);
+    uint32_t writing = 0;
+    InDialog([&](HWND dialog) {
+        for (uint32_t round = 1; round <= Rounds; ++round) {
+            HeadlessInterleave(round);
+            OpenCom3(dialog);
+            ASSERT_EQ(Protocol(dialog), L"-");
+            HeadlessReceiveAfter(port, round % 40, round % 2 ? Nmea : Sirf);
+            Sleep(40 + round * 7 % 53); // serves nothing
+            writing += ProtocolMode() != ProtocolNone && Protocol(dialog) == L"-";
+            HeadlessClick(dialog, CONTROL_COM_CLOSE);
+            ASSERT_EQ(Protocol(dialog), L"-") << round;
+            ASSERT_EQ(ProtocolMode(), ProtocolNone) << round;
+            ASSERT_EQ(HeadlessLiveThreads(), 0u) << round;
+        }
+        HeadlessInterleave(0);
+    });
+    EXPECT_GE(writing, Rounds / 4); // else this test has missed its moment
+    RecordProperty("Writing", static_cast<int>(writing));
+}
+
+// ---- Log ----------------------------------------------------------------------------------------------
+
+TEST_F(CommunicationDialog, LogIsOpenedAndClosed)
+{
+    HeadlessAnswerSaveDialog(L"\\a.txt", 1);
+    InDialog([](HWND dialog) {
+        HeadlessClick(dialog, CONTROL_COM_LOG_OPEN);
+        EXPECT_EQ(EnabledControls(dialog), (Enabled{true, false, false, true}));
+        EXPECT_EQ(HeadlessFocus(dialog), CONTROL_COM_LOG_CLOSE);
+        Feed("abc");
+        HeadlessClick(dialog, CONTROL_COM_LOG_CLOSE);
+        EXPECT_EQ(EnabledControls(dialog), (Enabled{true, false, true, false}));
+        EXPECT_EQ(HeadlessFocus(dialog), CONTROL_COM_LOG_OPEN);
+        Feed("def");
+    });
+    EXPECT_EQ(HeadlessFileContent(L"\\a.txt"), "abc");
+}
+
+TEST_F(CommunicationDialog, CancelledLogLeavesTheButtons)
+{
+    HeadlessAnswerSaveDialog(L"", 1);
+    InDialog([](HWND dialog) {
+        HeadlessClick(dialog, CONTROL_COM_LOG_OPEN);
+        EXPECT_EQ(EnabledControls(dialog), PortClosed);
+    });
+    EXPECT_EQ(HeadlessSaveDialogs().size(), 1u);
+}
+
+TEST_F(CommunicationDialog, LogHoldsWhatCameWhileItWasOpen)
+{
+    HeadlessPort& port = HeadlessAddPort(3);
+    HeadlessAnswerSaveDialog(L"\\a.txt", 1);
+    InDialog([&](HWND dialog) {
+        OpenCom3(dialog);
+        HeadlessReceive(port, "before");
+        HeadlessPass(200);
+        HeadlessClick(dialog, CONTROL_COM_LOG_OPEN);
+        HeadlessReceive(port, Nmea);
+        HeadlessPass(200);
+        HeadlessClick(dialog, CONTROL_COM_CLOSE); // the log stays open
+        OpenCom3(dialog);
+        HeadlessReceive(port, Nmea);
+        HeadlessPass(200);
+        HeadlessClick(dialog, CONTROL_COM_LOG_CLOSE);
+        HeadlessReceive(port, "after");
+        HeadlessPass(200);
+    });
+    EXPECT_EQ(HeadlessFileContent(L"\\a.txt"), Nmea + Nmea);
+}
+
+// ---- Life of the log under failure: the whole program, whose main window shows the reader's boxes -----
+
+class FailingLog : public CommunicationDialog
+{
+protected:
+    // The program with the dialog open, the port streaming and a log that takes `bytes` more bytes.
+    static void Run(uint64_t bytes, std::function<void(HWND)> act)
+    {
+        HeadlessPort& port = HeadlessAddPort(3);
+        StoreSetting(L"CommPortIdx", 3);
+        HeadlessAnswerSaveDialog(L"\\a.txt", 1);
+        HeadlessUser([] { HeadlessCommand(HeadlessMainWindow(), COMMAND_COMMUNICATION); });
+        HeadlessUser([&port, bytes, act = std::move(act)] {
+            const HWND dialog = HeadlessTopDialog();
+            OpenCom3(dialog); // writes the report before the disk is full
+            HeadlessClick(dialog, CONTROL_COM_LOG_OPEN);
+            HeadlessDiskFullAfter(bytes);
+            HeadlessStream(port, Nmea, ByteMicroseconds);
+            act(dialog);
+            HeadlessStream(port, "", 0);
+            HeadlessCommand(dialog, IDCANCEL);
+        });
+        HeadlessUser([] { HeadlessCommand(HeadlessMainWindow(), COMMAND_EXIT); });
+        EXPECT_EQ(RunProgram(nullptr, L"", SW_SHOWNORMAL), 0);
+        EXPECT_EQ(HeadlessOpenHandles(), 0u);
+    }
+
+    static uint32_t FailureBoxes()
+    {
+        uint32_t count = 0;
+        for (const HeadlessBox& box : HeadlessBoxes()) {
+            count += box.caption == L"WriteFile File";
+            EXPECT_TRUE(box.onUserInterfaceThread);
+        }
+        return count;
+    }
+};
+
+TEST_F(FailingLog, FullDiskEndsTheLogWithOneBoxAndReceptionGoesOn)
+{
+    Run(10, [](HWND) {
+        HeadlessPass(500);
+        EXPECT_EQ(FailureBoxes(), 1u);
+        EXPECT_EQ(LogFileHandle.load(), INVALID_HANDLE_VALUE);
+        const uint32_t bytes = BytesReceived.load();
+        HeadlessPass(2000);
+        EXPECT_GT(BytesReceived.load(), bytes + 500);
+        EXPECT_EQ(FailureBoxes(), 1u);
+    });
+    EXPECT_EQ(HeadlessFileContent(L"\\a.txt"), Nmea.substr(0, 10));
+}
+
+TEST_F(FailingLog, LogOpenedWhileTheBoxIsOnItsWayStaysOpen)
+{
+    Run(10, [](HWND dialog) {
+        Sleep(1000); // the log fails; nothing is dispatched, so its box is not yet shown
+        EXPECT_EQ(FailureBoxes(), 0u);
+        HeadlessDiskFullAfter(UINT64_MAX);
+        HeadlessAnswerSaveDialog(L"\\b.txt", 1);
+        HeadlessClick(dialog, CONTROL_COM_LOG_CLOSE);
+        HeadlessClick(dialog, CONTROL_COM_LOG_OPEN);
+        EXPECT_NE(LogFileHandle.load(), INVALID_HANDLE_VALUE);
+        HeadlessPass(1000);
+        EXPECT_EQ(FailureBoxes(), 1u);
+        EXPECT_NE(LogFileHandle.load(), INVALID_HANDLE_VALUE);
+    });
+    EXPECT_GT(HeadlessFileContent(L"\\b.txt").size(), 300u);
+}
+
+TEST_F(FailingLog, LogOpenedWhileTheBoxIsUpStaysOpen)
+{
+    Run(10, [](HWND dialog) {
+        HeadlessDuringBox([dialog] {
+            HeadlessDiskFullAfter(UINT64_MAX);
+            HeadlessAnswerSaveDialog(L"\\b.txt", 1);
+            SendMessageW(dialog, WM_COMMAND, CONTROL_COM_LOG_CLOSE, 0);
+            SendMessageW(dialog, WM_COMMAND, CONTROL_COM_LOG_OPEN, 0);
+        });
+        HeadlessPass(2000);
+        EXPECT_EQ(FailureBoxes(), 1u);
+        EXPECT_NE(LogFileHandle.load(), INVALID_HANDLE_VALUE);
+    });
+    EXPECT_GT(HeadlessFileContent(L"\\b.txt").size(), 300u);
+}
+
+TEST_F(FailingLog, ClosingAndReopeningAgainstTheReaderShowsNoBoxes)
+{
+    Run(UINT64_MAX, [](HWND dialog) {
+        for (uint32_t round = 1; round <= 100; ++round) {
+            HeadlessInterleave(round);
+            HeadlessClick(dialog, CONTROL_COM_LOG_CLOSE);
+            HeadlessAnswerSaveDialog(L"\\log" + std::to_wstring(round), 1);
+            HeadlessClick(dialog, CONTROL_COM_LOG_OPEN);
+            HeadlessPass(20);
+            ASSERT_NE(LogFileHandle.load(), INVALID_HANDLE_VALUE) << round;
+        }
+        HeadlessInterleave(0);
+        EXPECT_TRUE(HeadlessBoxes().empty());
+    });
+}
+
+TEST_F(FailingLog, ExitWhileTheBoxIsOnItsWay)
+{
+    Run(10, [](HWND) { Sleep(1000); });
+    EXPECT_LE(FailureBoxes(), 1u);
+}
+
+} // namespace
