@@ -70,6 +70,12 @@ void ShowStatistics(HWND dialog)
     SetDlgItemTextW(dialog, CONTROL_COM_STATUS, text);
 }
 
+// The first statistics come a second from now, also when the timer is running.
+void StartStatistics(HWND dialog)
+{
+    if (!SetTimer(dialog, StatisticsTimer, StatisticsMs, nullptr)) ShowLastError(L"SetTimer");
+}
+
 // The selected port's index, or -1 after the box that says so.
 int32_t ReadPortSelection(HWND dialog)
 {
@@ -119,7 +125,7 @@ INT_PTR Initialise(HWND dialog)
     const bool focused = ShowPortState(dialog);
     ShowLogState(dialog);
     UseSpinnerInput(dialog, CONTROL_COM_BAUDRATE);
-    if (!SetTimer(dialog, StatisticsTimer, StatisticsMs, nullptr)) ShowLastError(L"SetTimer");
+    StartStatistics(dialog);
     return !focused;
 }
 
@@ -159,6 +165,7 @@ void OnOpen(HWND dialog)
     wchar_t text[32];
     Format(text, L"Bytes Received %u", BytesReceived.load());
     SetDlgItemTextW(dialog, CONTROL_COM_STATUS, text);
+    StartStatistics(dialog); // the tick that fell into the wait would take the text away at once
 }
 
 void OnClose(HWND dialog)

@@ -155,6 +155,11 @@ class Wine:
         link.unlink(missing_ok=True)
         link.symlink_to(device)
 
+    def documents(self):
+        """The folder of the user's documents, where the program puts its files."""
+        return next(path for path in (self.prefix / "drive_c" / "users").glob("*/Documents")
+                    if path.parent.name != "Public")
+
     def store_port(self, number, rate):
         """Stores the port and rate that the program opens when it starts."""
         for name, value in (("CommPortIdx", number), ("BaudrateIdx", Rates.index(rate))):

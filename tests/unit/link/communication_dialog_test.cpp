@@ -184,7 +184,9 @@ TEST_F(CommunicationDialog, NoiseIsCountedForFiveSeconds)
         EXPECT_EQ(Protocol(dialog), L"-");
         EXPECT_EQ(EnabledControls(dialog), PortOpened);
         EXPECT_TRUE(IsPortOpen());
-        HeadlessPass(1000);
+        HeadlessPass(999);
+        EXPECT_EQ(Status(dialog).rfind(L"Bytes Received ", 0), 0u); // for a second
+        HeadlessPass(1);
         EXPECT_EQ(Status(dialog).rfind(L"Messages NMEA 0 SiRF 0\r\n", 0), 0u);
     });
     EXPECT_EQ(Setting(L"CommPortIdx"), NothingStored);
