@@ -8,10 +8,12 @@ import signal
 import subprocess
 import sys
 import time
+from pathlib import Path
 
 from desktop import (Build, MemoryDisplay, Program, Rates, Root, Wine, display_reachable, save_screenshot, say,
                      start_software_receiver, stop)
 from driver import VK_RIGHT, WM_CLOSE, Driver, DriverError
+from ports import friendly_name, map_adapters
 
 Port = 3  # COM1 and COM2 are what Wine calls the machine's own ports
 Output = Build / "run"
@@ -107,6 +109,9 @@ def main():
         wine = cleanup.enter_context(contextlib.closing(Wine(Build / "wine", display, window_manager=attended)))
         wine.map_port(Port, terminal)
         wine.store_port(Port, arguments.rate)
+        name = friendly_name(Path(arguments.device).resolve()) if arguments.device else "Software receiver"
+        for number, text in sorted(map_adapters(wine, {Port: name}).items()):
+            say(f"COM{number}: {text}")
         program = wine.start(Program, stdin=subprocess.DEVNULL)
         cleanup.callback(stop, program)
         code = wait_until_closed(program) if attended else run_unattended(wine, display, program)
