@@ -23,6 +23,20 @@
 #include "resources/resource_ids.h"
 #include "settings/settings_store.h"
 #include "sirf/dialogs/sbas_dialog.h"
+#include "sirf/dialogs/advanced_power_management.h"
+#include "sirf/dialogs/dgps_mode.h"
+#include "sirf/dialogs/dgps_source.h"
+#include "sirf/dialogs/dop_mask.h"
+#include "sirf/dialogs/elevation_mask.h"
+#include "sirf/dialogs/initialize_data_source.h"
+#include "sirf/dialogs/low_power.h"
+#include "sirf/dialogs/mode_control.h"
+#include "sirf/dialogs/poll_software_version.h"
+#include "sirf/dialogs/power_mask.h"
+#include "sirf/dialogs/set_message_rate.h"
+#include "sirf/dialogs/static_navigation.h"
+#include "sirf/dialogs/switch_to_nmea.h"
+#include "sirf/dialogs/trickle_power.h"
 
 namespace
 {
@@ -55,6 +69,20 @@ constexpr Command Commands[] = {
     {DIALOG_NMEA_DEVELOPMENT_DATA, ShowDevelopmentDataDialog},
     {DIALOG_NMEA_SELECT_DATUM, ShowSelectDatumDialog},
     {COMMAND_COMMUNICATION, ShowCommunicationDialog},
+    {DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, ShowAdvancedPowerManagementDialog},
+    {DIALOG_SIRF_INITIALIZE_DATA_SOURCE, ShowInitializeDataSourceDialog},
+    {DIALOG_SIRF_SWITCH_TO_NMEA, ShowSwitchToNmeaDialog},
+    {DIALOG_SIRF_DGPS_SOURCE, ShowDgpsSourceDialog},
+    {DIALOG_SIRF_MODE_CONTROL, ShowModeControlDialog},
+    {DIALOG_SIRF_DOP_MASK, ShowDopMaskDialog},
+    {DIALOG_SIRF_DGPS_MODE, ShowDgpsModeDialog},
+    {DIALOG_SIRF_ELEVATION_MASK, ShowElevationMaskDialog},
+    {DIALOG_SIRF_POWER_MASK, ShowPowerMaskDialog},
+    {DIALOG_SIRF_STATIC_NAVIGATION, ShowStaticNavigationDialog},
+    {DIALOG_SIRF_TRICKLE_POWER, ShowTricklePowerDialog},
+    {DIALOG_SIRF_SET_MESSAGE_RATE, ShowSirfSetMessageRateDialog},
+    {DIALOG_SIRF_LOW_POWER, ShowLowPowerDialog},
+    {DIALOG_SIRF_POLL_SOFTWARE_VERSION, ShowPollSoftwareVersionDialog},
 };
 
 bool RunCommand(HWND window, uint16_t item)

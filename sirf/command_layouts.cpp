@@ -1,6 +1,7 @@
 #include "sirf/command_layouts.h"
 
 #include "resources/resource_ids.h"
+#include "sirf/message_names.h"
 
 namespace
 {
@@ -29,6 +30,7 @@ constexpr const wchar_t* SbasTimeouts[] = {L"Default", L"User input"};
 constexpr const wchar_t* ApmErrors[] = {L"1", L"5", L"10", L"20", L"40", L"80", L"160", L"No Max"};
 constexpr const wchar_t* ApmAccuracyPriorities[] = {L"No Preference", L"Max Response Time",
                                                     L"Max Horizontal Error"};
+constexpr const wchar_t* UpdateRates[] = {L"0", L"1", L"2", L"5", L"10"};
 constexpr const wchar_t* ApmTimingPriorities[] = {L"No Preference", L"Time Between Fixes",
                                                   L"Power Duty Cycle"};
 
@@ -169,8 +171,8 @@ constexpr CommandField AdvancedPowerManagementFields[] = {
 };
 
 constexpr CommandField SetMessageRateFields[] = {
-    {NumberList, CONTROL_RATE_SECONDS, 3, 1, 0, 30, L"Message Rate", L"Range 0-30 s"},
-    {NumberList, CONTROL_RATE_MESSAGE_ID, 2, 1, 1, 255, L"Message ID", L"Range 1-255"},
+    {NumberList, CONTROL_RATE_SECONDS, 3, 1, 0, 30, L"Message Rate", L"Range 0-30 s", UpdateRates},
+    {NumberList, CONTROL_RATE_MESSAGE_ID, 2, 1, 1, 255, L"Message ID", L"Range 1-255", MessageNames},
 };
 
 // ---- Layouts ------------------------------------------------------------------------------------------
@@ -215,6 +217,7 @@ constexpr CommandLayout AdvancedPowerManagementLayout =
 constexpr CommandLayout SetMessageRateLayout = Layout(166, 8, Kind::SirfSetMessageRate, SetMessageRateFields);
 
 constexpr std::span<const wchar_t* const> DgpsSourceNames = DgpsSources;
+constexpr std::span<const wchar_t* const> UpdateRateTexts = UpdateRates;
 
 const CommandLayout* FindPolledCommand(uint8_t command)
 {

@@ -26,7 +26,7 @@ struct CommandField {
     int32_t low, high;      // accepted, both included, in the control's unit
     const wchar_t* caption; // of the box that refuses anything else; nothing is sent then
     const wchar_t* refusal; // its text
-    std::span<const wchar_t* const> entries = {}; // of a list
+    std::span<const wchar_t* const> entries = {}; // of a list or number list
     bool (*accepts)(int32_t value) = nullptr;     // narrower than low and high, where they do not say all
 };
 
@@ -55,6 +55,9 @@ const CommandLayout* FindPolledCommand(uint8_t command);
 
 constexpr uint8_t InternalBeacon = 3; // index into the DGPS sources
 extern const std::span<const wchar_t* const> DgpsSourceNames;
+
+// Seconds between two messages that lists offer; others can be typed.
+extern const std::span<const wchar_t* const> UpdateRateTexts;
 
 // The SBAS list begins with "Auto"; entry n is the satellite with number n + this.
 constexpr uint8_t SbasEntryToPrn = 119;

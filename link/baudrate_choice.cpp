@@ -1,0 +1,36 @@
+#include "link/baudrate_choice.h"
+
+#include "app/dialog_controls.h"
+#include "app/error_boxes.h"
+#include "link/link_state.h"
+
+namespace
+{
+
+constexpr const wchar_t* BaudTexts[BaudCount] = {L"1200",  L"2400",  L"4800",  L"9600",
+                                                 L"19200", L"38400", L"57600", L"115200"};
+
+} // namespace
+
+void FillBaudrates(HWND dialog, int control)
+{
+    FillList(dialog, control, BaudTexts);
+}
+
+int32_t FindBaudrate(int64_t baud)
+{
+    for (int32_t i = 0; i < BaudCount; ++i)
+        if (BaudTable[i] == baud) return i;
+    return -1;
+}
+
+void ShowBaudrateHelp()
+{
+    InfoBox(
+        L"Switching Baudrate",
+        L"Switching the SiRF chip to another baudrate is dangerous on some devices. To get an indication of "
+        L"a safe baudrate, go to NMEA, Navigation Initialization, execute a Hot Start, or power off/on, look "
+        L"for a baudrate in the scrollable grey window. If Toravane detects a protocol only when the comm "
+        L"port is opened with a specific baudrate it should be safe. Bluetooth devices usually support only "
+        L"38400. SD-501/502 are unsafe.");
+}

@@ -1,0 +1,16 @@
+// The rate that a receiver is given with a switch of its protocol, as both switching dialogs offer it.
+// User-interface thread.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/platform.h"
+
+// Fills a list with the rates of BaudTable.
+void FillBaudrates(HWND dialog, int control);
+
+// Index of a rate in bits/s in BaudTable, -1 when it is not there.
+int32_t FindBaudrate(int64_t baud);
+
+// The advice on which rates are safe.
+void ShowBaudrateHelp();

@@ -1,0 +1,47 @@
+// What the receiver's settings dialogs have in common. A dialog shows the fields of one command: it polls the
+// receiver for them when it opens and on "Get", and on "Set" checks them in their order and sends the
+// command. User-interface thread.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <span>
+
+#include "platform/platform.h"
+#include "sirf/command_layouts.h"
+
+// How a dialog learns the receiver's settings.
+enum class SirfPoll : uint8_t {
+    Settings,             // by the command's own settings (message id 168)
+    NavigationParameters, // by the collection of many (152), where the receiver has them there only
+    Nothing,              // not at all
+};
+
+struct SirfDialog {
+    uint16_t number; // of its templates, without the layout's offset
+    const CommandLayout* layout;
+    uint16_t getButton, setButton; // 0: it has none
+    SirfPoll poll = SirfPoll::Settings;
+
+    // Where a dialog differs from its layout; null where it does not.
+    void (*open)(HWND dialog) = nullptr; // when its lists are filled, before it is published
+    void (*press)(HWND dialog, uint16_t button) = nullptr; // any button but Get and Set
+    void (*set)(HWND dialog) = nullptr;                    // instead of checking all fields and sending them
+    bool pollsUnrecognised = false; // when it opens, even if no SiRF binary has been recognised
+};
+
+void ShowSirfDialog(const SirfDialog& dialog);
+
+// Reads the fields in their order into their places of the payload. The first one that is not acceptable is
+// refused with its box: false.
+bool PackFields(HWND dialog, std::span<const CommandField> fields, uint8_t* payload);
+
+// Whether a message is the click on a button; its number. Nothing else that controls notify is acted upon:
+// most of it is caused by the receiver's answers, which the reader thread writes into them.
+bool IsClick(UINT message, WPARAM wParam, uint16_t& button);
+
+// Whether SiRF binary has been recognised, so that a poll will be understood.
+bool ReceiverSpeaksSirf();
+
+// Set when a command has been sent after which the receiver begins anew; read by nothing.
+extern std::atomic<uint8_t> InitializeSent;

@@ -1,0 +1,4 @@
+// DGPS Mode: how corrections are used (message id 138).
+#pragma once
+
+void ShowDgpsModeDialog();

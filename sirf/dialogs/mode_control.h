@@ -1,0 +1,4 @@
+// Mode Control: what the receiver does with few satellites (message id 136).
+#pragma once
+
+void ShowModeControlDialog();

@@ -1,0 +1,4 @@
+// Poll Software Version: the name and version of the receiver's firmware.
+#pragma once
+
+void ShowPollSoftwareVersionDialog();

@@ -1,0 +1,148 @@
+#include "sirf/dialogs/switch_to_nmea.h"
+
+#include "app/active_dialog.h"
+#include "app/dialog_controls.h"
+#include "app/dialog_support.h"
+#include "app/error_boxes.h"
+#include "link/baudrate_choice.h"
+#include "link/link_state.h"
+#include "link/serial_port.h"
+#include "resources/resource_ids.h"
+#include "settings/settings_store.h"
+#include "sirf/command_layouts.h"
+#include "sirf/dialogs/command_dialog.h"
+#include "sirf/switch_to_nmea_command.h"
+#include "text/numbers.h"
+
+namespace
+{
+
+constexpr const wchar_t* RateCaptions[NmeaRateCount] = {
+    L"GGA Update Rate", L"GLL Update Rate",    L"GSA Update Rate", L"GSV Update Rate",
+    L"RMC Update Rate", L"VTG Update Rate",    L"MSS Update Rate", L"User 8 Update Rate",
+    L"ZDA Update Rate", L"User 10 Update Rate"};
+
+uint8_t Seconds[NmeaRateCount]; // between two sentences of each kind, as stored or last accepted
+
+// A rate that the list does not offer stands in its edit, where it has one.
+void ShowRate(HWND dialog, int control, uint8_t seconds)
+{
+    for (uint32_t i = 0; i < UpdateRateTexts.size(); ++i)
+        if (ParseInteger(UpdateRateTexts[i]) == seconds) {
+            SelectListEntry(dialog, control, static_cast<int32_t>(i));
+            return;
+        }
+    SetDlgItemInt(dialog, control, seconds, FALSE);
+}
+
+// The rate of the last switch, else the port's. The slowest and the fastest are left for the user to choose.
+int32_t ProposedBaudrate()
+{
+    constexpr int32_t Slowest = 2, Fastest = 6;
+    const int32_t stored = SettingsGetDword(L"NmeaBaudrateIdx", -1);
+    if (IsBaudIndex(stored)) return stored;
+    const int32_t current = FindBaudrate(PortDcb.BaudRate);
+    return current >= Slowest && current <= Fastest ? current : -1;
+}
+
+void Open(HWND dialog)
+{
+    InitDialogCommon(dialog);
+    LoadNmeaRates(Seconds);
+    for (uint32_t i = 0; i < NmeaRateCount; ++i) {
+        const int control = CONTROL_TO_NMEA_RATES + static_cast<int>(i);
+        FillList(dialog, control, UpdateRateTexts);
+        ShowRate(dialog, control, Seconds[i]);
+    }
+    FillBaudrates(dialog, CONTROL_TO_NMEA_BAUDRATE);
+    SelectListEntry(dialog, CONTROL_TO_NMEA_BAUDRATE, ProposedBaudrate());
+    SetCheck(dialog, CONTROL_TO_NMEA_CHECKSUMS, BST_CHECKED);
+    if (!LayoutOffset()) SetCheck(dialog, CONTROL_TO_NMEA_DEBUG, BST_INDETERMINATE);
+    EnableControl(dialog, CONTROL_TO_NMEA_FOLLOW, false);
+    PublishDialog(DialogKind::SwitchToNmea, dialog);
+}
+
+// Where no number stands the rate stays as it was.
+bool ReadRates(HWND dialog)
+{
+    for (uint32_t i = 0; i < NmeaRateCount; ++i) {
+        int32_t seconds;
+        if (!ReadNumber(dialog, CONTROL_TO_NMEA_RATES + static_cast<int>(i), seconds)) continue;
+        if (seconds < 0 || seconds > 255) {
+            InfoBox(RateCaptions[i], L"Range 0-255 s");
+            return false;
+        }
+        Seconds[i] = static_cast<uint8_t>(seconds);
+    }
+    return true;
+}
+
+// What is typed counts if it is a rate that the program knows; otherwise the selected entry does.
+bool ReadBaudrate(HWND dialog, uint32_t& baud)
+{
+    int32_t number;
+    int32_t index = GetListSelection(dialog, CONTROL_TO_NMEA_BAUDRATE);
+    if (ReadNumber(dialog, CONTROL_TO_NMEA_BAUDRATE, number) && FindBaudrate(number) >= 0)
+        index = FindBaudrate(number);
+    if (!IsBaudIndex(index)) {
+        InfoBox(L"Baudrate", L"Select a baudrate.\n\nSee Help for more information.");
+        return false;
+    }
+    baud = BaudTable[index];
+    return true;
+}
+
+DebugMessages ReadDebugMessages(HWND dialog)
+{
+    switch (GetCheck(dialog, CONTROL_TO_NMEA_DEBUG)) {
+    case BST_UNCHECKED: return DebugMessages::Off;
+    case BST_CHECKED: return DebugMessages::On;
+    default: return DebugMessages::Unchanged;
+    }
+}
+
+void Set(HWND dialog)
+{
+    uint32_t baud;
+    if (!ReadRates(dialog) || !ReadBaudrate(dialog, baud)) return;
+    const bool checksums = GetCheck(dialog, CONTROL_TO_NMEA_CHECKSUMS) == BST_CHECKED;
+    SendSwitchToNmea(ReadDebugMessages(dialog), Seconds, checksums, baud);
+    StoreNmeaRates(Seconds);
+    ResetProtocolMode();
+    InitializeSent.store(1);
+    EnableControl(dialog, CONTROL_TO_NMEA_FOLLOW, true);
+}
+
+// SiRF binary that was still under way when the command went out has been recognised again since: only what
+// arrives at the new rate counts.
+void FollowReceiver(HWND dialog)
+{
+    int32_t baud;
+    if (!ReadNumber(dialog, CONTROL_TO_NMEA_BAUDRATE, baud) || baud <= 0) return;
+    PortSetBaud(static_cast<uint32_t>(baud));
+    ResetProtocolMode();
+    InitializeSent.store(1);
+}
+
+INT_PTR CALLBACK SwitchToNmeaProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_INITDIALOG) {
+        Open(dialog);
+        return TRUE;
+    }
+    uint16_t button;
+    if (IsClick(message, wParam, button)) switch (button) {
+        case CONTROL_TO_NMEA_SET: Set(dialog); break;
+        case CONTROL_TO_NMEA_FOLLOW: FollowReceiver(dialog); break;
+        case CONTROL_TO_NMEA_HELP: ShowBaudrateHelp(); break;
+        default: break;
+        }
+    return HandleCommonMessages(dialog, message, wParam, lParam);
+}
+
+} // namespace
+
+void ShowSwitchToNmeaDialog()
+{
+    ShowDialog(DIALOG_SIRF_SWITCH_TO_NMEA, SwitchToNmeaProcedure);
+}

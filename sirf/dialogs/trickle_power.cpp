@@ -1,0 +1,51 @@
+#include "sirf/dialogs/trickle_power.h"
+
+#include "app/error_boxes.h"
+#include "resources/resource_ids.h"
+#include "sirf/dialogs/command_dialog.h"
+#include "sirf/frame_sender.h"
+#include "sirf/message_fields.h"
+#include "text/format.h"
+
+namespace
+{
+
+// A receiver that is on for an instant every few seconds hardly hears the command that would wake it up, so
+// the user is asked first.
+bool UserAcceptsPeriod(const uint8_t* payload)
+{
+    constexpr float LongSeconds = 10.0f;
+    const uint32_t dutyTenths = ReadBigEndian(payload + 3, 2), onTimeMs = ReadBigEndian(payload + 5, 4);
+    if (dutyTenths == 0) return true;
+    const float seconds = static_cast<float>(onTimeMs) / static_cast<float>(dutyTenths); // ms by 0.1 %
+    if (seconds < LongSeconds) return true;
+    wchar_t text[192];
+    Format(text,
+           L"GPS will be on for only %u milliseconds every %0.0f seconds."
+           L" It may be VERY difficult to communicate with it. Try anyway?",
+           onTimeMs, seconds);
+    return MessageBoxW(BoxOwner(), text, L"Warning", MB_OKCANCEL | MB_DEFBUTTON2 | MB_ICONEXCLAMATION) ==
+           IDOK;
+}
+
+void Set(HWND dialog)
+{
+    const CommandLayout& layout = TricklePowerLayout;
+    uint8_t payload[MaxCommandLength] = {layout.command};
+    if (PackFields(dialog, layout.fields, payload) && UserAcceptsPeriod(payload))
+        SirfSend(payload, layout.length);
+}
+
+} // namespace
+
+void ShowTricklePowerDialog()
+{
+    static constexpr SirfDialog Dialog = {
+        .number = DIALOG_SIRF_TRICKLE_POWER,
+        .layout = &TricklePowerLayout,
+        .getButton = CONTROL_TRICKLE_GET,
+        .setButton = CONTROL_TRICKLE_SET,
+        .set = Set,
+    };
+    ShowSirfDialog(Dialog);
+}
