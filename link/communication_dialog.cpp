@@ -104,12 +104,12 @@ void ShowLogState(HWND dialog)
     EnableControl(dialog, CONTROL_COM_LOG_CLOSE, open);
 }
 
-// Keypad lists scroll one entry at a time with this setting.
-void UseSpinnerInput(HWND dialog, int control)
+// A mode that the keypad devices' own list boxes have, by number; other lists do not know the message.
+void SetKeypadListMode(HWND dialog, int control)
 {
-    constexpr UINT SetSpinnerMode = 0x1C1;
-    constexpr LPARAM OneEntry = 2;
-    if (IsSmartphone()) SendDlgItemMessageW(dialog, control, SetSpinnerMode, 0, OneEntry);
+    constexpr UINT SetListMode = 0x1C1;
+    constexpr LPARAM RateListMode = 2;
+    if (IsSmartphone()) SendDlgItemMessageW(dialog, control, SetListMode, 0, RateListMode);
 }
 
 INT_PTR Initialise(HWND dialog)
@@ -124,7 +124,7 @@ INT_PTR Initialise(HWND dialog)
     ShowProtocol(dialog);
     const bool focused = ShowPortState(dialog);
     ShowLogState(dialog);
-    UseSpinnerInput(dialog, CONTROL_COM_BAUDRATE);
+    SetKeypadListMode(dialog, CONTROL_COM_BAUDRATE);
     StartStatistics(dialog);
     return !focused;
 }

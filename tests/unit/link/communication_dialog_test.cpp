@@ -379,6 +379,41 @@ TEST_F(CommunicationDialog, ReceiverThatIsUnpluggedCanBeClosedAndOpenedAgain)
     EXPECT_TRUE(HeadlessBoxes().empty());
 }
 
+// Each platform call of a whole visit fails once: boxes at most, and everything is given back.
+TEST_F(CommunicationDialog, AnyCallMayFail)
+{
+    uint32_t failed = 0;
+    for (bool hit = true; hit; ++failed) {
+        HeadlessReset();
+        ResetLinkState();
+        UserInterfaceThread.store(GetCurrentThreadId());
+        AddDriver(BuiltInDrivers, L"A", 3, L"Serial Cable");
+        HeadlessStream(HeadlessAddPort(3), Nmea, ByteMicroseconds);
+        HeadlessAnswerSaveDialog(L"\\a.txt", 1);
+        HeadlessFailAnyCall(failed + 1, ERROR_GEN_FAILURE);
+        CommPortIdx.store(3);
+        BaudrateIdx.store(2);
+        HeadlessUser([] {
+            for (const int button : {CONTROL_COM_LOG_OPEN, CONTROL_COM_OPEN, CONTROL_COM_CLOSE,
+                                     CONTROL_COM_FIND_PORT, CONTROL_COM_CLOSE, CONTROL_COM_LOG_CLOSE})
+                HeadlessClick(HeadlessTopDialog(), button);
+        });
+        for (int attempt = 0; attempt < 2; ++attempt) // the first may fail
+            HeadlessUser([] { HeadlessCommand(HeadlessTopDialog(), IDCANCEL); });
+        ShowCommunicationDialog();
+        const std::string call = HeadlessFailedCall();
+        hit = !call.empty();
+        HeadlessClearFaults();
+        PortClose();
+        LogClose();
+        ASSERT_EQ(HeadlessLiveThreads(), 0u) << call;
+        ASSERT_EQ(HeadlessOpenKeys(), call == "RegCloseKey") << call;
+        ASSERT_EQ(SearchInProgress.load(), 0) << call;
+        ASSERT_EQ(ActiveDialogKind.load(), DialogKind::None) << call;
+    }
+    EXPECT_GT(failed, 100u);
+}
+
 // Opening, closing and messages of one protocol or the other, in any order of the two threads.
 TEST_F(CommunicationDialog, OpenAndCloseWhileTheReceiverStreams)
 {
