@@ -33,6 +33,7 @@
 #include "sirf/dialogs/mode_control.h"
 #include "sirf/dialogs/poll_software_version.h"
 #include "sirf/dialogs/power_mask.h"
+#include "sirf/dialogs/sbas.h"
 #include "sirf/dialogs/set_message_rate.h"
 #include "sirf/dialogs/static_navigation.h"
 #include "sirf/dialogs/switch_to_nmea.h"

@@ -117,10 +117,21 @@ void Open(HWND dialog)
     if (ReceiverSpeaksSirf() || Current->pollsUnrecognised) Poll();
 }
 
+void Paint(HWND dialog)
+{
+    PAINTSTRUCT paint;
+    if (HDC dc = BeginPaint(dialog, &paint)) Current->draw(dc);
+    EndPaint(dialog, &paint);
+}
+
 INT_PTR CALLBACK CommandProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (message == WM_INITDIALOG) {
         Open(dialog);
+        return TRUE;
+    }
+    if (message == WM_PAINT && Current->draw) {
+        Paint(dialog);
         return TRUE;
     }
     uint16_t button;

@@ -1,4 +1,4 @@
-#include "sirf/dialogs/sbas_dialog.h"
+#include "sirf/dialogs/sbas.h"
 
 #include <algorithm>
 
