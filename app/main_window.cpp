@@ -22,7 +22,6 @@
 #include "nmea/dialogs/set_serial_port_dialog.h"
 #include "resources/resource_ids.h"
 #include "settings/settings_store.h"
-#include "sirf/dialogs/sbas_dialog.h"
 #include "sirf/dialogs/advanced_power_management.h"
 #include "sirf/dialogs/dgps_mode.h"
 #include "sirf/dialogs/dgps_source.h"
@@ -62,14 +61,13 @@ struct Command {
 
 constexpr Command Commands[] = {
     {COMMAND_ABOUT, ShowAboutDialog},
+    {COMMAND_COMMUNICATION, ShowCommunicationDialog},
     {COMMAND_GRAPH, ShowGraphOptionsDialog},
-    {DIALOG_SIRF_SBAS, ShowSbasDialog},
     {DIALOG_NMEA_SET_SERIAL_PORT, ShowSetSerialPortDialog},
     {DIALOG_NMEA_NAVIGATION_INITIALIZATION, ShowNavigationInitializationDialog},
     {DIALOG_NMEA_SET_MESSAGE_RATE, ShowNmeaMessageRateDialog},
     {DIALOG_NMEA_DEVELOPMENT_DATA, ShowDevelopmentDataDialog},
     {DIALOG_NMEA_SELECT_DATUM, ShowSelectDatumDialog},
-    {COMMAND_COMMUNICATION, ShowCommunicationDialog},
     {DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, ShowAdvancedPowerManagementDialog},
     {DIALOG_SIRF_INITIALIZE_DATA_SOURCE, ShowInitializeDataSourceDialog},
     {DIALOG_SIRF_SWITCH_TO_NMEA, ShowSwitchToNmeaDialog},
@@ -83,6 +81,7 @@ constexpr Command Commands[] = {
     {DIALOG_SIRF_TRICKLE_POWER, ShowTricklePowerDialog},
     {DIALOG_SIRF_SET_MESSAGE_RATE, ShowSirfSetMessageRateDialog},
     {DIALOG_SIRF_LOW_POWER, ShowLowPowerDialog},
+    {DIALOG_SIRF_SBAS, ShowSbasDialog},
     {DIALOG_SIRF_POLL_SOFTWARE_VERSION, ShowPollSoftwareVersionDialog},
 };
 

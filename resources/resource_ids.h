@@ -218,6 +218,7 @@
 #define CONTROL_GRAPH_SAVE 1891
 #define CONTROL_GRAPH_TIME_SCALE 1892
 #define CONTROL_GRAPH_LINES 1893
+
 // ---- NMEA command dialogs -----------------------------------------------------------------------------
 // Set Serial Port
 #define CONTROL_SERIAL_PROTOCOL 1002
