@@ -262,11 +262,11 @@ class User:
         self.programs.append(program)
         return program
 
-    def start_connected(self, rate=4800):
+    def start_connected(self, rate=4800, environment=None):
         """The program on an open line, before the receiver's first sentence."""
         line = self.connect()
         self.store(CommPortIdx=Port, BaudrateIdx=desktop.Rates.index(rate))
-        program = self.start()
+        program = self.start(environment=environment)
         wait_for("the program sets the line's rate", lambda: line.rate() == rate)
         self.main_window()
         return program, line
@@ -320,3 +320,13 @@ class User:
         file = Output / (re.sub(r"[^\w.-]+", "_", name) + ".png")
         desktop.save_screenshot(self.display.name, file)
         return file
+
+    def picture(self):
+        """What the main window's client area shows, pixel by pixel."""
+        from PIL import ImageGrab
+        return ImageGrab.grab(bbox=self.main_window()["client"], xdisplay=self.display.name).convert("RGB")
+
+    def pixel(self, x, y):
+        """The colour of a place on the screen, as (red, green, blue)."""
+        from PIL import ImageGrab
+        return ImageGrab.grab(bbox=(x, y, x + 1, y + 1), xdisplay=self.display.name).convert("RGB").getpixel((0, 0))
