@@ -65,6 +65,8 @@ Logs = {
     "past midnight": walk(*range(86400 - 130, 86400), *range(40)),
     "the clock is set back": walk(*range(Noon, Noon + 200), *range(Noon + 60, Noon + 90)),
     "twice a second": walk(*(Noon + i // 2 for i in range(300)), Noon + 20, Noon + 20),
+    "recorded NMEA": (desktop.Root / "tests/data/walk-south-west.txt").read_bytes(),
+    "recorded SiRF": (desktop.Root / "tests/data/walk-south-west.srf").read_bytes(),
 }
 
 
