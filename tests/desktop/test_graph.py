@@ -103,9 +103,11 @@ def open_options(user):
     return user.dialog("Graph Options")
 
 
-def row(dialog, i):
-    return (dialog.text(Name + i), *(int(dialog.text(base + i)) for base in (
-        ValueZero, ValueMin, ValueMax, PixelMin, PixelMax)))
+def rows(dialog):
+    """The texts of all rows, as the table has them."""
+    texts = {c["id"]: c["text"] for c in dialog.controls()}
+    return [(texts[Name + i], *(int(texts[base + i]) for base in (ValueZero, ValueMin, ValueMax, PixelMin, PixelMax)))
+            for i in range(10)]
 
 
 def checked(dialog, number):
@@ -141,8 +143,8 @@ def test_chart_comes_back_after_a_window_has_covered_it(user):
 def test_options_show_a_row_for_each_channel(user):
     user.start_connected()
     dialog = open_options(user)
-    assert [row(dialog, i) for i in range(10)] == Rows
-    assert all(checked(dialog, Visible + i) for i in range(10))
+    assert rows(dialog) == Rows
+    assert all(c["checked"] for c in dialog.controls() if c["id"] in range(Visible, Visible + 10))
     assert dialog.items(TimeScale) == (Scales, Scales[0])
     assert checked(dialog, Lines)
     assert {"Help", "Zero", "Save", "Hide", "Show", "Lines"} <= set(dialog.buttons)
@@ -187,7 +189,7 @@ def test_saved_settings_are_loaded_by_the_next_start(user):
 
     user.start_connected()
     dialog = open_options(user)
-    assert row(dialog, Speed) == ("Speed", 0, -3, 7, 20, 38)
+    assert rows(dialog)[Speed] == ("Speed", 0, -3, 7, 20, 38)
     assert not checked(dialog, Visible + Altitude)
     assert checked(dialog, Visible + Speed)
     assert not checked(dialog, Lines)
@@ -208,7 +210,7 @@ def test_every_way_out_applies(user, way):
     else:
         dialog.dismiss(way)
     assert user.stored("SpeedValueMax") is None
-    assert row(open_options(user), Speed) == ("Speed", 0, 0, 9, 20, 40)
+    assert rows(open_options(user))[Speed] == ("Speed", 0, 0, 9, 20, 40)
 
 
 def test_show_and_hide_switch_the_window(user):
