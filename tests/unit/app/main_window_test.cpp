@@ -89,12 +89,16 @@ TEST_F(MainWindowTest, ReopensTheStoredPortAtTheStoredRate)
 TEST_F(MainWindowTest, StoredIndexesOutsideTheirTablesAreNotOpened)
 {
     for (const auto& [portIndex, rateIndex] : {std::pair{10, 2}, {3, 8}, {-2, 2}, {3, 2147483647}}) {
+        HeadlessReset();
         HeadlessAddPort(3);
         StoreSetting(L"CommPortIdx", portIndex);
         StoreSetting(L"BaudrateIdx", rateIndex);
+        bool ran = false;
+        HeadlessUser([&] { ran = HeadlessMainWindow() && !HeadlessTopDialog(); });
         UserExits();
         EXPECT_EQ(Run(), 0);
-        EXPECT_EQ(HeadlessGetPort(3).opens, 0u);
+        EXPECT_TRUE(ran) << portIndex << ' ' << rateIndex;
+        EXPECT_EQ(HeadlessGetPort(3).opens, 0u) << portIndex << ' ' << rateIndex;
     }
 }
 
