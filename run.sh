@@ -1,14 +1,16 @@
 #!/bin/bash
-# Usage: ./run.sh [--help] [DEVICE [RATE]]
+# Usage: ./run.sh [--help] [--sirf] [--cold] [DEVICE [RATE]]
 #
 # Installs what is missing, builds, and shows a receiver's data in the program, through Wine.
 #
 #   ./run.sh                      the software receiver, moving along a track
+#   ./run.sh --sirf               the same, speaking SiRF binary instead of NMEA
+#   ./run.sh --cold               the same from a cold start: it looks for satellites first (with --sirf too)
 #   ./run.sh /dev/ttyUSB0         a real receiver at 4800 baud
 #   ./run.sh /dev/ttyUSB0 57600   the same at another rate, 1200 to 115200
 #
-# With a display the window stays until it is closed. Without one the program runs for about 20 seconds on a
-# display in memory, and screenshots are left in build/run/.
+# With a display the window stays until it is closed. Without one the program runs for about 20 seconds
+# (60 from a cold start) on a display in memory, and screenshots are left in build/run/.
 set -euo pipefail
 cd "$(dirname "$0")"
 

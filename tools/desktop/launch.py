@@ -18,13 +18,21 @@ from ports import friendly_name, map_adapters
 Port = 3  # COM1 and COM2 are what Wine calls the machine's own ports
 Output = Build / "run"
 UnattendedSeconds = 20
+ColdStartSeconds = 60  # until the software receiver has found satellites, position and corrections
+FirstLookSeconds = 8
 
 
 def parse_arguments():
-    parser = argparse.ArgumentParser(usage="./run.sh [--help] [DEVICE [RATE]]", add_help=False)
+    parser = argparse.ArgumentParser(usage="./run.sh [--help] [--sirf] [--cold] [DEVICE [RATE]]", add_help=False)
+    parser.add_argument("--sirf", action="store_true")
+    parser.add_argument("--cold", action="store_true")
     parser.add_argument("device", nargs="?", metavar="DEVICE")
-    parser.add_argument("rate", nargs="?", metavar="RATE", type=int, choices=Rates, default=4800)
-    return parser.parse_args()
+    parser.add_argument("rate", nargs="?", metavar="RATE", type=int, choices=Rates)
+    arguments = parser.parse_args()
+    if arguments.device and (arguments.sirf or arguments.cold):
+        parser.error("--sirf and --cold are for the software receiver; a real one decides for itself")
+    arguments.rate = arguments.rate or (38400 if arguments.sirf else 4800)
+    return arguments
 
 
 def check_device(device):
@@ -56,15 +64,25 @@ def keep_text_page(driver, display, window):
         say("|" + line)
 
 
-def run_unattended(wine, display, program):
+def runs_on(program, seconds):
+    """Whether the program is still there after that time."""
+    with contextlib.suppress(subprocess.TimeoutExpired):
+        program.wait(seconds)
+        say("The program has ended by itself")
+        return False
+    return True
+
+
+def run_unattended(wine, display, program, seconds):
     """Lets the program run for a while, keeps what its window shows, and closes it."""
-    say(f"No display: running for {UnattendedSeconds} seconds on one in memory")
+    say(f"No display: running for {seconds} seconds on one in memory")
     with contextlib.closing(Driver(wine)) as driver:
-        with contextlib.suppress(subprocess.TimeoutExpired):
-            program.wait(UnattendedSeconds)
-            say("The program has ended by itself")
+        if not runs_on(program, FirstLookSeconds):
             return 1
         window = driver.main_window()
+        save_screenshot(display, Output / "first-look.png", window["outer"])
+        if not runs_on(program, seconds - FirstLookSeconds):
+            return 1
         try:
             keep_text_page(driver, display, window)
             driver.key(VK_RIGHT)
@@ -102,7 +120,9 @@ def main():
 
         terminal = arguments.device
         if not terminal:
-            receiver, terminal = start_software_receiver("--rate", arguments.rate, "--start", "hot")
+            receiver, terminal = start_software_receiver(
+                "--protocol", "sirf" if arguments.sirf else "nmea", "--rate", arguments.rate,
+                "--start", "cold" if arguments.cold else "hot")
             cleanup.callback(stop, receiver)
         say(f"Receiver on {terminal} at {arguments.rate} baud is COM{Port}")
 
@@ -114,7 +134,11 @@ def main():
             say(f"COM{number}: {text}")
         program = wine.start(Program, stdin=subprocess.DEVNULL)
         cleanup.callback(stop, program)
-        code = wait_until_closed(program) if attended else run_unattended(wine, display, program)
+        if attended:
+            code = wait_until_closed(program)
+        else:
+            seconds = ColdStartSeconds if arguments.cold else UnattendedSeconds
+            code = run_unattended(wine, display, program, seconds)
     if code:
         say(f"The program ended with code {code}")
     return 1 if code else 0
