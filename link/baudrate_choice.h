@@ -1,5 +1,4 @@
-// The rate that a receiver is given with a switch of its protocol, as both switching dialogs offer it.
-// User-interface thread.
+// The line rates as the dialogs offer them. User-interface thread.
 #pragma once
 
 #include <cstdint>

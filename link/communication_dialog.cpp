@@ -5,6 +5,7 @@
 #include "app/dialog_support.h"
 #include "app/error_boxes.h"
 #include "app/waiting.h"
+#include "link/baudrate_choice.h"
 #include "link/link_state.h"
 #include "link/port_discovery.h"
 #include "link/port_search.h"
@@ -21,9 +22,6 @@ constexpr UINT_PTR StatisticsTimer = 1;
 constexpr UINT StatisticsMs = 1000;
 constexpr uint32_t ReceiverPasses = 100, PassMs = 50; // wait for the receiver after opening
 constexpr uint32_t ClosedMs = 500;                    // rest that some drivers need before the next open
-
-constexpr const wchar_t* BaudNames[BaudCount] = {L"1200",  L"2400",  L"4800",  L"9600",
-                                                 L"19200", L"38400", L"57600", L"115200"};
 
 // What chooses and opens a port: usable while none is open.
 constexpr int SelectionControls[] = {CONTROL_COM_PORT, CONTROL_COM_BAUDRATE, CONTROL_COM_FIND_PORT,
@@ -118,7 +116,7 @@ INT_PTR Initialise(HWND dialog)
     PublishDialog(DialogKind::Communication, dialog);
     FillList(dialog, CONTROL_COM_PORT, PortNameTable);
     LabelPorts(dialog);
-    FillList(dialog, CONTROL_COM_BAUDRATE, BaudNames);
+    FillBaudrates(dialog, CONTROL_COM_BAUDRATE);
     if (IsPortIndex(CommPortIdx.load())) SelectListEntry(dialog, CONTROL_COM_PORT, CommPortIdx.load());
     if (IsBaudIndex(BaudrateIdx.load())) SelectListEntry(dialog, CONTROL_COM_BAUDRATE, BaudrateIdx.load());
     ShowProtocol(dialog);

@@ -3,6 +3,7 @@
 #include "app/dialog_controls.h"
 #include "app/dialog_support.h"
 #include "app/error_boxes.h"
+#include "link/baudrate_choice.h"
 #include "link/link_state.h"
 #include "link/serial_port.h"
 #include "nmea/dialogs/command_dialog.h"
@@ -14,24 +15,21 @@
 namespace
 {
 
-constexpr const wchar_t* RateTexts[] = {L"1200",  L"2400",  L"4800",  L"9600",
-                                        L"19200", L"38400", L"57600", L"115200"};
 constexpr const wchar_t* ProtocolTexts[] = {L"SiRF", L"NMEA"}; // in the order of the command's numbers
 
 constexpr int32_t SlowestTypedRate = 1;    // index: 1200 is sent only when it is chosen from the list
 constexpr int32_t SlowestReportedRate = 2; // index: slower ones are not believed
 
-// Index of a rate, from `first` on; -1 when the table does not hold it there.
+// Index of a rate from `first` on; -1 when the table does not hold it there.
 int32_t FindRate(uint32_t baud, int32_t first)
 {
-    for (int32_t i = first; i < BaudCount; ++i)
-        if (BaudTable[i] == baud) return i;
-    return -1;
+    const int32_t index = FindBaudrate(baud);
+    return index >= first ? index : -1;
 }
 
 void Fill(HWND dialog)
 {
-    FillList(dialog, CONTROL_TO_SIRF_BAUDRATE, RateTexts);
+    FillBaudrates(dialog, CONTROL_TO_SIRF_BAUDRATE);
     FillList(dialog, CONTROL_SERIAL_PROTOCOL, ProtocolTexts);
     SelectListEntry(dialog, CONTROL_SERIAL_PROTOCOL, 0);
     const int32_t stored = SettingsGetDword(L"SirfBaudrateIdx", -1);
@@ -85,12 +83,7 @@ void PressFollow(HWND dialog)
 
 void PressHelp(HWND)
 {
-    InfoBox(L"Switching Baudrate",
-            L"Switching the SiRF chip to another baudrate is dangerous on some devices. To get an "
-            L"indication of a safe baudrate, go to NMEA, Navigation Initialization, execute a Hot Start, or "
-            L"power off/on, look for a baudrate in the scrollable grey window. If Toravane detects a "
-            L"protocol only when the comm port is opened with a specific baudrate it should be safe. "
-            L"Bluetooth devices usually support only 38400. SD-501/502 are unsafe.");
+    ShowBaudrateHelp();
 }
 
 constexpr DialogButton Buttons[] = {
