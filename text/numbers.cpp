@@ -75,11 +75,6 @@ template <typename Char> int32_t ParseInteger(const Char* text)
     return static_cast<int32_t>(negative ? -magnitude : magnitude);
 }
 
-template <typename Char> uint32_t ParseUnsigned(const Char* text)
-{
-    return TakeDigits(SkipBlanks(text), UINT32_MAX);
-}
-
 bool ParseWholeNumber(const wchar_t* text, int32_t& value)
 {
     text = SkipBlanks(text);
@@ -122,7 +117,5 @@ template <typename Char> double ParseDecimal(const Char* text)
 
 template int32_t ParseInteger(const char*);
 template int32_t ParseInteger(const wchar_t*);
-template uint32_t ParseUnsigned(const char*);
-template uint32_t ParseUnsigned(const wchar_t*);
 template double ParseDecimal(const char*);
 template double ParseDecimal(const wchar_t*);

@@ -7,9 +7,6 @@
 // behind the digits is ignored. Beyond 32 bits it saturates.
 template <typename Char> int32_t ParseInteger(const Char* text);
 
-// The same without a sign, for numbers that fill 32 bits.
-template <typename Char> uint32_t ParseUnsigned(const Char* text);
-
 // The whole number at the start of the text, leading blanks and a sign included. False, with `value`
 // untouched, when there is no digit or the number does not fit 32 bits.
 bool ParseWholeNumber(const wchar_t* text, int32_t& value);

@@ -34,14 +34,6 @@ TEST(Numbers, Integers)
     EXPECT_EQ(ParseInteger(L" -12 "), -12);
 }
 
-TEST(Numbers, UnsignedNumbersFill32Bits)
-{
-    EXPECT_EQ(ParseUnsigned("4294967295"), 4294967295u);
-    EXPECT_EQ(ParseUnsigned("4294967296"), 4294967295u);
-    EXPECT_EQ(ParseUnsigned(L"115200 bit/s"), 115200u);
-    EXPECT_EQ(ParseUnsigned("-1"), 0u);
-}
-
 TEST(Numbers, WholeNumbersOrNone)
 {
     struct Row {
