@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "app/active_dialog.h"
-#include "app/utc_line.h"
+#include "app/fix_lines.h"
 #include "graph/channels.h"
 #include "graph/recorder.h"
 #include "link/link_state.h"

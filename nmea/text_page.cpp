@@ -1,5 +1,6 @@
 #include "nmea/text_page.h"
 
+#include "app/fix_lines.h"
 #include "app/text_view.h"
 #include "text/copy.h"
 
@@ -75,7 +76,7 @@ void ShowFix(int32_t quality, int32_t satellites, int32_t dgpsAgeSeconds)
 
 void ShowHdop(float hdop)
 {
-    FormatTextLine(LineHdop, L" HDOP: %03.01f  ", hdop);
+    ShowHdopLine(LineHdop, hdop);
 }
 
 void ShowVdop(float vdop)
@@ -85,27 +86,27 @@ void ShowVdop(float vdop)
 
 void ShowLatitude(double degrees, wchar_t hemisphere)
 {
-    FormatTextLine(LineLatitude, L" Latitude: %09.07f \u00B0%c      ", degrees, hemisphere);
+    ShowLatitudeLine(LineLatitude, degrees, hemisphere);
 }
 
 void ShowLongitude(double degrees, wchar_t hemisphere)
 {
-    FormatTextLine(LineLongitude, L" Longitude: %09.07f \u00B0%c        ", degrees, hemisphere);
+    ShowLongitudeLine(LineLongitude, degrees, hemisphere);
 }
 
 void ShowNorthing(double metres)
 {
-    FormatTextLine(LineNorthing, L" Northing: %0.2f m             ", metres);
+    ShowNorthingLine(LineNorthing, metres);
 }
 
 void ShowEasting(double metres)
 {
-    FormatTextLine(LineEasting, L" Easting: %0.2f m             ", metres);
+    ShowEastingLine(LineEasting, metres);
 }
 
 void ShowAltitudeMsl(float metres)
 {
-    FormatTextLine(LineAltitudeMsl, L" Altitude MSL: %04.02f m      ", metres);
+    ShowAltitudeMslLine(LineAltitudeMsl, metres);
 }
 
 void ShowGeoidSeparation(float metres)
@@ -115,10 +116,10 @@ void ShowGeoidSeparation(float metres)
 
 void ShowSpeed(float metresPerSecond)
 {
-    FormatTextLine(LineSpeed, L" Speed: %04.02f m/s        ", metresPerSecond);
+    ShowSpeedLine(LineSpeed, metresPerSecond);
 }
 
 void ShowCourse(float degrees)
 {
-    FormatTextLine(LineCourse, L" Course: %04.02f \u00B0        ", degrees);
+    ShowCourseLine(LineCourse, degrees);
 }

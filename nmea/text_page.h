@@ -1,5 +1,4 @@
-// Lines of the text page in NMEA mode. Most formats end in blanks, so that a shorter new value covers the
-// tail of a longer one on screens that do not erase. Reader thread.
+// Lines of the text page in NMEA mode. Reader thread.
 #pragma once
 
 #include <cstdint>

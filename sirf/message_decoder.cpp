@@ -5,7 +5,7 @@
 
 #include "app/active_dialog.h"
 #include "app/error_boxes.h"
-#include "app/utc_line.h"
+#include "app/fix_lines.h"
 #include "graph/channels.h"
 #include "graph/recorder.h"
 #include "link/link_state.h"

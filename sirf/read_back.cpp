@@ -6,7 +6,7 @@
 
 #include "app/active_dialog.h"
 #include "app/dialog_support.h"
-#include "app/utc_line.h"
+#include "app/fix_lines.h"
 #include "resources/resource_ids.h"
 #include "sirf/command_layouts.h"
 #include "sirf/message_fields.h"

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "app/fix_lines.h"
 #include "app/text_view.h"
 #include "text/copy.h"
 
@@ -87,21 +88,19 @@ void ShowSirfFix(uint32_t fixType, uint32_t satellites, bool differential)
 
 void ShowSirfHdop(double hdop)
 {
-    FormatTextLine(LineHdop, L" HDOP: %03.01f  ", hdop);
+    ShowHdopLine(LineHdop, hdop);
 }
 
 void ShowSirfPosition(double latitudeDegrees, double longitudeDegrees)
 {
-    FormatTextLine(LineLatitude, L" Latitude: %09.07f \u00B0%c      ", std::fabs(latitudeDegrees),
-                   latitudeDegrees < 0 ? L'S' : L'N');
-    FormatTextLine(LineLongitude, L" Longitude: %09.07f \u00B0%c        ", std::fabs(longitudeDegrees),
-                   longitudeDegrees < 0 ? L'W' : L'E');
+    ShowLatitudeLine(LineLatitude, std::fabs(latitudeDegrees), latitudeDegrees < 0 ? L'S' : L'N');
+    ShowLongitudeLine(LineLongitude, std::fabs(longitudeDegrees), longitudeDegrees < 0 ? L'W' : L'E');
 }
 
 void ShowSirfGridPosition(double northingMetres, double eastingMetres)
 {
-    FormatTextLine(LineNorthing, L" Northing: %0.2f m             ", northingMetres);
-    FormatTextLine(LineEasting, L" Easting: %0.2f m             ", eastingMetres);
+    ShowNorthingLine(LineNorthing, northingMetres);
+    ShowEastingLine(LineEasting, eastingMetres);
 }
 
 void ShowSirfErrors(double horizontalMetres, double verticalMetres)
@@ -119,17 +118,17 @@ void ShowSirfAltitudeEllipsoid(double metres)
 
 void ShowSirfAltitudeMsl(double metres)
 {
-    FormatTextLine(LineAltitudeMsl, L" Altitude MSL: %04.02f m      ", metres);
+    ShowAltitudeMslLine(LineAltitudeMsl, metres);
 }
 
 void ShowSirfSpeed(double metresPerSecond)
 {
-    FormatTextLine(LineSpeed, L" Speed: %04.02f m/s        ", metresPerSecond);
+    ShowSpeedLine(LineSpeed, metresPerSecond);
 }
 
 void ShowSirfCourse(double degrees)
 {
-    FormatTextLine(LineCourse, L" Course: %04.02f \u00B0        ", degrees);
+    ShowCourseLine(LineCourse, degrees);
 }
 
 void ShowSirfMapDatum(uint8_t datum)

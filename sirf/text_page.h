@@ -1,6 +1,4 @@
-// Lines of the text page in SiRF mode. Most formats end in blanks, so that a shorter new value covers the
-// tail of a longer one on screens that do not erase. A line that no message writes keeps its text. Reader
-// thread.
+// Lines of the text page in SiRF mode. A line that no message writes keeps its text. Reader thread.
 #pragma once
 
 #include <cstdint>
