@@ -262,7 +262,7 @@ void WriteSerialReport(const COMMPROP& properties, const DCB& dcb, const COMMTIM
         ShowLastError(L"CreateFile File 2");
         return;
     }
-    Block block;
+    static Block block; // not on the stack, which is small on devices
     WriteBlock(file, Notice);
     SystemBlock(block);
     WriteBlock(file, block);
