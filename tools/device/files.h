@@ -1,0 +1,12 @@
+// Whole files in and out; both refuse what cannot be read or written.
+#pragma once
+
+#include "bytes.h"
+
+namespace device
+{
+
+Bytes ReadWholeFile(const char* path);
+void WriteWholeFile(const char* path, std::span<const uint8_t> bytes);
+
+} // namespace device

@@ -1,0 +1,124 @@
+#include "resource_tree.h"
+
+#include <map>
+#include <string>
+#include <variant>
+
+namespace device
+{
+
+namespace
+{
+
+using ResourceName = std::variant<std::u16string, uint16_t>; // in the order in which tables hold them
+
+struct Node {
+    std::map<ResourceName, Node> below; // of types, names, languages; none below a language
+    Bytes data;
+};
+
+// A type or a name: 0xFFFF and a number, or text and its end.
+ResourceName ReadName(std::span<const uint8_t> bytes, size_t& offset)
+{
+    const auto next = [&] {
+        offset += 2;
+        return Get<uint16_t>(bytes, offset - 2);
+    };
+    uint16_t unit = next();
+    if (unit == 0xFFFF) return next();
+    std::u16string text;
+    for (; unit; unit = next())
+        text.push_back(unit >= 'a' && unit <= 'z' ? static_cast<char16_t>(unit - 'a' + 'A')
+                                                  : static_cast<char16_t>(unit));
+    return text;
+}
+
+Node ReadTree(std::span<const uint8_t> compiled)
+{
+    Node root;
+    for (size_t offset = 0; offset < compiled.size();) {
+        const uint32_t dataSize = Get<uint32_t>(compiled, offset),
+                       headerSize = Get<uint32_t>(compiled, offset + 4);
+        size_t inHeader = offset + 8;
+        const ResourceName type = ReadName(compiled, inHeader), name = ReadName(compiled, inHeader);
+        const uint16_t language = Get<uint16_t>(compiled, RoundUp(inHeader, size_t{4}) + 6);
+        const auto data = Part(compiled, offset + headerSize, dataSize);
+        offset = RoundUp(offset + headerSize + dataSize, size_t{4});
+        if (type == ResourceName(uint16_t{0})) continue; // the mark at the file's beginning
+        const auto [leaf, isNew] = root.below[type].below[name].below.try_emplace(language);
+        if (!isNew) throw Refusal("a resource is there twice");
+        leaf->second.data.assign(data.begin(), data.end());
+    }
+    if (root.below.empty()) throw Refusal("no resources");
+    return root;
+}
+
+void AppendTable(Bytes& section, const Node& node, const std::map<const Node*, uint32_t>& places,
+                 const std::map<std::u16string, uint32_t>& texts)
+{
+    constexpr uint32_t IsTableOrText = 0x80000000;
+    uint16_t named = 0;
+    for (const auto& [name, child] : node.below) named = static_cast<uint16_t>(named + (name.index() == 0));
+    Append(section, uint32_t{0}); // no characteristics, time or version
+    Append(section, uint32_t{0});
+    Append(section, uint32_t{0});
+    Append(section, named);
+    Append(section, static_cast<uint16_t>(node.below.size() - named));
+    for (const auto& [name, child] : node.below) {
+        const std::u16string* text = std::get_if<std::u16string>(&name);
+        Append(section, text ? IsTableOrText | texts.at(*text) : uint32_t{std::get<uint16_t>(name)});
+        Append(section, places.at(&child) | (child.below.empty() ? 0 : IsTableOrText));
+    }
+}
+
+} // namespace
+
+Bytes MakeResourceSection(std::span<const uint8_t> compiled, uint32_t place)
+{
+    const Node root = ReadTree(compiled);
+
+    // Breadth first: the tables of all levels, then the entries that say where the data lies; then the texts.
+    std::vector<const Node*> nodes{&root};
+    std::map<const Node*, uint32_t> places;
+    std::map<std::u16string, uint32_t> texts;
+    uint32_t end = 0;
+    for (size_t i = 0; i < nodes.size(); ++i) {
+        places[nodes[i]] = end;
+        end += 16 + 8 * static_cast<uint32_t>(nodes[i]->below.size());
+        for (const auto& [name, child] : nodes[i]->below) {
+            nodes.push_back(&child);
+            if (const auto* text = std::get_if<std::u16string>(&name)) texts[*text] = 0;
+        }
+    }
+    for (auto& [text, offset] : texts) {
+        offset = end;
+        end += 2 + 2 * static_cast<uint32_t>(text.size());
+    }
+
+    constexpr uint32_t DataAlignment = 8;
+    Bytes section;
+    for (const Node* node : nodes) {
+        if (!node->below.empty()) {
+            AppendTable(section, *node, places, texts);
+            continue;
+        }
+        end = RoundUp(end, DataAlignment);
+        Append(section, place + end);
+        Append(section, static_cast<uint32_t>(node->data.size()));
+        Append(section, uint32_t{0}); // no code page
+        Append(section, uint32_t{0});
+        end += static_cast<uint32_t>(node->data.size());
+    }
+    for (const auto& [text, offset] : texts) {
+        Append(section, static_cast<uint16_t>(text.size()));
+        for (const char16_t unit : text) Append(section, static_cast<uint16_t>(unit));
+    }
+    for (const Node* node : nodes) {
+        if (!node->below.empty()) continue;
+        Align(section, DataAlignment);
+        Append(section, node->data);
+    }
+    return section;
+}
+
+} // namespace device

@@ -1,0 +1,13 @@
+// The program's resources as the image keeps them: a tree by type, name and language.
+#pragma once
+
+#include "bytes.h"
+
+namespace device
+{
+
+// The resource section of an image, from a compiled resource file, for a section `place` bytes from the
+// image's base. Refuses a file without resources and a resource that is there twice.
+Bytes MakeResourceSection(std::span<const uint8_t> compiled, uint32_t place);
+
+} // namespace device
