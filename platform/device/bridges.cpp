@@ -1,0 +1,69 @@
+// What differs from other platforms, on the device.
+
+#include "platform/platform.h"
+
+// ---- Calls that the system has in another form --------------------------------------------------------
+
+INT_PTR DeviceDialogBoxParam(HINSTANCE instance, const wchar_t* name, HWND owner, DLGPROC procedure,
+                             LPARAM parameter)
+{
+    constexpr uintptr_t DialogType = 5;
+    HRSRC resource = FindResourceW(instance, name, MAKEINTRESOURCEW(DialogType));
+    HGLOBAL found = resource ? LoadResource(instance, resource) : nullptr;
+    if (!found) return -1;
+    // A loaded resource is its bytes; nothing has to be locked.
+    return DialogBoxIndirectParamW(instance, static_cast<const DLGTEMPLATE*>(found), owner, procedure,
+                                   parameter);
+}
+
+DWORD DeviceCurrentThreadId()
+{
+    constexpr uintptr_t SystemHandles = 0xFFFFC804, CurrentThread = 1;
+    return reinterpret_cast<const volatile DWORD*>(SystemHandles)[CurrentThread];
+}
+
+// ---- Common to all platforms --------------------------------------------------------------------------
+
+// The processors have no compare-and-exchange; the system has, for one-processor machines.
+extern "C" {
+LONG SystemExchange(std::atomic<HANDLE>* place, HANDLE value) asm("InterlockedExchange");
+LONG SystemTestExchange(std::atomic<HANDLE>* place, HANDLE expected,
+                        HANDLE value) asm("InterlockedTestExchange");
+}
+static_assert(sizeof(std::atomic<HANDLE>) == sizeof(LONG));
+
+HANDLE ExchangeHandle(std::atomic<HANDLE>& place, HANDLE value)
+{
+    return reinterpret_cast<HANDLE>(SystemExchange(&place, value));
+}
+
+bool ReplaceHandle(std::atomic<HANDLE>& place, HANDLE expected, HANDLE value)
+{
+    return reinterpret_cast<HANDLE>(SystemTestExchange(&place, expected, value)) == expected;
+}
+
+HFONT CreateTextPageFont()
+{
+    LOGFONTW font = {};
+    font.lfHeight = -12;
+    font.lfPitchAndFamily = FIXED_PITCH | FF_MODERN;
+    return CreateFontIndirectW(&font);
+}
+
+void FitMainWindow(HWND, int, int) {} // the system's windows fill the screen
+
+void BringToFront(HWND window)
+{
+    // A window with a dialog open is brought forward by its lowest bit: the system then shows the dialog.
+    constexpr uintptr_t WithItsDialogs = 1;
+    SetForegroundWindow(reinterpret_cast<HWND>(reinterpret_cast<uintptr_t>(window) | WithItsDialogs));
+}
+
+void PassBackKeyToDialog(HWND menuBar)
+{
+    constexpr UINT OverrideKey = WM_USER + 403;
+    constexpr WORD NoDefault = 1, Notify = 2;
+    SendMessageW(menuBar, OverrideKey, VK_ESCAPE, MAKELPARAM(NoDefault | Notify, NoDefault | Notify));
+}
+
+void CancelThreadIo(HANDLE) {} // closing the port ends the reads in it

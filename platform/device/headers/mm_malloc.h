@@ -1,0 +1,2 @@
+// An x86 header that mingw-w64's <malloc.h> includes; there is nothing in it for ARM.
+#pragma once
