@@ -40,6 +40,7 @@ if step "packages" tools/install_packages.sh; then
     step "include graph" tools/check_includes
     test_preset native
     test_preset native-asan
+    step "races" tests/races/run.sh
     step "build desktop" tools/build.sh desktop && step "desktop tests" desktop_tests
 fi
 

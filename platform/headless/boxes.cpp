@@ -49,7 +49,10 @@ bool ShowModal(HWND owner, const std::wstring& caption, std::vector<std::functio
     PumpMessages();
     for (const auto& step : steps) {
         if (!FindWin(handle)) break;
-        step();
+        {
+            const InProgram program;
+            step();
+        }
         PumpMessages();
     }
     if (ownerWasEnabled) Enable(owner, true);

@@ -61,8 +61,10 @@ int DefaultCommand(HWND dialog)
 LRESULT DialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     Window* dialog = FindWin(window);
-    if (const DLGPROC procedure = dialog->dialogProcedure)
+    if (const DLGPROC procedure = dialog->dialogProcedure) {
+        const InProgram program;
         if (const INT_PTR result = procedure(window, message, wParam, lParam)) return result;
+    }
     dialog = FindWin(window);
     if (!dialog) return 0;
     switch (message) {

@@ -1,6 +1,7 @@
-// What the files of the headless platform share. Exactly one thread runs at a time (scheduler.cpp), so none
-// of this needs a lock; a reference into a table must not be kept across a call that can run the program's
-// own code (a window procedure, a user's step) or give the turn to another thread.
+// What the files of the headless platform share. Exactly one thread runs at a time (scheduler.cpp), or at
+// least in here (real_threads.cpp), so none of this needs a lock; a reference into a table must not be kept
+// across a call that can run the program's own code (a window procedure, a user's step) or give the turn to
+// another thread.
 #pragma once
 
 #include <condition_variable>
@@ -149,6 +150,35 @@ inline bool Fails(Call call)
 
 bool ThreadEnded(HANDLE handle, bool& isThread);
 void ResetScheduler();
+
+// ---- Real threads (real_threads.cpp; turns.cpp does without them) -------------------------------------
+
+// In the program that looks for races the threads run at the same time in the product's code, and one at a
+// time in the platform's: the compiler puts EnterPlatform and LeavePlatform around every function of this
+// library.
+extern const bool RealThreads;
+void EnterPlatform();
+void LeavePlatform();
+void SetNow(uint64_t time); // scheduler.cpp; real time, when the platform is entered
+
+// Around the program's own code that a platform call runs, and around a pause.
+class InProgram
+{
+public:
+    InProgram();
+    ~InProgram();
+    InProgram(const InProgram&) = delete;
+    InProgram& operator=(const InProgram&) = delete;
+
+private:
+    int depth;
+};
+void PauseReally(); // a moment, outside of the platform
+
+// What a real system orders, and nothing else does: what a thread did before it sent or posted a message,
+// made a thread or ended is over when the other side sees that.
+void HandOver(const void* what);
+void TakeOver(const void* what);
 
 // ---- Handles of files, ports and threads (handles.cpp) ------------------------------------------------
 

@@ -48,6 +48,7 @@ bool Take(Thread& me, MSG& message, HWND filter, UINT first, UINT last, bool rem
         if (!Passes(posted->message.hwnd, posted->message.message, filter, first, last)) continue;
         message = posted->message;
         if (remove) {
+            TakeOver(&me.posted);
             me.character = posted->character;
             me.posted.erase(posted);
         }
@@ -83,6 +84,7 @@ void Answer(SentMessage& message, LRESULT result)
 {
     message.result = result;
     message.done = true;
+    HandOver(&message);
     Wake(*message.sender, WakeReply);
 }
 
@@ -108,8 +110,11 @@ LRESULT CallProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
     if (!found) return 0;
     switch (found->kind) {
     case Kind::Plain:
-        return found->windowClass.procedure ? found->windowClass.procedure(window, message, wParam, lParam)
-                                            : DefWindowProcW(window, message, wParam, lParam);
+        if (const WNDPROC procedure = found->windowClass.procedure) {
+            const InProgram program;
+            return procedure(window, message, wParam, lParam);
+        }
+        return DefWindowProcW(window, message, wParam, lParam);
     case Kind::Dialog: return DialogProcedure(window, message, wParam, lParam);
     default: return ControlProcedure(window, message, wParam, lParam);
     }
@@ -122,12 +127,14 @@ LRESULT Send(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
     Thread& me = Me();
     if (found->thread == &me) return CallProcedure(window, message, wParam, lParam);
     SentMessage sent{window, message, wParam, lParam, &me, false, 0};
+    HandOver(&sent);
     found->thread->sent.push_back(&sent);
     Wake(*found->thread, WakeSent);
     while (!sent.done) {
         ServeSent();
         if (!sent.done) Wait(Never, WakeSent | WakeReply, {"the answer to message", message, found->thread});
     }
+    TakeOver(&sent);
     return sent.result;
 }
 
@@ -137,6 +144,7 @@ void ServeSent()
     while (!me.sent.empty()) {
         SentMessage& sent = *me.sent.front();
         me.sent.pop_front();
+        TakeOver(&sent);
         Answer(sent, CallProcedure(sent.window, sent.message, sent.wParam, sent.lParam));
     }
 }
@@ -145,6 +153,7 @@ bool Post(Thread& thread, const MSG& message, wchar_t character)
 {
     if (thread.posted.size() >= MostPosted) return Fail(NotEnoughQuota);
     thread.posted.push_back({message, character});
+    HandOver(&thread.posted);
     Wake(thread, WakeInput);
     return true;
 }

@@ -51,16 +51,6 @@ std::shared_ptr<Thread> AddThread()
     return thread;
 }
 
-void SetNow(uint64_t time)
-{
-    Scheduler& state = State();
-    state.now = time;
-    if (state.limit != 0 && time > state.limit) {
-        state.limit = 0;
-        Stop("the time limit is over");
-    }
-}
-
 void GiveTurn(Thread& next)
 {
     const std::lock_guard lock(next.mutex);
@@ -88,6 +78,13 @@ Thread& PickNext()
     return *next;
 }
 
+// Real threads each look after their own time.
+void AwaitTime(Thread& me)
+{
+    while (me.wakeTime > State().now) PauseReally();
+    me.waiting = false;
+}
+
 void SwitchTo(Thread& me, Thread& next)
 {
     if (next.wakeTime > State().now) SetNow(next.wakeTime);
@@ -111,9 +108,14 @@ void EnterWait(Thread& me, uint64_t until, unsigned wakes, WaitReason reason)
 void RunThread(std::shared_ptr<Thread> me, LPTHREAD_START_ROUTINE start, void* parameter)
 {
     Current = me.get();
-    AwaitTurn(*me);
+    if (!RealThreads) AwaitTurn(*me);
+    TakeOver(me.get());
     me->waiting = false;
-    const DWORD exitCode = start(parameter);
+    DWORD exitCode;
+    {
+        const InProgram program;
+        exitCode = start(parameter);
+    }
 
     // Its windows go with it; who sent to them gets an answer.
     for (const HWND handle : AllWindows()) {
@@ -128,8 +130,10 @@ void RunThread(std::shared_ptr<Thread> me, LPTHREAD_START_ROUTINE start, void* p
     }
     me->exitCode = exitCode;
     me->ended = true;
+    HandOver(me.get());
     std::erase(State().threads, me);
     WakeAll(WakeEnd);
+    if (RealThreads) return;
     Thread& next = PickNext();
     if (next.wakeTime > State().now) SetNow(next.wakeTime);
     GiveTurn(next);
@@ -158,6 +162,16 @@ void DateOfDays(int64_t days, SYSTEMTIME& time)
 }
 
 } // namespace
+
+void SetNow(uint64_t time)
+{
+    Scheduler& state = State();
+    state.now = time;
+    if (state.limit != 0 && time > state.limit) {
+        state.limit = 0;
+        Stop("the time limit is over");
+    }
+}
 
 Thread& Me()
 {
@@ -189,7 +203,10 @@ unsigned Wait(uint64_t until, unsigned wakes, WaitReason reason)
 {
     Thread& me = Me();
     EnterWait(me, until, wakes, reason);
-    SwitchTo(me, PickNext());
+    if (RealThreads)
+        AwaitTime(me);
+    else
+        SwitchTo(me, PickNext());
     return me.woken;
 }
 
@@ -319,6 +336,7 @@ HANDLE CreateThread(void*, DWORD, LPTHREAD_START_ROUTINE start, void* parameter,
     auto object = std::make_shared<ThreadObject>();
     object->thread = AddThread();
     EnterWait(*object->thread, State().now, 0, {"its turn"});
+    HandOver(object->thread.get());
     std::thread(RunThread, object->thread, start, parameter).detach();
     if (id) *id = object->thread->id;
     return NewHandle(object);
@@ -329,6 +347,7 @@ BOOL GetExitCodeThread(HANDLE thread, DWORD* exitCode)
     if (Fails(Call::GetExitCodeThread)) return FALSE;
     const auto object = std::dynamic_pointer_cast<ThreadObject>(FindObject(thread));
     if (!object) return Fail(ERROR_INVALID_HANDLE);
+    if (object->thread->ended) TakeOver(object->thread.get());
     *exitCode = object->thread->exitCode;
     return TRUE;
 }

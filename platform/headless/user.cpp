@@ -51,6 +51,7 @@ bool RunUserStep()
     if (next.due > Now()) return false;
     const std::function<void()> act = std::move(next.act);
     Script.pop_front();
+    const InProgram program;
     act();
     return true;
 }

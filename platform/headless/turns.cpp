@@ -1,0 +1,18 @@
+// The usual platform, on which exactly one thread runs at a time: nothing that real threads need is needed.
+#include "platform/headless/internal.h"
+
+namespace headless
+{
+
+const bool RealThreads = false;
+
+void EnterPlatform() {}
+void LeavePlatform() {}
+void PauseReally() {}
+void HandOver(const void*) {}
+void TakeOver(const void*) {}
+
+InProgram::InProgram() : depth(0) {}
+InProgram::~InProgram() = default;
+
+} // namespace headless

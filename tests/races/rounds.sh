@@ -1,0 +1,13 @@
+#!/bin/bash
+# rounds.sh [ROUNDS]: everything that looks for a standstill of the two threads, by one command. First the unit tests
+# that open, close and log while the receiver streams, in another order of the threads each round; then the real
+# program under Wine, opened and closed that many times (200 by default, about three seconds each).
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+tools/build.sh native link_tests communication_tests
+timeout 300 build/native/link_tests --gtest_brief=1 --gtest_filter='*WhileTheReceiverStreams*'
+timeout 300 build/native/communication_tests --gtest_brief=1 \
+    --gtest_filter='*WhileTheReceiverStreams*:*WhileThePortIsBeingClosed*:FailingLog.*'
+tests/races/run.sh 60
+tools/build.sh desktop
+/usr/bin/python3 -B tests/desktop/long_open_close.py "${1:-200}"
