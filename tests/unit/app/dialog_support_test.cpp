@@ -1,5 +1,6 @@
 #include "app/dialog_support.h"
 
+#include "app/waiting.h"
 #include "tests/unit/support/product_test.h"
 
 namespace
@@ -66,6 +67,39 @@ TEST_F(DialogSupport, ListOfNoDialogHasNoSelection)
     bool found = true;
     EXPECT_EQ(GetSelectedListNumber(nullptr, 1001, found), 0);
     EXPECT_FALSE(found);
+}
+
+// ---- Waiting ------------------------------------------------------------------------------------------
+
+DWORD WINAPI SendSomething(void* window)
+{
+    Sleep(10);
+    SendMessageW(static_cast<HWND>(window), WM_APP, 0, 0);
+    return 0;
+}
+
+TEST_F(DialogSupport, WaitEndsInTimeAlthoughTheTickCountWrapsAndMessagesAreSent)
+{
+    static uint32_t served;
+    served = 0;
+    WNDCLASSW plain = {};
+    plain.lpszClassName = L"Waiting";
+    plain.lpfnWndProc = [](HWND window, UINT message, WPARAM wParam, LPARAM lParam) -> LRESULT {
+        served += message == WM_APP;
+        return DefWindowProcW(window, message, wParam, lParam);
+    };
+    RegisterClassW(&plain);
+    const HWND window =
+        CreateWindowExW(0, L"Waiting", L"", 0, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+    HeadlessSetTick(0xFFFFFFF0);
+    const HANDLE other = CreateThread(nullptr, 0, SendSomething, window, 0, nullptr);
+    const uint64_t start = HeadlessElapsed();
+    WaitServingSentMessages(100);
+    EXPECT_EQ(HeadlessElapsed() - start, 100u);
+    EXPECT_EQ(served, 1u);
+    EXPECT_EQ(GetTickCount(), 84u);
+    CloseHandle(other);
+    DestroyWindow(window);
 }
 
 } // namespace

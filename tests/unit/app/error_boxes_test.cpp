@@ -152,4 +152,34 @@ TEST_F(ErrorBoxes, WithoutAMainWindowNothingIsPosted)
     MainWindow.store(window);
 }
 
+// A dialog opens while the box is up, and needs the window behind it disabled when the box is gone.
+TEST_F(ErrorBoxes, RefusalLeavesTheWindowBehindADialogDisabled)
+{
+    PostBox(PostedBox::RefusedCommand, 128u << 8);
+    HeadlessPumpMessages();
+    EXPECT_TRUE(IsWindowEnabled(MainWindow.load()));
+    HeadlessDuringBox([] { PublishDialog(DialogKind::Sbas, MainWindow.load()); });
+    PostBox(PostedBox::RefusedCommand, 128u << 8);
+    HeadlessPumpMessages();
+    EXPECT_FALSE(IsWindowEnabled(MainWindow.load()));
+}
+
+TEST_F(ErrorBoxes, BoxesBelongToTheActiveWindowElseToTheDialogElseToTheMainWindow)
+{
+    const HWND dialog =
+        CreateWindowExW(0, L"Boxes", L"", WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+    const HWND active =
+        CreateWindowExW(0, L"Boxes", L"", WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+    EXPECT_EQ(BoxOwner(), active);
+    HeadlessOtherProgramInFront(true);
+    EXPECT_EQ(BoxOwner(), MainWindow.load());
+    PublishDialog(DialogKind::Sbas, dialog);
+    EXPECT_EQ(BoxOwner(), dialog);
+    HeadlessOtherProgramInFront(false);
+    EXPECT_EQ(BoxOwner(), active);
+    WithdrawDialog();
+    DestroyWindow(active);
+    DestroyWindow(dialog);
+}
+
 } // namespace

@@ -2,6 +2,9 @@
 
 #include "app/graph_mode.h"
 #include "app/main.h"
+#include "app/shell_libraries.h"
+#include "graph/graph_settings.h"
+#include "graph/surface.h"
 #include "link/link_state.h"
 #include "link/serial_port.h"
 #include "link/write_queue.h"
@@ -58,6 +61,8 @@ TEST_F(MainWindowTest, FirstStartGreetsWithTheAboutBox)
     });
     UserExits();
     EXPECT_EQ(Run(L"StaticNavigationOn"), 0); // the command line is not looked at then
+    EXPECT_EQ(CommandLinePending.load(),
+              0); // so that the first sentence, later, is answered with a hot start
     EXPECT_EQ(title, L"About Toravane");
     EXPECT_EQ(kindWhileOpen, DialogKind::About);
     EXPECT_EQ(ActiveDialogKind.load(), DialogKind::None);
@@ -421,6 +426,151 @@ TEST_F(MainWindowTest, MissingShellExportsAreDoneWithout)
     HeadlessUser([] { HeadlessCommand(HeadlessTopDialog(), IDOK); });
     UserExits();
     EXPECT_EQ(Run(), 0);
+}
+
+// ---- Hand-held devices --------------------------------------------------------------------------------
+
+// What the program asked of the shell.
+std::vector<ShellInitDialog> InitRequests;
+std::vector<ShellMenuBar> BarRequests;
+std::vector<WPARAM> Settings, HotKeys;
+HWND ShellBar; // that the shell makes
+
+BOOL InitDialogByShell(ShellInitDialog* request)
+{
+    InitRequests.push_back(*request);
+    return TRUE;
+}
+BOOL CreateMenuBarByShell(ShellMenuBar* request)
+{
+    BarRequests.push_back(*request);
+    request->bar = ShellBar;
+    return ShellBar != nullptr;
+}
+BOOL HandleSettingChangeByShell(HWND, WPARAM wParam, LPARAM, ShellActivateInfo* info)
+{
+    EXPECT_EQ(info->size, sizeof *info);
+    Settings.push_back(wParam);
+    return TRUE;
+}
+void SendBackByShell(UINT message, WPARAM, LPARAM)
+{
+    HotKeys.push_back(message);
+}
+
+class WithShell : public MainWindowTest
+{
+protected:
+    explicit WithShell(const wchar_t* type = L"PocketPC")
+    {
+        HeadlessSetPlatformType(type);
+        const auto add = [](auto name, auto procedure) {
+            HeadlessAddExport(L"AYGSHELL.DLL", name,
+                              reinterpret_cast<FARPROC>(reinterpret_cast<void*>(procedure)));
+        };
+        add(L"SHInitDialog", InitDialogByShell);
+        add(L"SHCreateMenuBar", CreateMenuBarByShell);
+        add(83u, HandleSettingChangeByShell);
+        add(97u, SendBackByShell);
+        StorePortAndRate();
+        HeadlessAddPort(3);
+        InitRequests.clear();
+        BarRequests.clear();
+        Settings.clear();
+        HotKeys.clear();
+        WNDCLASSW bar = {};
+        bar.lpszClassName = L"Bar";
+        bar.lpfnWndProc = DefWindowProcW;
+        RegisterClassW(&bar);
+        ShellBar = CreateWindowExW(0, L"Bar", L"", 0, 0, 0, 240, 26, nullptr, nullptr, nullptr, nullptr);
+    }
+    ~WithShell() override { DestroyWindow(ShellBar); }
+
+    static HWND Window() { return MainWindow.load(); } // the bar is a top-level window too
+
+    // Opens the About box and presses Back in it.
+    static void UserVisitsAbout()
+    {
+        HeadlessUser([] { SendMessageW(Window(), WM_COMMAND, COMMAND_ABOUT, 0); });
+        HeadlessUser([] { SendMessageW(HeadlessTopDialog(), WM_HOTKEY, 0, 27 << 16); });
+        HeadlessUser([] { SendMessageW(HeadlessTopDialog(), WM_HOTKEY, 0, 28 << 16); }); // another key
+        HeadlessUser([] { HeadlessCommand(HeadlessTopDialog(), IDOK); });
+    }
+    static void UserExits()
+    {
+        HeadlessUser([] { SendMessageW(Window(), WM_COMMAND, COMMAND_EXIT, 0); });
+    }
+};
+
+TEST_F(WithShell, PocketPcTakesTheShellsBarsOffTheWindow)
+{
+    SIZE client{};
+    int chartHeight = 0;
+    LONG style = 0;
+    HeadlessUser([&] {
+        RECT area;
+        GetClientRect(Window(), &area);
+        client = {area.right, area.bottom};
+        chartHeight = GraphHeight.load();
+        style = GetWindowLongW(Window(), GWL_STYLE);
+        SendMessageW(Window(), WM_SETTINGCHANGE, 47, 0);
+    });
+    UserVisitsAbout();
+    UserExits();
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(client.cy, 294 - 26); // less the bar, which lies below it
+    EXPECT_EQ(chartHeight, client.cy - 26);
+    EXPECT_EQ(static_cast<DWORD>(style) & WS_CAPTION, 0u);
+    EXPECT_EQ(Settings, std::vector<WPARAM>{47});
+    ASSERT_EQ(BarRequests.size(), 2u);
+    EXPECT_EQ(BarRequests[0].size, sizeof(ShellMenuBar));
+    EXPECT_EQ(BarRequests[0].menu, 2000u);
+    EXPECT_EQ(BarRequests[1].menu, 2001u); // of the dialog
+    ASSERT_EQ(InitRequests.size(), 1u);
+    EXPECT_EQ(InitRequests[0].mask, 1u);
+    EXPECT_EQ(InitRequests[0].flags, 13u); // done button, full screen, no input panel
+    EXPECT_EQ(InitRequests[0].dialog, BarRequests[1].parent);
+    EXPECT_EQ(HotKeys, std::vector<WPARAM>{WM_HOTKEY});
+}
+
+class WithKeypadShell : public WithShell
+{
+protected:
+    WithKeypadShell() : WithShell(L"SmartPhone") {}
+};
+
+TEST_F(WithKeypadShell, WindowKeepsItsSizeAndDialogsScroll)
+{
+    int chartHeight = 0;
+    LONG style = 0;
+    HeadlessUser([&] { chartHeight = GraphHeight.load(); });
+    HeadlessUser([] { SendMessageW(Window(), WM_COMMAND, COMMAND_ABOUT, 0); });
+    HeadlessUser([&] {
+        style = GetWindowLongW(HeadlessTopDialog(), GWL_STYLE);
+        HeadlessCommand(HeadlessTopDialog(), IDOK);
+    });
+    UserExits();
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(chartHeight, 294);
+    EXPECT_NE(static_cast<DWORD>(style) & WS_VSCROLL, 0u);
+    ASSERT_EQ(BarRequests.size(), 2u);
+    EXPECT_EQ(BarRequests[0].menu, 2100u);
+    EXPECT_EQ(BarRequests[1].menu, 2001u); // the same for both layouts
+}
+
+// Neither the shell nor the system gives the window a bar: it has no chart, but its settings.
+TEST_F(WithShell, WithoutAnyBarThereIsNoChart)
+{
+    DestroyWindow(ShellBar);
+    ShellBar = nullptr;
+    StoreSetting(L"TimeScaleIdx", 3);
+    HeadlessFailCall("CommandBar_Create", 1, ERROR_GEN_FAILURE);
+    int width = -1;
+    HeadlessUser([&] { width = GraphWidth.load(); });
+    UserExits();
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(width, 0);
+    EXPECT_EQ(TimeScaleIdx.load(), 3);
 }
 
 } // namespace

@@ -274,4 +274,16 @@ TEST_F(ChartInProgramTest, WhatFailsOnTheReaderThreadIsToldOncePerLabelByTheOthe
     for (const HeadlessBox& box : HeadlessBoxes()) EXPECT_TRUE(box.onUserInterfaceThread);
 }
 
+// Pixels of a column must not drive each other out of a processor's cache.
+TEST_F(PaintTest, RowsLieAnOddNumberOfCacheLinesApart)
+{
+    for (const int width : {1, 16, 17, 240, 256, 1024, 4096}) {
+        DeleteChart();
+        CreateChart(nullptr, width, 4);
+        EXPECT_GE(GraphBitmap.Stride, width);
+        EXPECT_LT(GraphBitmap.Stride, width + 32);
+        EXPECT_EQ(GraphBitmap.Stride % 32, 16) << width;
+    }
+}
+
 } // namespace

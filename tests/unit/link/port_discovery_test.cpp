@@ -250,4 +250,20 @@ TEST_F(PortDiscovery, LengthOfTheFoundNameIsReturned)
     EXPECT_EQ(FindIrdaPort(std::wstring(400, L'x').c_str(), none), 0u);
 }
 
+TEST_F(PortDiscovery, BindingsAreFollowedSevenDeep)
+{
+    // IrDA is bound to D1, this to D2, and so on.
+    constexpr int Deepest = 8;
+    std::wstring key = L"IrDA";
+    for (int depth = 1; depth <= Deepest; ++depth) {
+        const std::wstring next = L"D" + std::to_wstring(depth);
+        Bind((L"Comm\\" + key + L"\\linkage").c_str(), next + L'\0');
+        key = next;
+    }
+    SetPort(L"Comm\\D8", 6);
+    EXPECT_EQ(PortLabels(), Plain);
+    SetPort(L"Comm\\D7", 5);
+    EXPECT_EQ(PortLabels(), With(5, L"COM5: Raw IR"));
+}
+
 } // namespace

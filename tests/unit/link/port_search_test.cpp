@@ -285,4 +285,21 @@ TEST_F(PortSearch, ReceiverThatCannotBeOpenedAgainIsNotFound)
     CloseHandle(reader);
 }
 
+// ... nor is its message the next port's.
+TEST_F(PortSearch, WhatAnotherPortSentIsNotTheNextPorts)
+{
+    HeadlessAddPort(3);
+    HeadlessPort& next = HeadlessAddPort(4);
+    const HANDLE reader = CreateThread(nullptr, 0, RecogniseWhileThePortIsBeingClosed, nullptr, 0, nullptr);
+    InDialog([&](HWND dialog) {
+        HeadlessFailCall("CreateFileW", 6, ERROR_ACCESS_DENIED); // COM0: to COM3:, the report, COM3: again
+        HeadlessClick(dialog, CONTROL_COM_FIND_PORT);
+        EXPECT_EQ(HeadlessFailedCall(), "CreateFileW");
+        ExpectNotFound(dialog, CONTROL_COM_FIND_PORT);
+    });
+    EXPECT_EQ(next.opens, 1u);
+    EXPECT_EQ(next.rates.size(), 9u);
+    CloseHandle(reader);
+}
+
 } // namespace

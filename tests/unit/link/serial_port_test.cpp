@@ -276,4 +276,25 @@ TEST_F(SerialPort, OpenAndCloseWhileTheReceiverStreams)
     EXPECT_TRUE(HeadlessBoxes().empty());
 }
 
+// A queue full of messages is still being read when the port is closed: none of them is recognised any more.
+TEST_F(SerialPort, NothingIsDecodedWhileThePortCloses)
+{
+    HeadlessPort& port = HeadlessAddPort(3);
+    std::string messages;
+    for (int i = 0; i < 500; ++i) messages += "$A\r\n";
+    uint32_t reading = 0;
+    for (uint32_t round = 1; round <= 100; ++round) {
+        HeadlessInterleave(round);
+        ASSERT_TRUE(PortOpen(L"COM3:", 115200));
+        HeadlessReceive(port, messages);
+        Sleep(40 + round % 20);
+        reading += NmeaMessageCount.load() % 500 != 0;
+        ResetProtocolMode();
+        PortClose();
+        ASSERT_EQ(ProtocolMode(), ProtocolNone) << round;
+        NmeaMessageCount.store(0);
+    }
+    EXPECT_GT(reading, 5u); // else this test has missed its moment
+}
+
 } // namespace

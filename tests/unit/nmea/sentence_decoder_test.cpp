@@ -1,5 +1,7 @@
 #include "nmea/sentence_decoder.h"
 
+#include <cmath>
+
 #include "graph/channels.h"
 #include "graph/recorder.h"
 #include "link/link_state.h"
@@ -7,6 +9,7 @@
 #include "nmea/receiver_messages.h"
 #include "nmea/sentence_assembler.h"
 #include "resources/resource_ids.h"
+#include "sky/sky_objects.h"
 #include "tests/unit/support/product_test.h"
 
 namespace
@@ -478,6 +481,32 @@ TEST_F(SentenceDecoder, DoublesAndTheirPublishedFloatsAgree)
     FeedSentence(Gga);
     EXPECT_EQ(GraphChannel[ChannelNorthing].PublishedValue.load(), 5485446.5f);
     EXPECT_EQ(GraphChannel[ChannelAltitude].PublishedValue.load(), 52.5f);
+}
+
+// ---- Sky ----------------------------------------------------------------------------------------------
+
+TEST_F(SentenceDecoder, SkyGetsTheLowEightBitsOfTheYear)
+{
+    PublishDialog(DialogKind::Sbas, nullptr);
+    FeedSentence("GPRMC,120000,A,4916.4500,N,12311.1200,E,,,210608,,");
+    const double elevation = SkyObjects[SunRow].elevation;
+    UpdateSkyObjects(216, 6, 21, 12, 0, 0, 49 + 16.45 / 60, 123 + 11.12 / 60); // 2008 is 7D8 in hexadecimal
+    EXPECT_DOUBLE_EQ(SkyObjects[SunRow].elevation, elevation);
+    UpdateSkyObjects(2008, 6, 21, 12, 0, 0, 49 + 16.45 / 60, 123 + 11.12 / 60);
+    EXPECT_GT(std::fabs(SkyObjects[SunRow].elevation - elevation), 0.1);
+}
+
+TEST_F(SentenceDecoder, SkyStaysWithoutALatitudeOrItsDialog)
+{
+    PublishDialog(DialogKind::Sbas, nullptr);
+    FeedSentence("GPRMC,120000,A,,N,12311.1200,E,,,210608,,");
+    EXPECT_EQ(SkyObjects[SunRow].elevation, -90);
+    PublishDialog(DialogKind::GraphOptions, nullptr);
+    FeedSentence("GPRMC,120000,A,4916.4500,N,12311.1200,E,,,210608,,");
+    EXPECT_EQ(SkyObjects[SunRow].elevation, -90);
+    PublishDialog(DialogKind::Sbas, nullptr);
+    FeedSentence("GPRMC,120000,V,4916.4500,N,12311.1200,E,,,210608,,"); // a void one counts
+    EXPECT_NE(SkyObjects[SunRow].elevation, -90);
 }
 
 } // namespace

@@ -81,6 +81,10 @@ TEST(Numbers, Decimals)
         {"beyond it below zero", "-1e99", -1},
         {"twenty digits keep their size", "-12345678901234567890", -1e15},
         {"nineteen digits round once", "1.234567890123456789", 1.234567890123456789},
+        // Halfway between two numbers of 53 bits: the even one.
+        {"half to even, down", "562949953421312.0625", 562949953421312.0},
+        {"half to even, up", "562949953421312.1875", 562949953421312.25},
+        {"more than half", "562949953421312.0626", 562949953421312.125},
         {"many leading zeros", "000000000000000000000000012.5", 12.5},
         {"many zeros behind the point", "0.00000000000000000000000000001", 0},
     };

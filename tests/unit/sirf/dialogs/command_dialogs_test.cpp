@@ -132,6 +132,8 @@ const std::vector<DialogCase>& Cases()
                   {Typed(1393, L"900.0"), 1, "2328"},
                   {Typed(1393, L"150"), 1, "05DC"},
                   {Typed(1393, L"-5"), 1, "FFCF"}, // -49.5, its fraction dropped
+                  {Typed(1393, L"000000000000000000.59"), 1,
+                   "0005"}, // the twenty-first character is not read
                   {Typed(1393, L"7.54"), 1, "004B"},
                   {Typed(1393, L"7.55"), 1, "004C"},
                   {Typed(1393, L""), 1, "0000"}, // no number reads as 0
