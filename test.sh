@@ -38,6 +38,7 @@ desktop_tests() {
 if step "packages" tools/install_packages.sh; then
     step "format" check_format
     step "include graph" tools/check_includes
+    step "rows of the mutation check" tests/mutation/mutate.py --check
     test_preset native
     test_preset native-asan
     step "races" tests/races/run.sh
