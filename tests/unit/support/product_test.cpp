@@ -1,20 +1,9 @@
 #include "tests/unit/support/product_test.h"
 
-#include "app/dialog_support.h"
-#include "graph/channels.h"
-#include "graph/graph_settings.h"
-#include "graph/recorder.h"
 #include "link/link_state.h"
 #include "link/reader_thread.h"
-#include "link/receiver_log.h"
-#include "link/serial_port.h"
 #include "link/write_queue.h"
-#include "nmea/sentence_assembler.h"
-#include "nmea/sentence_decoder.h"
-#include "sirf/frame_assembler.h"
-#include "sirf/message_decoder.h"
-#include "sky/sky_objects.h"
-#include "sky/sky_plot.h"
+#include "tests/unit/support/fresh_program.h"
 
 namespace
 {
@@ -32,32 +21,12 @@ std::string Narrow(const std::wstring& text)
 
 ProductTest::ProductTest()
 {
-    HeadlessReset();
-    UserInterfaceThread.store(GetCurrentThreadId());
-    MainWindow.store(nullptr);
-    WithdrawDialog();
-    ResetErrorBoxes();
-    ResetLinkState();
-    ResetChannels();
-    ResetNmeaAssembler();
-    ResetNmeaDecoder();
-    ResetSirfFramer();
-    ResetSirfDecoder();
-    ResetRecorder();
-    ResetGraphSettings();
-    ResetSkyObjects();
-    ResetSkyPlot();
-    PortHandle.store(INVALID_HANDLE_VALUE);
-    LogFileHandle.store(INVALID_HANDLE_VALUE);
-    WriteHead = WriteTail = 0;
-    ChooseLayout();
-    StartTextView();
+    StartAfresh();
 }
 
 ProductTest::~ProductTest()
 {
-    PortClose();
-    LogClose();
+    CloseEverything();
 }
 
 HeadlessPort& ProductTest::OpenPort()
