@@ -130,7 +130,7 @@ std::optional<Reader> Find(Type type, const Name& name)
     static const std::vector<Resource> resources = ReadResources();
     for (const Resource& resource : resources)
         if (resource.type.number == type && resource.name.number == name.number &&
-            Lower(resource.name.text) == Lower(name.text))
+            (name.text.empty() || Lower(resource.name.text) == Lower(name.text)))
             return Reader(resource.data);
     Fail(ERROR_RESOURCE_NAME_NOT_FOUND);
     return {};

@@ -131,6 +131,7 @@ bool IsAncestor(HWND ancestor, HWND window)
 std::vector<HWND> AllWindows()
 {
     std::vector<HWND> all;
+    all.reserve(Windows.size());
     for (const auto& [handle, window] : Windows) all.push_back(handle);
     return all;
 }

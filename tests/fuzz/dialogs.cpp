@@ -1,0 +1,86 @@
+// Texts typed into the fields of a dialog, entries chosen, buttons pressed, answers received in between; in
+// the end every button is pressed once, the one that sends among them.
+#include <algorithm>
+
+#include "link/link_state.h"
+#include "tests/fuzz/input.h"
+#include "tests/fuzz/program.h"
+#include "tests/unit/support/fresh_program.h"
+
+namespace
+{
+
+constexpr DWORD ComboType = 3, DropDownList = 3;
+constexpr uint8_t FromTheReceiver = 0xFE, TimePasses = 0xFF;
+
+COLORREF ChosenColor;
+
+BOOL WINAPI ChooseScriptedColor(CHOOSECOLORW* request)
+{
+    request->rgbResult = ChosenColor;
+    return ChosenColor != 0;
+}
+
+// Any entry of the list, if it has one.
+void Choose(HWND dialog, int control, Input& input)
+{
+    const size_t count = HeadlessItems(dialog, control).size();
+    const size_t index = input.Below(256);
+    if (count != 0) HeadlessChoose(dialog, control, static_cast<int>(index % count));
+}
+
+void Use(HWND dialog, const HeadlessTemplateControl& control, Input& input, bool maySearch)
+{
+    if (control.className == L"EDIT") {
+        HeadlessType(dialog, control.id, input.Text());
+    } else if (control.className == L"COMBOBOX") {
+        if ((control.style & ComboType) != DropDownList && input.Byte() % 2)
+            HeadlessType(dialog, control.id, input.Text());
+        else
+            Choose(dialog, control.id, input);
+    } else if (control.className == L"LISTBOX") {
+        Choose(dialog, control.id, input);
+    } else if (!Closes(control.id) && (maySearch || !Searches(control.id))) {
+        HeadlessClick(dialog, control.id);
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    Input input(data, size);
+    const DialogEntry& entry = Dialogs[input.Below(DialogCount)];
+    const uint8_t is = input.Byte();
+
+    StartAfresh();
+    HeadlessSetScreenFont(2, 4); // painting takes time
+    HeadlessSetClientSize(80, 120);
+    HeadlessRegistrySetDword(HKEY_LOCAL_MACHINE, L"Software\\Quenmark\\Toravane", L"CommPortIdx", 3);
+    if (is & 1) HeadlessSetPlatformType(L"SmartPhone");
+    if (is & 2)
+        OpenPortWithoutReader();
+    else
+        HeadlessAddPort(3);
+    ChosenColor = is;
+    HeadlessAddExport(COLOR_LIBRARY, COLOR_EXPORT,
+                      reinterpret_cast<FARPROC>(reinterpret_cast<void*>(ChooseScriptedColor)));
+    RunWholeProgram(L"", [&] {
+        NmeaRecognised.store((is & 4) != 0);
+        SirfRecognised.store((is & 8) != 0);
+        InDialog(entry, [&](HWND dialog) {
+            const std::vector<HeadlessTemplateControl> controls = ControlsOf(entry);
+            while (!input.Ended() && HeadlessTopDialog() == dialog) {
+                const uint8_t what = input.Byte();
+                if (what == TimePasses)
+                    HeadlessPass(input.Byte() * 10u);
+                else if (what == FromTheReceiver)
+                    Receive(input.Line() + "\n");
+                else if (!controls.empty())
+                    Use(dialog, controls[what % controls.size()], input, is >= 0xF0);
+            }
+            ClickEveryButton(dialog, entry);
+        });
+    });
+    return 0;
+}

@@ -1,0 +1,141 @@
+#include "tests/fuzz/program.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "app/dialog_support.h"
+#include "app/main.h"
+#include "app/text_view.h"
+#include "link/reader_thread.h"
+#include "link/write_queue.h"
+#include "resources/resource_ids.h"
+
+const DialogEntry Dialogs[DialogCount] = {
+    {COMMAND_ABOUT, DIALOG_ABOUT},
+    {COMMAND_COMMUNICATION, DIALOG_COMMUNICATION},
+    {COMMAND_GRAPH, DIALOG_GRAPH_OPTIONS},
+    {DIALOG_NMEA_SET_SERIAL_PORT, DIALOG_NMEA_SET_SERIAL_PORT},
+    {DIALOG_NMEA_NAVIGATION_INITIALIZATION, DIALOG_NMEA_NAVIGATION_INITIALIZATION},
+    {DIALOG_NMEA_SET_MESSAGE_RATE, DIALOG_NMEA_SET_MESSAGE_RATE},
+    {DIALOG_NMEA_DEVELOPMENT_DATA, DIALOG_NMEA_DEVELOPMENT_DATA},
+    {DIALOG_NMEA_SELECT_DATUM, DIALOG_NMEA_SELECT_DATUM},
+    {DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT},
+    {DIALOG_SIRF_INITIALIZE_DATA_SOURCE, DIALOG_SIRF_INITIALIZE_DATA_SOURCE},
+    {DIALOG_SIRF_SWITCH_TO_NMEA, DIALOG_SIRF_SWITCH_TO_NMEA},
+    {DIALOG_SIRF_DGPS_SOURCE, DIALOG_SIRF_DGPS_SOURCE},
+    {DIALOG_SIRF_MODE_CONTROL, DIALOG_SIRF_MODE_CONTROL},
+    {DIALOG_SIRF_DOP_MASK, DIALOG_SIRF_DOP_MASK},
+    {DIALOG_SIRF_DGPS_MODE, DIALOG_SIRF_DGPS_MODE},
+    {DIALOG_SIRF_ELEVATION_MASK, DIALOG_SIRF_ELEVATION_MASK},
+    {DIALOG_SIRF_POWER_MASK, DIALOG_SIRF_POWER_MASK},
+    {DIALOG_SIRF_STATIC_NAVIGATION, DIALOG_SIRF_STATIC_NAVIGATION},
+    {DIALOG_SIRF_TRICKLE_POWER, DIALOG_SIRF_TRICKLE_POWER},
+    {DIALOG_SIRF_SET_MESSAGE_RATE, DIALOG_SIRF_SET_MESSAGE_RATE},
+    {DIALOG_SIRF_LOW_POWER, DIALOG_SIRF_LOW_POWER},
+    {DIALOG_SIRF_SBAS, DIALOG_SIRF_SBAS},
+    {DIALOG_SIRF_POLL_SOFTWARE_VERSION, DIALOG_SIRF_POLL_SOFTWARE_VERSION},
+};
+
+namespace
+{
+
+void CloseTopDialog()
+{
+    if (HWND dialog = HeadlessTopDialog()) HeadlessCommand(dialog, IDCANCEL);
+}
+
+void Expect(bool holds, const char* what)
+{
+    if (holds) return;
+    std::fprintf(stderr, "Not given back: %s\n", what);
+    std::abort();
+}
+
+} // namespace
+
+void InDialog(const DialogEntry& entry, const std::function<void(HWND)>& act)
+{
+    HeadlessUser([&] {
+        HWND dialog = HeadlessTopDialog();
+        if (!dialog) return;
+        act(dialog);
+        if (HeadlessTopDialog() == dialog) CloseTopDialog();
+    });
+    HeadlessCommand(HeadlessMainWindow(), entry.command);
+}
+
+std::vector<HeadlessTemplateControl> ControlsOf(const DialogEntry& entry)
+{
+    HeadlessTemplate found;
+    if (!HeadlessFindTemplate(entry.resource + LayoutOffset(), found)) std::abort();
+    std::erase_if(found.controls, [](const HeadlessTemplateControl& control) {
+        return control.id <= 0 || control.id == 0xFFFF;
+    });
+    return found.controls;
+}
+
+bool Closes(int control)
+{
+    return control == IDOK || control == IDCANCEL;
+}
+
+bool Searches(int control)
+{
+    return control == CONTROL_COM_FIND_PORT || control == CONTROL_COM_FIND_BAUD;
+}
+
+void ClickEveryButton(HWND dialog, const DialogEntry& entry)
+{
+    for (const HeadlessTemplateControl& control : ControlsOf(entry)) {
+        if (control.className != L"BUTTON" || Closes(control.id) || Searches(control.id)) continue;
+        if (HeadlessTopDialog() != dialog) return;
+        HeadlessClick(dialog, control.id);
+    }
+}
+
+void RunWholeProgram(const wchar_t* commandLine, const std::function<void()>& act)
+{
+    HeadlessUser(CloseTopDialog);
+    HeadlessUser([&] {
+        if (!HeadlessMainWindow()) return;
+        act();
+        HeadlessUser([] { HeadlessCommand(HeadlessMainWindow(), COMMAND_EXIT); });
+    });
+    RunProgram(nullptr, commandLine, SW_SHOWNORMAL);
+    ExpectNothingLeft();
+}
+
+void ExpectNothingLeft()
+{
+    Expect(HeadlessLiveThreads() == 0, "a thread");
+    Expect(HeadlessOpenHandles() == 0, "a handle");
+    Expect(HeadlessOpenKeys() == 0, "a registry key");
+    Expect(HeadlessUnfreedTexts() == 0, "a system text");
+    Expect(HeadlessGdiObjects() == 0, "a drawing object");
+    for (const auto& line : TextView)
+        Expect(line[TextLineCapacity - 1].load() == 0, "the end of a text line");
+}
+
+void Receive(std::string_view bytes)
+{
+    constexpr size_t BytesBetweenPaints = 256;
+    constexpr uint32_t Milliseconds = 40;
+    for (size_t i = 0; i < bytes.size(); ++i) {
+        RouteReceivedByte(static_cast<uint8_t>(bytes[i]));
+        if (i % BytesBetweenPaints == BytesBetweenPaints - 1) HeadlessPass(Milliseconds);
+    }
+    HeadlessPass(Milliseconds);
+}
+
+void ShowChart()
+{
+    constexpr WPARAM LeftKey = 0x25;
+    HeadlessKey(HeadlessMainWindow(), LeftKey);
+}
+
+void OpenPortWithoutReader()
+{
+    HeadlessAddPort(3);
+    PortHandle.store(
+        CreateFileW(L"COM3:", GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+}

@@ -1,0 +1,53 @@
+// The program under a fuzzer: started afresh for each input, worked by a scripted user, looked at in the end.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "headless.h"
+#include "platform/platform.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
+
+// ---- Dialogs ------------------------------------------------------------------------------------------
+
+struct DialogEntry {
+    int command;       // of the main window's menu
+    uint32_t resource; // template, without the layout's offset
+};
+constexpr size_t DialogCount = 23;
+extern const DialogEntry Dialogs[DialogCount];
+
+// Opens a dialog from the menu; the user acts in it and then closes it if it is still open.
+void InDialog(const DialogEntry& entry, const std::function<void(HWND dialog)>& act);
+
+// The controls of a dialog that the user can act on, in the layout that is in use.
+std::vector<HeadlessTemplateControl> ControlsOf(const DialogEntry& entry);
+
+// Whether a control closes its dialog, or starts a search, which takes minutes of the clock.
+bool Closes(int control);
+bool Searches(int control);
+
+// Clicks every button as long as the dialog is open, but those that close it or start a search.
+void ClickEveryButton(HWND dialog, const DialogEntry& entry);
+
+// ---- A run --------------------------------------------------------------------------------------------
+
+// What the whole program does with a command line while the user acts after its start; a greeting is closed
+// before, the program is ended afterwards. Then aborts if anything was not given back.
+void RunWholeProgram(const wchar_t* commandLine, const std::function<void()>& act);
+
+// Aborts if a thread, handle, key, text or drawing object is left, or a text line has lost its end.
+void ExpectNothingLeft();
+
+// Bytes through the reader's path, with a paint and a little time now and then.
+void Receive(std::string_view bytes);
+
+// From the text page to the chart, with a key.
+void ShowChart();
+
+// Port COM3: open without a reader thread, so that all happens on one thread; what is sent is kept.
+void OpenPortWithoutReader();

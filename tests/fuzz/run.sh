@@ -1,0 +1,43 @@
+#!/bin/bash
+# run.sh [TARGET [SECONDS]]: fuzzes one target, or all in turn, for so long each (default 60), and prints what was
+# done. New inputs collect in build/fuzz/found/TARGET; one that faults ends the run with an error and is kept
+# there as crash-* (or timeout-*).
+set -uo pipefail
+cd "$(dirname "$0")/../.." || exit 1
+targets=(reception dialogs registry names replay chart)
+[ $# -gt 0 ] && targets=("$1")
+seconds=${2:-60}
+for target in "${targets[@]}"; do
+    [ -f "tests/fuzz/$target.cpp" ] || { echo "No target $target" >&2; exit 2; }
+done
+command -v clang++ >/dev/null || { echo 'Install the Debian packages clang and libclang-rt-14-dev' >&2; exit 2; }
+
+tools/build.sh fuzz >build-fuzz.log 2>&1 || { cat build-fuzz.log; rm build-fuzz.log; exit 1; }
+rm build-fuzz.log
+# Most of an input's time would go into stacks of allocations and into fresh memory.
+export ASAN_OPTIONS=malloc_context_size=2:quarantine_size_mb=16:detect_leaks=1
+export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
+
+result=0
+printf '%-10s %12s %10s %9s %8s  %s\n' target executions 'CPU s' coverage corpus result
+for target in "${targets[@]}"; do
+    found=build/fuzz/found/$target
+    mkdir -p "$found"
+    log=build/fuzz/$target.log
+    # The CPU time is that of the fuzzer alone; a run may be longer on a busy machine.
+    cpu=$( { TIMEFORMAT='%U %S'; time "build/fuzz/fuzz_$target" -max_total_time="$seconds" -timeout=25 -max_len=4096 \
+        -rss_limit_mb=3000 -print_final_stats=1 -artifact_prefix="$found/" "$found" "tests/fuzz/corpus/$target" \
+        >"$log" 2>&1; } 2>&1)
+    verdict='no finding'
+    if grep -qE '(SUMMARY|ERROR|runtime error|headless:|Not given back)' "$log"; then
+        verdict="FINDING, see $log"
+        result=1
+    fi
+    last=$(grep -E '^#[0-9]+' "$log" | tail -1)
+    printf '%-10s %12s %10s %9s %8s  %s\n' "$target" \
+        "$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")" \
+        "$(awk '{print $1 + $2}' <<<"$cpu")" \
+        "$(sed -n 's/.* cov: \([0-9]*\).*/\1/p' <<<"$last")" \
+        "$(sed -n 's/.* corp: \([0-9]*\).*/\1/p' <<<"$last")" "$verdict"
+done
+exit $result
