@@ -59,7 +59,8 @@ std::wstring Lower(std::wstring_view text)
 {
     std::wstring lower(text);
     for (wchar_t& character : lower)
-        character = static_cast<wchar_t>(std::towlower(static_cast<wint_t>(character)));
+        if (character >= 0x80 || (character >= L'A' && character <= L'Z'))
+            character = static_cast<wchar_t>(std::towlower(static_cast<wint_t>(character)));
     return lower;
 }
 

@@ -39,31 +39,21 @@ std::map<HKEY, Root> Roots;
 std::map<HKEY, OpenedKey> OpenedKeys;
 uintptr_t NextKey = FirstKey;
 
-std::vector<std::wstring> Split(std::wstring_view path)
-{
-    std::vector<std::wstring> names(1);
-    for (const wchar_t character : path)
-        if (character == L'\\')
-            names.emplace_back();
-        else
-            names.back() += character;
-    std::erase(names, L"");
-    return names;
-}
-
+// The key at the end of a path, null if there is none; `create` makes all that is missing.
 std::shared_ptr<Key> Walk(std::shared_ptr<Key> key, std::wstring_view path, bool create)
 {
-    for (const std::wstring& name : Split(path)) {
-        std::shared_ptr<Key>& next = key->keys[Lower(name)];
-        if (!next && create) {
-            next = std::make_shared<Key>();
-            next->name = name;
+    while (!path.empty()) {
+        const std::wstring_view name = path.substr(0, path.find(L'\\'));
+        path.remove_prefix(std::min(name.size() + 1, path.size()));
+        if (name.empty()) continue;
+        const std::wstring place = Lower(name);
+        auto next = key->keys.find(place);
+        if (next == key->keys.end()) {
+            if (!create) return nullptr;
+            next = key->keys.emplace(place, std::make_shared<Key>()).first;
+            next->second->name = name;
         }
-        if (!next) {
-            key->keys.erase(Lower(name));
-            return nullptr;
-        }
-        key = next;
+        key = next->second;
     }
     return key;
 }

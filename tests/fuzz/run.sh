@@ -15,7 +15,7 @@ command -v clang++ >/dev/null || { echo 'Install the Debian packages clang and l
 tools/build.sh fuzz >build-fuzz.log 2>&1 || { cat build-fuzz.log; rm build-fuzz.log; exit 1; }
 rm build-fuzz.log
 # Most of an input's time would go into stacks of allocations and into fresh memory.
-export ASAN_OPTIONS=malloc_context_size=2:quarantine_size_mb=16:detect_leaks=1
+export ASAN_OPTIONS=malloc_context_size=2:quarantine_size_mb=16:max_malloc_fill_size=0:detect_leaks=1
 export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
 
 result=0
