@@ -1,0 +1,12 @@
+#!/bin/bash
+# Usage: tools/screenshots.sh
+#
+# Makes the pictures of the manual anew, in docs/images/: builds, starts the program through Wine on a display in
+# memory, and works it with the software receiver at its other end. Takes some two minutes.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+tools/install_packages.sh
+tools/build.sh native toravane-receiver
+tools/build.sh desktop
+exec /usr/bin/python3 -B tools/desktop/screenshots.py "$@"
