@@ -39,6 +39,7 @@ if step "packages" tools/install_packages.sh; then
     step "format" check_format
     step "include graph" tools/check_includes
     step "rows of the mutation check" tests/mutation/mutate.py --check
+    step "user guide" tools/check_guide
     test_preset native
     test_preset native-asan
     step "races" tests/races/run.sh
