@@ -1,0 +1,234 @@
+"""docs/protocols.md against the decoders: sentences and their fields, messages and their shortest lengths, places and
+types of message fields, commands as they are written in the code. The commands' layouts are another test's."""
+
+import re
+import unittest
+from pathlib import Path
+
+Root = Path(__file__).resolve().parents[3]
+Document = (Root / "docs" / "protocols.md").read_text()
+
+
+def code(name):
+    return (Root / name).read_text()
+
+
+def section(heading, document=Document):
+    """The text below a heading, up to the next one."""
+    return re.search(rf"^#+ {re.escape(heading)}$(.*?)(?=^#|\Z)", document, re.M | re.S)[1]
+
+
+def rows(heading, document=Document):
+    """The cells of all tables below a heading, without the tables' own headings."""
+    lines = section(heading, document).splitlines()
+    return [[cell.strip() for cell in line.strip("|").split("|")] for before, line in zip(lines, lines[1:])
+            if line.startswith("|") and not line.startswith("|---") and before.startswith("|")]
+
+
+def numbers(text):
+    return [int(number) for number in re.findall(r"\d+", text)]
+
+
+# ---- NMEA ---------------------------------------------------------------------------------------------
+
+Decoder = code("nmea/sentence_decoder.cpp")
+
+
+def sentences():
+    """Each sentence that the decoder knows with the body of its routine, empty for one that is ignored."""
+    known = dict(re.findall(r'\{"(\w+)",\s*CONTROL_\w+,\s*(\w+)\}', Decoder))
+    bodies = dict(re.findall(r"^void (Decode\w+)\(\)\n\{(.*?)^\}", Decoder, re.M | re.S))
+    return {name: bodies.get(routine, "") for name, routine in known.items()}
+
+
+def accepted_counts(body):
+    return sorted(map(int, re.findall(r"FieldCount != (\d+)", body)))
+
+
+def used_fields(body):
+    used = set(map(int, re.findall(r"\b(?:Take\w+|HasField|Field)\((\d+)\)", body)))
+    used |= {int(index) + 1 for index in re.findall(r"\bTake(?:Latitude|Longitude)\((\d+)\)", body)}  # N or S, E or W
+    group = re.search(r"FirstGroup = (\d+), FieldsPerGroup = (\d+), GroupsPerMessage = (\d+)", body)
+    if group:
+        first, size, count = map(int, group.groups())
+        used |= set(range(first, first + size * count))
+    return used
+
+
+class Nmea(unittest.TestCase):
+    def test_sentences_and_their_field_counts(self):
+        documented = {name: numbers(counts) for name, counts, _ in rows("NMEA sentences")}
+        self.assertEqual(documented.pop("PSRFTXT"), [])
+        self.assertEqual(documented.pop("other"), [])
+        self.assertEqual(documented, {name: accepted_counts(body) for name, body in sentences().items()})
+        self.assertEqual(len(documented), 9)
+
+    def test_fields_of_each_sentence(self):
+        decoded = {name: body for name, body in sentences().items() if body}
+        self.assertEqual(len(decoded), 6)
+        for name, body in decoded.items():
+            with self.subTest(name):
+                documented = [number for row in rows(name) for number in numbers(row[0])]
+                self.assertEqual(len(documented), len(set(documented)))
+                self.assertEqual(set(documented), used_fields(body))
+
+    def test_names_of_the_receivers_own_text(self):
+        documented = {row[0].strip("`") for row in rows("The receiver's own text")}
+        self.assertEqual(documented, set(re.findall(r'"([A-Z][A-Za-z ]*:)"', Decoder)))
+
+    def test_commands(self):
+        literals = {literal for file in Root.glob("nmea/**/*.cpp")
+                    for literal in re.findall(r'"(PSRF1\d\d,[^"]*)"', file.read_text())} - {"PSRF103,0_,0_,0_,0_"}
+        documented = {re.sub(r"[A-Z]+(?=,|$)", "%", row[0].strip("`")) for row in rows("NMEA commands")}
+        self.assertEqual(documented, {re.sub(r"%[du]", "%", literal) for literal in literals})
+        self.assertGreater(len(documented), 5)
+
+    def test_numbers_of_choices(self):
+        text = section("NMEA commands")
+        datums = code("nmea/dialogs/select_datum_dialog.cpp")
+        names = re.findall(r'L"([^"]+)"', re.search(r"DatumTexts\[\] = \{(.*?)\}", datums, re.S)[1])
+        codes = numbers(re.search(r"DatumCodes\[\] = \{(.*?)\}", datums, re.S)[1])
+        self.assertIn(", ".join(f"{number} {name}" for number, name in zip(codes, names)), text)
+        kinds = re.search(r"MessageTexts\[\] = \{(.*?)\}", code("nmea/dialogs/set_message_rate_dialog.cpp"), re.S)[1]
+        for number, name in enumerate(re.findall(r'L"([^"]+)"', kinds)):
+            self.assertIn(f"{number} {name}" if "User" not in name else str(number), text)
+        start = code("nmea/dialogs/navigation_initialization_dialog.cpp")
+        for low, high in re.findall(r"\{CONTROL_NAVINIT_\w+, (-?\d+), (\d+), L", start):
+            scale = 100 if high == "604800" else 1
+            self.assertIn(f"{low} to {int(high) * scale}", text)
+
+    def test_factors(self):
+        for name in ("MetresPerSecondPerKnot", "MetresPerDegree"):
+            value = re.search(rf"{name} = ([\d.]+);", Decoder)[1]
+            self.assertIn(value.removesuffix(".0"), section("NMEA sentences"))
+
+
+# ---- SiRF binary --------------------------------------------------------------------------------------
+
+Messages = code("sirf/message_decoder.cpp")
+ReadBack = code("sirf/read_back.cpp")
+Sources = Messages + ReadBack + code("sirf/read_back.h")
+
+Types = {"uint8_t": "u8", "uint16_t": "u16", "uint32_t": "u32", "int16_t": "s16", "int32_t": "s32"}
+
+
+def constant(name):
+    """The value of a length as it stands in the table of messages."""
+    if name.isdigit():
+        return int(name)
+    if name.startswith("sizeof "):
+        return int(re.search(rf"\b{name.split()[1]}\[(\d+)\]", Messages)[1])
+    return int(re.search(rf"\b{name} = (\d+)", Sources)[1])
+
+
+def fields(source):
+    """Name, place and type of each field that is declared as one."""
+    found = {}
+    for kind, declared in re.findall(r"constexpr Field<(\w+)>\s*([^;]+);", source):
+        for name, offset in re.findall(r"(\w+)\{(\d+)\}", declared):
+            found[name] = int(offset), Types[kind]
+    return found
+
+
+def routine(source, name):
+    return re.search(rf"^void {name}\([^)]*\)\n\{{(.*?)^\}}", source, re.M | re.S)[1]
+
+
+def documented_fields(*headings):
+    return {row[2]: (int(row[0]), row[1].replace("f32", "u32")) for heading in headings for row in rows(heading)}
+
+
+def part(start, end):
+    """A part of the decoder, from one heading in it to another."""
+    return Messages[Messages.index(start):Messages.index(end)]
+
+
+class Sirf(unittest.TestCase):
+    def test_messages_and_their_shortest_lengths(self):
+        ids = {name: int(number) for name, number in
+               re.findall(r"(\w+) = (\d+),", re.search(r"enum MessageId.*?\};", Messages, re.S)[0])}
+        table = re.search(r"MessageKinds\[\] = \{(.*?)^\};", Messages, re.M | re.S)[1]
+        kinds = {ids[name]: constant(length) for name, length in re.findall(r"^    \{(\w+), ([\w ]+),", table, re.M)}
+        self.assertEqual({int(number): int(length) for number, _, length in rows("SiRF binary messages")}, kinds)
+        self.assertEqual(len(kinds), 12)
+
+    def test_names_of_messages(self):
+        names = dict(row for row in rows("Message numbers"))
+        for number, name, _ in rows("SiRF binary messages"):
+            self.assertEqual(name, names[number])
+
+    def test_navigation_fields(self):
+        second = fields(part("// ---- Message id 2", "// ---- Message id 41"))
+        time_of_week = second.pop("TimeOfWeekMs")  # declared early, but of message 41
+        self.assertEqual(documented_fields("Message 2"), second)
+        geodetic = fields(part("// ---- Message id 41", "// ---- Message id 4:"))
+        self.assertEqual(documented_fields("Message 41"), geodetic | {"TimeOfWeekMs": time_of_week})
+        self.assertGreater(len(geodetic), 15)
+
+    def test_tracking_fields(self):
+        source = part("// ---- Message id 4:", "// ---- Answers")
+        places = dict(re.findall(r"(\w+) = (\d+)", source))
+        text = section("Message 4")
+        for row in rows("Message 4"):
+            if row[2] in fields(source):
+                self.assertEqual((int(row[0]), row[1]), fields(source)[row[2]])
+            else:
+                self.assertEqual(row[0], places[row[2]])
+        self.assertEqual(len(rows("Message 4")), len(fields(source)) + 3)
+        self.assertIn(f"{places['TrackedChannelBytes']} bytes (TrackedChannelBytes)", text)
+        self.assertIn(f"{places['CarrierToNoiseCount']} measurements (CarrierToNoiseCount)", text)
+
+    def test_navigation_parameters(self):
+        documented = documented_fields("Message 19")
+        for name, place in fields(routine(ReadBack, "ShowNavigationParameters")).items():
+            self.assertEqual(documented.pop(name), place)
+        power = re.search(r"constexpr uint32_t (Enabled = [^;]*);", ReadBack)[1]
+        self.assertEqual(documented, {name: (int(place), "u8") for name, place in re.findall(r"(\w+) = (\d+)", power)})
+
+    def test_corrections(self):
+        status = dict(re.findall(r"(\w+) = (\d+)", routine(ReadBack, "ShowDgpsStatus").split(";")[0]))
+        self.assertEqual({row[2]: row[0] for row in rows("Message 27")},
+                         {name: status[name] for name in ("Source", "Ages", "FirstSatellite")})
+        text = section("Message 27")
+        self.assertIn(f"{status['Satellites']} satellites (Satellites)", text)
+        self.assertIn(f"{status['SatelliteBytes']} bytes (SatelliteBytes)", text)
+        body = routine(ReadBack, "ShowCorrection")
+        source = re.search(r"constexpr uint32_t Source = (\d+);", body)[1]
+        self.assertEqual(documented_fields("Message 29"), fields(body) | {"Source": (int(source), "u8")})
+
+    def test_messages_that_are_not_listed(self):
+        unlisted = re.findall(r"case (\d+):", code("sirf/arrival_list.cpp"))
+        self.assertIn(f"not listed there are {', '.join(unlisted[:-1])} and {unlisted[-1]}.",
+                      section("SiRF binary messages"))
+
+    def test_sizes_of_what_is_kept(self):
+        sizes = [re.search(rf"{name}\[(\d+)\]", Messages)[1] for name in ("InternalMessageText", "DevelopmentText")]
+        self.assertIn(f"225 and 255 are kept ({sizes[0]} and {sizes[1]} bytes)", section("SiRF binary messages"))
+
+    def test_reset_configuration(self):
+        source = code("sirf/dialogs/initialize_data_source.cpp")
+        bits = {name.replace("_", " ").title(): value for name, value in
+                re.findall(r"\{CONTROL_INIT_(\w+), 0x(\w\w)", source)}
+        text = re.search(r"Reset configuration: (.*?)\(hexadecimal\)", Document, re.S)[1]
+        documented = {name.strip(" ,;").replace("(", "").replace(")", ""): value for name, value in
+                      re.findall(r"([A-Za-z() ]+) (\d\d)(?=[,;\s])", text.replace("\n", " ").replace("and ", ""))}
+        self.assertEqual({name.title(): value for name, value in documented.items()}, bits)
+
+    def test_switch_to_nmea(self):
+        header = code("sirf/switch_to_nmea_command.h")
+        self.assertIn(f"129 Switch to NMEA Protocol, {re.search('SwitchToNmeaLength = ([0-9]+)', header)[1]} bytes",
+                      Document)
+        modes = {name: value for name, value in re.findall(r"(On|Off|Unchanged) = (\d)", header)}
+        self.assertIn(f"{modes['On']} on, {modes['Off']} off, {modes['Unchanged']} as they were", Document)
+        self.assertIn("payload[22] = static_cast<uint8_t>(baud >> 8)", code("sirf/switch_to_nmea_command.cpp"))
+        self.assertEqual([row[0] for row in rows("129 Switch to NMEA Protocol, 24 bytes")], ["1", "2 to 21", "22"])
+
+    def test_polls(self):
+        sender = code("sirf/frame_sender.cpp")
+        self.assertEqual(re.findall(r"payload\[\] = \{(\d+), (?:0|commandId)\}", sender), ["132", "152", "168"])
+        for heading in ("132 Poll Software Version", "152 Poll Navigation Parameters", "168 Poll Parameters"):
+            section(heading + ", 2 bytes")
+
+
+if __name__ == "__main__":
+    unittest.main()
