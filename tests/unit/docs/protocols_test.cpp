@@ -1,14 +1,17 @@
-// docs/protocols.md against the tables by which the program sends commands: each field's place, width, kind
-// and range, each byte accounted for, each message number and name.
-#include <gtest/gtest.h>
-
+// docs/protocols.md against the program. Commands: each field's place, width, kind and range as in the tables
+// by which they are sent, each byte accounted for. Messages: a number put where the document says comes out
+// as what the document says.
+#include <cmath>
 #include <fstream>
 #include <map>
 #include <string>
 #include <vector>
 
+#include "graph/channels.h"
 #include "sirf/command_layouts.h"
+#include "sirf/message_decoder.h"
 #include "sirf/message_names.h"
+#include "tests/unit/support/product_test.h"
 
 namespace
 {
@@ -160,6 +163,114 @@ TEST(ProtocolsDocument, SaysWhichCommandsCanBePolled)
     for (size_t i = 0; i < polled.size(); ++i)
         expected += (i == 0 ? "" : i + 1 == polled.size() ? " and " : ", ") + std::to_string(polled[i]);
     EXPECT_NE(text.find(expected + "."), std::string::npos) << expected;
+}
+
+// ---- Fields of messages: offset, type, scale ----------------------------------------------------------
+
+// Of the ellipsoid, at the equator and at the pole; m.
+constexpr double Equator = 6378137, Pole = 6356752.3142;
+constexpr double MetresPerDegree = 111325;
+
+double ChannelOf(Channel channel)
+{
+    return GraphChannel[channel].Value;
+}
+
+double SecondsOfDay()
+{
+    return (FixTime.wHour * 60.0 + FixTime.wMinute) * 60 + FixTime.wSecond;
+}
+
+// The number behind a line's colon.
+double NumberOfLine(uint32_t line)
+{
+    wchar_t text[TextLineCapacity];
+    CopyTextLine(line, text);
+    const std::wstring whole = text;
+    return std::stod(whole.substr(whole.find(L':') + 1));
+}
+
+// What the program makes of a field when all others are 0 but those that it needs.
+struct Observed {
+    const char* name;
+    int64_t raw;             // put into the field
+    double (*show)();        // what comes out
+    double added = 0;        // to the scaled number, on the way
+    bool utcIsKnown = false; // message 41: with a day
+};
+
+const Observed Message2[] = {
+    {"EcefXMetres", 6379137, [] { return ChannelOf(ChannelAltitude) + Equator; }},
+    {"EcefYMetres", -6379137, [] { return -(ChannelOf(ChannelAltitude) + Equator); }},
+    {"EcefZMetres", -6357752, [] { return -(ChannelOf(ChannelAltitude) + Pole); }},
+    {"HdopFifths2", 7, [] { return ChannelOf(ChannelHdop); }},
+    {"TimeOfWeekCs", 7654300, [] { return SecondsOfDay(); }},
+    {"SvsInFix", 9, [] { return ChannelOf(ChannelSvsInFix); }},
+};
+
+const Observed Message41[] = {
+    {"TimeOfWeekMs", 76543000, [] { return SecondsOfDay(); }, -14},
+    {"UtcYear", 2024, [] { return 1.0 * FixTime.wYear; }, 0, true},
+    {"UtcMonth", 11, [] { return 1.0 * FixTime.wMonth; }, 0, true},
+    {"UtcDay", 29, [] { return 1.0 * FixTime.wDay; }},
+    {"UtcHour", 23, [] { return 1.0 * FixTime.wHour; }, 0, true},
+    {"UtcMinute", 58, [] { return 1.0 * FixTime.wMinute; }, 0, true},
+    {"UtcMilliseconds", 57000, [] { return 1.0 * FixTime.wSecond; }, 0, true},
+    {"Latitude1e7Deg", -123456789, [] { return ChannelOf(ChannelNorthing) / MetresPerDegree; }},
+    {"Longitude1e7Deg", -1234567890, [] { return ChannelOf(ChannelEasting) / MetresPerDegree; }},
+    {"AltitudeEllipsoidCm", -123456, [] { return NumberOfLine(13); }},
+    {"AltitudeMslCm", -123456, [] { return ChannelOf(ChannelAltitude); }},
+    {"MapDatum", 77, [] { return NumberOfLine(17); }},
+    {"SpeedCmPerS", 1234, [] { return ChannelOf(ChannelSpeed); }},
+    {"CourseCentidegrees", 34567, [] { return ChannelOf(ChannelCourse); }},
+    {"EhpeCm", 123456, [] { return ChannelOf(ChannelEhpe); }},
+    {"EvpeCm", 123456, [] { return ChannelOf(ChannelEvpe); }},
+    {"HdopFifths41", 7, [] { return ChannelOf(ChannelHdop); }},
+};
+
+class ProtocolsDocumentFields : public ProductTest
+{
+protected:
+    // Each row with a scale has its observation, and shows the scaled number.
+    static void Check(const char* heading, uint8_t id, uint32_t length,
+                      std::span<const Observed> observations)
+    {
+        constexpr size_t UtcDay = 14;
+        std::map<std::string, const Observed*> byName;
+        for (const Observed& observed : observations) byName[observed.name] = &observed;
+        size_t checked = 0;
+        for (const Row& row : Tables().at(heading)) {
+            ASSERT_EQ(row.size(), 6u) << row[2];
+            if (row[4].empty()) continue; // bits
+            ASSERT_TRUE(byName.contains(row[2])) << row[2];
+            const Observed& observed = *byName[row[2]];
+            ResetSirfDecoder();
+            FixTime = {};
+            std::vector<uint8_t> payload(length);
+            payload[0] = id;
+            if (observed.utcIsKnown) payload[UtcDay] = 1;
+            const int width = std::stoi(row[1].substr(1)) / 8, offset = std::stoi(row[0]);
+            ASSERT_LE(offset + width, static_cast<int>(length)) << row[2];
+            for (int i = 0; i < width; ++i)
+                payload[static_cast<size_t>(offset + width - 1 - i)] =
+                    static_cast<uint8_t>(observed.raw >> (8 * i));
+            SirfMessageDecoder(payload.data(), length);
+            const double expected = static_cast<double>(observed.raw) * std::stod(row[4]) + observed.added;
+            EXPECT_NEAR(observed.show(), expected, 0.005) << heading << " " << row[2];
+            ++checked;
+        }
+        EXPECT_EQ(checked, byName.size());
+    }
+};
+
+TEST_F(ProtocolsDocumentFields, Message2)
+{
+    Check("Message 2", 2, sizeof NavigationRecord, Message2);
+}
+
+TEST_F(ProtocolsDocumentFields, Message41)
+{
+    Check("Message 41", 41, sizeof GeodeticRecord, Message41);
 }
 
 } // namespace

@@ -230,5 +230,67 @@ class Sirf(unittest.TestCase):
             section(heading + ", 2 bytes")
 
 
+# ---- What the text says -------------------------------------------------------------------------------
+
+# File, pattern in it, and the phrase that the document makes of the number that the pattern finds.
+Facts = [
+    ("nmea/sentence_assembler.cpp", r"ShortestMeasuredBody = (\d+)", lambda n: f"more than {n - 1} characters"),
+    ("nmea/sentence_assembler.cpp", r"b >= 0x(\w+) && b <= 0x7E", lambda n: f"{n} to 7E hexadecimal"),
+    ("nmea/sentence_decoder.cpp", r"MaxFields = (\d+)", lambda n: f"Up to {n} fields"),
+    ("nmea/dialogs/development_data_dialog.cpp", r"MaxCharacters = (\d+)", lambda n: f"up to {n} characters |"),
+    ("graph/channels.h", r"degrees of latitude times (\d+)", lambda n: f"degrees of latitude times {n} m"),
+    ("sirf/frame_assembler.cpp", r"MeasuredLength = (\d+)", lambda n: f"messages of {n} bytes"),
+    ("sirf/message_decoder.h", r"MaxSirfPayload = (\d+)", lambda n: f"length of the payload, 1 to {n},"),
+    ("sirf/message_decoder.cpp", r"LeapMilliseconds = (\d+)000", lambda n: f"time of week less {n} s"),
+    ("sirf/message_decoder.cpp", r"ChannelElevation\) / (\d)", lambda n: f"in {1 / n} degrees"),
+    ("sirf/message_decoder.cpp", r"ChannelAzimuth\) \* (\d) / 2", lambda n: f"in {n / 2} degrees"),
+    ("sirf/message_decoder.cpp", r"PollParameter = (\d+)", lambda n: f"A refused poll ({n})"),
+    ("sirf/read_back.cpp", r"MaxCharacters = (\d+)", lambda n: f"up to {n} characters or a zero"),
+    ("sirf/read_back.cpp", r"WithPowerManagement = (\d+)", lambda n: f"If offset 1 is {n} (WithPowerManagement)"),
+    ("sirf/read_back.cpp", r"answer\[Enabled\] >> (\d)", lambda n: f"bit {n}: on; bits 0 to 4: duty cycle, 5 %"),
+    ("sirf/read_back.cpp", r"answer\[Priorities\] >> (\d) & 3", lambda n: f"bits {n} and {n + 1} accuracy"),
+    ("sirf/command_layouts.cpp", r"hertz >= (\d+)", lambda n: f"The frequency is 0 or at least {n}, the bit rate 0, "),
+    ("sirf/command_layouts.h", r"SbasEntryToPrn = (\d+)", lambda n: f"the entry and {n}: {n + 1} to {n + 19}."),
+]
+
+
+class Text(unittest.TestCase):
+    text = " ".join(Document.split())
+
+    def test_facts(self):
+        for file, pattern, phrase in Facts:
+            with self.subTest(file=file, pattern=pattern):
+                self.assertIn(phrase(int(re.search(pattern, code(file))[1])), self.text)
+
+    def test_rates(self):
+        rates = numbers(re.search(r"BaudTable\[BaudCount\] = \{(.*?)\}", code("link/link_state.h"))[1])
+        self.assertIn(f"Rates: {', '.join(map(str, rates[:-1]))} and {rates[-1]} bits/s", self.text)
+
+    def test_frame_bytes(self):
+        framer = code("sirf/frame_assembler.cpp")
+        start1, start2, end1, end2 = re.findall(r"(?:Start|End)Byte\d = 0x(\w\w)", framer)
+        self.assertIn(f"| 2 | {start1} {start2} |", self.text)
+        self.assertIn(f"| 2 | {end1} {end2} |", self.text)
+
+    def test_beacon_bit_rates(self):
+        rates = re.findall(r"bitsPerSecond == (\d+)", code("sirf/command_layouts.cpp"))
+        self.assertIn(f"the bit rate {', '.join(rates[:-1])} or {rates[-1]}.", self.text)
+
+    def test_bits_of_message_41(self):
+        for name, phrase in (("NoCourse", "bit {}: course is not valid"), ("NoSpeed", "bit {}: speed is not valid")):
+            mask = int(re.search(rf"{name} = (0x\w+)", Messages)[1], 16)
+            self.assertIn(phrase.format(mask.bit_length() - 1), self.text)
+
+    def test_resets_of_nmea(self):
+        resets = dict(re.findall(r"\{CONTROL_NAVINIT_(\w+), (\d)\}",
+                                 code("nmea/dialogs/navigation_initialization_dialog.cpp")))
+        self.assertIn("reset: {SNAP_START} snap, {HOT_START} hot, {WARM_START_NO_INIT} warm without and "
+                      "{WARM_START_INIT} with the values before, {COLD_START} cold, {FACTORY_RESET} factory"
+                      .format(**resets), self.text)
+
+    def test_hot_start(self):
+        self.assertEqual(self.text.count(re.search(r'NmeaSendFromReader\("([^"]+)"', Decoder)[1]), 2)
+
+
 if __name__ == "__main__":
     unittest.main()
