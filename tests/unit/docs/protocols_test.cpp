@@ -167,9 +167,9 @@ TEST(ProtocolsDocument, SaysWhichCommandsCanBePolled)
 
 // ---- Fields of messages: offset, type, scale ----------------------------------------------------------
 
-// Of the ellipsoid, at the equator and at the pole; m.
-constexpr double Equator = 6378137, Pole = 6356752.3142;
-constexpr double MetresPerDegree = 111325;
+// Of the ellipsoid, at the equator: its radius, and the radius of a meridian's curve; m.
+constexpr double Equator = 6378137, Meridian = 6335439.327;
+constexpr double MetresPerDegree = 111325, DegreesPerRadian = 57.29577951308232;
 
 double ChannelOf(Channel channel)
 {
@@ -202,7 +202,8 @@ struct Observed {
 const Observed Message2[] = {
     {"EcefXMetres", 6379137, [] { return ChannelOf(ChannelAltitude) + Equator; }},
     {"EcefYMetres", -6379137, [] { return -(ChannelOf(ChannelAltitude) + Equator); }},
-    {"EcefZMetres", -6357752, [] { return -(ChannelOf(ChannelAltitude) + Pole); }},
+    {"EcefZMetres", -1000,
+     [] { return ChannelOf(ChannelNorthing) / MetresPerDegree / DegreesPerRadian * Meridian; }},
     {"HdopFifths2", 7, [] { return ChannelOf(ChannelHdop); }},
     {"TimeOfWeekCs", 7654300, [] { return SecondsOfDay(); }},
     {"SvsInFix", 9, [] { return ChannelOf(ChannelSvsInFix); }},
@@ -249,6 +250,8 @@ protected:
             std::vector<uint8_t> payload(length);
             payload[0] = id;
             if (observed.utcIsKnown) payload[UtcDay] = 1;
+            if (row[2] == "EcefZMetres")
+                payload[2] = 0x61, payload[3] = 0x52, payload[4] = 0x99; // X on the equator
             const int width = std::stoi(row[1].substr(1)) / 8, offset = std::stoi(row[0]);
             ASSERT_LE(offset + width, static_cast<int>(length)) << row[2];
             for (int i = 0; i < width; ++i)
