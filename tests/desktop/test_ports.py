@@ -1,4 +1,10 @@
-"""The machine's serial adapters as ports of a Wine prefix, on a made-up machine and an empty prefix."""
+"""The machine's serial adapters as ports of a Wine prefix, on a made-up machine and an empty prefix; and what is
+said about a device that cannot be used."""
+
+import errno
+import grp
+import os
+import pty
 
 import pytest
 
@@ -72,3 +78,87 @@ def test_registry_file():
         "REGEDIT4", "", r"[-HKEY_LOCAL_MACHINE\Drivers\BuiltIn]", "",
         r"[HKEY_LOCAL_MACHINE\Drivers\BuiltIn\Port4]", '"Prefix"="COM"', '"Index"=dword:00000004',
         r'"FriendlyName"="a \"b\" \\c"', ""]
+
+
+def test_device_gets_a_place_once(machine, tmp_path):
+    prefix = Prefix(tmp_path / "prefix")
+    prefix.map_port(1, machine / "ttyS0")
+    prefix.map_port(9, machine / "null")
+    assert ports.place(prefix, machine / "ttyS0") == 1
+    assert ports.place(prefix, machine / "ttyUSB0") == 8
+    assert ports.place(prefix, machine / "ttyUSB0") == 8
+    for number in ports.Positions:
+        prefix.map_port(number, machine / "null")
+    assert ports.place(prefix, machine / "ttyUSB0") == 9
+
+
+# ---- Devices that cannot be used ----------------------------------------------------------------------
+
+@pytest.fixture
+def terminal():
+    """A serial port as far as the system can tell: the near end of a pseudo-terminal."""
+    far, near = pty.openpty()
+    device = os.ttyname(near)
+    os.close(near)
+    yield device
+    os.close(far)
+
+
+def group(monkeypatch, name, members):
+    monkeypatch.setattr(os, "access", lambda *_: False)
+    monkeypatch.setattr(ports.getpass, "getuser", lambda: "anna")
+    monkeypatch.setattr(grp, "getgrgid", lambda number: grp.struct_group((name, "x", 54321, members)))
+
+
+def test_no_device(tmp_path):
+    assert ports.problem_with("/dev/ttyUSB99") == "/dev/ttyUSB99: no such device; is the receiver plugged in?"
+    file = tmp_path / "file"
+    file.touch()
+    assert ports.problem_with(file) == f"{file}: not a serial port"
+    assert ports.problem_with("/dev/null") == "/dev/null: not a serial port"
+
+
+def test_permission(monkeypatch, terminal):
+    os.chmod(terminal, 0o660)
+    group(monkeypatch, "dialout", ["bert"])
+    assert ports.problem_with(terminal) == (
+        f"{terminal}: permission denied; it is for members of group dialout. Join it with\n"
+        "    sudo adduser anna dialout\n"
+        "then log out and in again")
+    group(monkeypatch, "dialout", ["anna"])
+    assert ports.problem_with(terminal) == (
+        f"{terminal}: permission denied; you have joined group dialout, but this session does not know it yet: "
+        "log out and in again")
+    group(monkeypatch, "root", [])
+    assert "only root may use it" in ports.problem_with(terminal)
+    group(monkeypatch, "dialout", ["anna"])
+    os.chmod(terminal, 0o600)
+    assert "only root may use it" in ports.problem_with(terminal)
+
+
+def test_holder_is_named(terminal):
+    assert ports.use_problem(terminal) is None
+    handle = os.open(terminal, os.O_RDWR | os.O_NOCTTY)
+    assert ports.use_problem(terminal) == (
+        f"{terminal}: in use by {ports.process_name('self')} (process {os.getpid()}); end that first")
+    os.close(handle)
+    assert ports.use_problem(terminal) is None
+
+
+def test_holder_is_known_by_its_lock_file(terminal, tmp_path):
+    lock = tmp_path / ("LCK.." + terminal.rsplit("/", 1)[1])
+    lock.write_text(f"{os.getppid():10}\n")
+    assert ports.holders(terminal, tmp_path) == [
+        f"{ports.process_name(str(os.getppid()))} (process {os.getppid()})"]
+    lock.write_text(" 99999999\n")  # what a program that has crashed leaves
+    assert ports.holders(terminal, tmp_path) == []
+    lock.write_text("")
+    assert ports.holders(terminal, tmp_path) == []
+
+
+def test_holder_that_cannot_be_seen(monkeypatch, terminal):
+    def busy(*_):
+        raise OSError(errno.EBUSY, "Device or resource busy")
+    monkeypatch.setattr(os, "open", busy)
+    assert ports.use_problem(terminal) == (
+        f"{terminal}: in use by another program; this tells by which:\n    sudo fuser --verbose {terminal}")

@@ -13,7 +13,7 @@ from pathlib import Path
 from desktop import (Build, MemoryDisplay, Program, Rates, Root, Wine, display_reachable, save_screenshot, say,
                      start_software_receiver, stop)
 from driver import VK_RIGHT, WM_CLOSE, Driver, DriverError
-from ports import friendly_name, map_adapters
+from ports import friendly_name, map_adapters, problem_with
 
 Port = 3  # COM1 and COM2 are what Wine calls the machine's own ports
 Output = Build / "run"
@@ -33,15 +33,6 @@ def parse_arguments():
         parser.error("--sirf and --cold are for the software receiver; a real one decides for itself")
     arguments.rate = arguments.rate or (38400 if arguments.sirf else 4800)
     return arguments
-
-
-def check_device(device):
-    """Ends with one line that says what to do when the device cannot be used."""
-    if not os.path.exists(device):
-        sys.exit(f"{device}: no such device; is the receiver plugged in?")
-    if not os.access(device, os.R_OK | os.W_OK):
-        group = subprocess.run(["stat", "--format", "%G", device], capture_output=True, text=True).stdout.strip()
-        sys.exit(f"{device}: permission denied; join its group (sudo adduser $USER {group}) and log in again")
 
 
 def build(preset, *targets):
@@ -102,8 +93,8 @@ def run_unattended(wine, display, program, seconds):
 
 def main():
     arguments = parse_arguments()
-    if arguments.device:
-        check_device(arguments.device)
+    if arguments.device and (problem := problem_with(arguments.device)):
+        sys.exit(problem)
     build("native", "toravane-receiver")
     build("desktop")
 

@@ -1,8 +1,14 @@
-"""The machine's own serial adapters as COM ports of a Wine prefix, with names that the program's port list shows.
+"""The machine's own serial adapters as COM ports of a Wine prefix, with names that the program's port list shows,
+and what keeps us from using one.
 
 Wine gives adapters numbers that the program's ten ports do not reach, so they are mapped to free ones.
 """
 
+import errno
+import getpass
+import grp
+import os
+import stat
 from pathlib import Path
 
 Adapters = ("ttyUSB*", "ttyACM*", "rfcomm*")  # USB converters, USB modems, Bluetooth
@@ -28,9 +34,101 @@ def friendly_name(device, classes=Path("/sys/class/tty")):
     return device.name
 
 
+# ---- What is wrong with a device ----------------------------------------------------------------------
+
+def permission_problem(device):
+    """What a user who may not use the device has to do."""
+    status = os.stat(device)
+    try:
+        group = grp.getgrgid(status.st_gid)
+    except KeyError:
+        return f"{device}: permission denied; its group {status.st_gid} has no name, so ask who runs this machine"
+    user = getpass.getuser()
+    if status.st_mode & 0o060 != 0o060 or group.gr_name == "root":
+        return f"{device}: permission denied; only root may use it. A rule for udev can give it to group dialout"
+    if user in group.gr_mem and group.gr_gid not in os.getgroups():
+        return (f"{device}: permission denied; you have joined group {group.gr_name}, but this session does not know "
+                "it yet: log out and in again")
+    return (f"{device}: permission denied; it is for members of group {group.gr_name}. Join it with\n"
+            f"    sudo adduser {user} {group.gr_name}\n"
+            "then log out and in again")
+
+
+def process_name(process):
+    return (Path("/proc") / process / "comm").read_text(errors="replace").strip()
+
+
+def holders(device, locks=Path("/run/lock")):
+    """Who has the device open or locked, as "gpsd (process 612)". Other users' open files are hidden from all but
+    root; lock files are not."""
+    number = os.stat(device).st_rdev
+    found = set()
+    for process in filter(str.isdigit, os.listdir("/proc")):
+        try:
+            files = os.scandir(f"/proc/{process}/fd")
+            if any(os.stat(file.path).st_rdev == number for file in files):
+                found.add(process)
+        except OSError:
+            continue  # has ended, or is not ours to look into
+    try:
+        found.update((locks / f"LCK..{Path(device).resolve().name}").read_text().split()[:1])
+    except OSError:
+        pass
+    alive = (process for process in found if (Path("/proc") / process / "comm").exists())
+    return [f"{process_name(process)} (process {process})" for process in sorted(alive, key=int)]
+
+
+def use_problem(device):
+    """What shows when the device is opened. Two readers would get half of the bytes each."""
+    busy = False
+    try:
+        handle = os.open(device, os.O_RDWR | os.O_NONBLOCK | os.O_NOCTTY)
+    except OSError as problem:
+        busy = problem.errno == errno.EBUSY
+        if not busy:
+            return f"{device}: {problem.strerror}; is the receiver still plugged in?"
+    else:
+        serial = os.isatty(handle)
+        os.close(handle)
+        if not serial:
+            return f"{device}: not a serial port"
+    names = holders(device)
+    if names:
+        return f"{device}: in use by {', '.join(names)}; end that first"
+    if busy:
+        return f"{device}: in use by another program; this tells by which:\n    sudo fuser --verbose {device}"
+    return None
+
+
+def problem_with(device):
+    """Why the device cannot be used and what to do about it; None when it can."""
+    if not os.path.exists(device):
+        return f"{device}: no such device; is the receiver plugged in?"
+    if not stat.S_ISCHR(os.stat(device).st_mode):
+        return f"{device}: not a serial port"
+    if not os.access(device, os.R_OK | os.W_OK):
+        return permission_problem(device)
+    if str(Path(device).resolve()).startswith("/dev/pts/"):
+        return None  # whoever made a pseudo-terminal has it open
+    return use_problem(device)
+
+
+# ---- Places in the prefix -----------------------------------------------------------------------------
+
 def free_positions(dosdevices):
     """The port numbers that mean nothing that exists."""
     return [number for number in Positions if not (dosdevices / f"com{number}").exists()]
+
+
+def place(wine, device):
+    """The port number of the device, which gets a free one if it has none, or else the last one."""
+    dosdevices = wine.prefix / "dosdevices"
+    for number in Positions:
+        if (dosdevices / f"com{number}").resolve() == Path(device).resolve():
+            return number
+    number = (free_positions(dosdevices) or Positions)[-1]
+    wine.map_port(number, device)
+    return number
 
 
 def driver_keys(names):

@@ -1,0 +1,139 @@
+"""A Wine prefix of the program's own: what the launcher of the packages and that of the build share."""
+
+import ctypes
+import fcntl
+import os
+import shutil
+import subprocess
+from pathlib import Path
+
+SettingsKey = r"HKEY_LOCAL_MACHINE\Software\Quenmark\Toravane"
+Rates = (1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200)  # the stored index is the place in here
+
+# Wine's settings for every prefix. An empty debugger lets a crash end the program at once, so that its exit
+# code tells; the port must not be mapped at a place of Wine's own choice.
+PrefixSettings = r"""REGEDIT4
+
+[HKEY_LOCAL_MACHINE\Software\Microsoft\Windows NT\CurrentVersion\AeDebug]
+"Debugger"=""
+
+[HKEY_CURRENT_USER\Software\Wine\WineDbg]
+"ShowCrashDialog"=dword:00000000
+
+[HKEY_CURRENT_USER\Software\Wine\X11 Driver]
+"Managed"="{managed}"
+"""
+
+
+def say(text):
+    print(text, flush=True)
+
+
+def display_reachable(name):
+    """Whether a window could be opened on the display of that name."""
+    if not name:
+        return False
+    x11 = ctypes.CDLL("libX11.so.6")
+    x11.XOpenDisplay.restype = ctypes.c_void_p
+    x11.XCloseDisplay.argtypes = [ctypes.c_void_p]
+    display = x11.XOpenDisplay(name.encode())
+    if display:
+        x11.XCloseDisplay(display)
+    return bool(display)
+
+
+def stop(process, patience=5):
+    """Ends a process that we started, gently first."""
+    if process.poll() is None:
+        process.terminate()
+        try:
+            process.wait(patience)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            process.wait()
+
+
+class PrefixInUse(SystemExit):
+    """Another run has the prefix; ends the program with a line that says so unless it is caught."""
+
+
+def environment(prefix, display, home):
+    """What Windows programs in that prefix are started with."""
+    return {
+        **os.environ,
+        "WINEPREFIX": str(prefix),
+        "WINEARCH": "win64",
+        "WINEDEBUG": "-all",
+        # No .NET, no browser, no entries in the user's desktop menus.
+        "WINEDLLOVERRIDES": "mscoree,mshtml=;winemenubuilder.exe=",
+        "DISPLAY": display,
+        "HOME": str(home),
+    }
+
+
+class Wine:
+    """A Wine prefix that stays up until it is closed. `home`: where the user's own files are."""
+
+    def __init__(self, prefix, display, window_manager=False, home=Path.home()):
+        self.prefix = prefix
+        self.environment = environment(prefix, display, home)
+        home.mkdir(parents=True, exist_ok=True)
+        prefix.parent.mkdir(parents=True, exist_ok=True)
+        self.lock = open(prefix.with_suffix(".lock"), "w")
+        try:
+            fcntl.flock(self.lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+        except BlockingIOError:
+            raise PrefixInUse(f"{prefix} is in use by another run") from None
+        self._server("-k")  # what a run that was killed has left
+        complete = prefix / "complete"
+        if not complete.exists():
+            say(f"Creating the Wine prefix {prefix}")
+            shutil.rmtree(prefix, ignore_errors=True)
+            prefix.mkdir()
+        # At its start the server maps the machine's own ports; ours are mapped while it runs.
+        self._server("-p")
+        self.run("wineboot")
+        complete.touch()
+        settings = prefix / "settings.reg"
+        settings.write_text(PrefixSettings.format(managed="Y" if window_manager else "N"))
+        self.run("regedit", "/S", str(settings))
+
+    def _server(self, option):
+        subprocess.run(["wineserver", option], env=self.environment, stdin=subprocess.DEVNULL,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=60)
+
+    def run(self, *command):
+        """Runs a Windows program to its end."""
+        subprocess.run(["wine", *command], env=self.environment, stdin=subprocess.DEVNULL,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True, timeout=300)
+
+    def start(self, *command, environment=None, **options):
+        """Starts a Windows program; the process is the program's own, with its exit code."""
+        return subprocess.Popen(["wine", *map(str, command)], env={**self.environment, **(environment or {})},
+                                **options)
+
+    def map_port(self, number, device):
+        """Makes COM<number> mean a device or a terminal."""
+        link = self.prefix / "dosdevices" / f"com{number}"
+        link.unlink(missing_ok=True)
+        link.symlink_to(device)
+
+    def documents(self):
+        """The folder of the user's documents, where the program puts its files."""
+        return next(path for path in (self.prefix / "drive_c" / "users").glob("*/Documents")
+                    if path.parent.name != "Public")
+
+    def store_port(self, number, rate):
+        """Stores the port and rate that the program opens when it starts."""
+        for name, value in (("CommPortIdx", number), ("BaudrateIdx", Rates.index(rate))):
+            self.run("reg", "add", SettingsKey, "/f", "/v", name, "/t", "REG_DWORD", "/d", str(value))
+
+    def has_stored_port(self):
+        query = self.start("reg", "query", SettingsKey, "/v", "CommPortIdx", stdin=subprocess.DEVNULL,
+                           stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        return query.wait(60) == 0
+
+    def close(self):
+        self._server("-k")
+        self._server("-w")
+        self.lock.close()
