@@ -1,5 +1,7 @@
 #!/bin/bash
-# Installs the Debian packages that are still missing; says nothing and touches nothing when all are there.
+# Usage: install_packages.sh [packaging]
+# Installs the Debian packages that are still missing: those for building and testing, with `packaging` also those for
+# making packages. Says nothing and touches nothing when all are there.
 set -euo pipefail
 
 # Package            Reason
@@ -22,6 +24,16 @@ python3-pil          screenshots
 python3-pytest       desktop tests
 '
 
+PackagingPackages='
+debhelper            makes the .deb
+desktop-file-utils   checks its menu entry
+lintian              checks it
+nsis                 makes the installer for Windows
+pandoc               makes the manual
+zip                  makes the portable archive
+'
+
+[ "${1:-}" != packaging ] || Packages+=$PackagingPackages
 missing=()
 while read -r package reason; do
     [ -n "$package" ] || continue

@@ -79,6 +79,9 @@ class Driver:
     def delete_key(self, key):
         self.call("delete-key", key)
 
+    def key_access(self, key):
+        return self.call("key-access", key)["access"]
+
     def page(self, window, lines=19):
         return self.call("page", window, lines)["lines"]
 

@@ -1,5 +1,7 @@
 #include "driver.h"
 
+#include <sddl.h>
+
 #include <algorithm>
 #include <fstream>
 #include <memory>
@@ -280,6 +282,26 @@ static std::string DeleteKey(const Words& words)
     return Done();
 }
 
+// Who may do what with a key, in the security descriptor language.
+static std::string KeyAccess(const Words& words)
+{
+    HKEY key;
+    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, words[1].c_str(), 0, READ_CONTROL, &key) != ERROR_SUCCESS)
+        throw Refused("no such key");
+    BYTE descriptor[1024];
+    DWORD size = sizeof descriptor;
+    const LSTATUS status = RegGetKeySecurity(key, DACL_SECURITY_INFORMATION, descriptor, &size);
+    RegCloseKey(key);
+    LPWSTR text = nullptr;
+    if (status != ERROR_SUCCESS ||
+        !ConvertSecurityDescriptorToStringSecurityDescriptorW(descriptor, SDDL_REVISION_1,
+                                                              DACL_SECURITY_INFORMATION, &text, nullptr))
+        throw Refused("the key's security cannot be read");
+    const std::string answer = Object({Member("access", Quoted(text))});
+    LocalFree(text);
+    return answer;
+}
+
 // ---- The page -----------------------------------------------------------------------------------------
 
 static std::string Page(const Words& words)
@@ -319,6 +341,7 @@ const Command& FindCommand(const std::wstring& name)
         {L"get-value", 2, GetValue},    // KEY NAME
         {L"set-value", 3, SetValue},    // KEY NAME VALUE
         {L"delete-key", 1, DeleteKey},  // KEY
+        {L"key-access", 1, KeyAccess},  // KEY
         {L"page", 2, Page},             // WINDOW LINES
         {L"dot", 3, Dot},               // WINDOW X Y
     };
