@@ -1,5 +1,7 @@
 // What differs from other platforms, on the device.
 
+#include <cstring>
+
 #include "platform/platform.h"
 
 // ---- Calls that the system has in another form --------------------------------------------------------
@@ -45,12 +47,14 @@ bool ReplaceHandle(std::atomic<HANDLE>& place, HANDLE expected, HANDLE value)
 HFONT CreateTextPageFont()
 {
     LOGFONTW font = {};
-    font.lfHeight = -12;
+    font.lfHeight = -10; // characters 6 wide: the 40 columns of twelve satellites on 240 pixels
     font.lfPitchAndFamily = FIXED_PITCH | FF_MODERN;
+    constexpr wchar_t Face[] = L"Courier New";
+    std::memcpy(font.lfFaceName, Face, sizeof Face);
     return CreateFontIndirectW(&font);
 }
 
-void FitMainWindow(HWND, int, int) {} // the system's windows fill the screen
+void FitMainWindow(HWND, int, int) {} // windows fill the screen
 
 void BringToFront(HWND window)
 {
