@@ -35,6 +35,10 @@ desktop_tests() {
     /usr/bin/python3 -B -m pytest -p no:cacheprovider --durations=5 -v tests/desktop
 }
 
+device_tests() {
+    /usr/bin/python3 -B -m pytest -p no:cacheprovider --durations=5 -v tests/device
+}
+
 if step "packages" tools/install_packages.sh; then
     step "format" check_format
     step "include graph" tools/check_includes
@@ -44,6 +48,7 @@ if step "packages" tools/install_packages.sh; then
     test_preset native-asan
     step "races" tests/races/run.sh
     step "build desktop" tools/build.sh desktop && step "desktop tests" desktop_tests
+    step "build device" tools/build.sh device && step "device tests" device_tests
 fi
 
 printf '\n=== Summary\n'

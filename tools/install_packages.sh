@@ -8,6 +8,9 @@ set -euo pipefail
 Packages='
 g++                  compiler of the tests and tools on Linux
 g++-mingw-w64-x86-64 compiler of the desktop program, with its resource compiler
+gcc-arm-none-eabi    compiler of the program for devices
+libnewlib-arm-none-eabi mathematics of that program
+libstdc++-arm-none-eabi-dev C++ headers of that program
 cmake                build
 ninja-build          build
 clang-format         checks the format of the sources
@@ -19,6 +22,10 @@ wine64               its 64-bit half, the only one that we use
 fonts-liberation     the fixed-pitch and dialog fonts that Wine draws with
 libxrender1          Wine draws text through it
 xvfb                 a display for machines without one
+file                 reads the image for devices in its tests
+pev                  reads it, too
+icoutils             lists the resources in it
+python3-pefile       reads all of it
 python3              launcher and desktop tests
 python3-pil          screenshots
 python3-pytest       desktop tests
