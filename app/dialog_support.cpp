@@ -22,11 +22,14 @@ constexpr WPARAM BackKey = 27;
 
 uint32_t CurrentLayoutOffset = 0;
 
-bool QueryPlatformType(wchar_t (&type)[256])
+constexpr UINT PlatformTypeCapacity = 256;
+
+bool QueryPlatformType(wchar_t (&type)[PlatformTypeCapacity])
 {
     type[0] = 0;
-    const bool known = SystemParametersInfoW(SPI_GETPLATFORMTYPE, sizeof type, type, 0);
-    type[255] = 0;
+    // Counted in characters: a system that counts bytes leaves the rest of the room alone.
+    const bool known = SystemParametersInfoW(SPI_GETPLATFORMTYPE, PlatformTypeCapacity, type, 0);
+    type[PlatformTypeCapacity - 1] = 0;
     return known;
 }
 
@@ -53,14 +56,14 @@ ListMessageTable ListMessages = ComboBoxMessages;
 
 bool IsSmartphone()
 {
-    wchar_t type[256];
+    wchar_t type[PlatformTypeCapacity];
     if (!QueryPlatformType(type)) return GetLastError() == ERROR_ACCESS_DENIED;
     return StartsWithIgnoringCase(type, L"smartphone");
 }
 
 bool IsPocketPc()
 {
-    wchar_t type[256];
+    wchar_t type[PlatformTypeCapacity];
     return QueryPlatformType(type) && StartsWithIgnoringCase(type, L"pocketpc");
 }
 

@@ -36,6 +36,17 @@ TEST_F(DialogSupport, PlatformTypes)
     }
 }
 
+// A maker may answer with a text of any length.
+TEST_F(DialogSupport, PlatformTypeThatHasNoRoomIsNone)
+{
+    const std::wstring room = L"smartphone" + std::wstring(245, L'x');
+    HeadlessSetPlatformType(room.c_str());
+    EXPECT_TRUE(IsSmartphone());
+    HeadlessSetPlatformType((room + L'x').c_str());
+    EXPECT_FALSE(IsSmartphone());
+    EXPECT_FALSE(IsPocketPc());
+}
+
 TEST_F(DialogSupport, LayoutOfADesktopAndOfAKeypadDevice)
 {
     ChooseLayout();
