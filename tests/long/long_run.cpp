@@ -1,7 +1,7 @@
 // The whole program, its window, reader thread, decoders, chart and log, against the software receiver for a
 // simulated week (or as many hours as the argument says). The receiver's protocol changes every few hours, by
 // the program's own commands; five minutes of each hour bytes are lost, five minutes bits are wrong, then
-// noise comes. The tick count wraps after half an hour and midnight comes after an hour and a half, at the
+// noise comes. The tick count wraps after ten minutes and midnight comes after an hour and a half, at the
 // end of a GPS week.
 //
 // Whenever the line is good every message is counted, every byte is in the log, page and chart show the time
@@ -38,7 +38,7 @@ namespace
 
 constexpr uint32_t StepMs = 50, StepsPerSecond = 1000 / StepMs;
 constexpr uint32_t Minute = 60, Hour = 3600;
-constexpr uint32_t TicksBeforeWrap = Hour / 2 * 1000;
+constexpr uint32_t TicksBeforeWrap = 10 * Minute * 1000 + 170; // in the middle of a sentence
 constexpr uint32_t NmeaRate = 9600, SirfRate = 38400;
 constexpr int NmeaRateIndex = 3;
 constexpr uint32_t SettleS = 60; // after a change of protocol, or faults
