@@ -1,8 +1,14 @@
-// What one sample of the strip chart costs: a new column each, ten visible channels. It must not grow with
-// the chart's width.
+// What one sample of the strip chart costs, a new column each, ten visible channels: it must not grow with
+// the chart's width. And what a repaint of the whole window costs.
+//
+// `bench_chart --samples WIDTH COUNT` records so many samples and nothing else, to have instructions counted.
 
 #include <benchmark/benchmark.h>
 
+#include <cstdlib>
+#include <cstring>
+
+#include "app/text_view.h"
 #include "graph/background.h"
 #include "graph/channels.h"
 #include "graph/chart.h"
@@ -66,4 +72,62 @@ void BM_Background(benchmark::State& state)
 }
 BENCHMARK(BM_Background);
 
+// A window's pixels.
+struct Screen {
+    HDC dc = CreateCompatibleDC(nullptr);
+    HBITMAP bitmap;
+    HGDIOBJ before;
+
+    Screen(int width, int height)
+    {
+        BITMAPINFO info = {};
+        info.bmiHeader = {sizeof info.bmiHeader, width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+        void* pixels = nullptr;
+        bitmap = CreateDIBSection(dc, &info, DIB_RGB_COLORS, &pixels, nullptr, 0);
+        before = SelectObject(dc, bitmap);
+    }
+    ~Screen()
+    {
+        SelectObject(dc, before);
+        DeleteObject(bitmap);
+        DeleteDC(dc);
+    }
+};
+
+void BM_PaintChart(benchmark::State& state)
+{
+    const int width = static_cast<int>(state.range(0));
+    StartChart(width);
+    for (uint32_t second = 0; second < 100; ++second) RecordSecond(second);
+    const Screen screen(width, Height);
+    for (auto _ : state) PaintChart(screen.dc, 0);
+    DeleteChart();
+}
+BENCHMARK(BM_PaintChart)->Arg(240)->Arg(1920);
+
+// The program's part of a page: its nineteen lines, of which the longest has fifty characters.
+void BM_CopyPage(benchmark::State& state)
+{
+    for (uint32_t line = 0; line < TextLineCount; ++line)
+        SetTextLine(line, L" EstimatedHorizontalPrecisionError: 12.34 m       ");
+    wchar_t text[TextLineCapacity];
+    for (auto _ : state)
+        for (uint32_t line = 0; line < TextLineCount; ++line)
+            benchmark::DoNotOptimize(CopyTextLine(line, text));
+}
+BENCHMARK(BM_CopyPage);
+
 } // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc == 4 && std::strcmp(argv[1], "--samples") == 0) {
+        StartChart(std::atoi(argv[2]));
+        const uint32_t count = static_cast<uint32_t>(std::atoi(argv[3]));
+        for (uint32_t second = 0; second < count; ++second) RecordSecond(second);
+        return 0;
+    }
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

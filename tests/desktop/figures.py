@@ -1,16 +1,19 @@
-"""Prints figures of the program under Wine: how long it takes to show its window, and its share of a processor
-on a silent line and at a stream of 115200 baud.
+"""Prints figures of the program under Wine: how long it takes to show its window and its first page, its share of
+a processor on a silent line and at a stream of 115200 baud, the cost of a full repaint and its memory.
 
 Outside the default test run:  /usr/bin/python3 tests/desktop/figures.py [SECONDS]
 """
 
 import os
+import re
 import sys
 import time
 from pathlib import Path
 
-from harness import User, wait_for
+from harness import Port, User, VK_RIGHT, wait_for
 from test_start import Page, Record
+
+WM_KEYDOWN = 0x0100
 
 
 def processor_seconds(pid):
@@ -42,32 +45,63 @@ def measure(user, program, seconds):
     return [100 * (processor_seconds(pid) - b) / elapsed for pid, b in zip(pids, before)]
 
 
-def time_to_window(user):
-    """Seconds from the start to the window on the screen, with Wine already running."""
+def times_to_paint(user):
+    """Seconds from the start to the window, and to its first page on the screen, with Wine already running."""
+    user.store(CommPortIdx=Port)  # a port without a rate: nothing is opened, and nobody greeted
     start = time.monotonic()
     user.start()
     user.main_window()
-    return time.monotonic() - start
+    shown = time.monotonic() - start
+    wait_for("the first page", lambda: user.page()[0].strip())
+    return shown, time.monotonic() - start
 
 
-def main(seconds):
+def repaint_milliseconds(user, program, times=100):
+    """Processor time, of program and server, of a page that is erased and painted anew."""
+    window = user.main_window()["window"]
+    pids = program.process.pid, server_pid(user)
+    before = sum(processor_seconds(pid) for pid in pids)
+    for _ in range(times):
+        user.driver.post(window, WM_KEYDOWN, VK_RIGHT)  # the chart, shown with the next fix
+        user.driver.post(window, WM_KEYDOWN, VK_RIGHT)  # back to the page, at once
+        time.sleep(0.03)
+    return 1000 * (sum(processor_seconds(pid) for pid in pids) - before) / times
+
+
+def peak_megabytes(program):
+    status = Path(f"/proc/{program.process.pid}/status").read_text()
+    return int(re.search(r"VmHWM:\s*(\d+) kB", status)[1]) / 1024
+
+
+def figures(seconds):
+    """Names and values."""
     user = User()
     try:
         user.tidy()
-        print(f"window after {time_to_window(user):.2f} s")
+        shown, painted = times_to_paint(user)
+        yield "start to window, Wine", f"{shown:.2f} s"
+        yield "start to first paint, Wine", f"{painted:.2f} s (with the reading of the screen)"
         user.tidy()
         program, line = user.start_connected(115200)
-        idle = measure(user, program, seconds)
+        own, server = measure(user, program, seconds)
+        yield "processor share, silent line", f"program {own:.1f} %, Wine's server {server:.1f} %"
+        repaint = repaint_milliseconds(user, program)
+        yield "full repaint of the page, Wine", f"{repaint:.1f} ms of processor time"
         line.stream(Record, 115200)
         wait_for("the page comes", lambda: user.page()[18] == Page[18])
         sent = line.sent
-        stream = measure(user, program, seconds)
+        own, server = measure(user, program, seconds)
         rate = (line.sent - sent) / seconds
-        for name, (own, server) in (("silent line", idle), (f"{rate:.0f} bytes/s", stream)):
-            print(f"{name}: program {own:.1f} %, Wine's server {server:.1f} % of one processor")
+        yield f"processor share, {rate:.0f} bytes/s", f"program {own:.1f} %, Wine's server {server:.1f} %"
+        yield "peak memory, Wine", f"{peak_megabytes(program):.1f} MB, Wine's libraries included"
     finally:
         user.tidy()
         user.leave()
+
+
+def main(seconds):
+    for name, value in figures(seconds):
+        print(f"{name}: {value}")
 
 
 if __name__ == "__main__":
