@@ -93,9 +93,15 @@ class Nmea(unittest.TestCase):
         for number, name in enumerate(re.findall(r'L"([^"]+)"', kinds)):
             self.assertIn(f"{number} {name}" if "User" not in name else str(number), text)
         start = code("nmea/dialogs/navigation_initialization_dialog.cpp")
-        for low, high in re.findall(r"\{CONTROL_NAVINIT_\w+, (-?\d+), (\d+), L", start):
-            scale = 100 if high == "604800" else 1
-            self.assertIn(f"{low} to {int(high) * scale}", text)
+        labels = {"CLOCK_OFFSET": "clock offset", "WEEK": "week", "CHANNELS": "channels", "TIME_OF_WEEK": "time of week"}
+        for name, low, high in re.findall(r"\{CONTROL_NAVINIT_(\w+), (-?\d+), (\d+), L", start):
+            scale = 100 if name == "TIME_OF_WEEK" else 1
+            label = labels.get(name, "X, Y, Z:")
+            self.assertRegex(text, rf"{label} {low} to {int(high) * scale}\b")
+
+    def test_fix_qualities(self):
+        qualities = re.findall(r"case (\d): *\n? *FormatTextLine\(LineFix", code("nmea/text_page.cpp"))
+        self.assertIn("fix quality: {} none, {} fix, {} with corrections, {} dead reckoning".format(*qualities), Document)
 
     def test_factors(self):
         for name in ("MetresPerSecondPerKnot", "MetresPerDegree"):
