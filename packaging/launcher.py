@@ -15,35 +15,42 @@ from prefix import PrefixInUse, Rates, Wine, display_reachable, environment, say
 
 Here = Path(__file__).resolve().parent
 Program = Here / "toravane.exe"
-Actions = {"on": ["StaticNavigationOn"], "off": ["StaticNavigationOff"], None: []}
+Actions = ("StaticNavigationOn", "StaticNavigationOff")  # the program's own command lines
+
+Usage = """\
+toravane [DEVICE [RATE]]
+       toravane StaticNavigationOn|StaticNavigationOff [DEVICE [RATE]]
+       toravane --list | --help | --version"""
 
 Description = """\
 Checks and changes the settings of GPS receivers with SiRF chipsets.
 
 Every serial adapter that is plugged in becomes one of the ports COM1 to COM9 of
 the program. Without DEVICE the program opens the port that worked last; menu
-Com chooses another or searches for the receiver."""
+Com chooses another or searches for the receiver.
+
+StaticNavigationOn and StaticNavigationOff switch the receiver's static
+navigation without a user, and end."""
 
 Examples = """\
 examples:
-  toravane                          with the port that worked last
-  toravane --list                   which adapters there are, and what is wrong
-  toravane /dev/ttyUSB0 57600       with this port, at this rate
-  toravane --static-navigation off  without a user: one command, then the end"""
+  toravane                      with the port that worked last
+  toravane --list               which adapters there are, and what is wrong
+  toravane /dev/ttyUSB0 57600   with this port, at this rate
+  toravane StaticNavigationOff  to be pressed before each walk"""
 
 
 def parse_arguments():
-    parser = argparse.ArgumentParser(prog="toravane", description=Description, epilog=Examples,
+    parser = argparse.ArgumentParser(prog="toravane", usage=Usage, description=Description, epilog=Examples,
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("device", nargs="?", metavar="DEVICE", help="the receiver's serial port, as in /dev/ttyUSB0")
     parser.add_argument("rate", nargs="?", metavar="RATE", type=int, choices=Rates, default=4800,
                         help=f"its rate in baud: {Rates[0]} to {Rates[-1]} (4800)")
-    parser.add_argument("--static-navigation", choices=("on", "off"),
-                        help="switch the receiver's static navigation through the port that worked last, or through "
-                             "DEVICE, and end")
     parser.add_argument("--list", action="store_true", help="list the serial adapters and end")
     parser.add_argument("--version", action="version", version="toravane " + (Here / "version").read_text().strip())
-    return parser.parse_args()
+    words = sys.argv[1:]
+    action = [words.pop(0)] if words and words[0] in Actions else []
+    return parser.parse_args(words, argparse.Namespace(action=action))
 
 
 def tell(text):
@@ -77,7 +84,7 @@ def list_adapters():
 
 def start_beside(prefix, display, arguments):
     """A second start only brings the first to the front, which the program does by itself."""
-    if arguments.device or arguments.static_navigation:
+    if arguments.device or arguments.action:
         fail("Toravane is running already; close its window first")
     return subprocess.run(["wine", Program], env=environment(prefix, display, Path.home()),
                           stdin=subprocess.DEVNULL).returncode
@@ -89,11 +96,9 @@ def run(wine, arguments):
         number = place(wine, arguments.device)
         wine.store_port(number, arguments.rate)
         names[number] = friendly_name(Path(arguments.device).resolve())
-    elif arguments.static_navigation and not wine.has_stored_port():
-        fail("which port is not known yet; name it once, as in: toravane --static-navigation on /dev/ttyUSB0 4800")
     for number, name in sorted(map_adapters(wine, names).items()):
         say(f"COM{number}: {name}")
-    program = wine.start(Program, *Actions[arguments.static_navigation], stdin=subprocess.DEVNULL)
+    program = wine.start(Program, *arguments.action, stdin=subprocess.DEVNULL)
     try:
         return program.wait()
     finally:

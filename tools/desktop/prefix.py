@@ -128,11 +128,6 @@ class Wine:
         for name, value in (("CommPortIdx", number), ("BaudrateIdx", Rates.index(rate))):
             self.run("reg", "add", SettingsKey, "/f", "/v", name, "/t", "REG_DWORD", "/d", str(value))
 
-    def has_stored_port(self):
-        query = self.start("reg", "query", SettingsKey, "/v", "CommPortIdx", stdin=subprocess.DEVNULL,
-                           stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        return query.wait(60) == 0
-
     def close(self):
         self._server("-k")
         self._server("-w")

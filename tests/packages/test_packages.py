@@ -1,0 +1,206 @@
+"""The packages as their users get them: made, looked into, installed, started and removed again."""
+
+import re
+import subprocess
+import sys
+import zipfile
+from pathlib import Path
+
+import pytest
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "desktop"))
+
+from harness import Output, Settings, User, desktop, wait_for
+import driver as raw
+
+Packages = desktop.Build / "packages"
+UninstallKey = r"HKEY_LOCAL_MACHINE\Software\Microsoft\Windows\CurrentVersion\Uninstall\Toravane"
+UsersMayWrite = "D:P(A;CI;KA;;;BA)(A;CI;KA;;;SY)(A;CI;CCDCLCSWRPRC;;;BU)"
+
+
+@pytest.fixture(scope="session")
+def packages():
+    subprocess.run([desktop.Root / "package.sh", "--here"], check=True)
+    return Packages
+
+
+@pytest.fixture(scope="session")
+def user():
+    user = User()
+    user.tidy()
+    yield user
+    user.tidy()
+    user.leave()
+
+
+def only(folder, pattern):
+    found, = folder.glob(pattern)
+    return found
+
+
+def start(user, program):
+    """Starts a copy of the program that the packages have brought, and closes it again."""
+    user.store(CommPortIdx=-1, BaudrateIdx=-1)  # not a first start
+    process = user.wine.start(program, stdin=subprocess.DEVNULL)
+    try:
+        user.main_window()
+        user.wait_page([" Menu Com. Open a port."] + [""] * 18)
+        user.close()
+        assert process.wait(30) == 0
+    finally:
+        desktop.stop(process)
+
+
+def check_manual(file):
+    text = file.read_text()
+    assert "<h1" in text
+    outside = re.findall(r'(?:src|href)="(?!#|data:|https?:)([^"]*)"', text)
+    assert outside == []
+
+
+# ---- Windows ------------------------------------------------------------------------------------------
+
+def test_zip_runs(packages, user, tmp_path):
+    with zipfile.ZipFile(only(packages, "*-windows.zip")) as archive:
+        archive.extractall(tmp_path)
+    folder = only(tmp_path, "toravane-*")
+    assert sorted(file.name for file in folder.iterdir()) == ["toravane.exe", "user-guide.html"]
+    check_manual(folder / "user-guide.html")
+    start(user, folder / "toravane.exe")
+
+
+class Installed:
+    """What the installer leaves in the prefix."""
+
+    def __init__(self, user):
+        self.user = user
+        drive = user.wine.prefix / "drive_c"
+        self.folder = drive / "Program Files" / "Toravane"
+        self.menu = drive / "ProgramData" / "Microsoft" / "Windows" / "Start Menu" / "Programs" / "Toravane"
+
+    def links(self):
+        return {link.stem: link.read_bytes().decode("utf-16-le", errors="ignore")
+                + link.read_bytes()[1:].decode("utf-16-le", errors="ignore") for link in self.menu.glob("*.lnk")}
+
+    def is_listed(self):
+        return self.user.wine.start("reg", "query", UninstallKey, stdin=subprocess.DEVNULL,
+                                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).wait(60) == 0
+
+    def uninstall(self, *options):
+        """The uninstaller removes its own file, so it works from a copy, which nobody can wait for."""
+        self.user.wine.run(str(self.folder / "uninstall.exe"), "/S", *options)
+        wait_for("everything is removed", lambda: not (
+            self.folder.exists() or self.menu.exists() or self.is_listed()), 60)
+
+
+def test_installer(packages, user):
+    setup = only(packages, "*-setup.exe")
+    installed = Installed(user)
+    user.wine.run(str(setup), "/S")
+    assert sorted(file.name for file in installed.folder.iterdir()) == [
+        "toravane.exe", "uninstall.exe", "user-guide.html"]
+    check_manual(installed.folder / "user-guide.html")
+    assert installed.is_listed()
+
+    links = installed.links()
+    assert sorted(links) == ["Static navigation off", "Static navigation on", "Toravane", "User guide"]
+    assert all("user-guide.html" in text if name == "User guide" else "toravane.exe" in text
+               for name, text in links.items())
+    assert {name: re.findall("StaticNavigation(?:On|Off)", text) for name, text in links.items()} == {
+        "Static navigation off": ["StaticNavigationOff"], "Static navigation on": ["StaticNavigationOn"],
+        "Toravane": [], "User guide": []}
+
+    assert user.driver.key_access(Settings) == UsersMayWrite
+
+    start(user, installed.folder / "toravane.exe")
+    user.store(GraphRate=7)
+    user.wine.run(str(setup), "/S")  # over an older one: keeps the settings
+    assert user.stored("GraphRate") == 7
+    installed.uninstall()
+    assert user.stored("GraphRate") == 7
+
+    user.wine.run(str(setup), "/S")
+    installed.uninstall("/SETTINGS")
+    with pytest.raises(raw.DriverError):
+        user.driver.key_access(Settings)
+
+
+def test_installer_waits_for_a_running_program(packages, user):
+    program, _ = user.start_connected()
+    setup = user.wine.start(only(packages, "*-setup.exe"), "/S", stdin=subprocess.DEVNULL)
+    assert setup.wait(60) == 2
+    assert not Installed(user).folder.exists()
+    assert program.running()
+    user.close()
+    assert program.wait_end() == 0
+
+
+# ---- Debian and Ubuntu --------------------------------------------------------------------------------
+
+@pytest.fixture(scope="session")
+def unpacked(packages, tmp_path_factory):
+    folder = tmp_path_factory.mktemp("debian")
+    subprocess.run(["dpkg-deb", "--extract", only(packages, "*.deb"), folder], check=True)
+    return folder
+
+
+def test_lintian(packages):
+    subprocess.run(["lintian", "--allow-root", "--fail-on", "error,warning", only(packages, "*.deb")], check=True)
+
+
+def test_contents(unpacked):
+    check_manual(unpacked / "usr/share/doc/toravane/user-guide.html")
+    subprocess.run(["desktop-file-validate", unpacked / "usr/share/applications/toravane.desktop"], check=True)
+    for name in ("toravane", "toravane-replay", "toravane-receiver"):
+        program = unpacked / "usr/bin" / name
+        assert subprocess.run([program, "--version"], capture_output=True, text=True).stdout == f"{name} 2.20\n"
+        options = set(re.findall(r"--[a-z]+[a-z-]*", subprocess.run(
+            [program, "--help"], capture_output=True, text=True, check=True).stdout))
+        page = subprocess.run(["groff", "-man", "-Tutf8", "-P-cbou", "-ww"], capture_output=True, check=True, input=(
+            subprocess.run(["zcat", unpacked / f"usr/share/man/man1/{name}.1.gz"], capture_output=True).stdout))
+        assert page.stderr == b""
+        text = page.stdout.decode().replace("\N{HYPHEN}", "-")
+        assert [option for option in sorted(options) if option not in text] == []
+
+
+class LaunchersPrefix:
+    """The Wine prefix that the launcher has made, to start the driver in."""
+
+    start = desktop.Wine.start
+
+    def __init__(self, environment, prefix):
+        self.environment = {**environment, "WINEPREFIX": str(prefix)}
+
+
+def test_launcher(unpacked, user, tmp_path):
+    """Makes its prefix, maps the port, starts the program, and has it come to the front with a second start."""
+    environment = {**user.wine.environment, "XDG_DATA_HOME": str(tmp_path)}
+    del environment["WINEPREFIX"]
+    receiver, terminal = desktop.start_software_receiver("--rate", 38400, "--start", "hot")
+    user.receivers.append(receiver)
+    launcher = unpacked / "usr/bin/toravane"
+    log = Output / "launcher.txt"
+    with open(log, "w") as output:
+        process = subprocess.Popen([launcher, terminal, "38400"], env=environment, stdin=subprocess.DEVNULL,
+                                   stdout=output, stderr=output)
+    try:
+        prefix = tmp_path / "toravane" / "wine"
+        wait_for("the port is named", lambda: re.search(r"COM\d: ", log.read_text()), 120)
+        number, = re.findall(r"COM(\d): " + terminal.rsplit("/", 1)[1], log.read_text())
+        assert (prefix / "dosdevices" / f"com{number}").readlink() == Path(terminal)
+        beside = subprocess.run([launcher, terminal], env=environment, capture_output=True, text=True)
+        assert (beside.returncode, beside.stderr) == (
+            1, "toravane: Toravane is running already; close its window first\n")
+        watcher = raw.Driver(LaunchersPrefix(environment, prefix))
+        window = wait_for("the main window appears", watcher.main_window, 60)
+        wait_for("a fix", lambda: re.fullmatch(r" Fix: \d+ SVs.*", watcher.page(window["window"])[4]), 60)
+        assert subprocess.run([launcher], env=environment, timeout=60).returncode == 0
+        assert len([w for w in watcher.windows() if w["class"] == "Toravane"]) == 1
+        watcher.post(window["window"], raw.WM_CLOSE)
+        assert process.wait(60) == 0
+    finally:
+        desktop.stop(process)
+        print(log.read_text())
+    unknown = subprocess.run([launcher, "StaticNavigationOn", "/dev/ttyUSB99"], env=environment,
+                             capture_output=True, text=True)
+    assert unknown.stderr == "toravane: /dev/ttyUSB99: no such device; is the receiver plugged in?\n"
