@@ -17,6 +17,7 @@ clang-format         checks the format of the sources
 libgtest-dev         unit tests
 libbenchmark-dev     benchmarks
 libpng-dev           pictures of the chart that the replay tool writes
+libunicorn-dev       emulated ARM processors, that run the image for devices
 wine                 runs the desktop program on Linux
 wine64               its 64-bit half, the only one that we use
 fonts-liberation     the fixed-pitch and dialog fonts that Wine draws with

@@ -1,0 +1,20 @@
+// Messages whose parameters are more than numbers, and how they are carried across in either direction.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "platform/platform.h"
+#include "tests/device/memory.h"
+#include "tests/device/structures.h"
+
+// What remains to be done when the call with the message has returned.
+using AfterCall = std::vector<std::function<void()>>;
+
+// From the program to the platform.
+void MessageToHost(UINT message, uint32_t guestW, uint32_t guestL, WPARAM& wParam, LPARAM& lParam,
+                   BorrowedTexts& borrowed, AfterCall& after);
+
+// From the platform to the program.
+void MessageToGuest(UINT message, WPARAM wParam, LPARAM lParam, uint32_t& guestW, uint32_t& guestL,
+                    AfterCall& after);
