@@ -103,6 +103,8 @@ void HeadlessRegistrySetBytes(HKEY root, const wchar_t* path, const wchar_t* nam
 void HeadlessRegistryCreateKey(HKEY root, const wchar_t* path);
 bool HeadlessRegistryGetDword(HKEY root, const wchar_t* path, const wchar_t* name, uint32_t& value);
 void HeadlessRegistryRefuseWrites(HKEY root, bool refuse); // ERROR_ACCESS_DENIED under this root
+std::vector<std::wstring>
+HeadlessRegistryValues(); // every value as "root\\path\\name type bytes", in order of names
 
 bool HeadlessFileExists(const std::wstring& path);
 std::string HeadlessFileContent(const std::wstring& path);

@@ -118,6 +118,20 @@ void SetValue(HKEY root, const wchar_t* path, const wchar_t* name, DWORD type, s
     Walk(RootOf(root).key, path, true)->values[Lower(name ? name : L"")] = {type, std::move(data)};
 }
 
+void ListValues(const Key& key, const std::wstring& path, std::vector<std::wstring>& lines)
+{
+    constexpr const wchar_t* Digits = L"0123456789ABCDEF";
+    for (const auto& [name, value] : key.values) {
+        std::wstring line = path + L"\\" + name + L" " + std::to_wstring(value.type) + L" ";
+        for (const char byte : value.data) {
+            line += Digits[static_cast<uint8_t>(byte) >> 4];
+            line += Digits[static_cast<uint8_t>(byte) & 0xF];
+        }
+        lines.push_back(std::move(line));
+    }
+    for (const auto& [name, below] : key.keys) ListValues(*below, path + L"\\" + below->name, lines);
+}
+
 std::string BytesOf(const void* data, size_t size)
 {
     return data ? std::string(static_cast<const char*>(data), size) : std::string();
@@ -182,6 +196,14 @@ bool HeadlessRegistryGetDword(HKEY root, const wchar_t* path, const wchar_t* nam
         return false;
     std::memcpy(&value, found->second.data.data(), sizeof value);
     return true;
+}
+
+std::vector<std::wstring> HeadlessRegistryValues()
+{
+    std::vector<std::wstring> lines;
+    ListValues(*RootOf(HKEY_CURRENT_USER).key, L"user", lines);
+    ListValues(*RootOf(HKEY_LOCAL_MACHINE).key, L"machine", lines);
+    return lines;
 }
 
 void HeadlessRegistryRefuseWrites(HKEY root, bool refuse)

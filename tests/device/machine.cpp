@@ -78,6 +78,7 @@ GuestAddress LastBlock;
 bool Ending;
 uint32_t ExitCode, Random;
 std::function<std::string(GuestAddress)> Symbolizer;
+std::function<void()> BeforeRun;
 
 std::string Hex(uint64_t value)
 {
@@ -184,6 +185,7 @@ void LeaveThread()
 uint32_t Run(Thread& thread, Registers& registers)
 {
     Running = &thread;
+    if (BeforeRun) BeforeRun();
     uc_reg_write(Processor, UC_ARM_REG_CPSR, &registers.status); // first: it selects the registers' bank
     for (int i = 0; i < RegisterCount; ++i)
         uc_reg_write(Processor, RegisterIds[i], &registers.r[static_cast<size_t>(i)]);
@@ -239,6 +241,7 @@ void StartMachine(const MachineOptions& options)
     Options = options;
     Random = 2463534242;
     FaultText.clear();
+    BeforeRun = nullptr;
     Ending = false;
     MainFigures = OtherFigures = {};
     StackTaken.clear();
@@ -316,6 +319,11 @@ uint32_t CallGuest(GuestAddress routine, std::initializer_list<uint32_t> argumen
 double GuestCall::Double(uint32_t index) const
 {
     return std::bit_cast<double>(Word(index) | uint64_t{Word(index + 1)} << 32);
+}
+
+void SetBeforeRun(std::function<void()> step)
+{
+    BeforeRun = std::move(step);
 }
 
 void EndProgram(uint32_t exitCode)

@@ -60,6 +60,9 @@ GuestAddress AddSystemRoutine(const std::string& name, std::function<uint64_t(co
 // Ends the program: the CallGuest that runs now, which must be the outermost one, returns the code.
 void EndProgram(uint32_t exitCode);
 
+// Called before the program runs on a thread, each time.
+void SetBeforeRun(std::function<void()> step);
+
 // ---- Figures ------------------------------------------------------------------------------------------
 
 struct ThreadFigures {

@@ -516,3 +516,14 @@ void ServeResourcesOf(const LoadedImage& image)
 {
     Image = image;
 }
+
+void MapKernelPage()
+{
+    constexpr GuestAddress Page = 0xFFFFC000;
+    constexpr uint32_t CurrentThread = 0x808;
+    uint8_t* const page = MapMemory(Page, PageBytes, Access::Read);
+    SetBeforeRun([page] {
+        const DWORD id = GetCurrentThreadId();
+        std::memcpy(page + CurrentThread, &id, sizeof id);
+    });
+}

@@ -12,3 +12,6 @@ GuestAddress ResolveImport(const std::string& library, const std::string& name);
 
 // Once the image is loaded: where its resources are found.
 void ServeResourcesOf(const LoadedImage& image);
+
+// The page that the system shows every process, as far as the program reads it: the number of its thread.
+void MapKernelPage();

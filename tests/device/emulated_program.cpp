@@ -1,0 +1,66 @@
+// The program's device image, on the emulated device.
+#include <cstdio>
+
+#include "platform/platform.h"
+#include "tests/device/image.h"
+#include "tests/device/machine.h"
+#include "tests/device/scenario.h"
+#include "tests/device/symbols.h"
+#include "tests/device/system_calls.h"
+
+namespace
+{
+
+MachineOptions Options;
+std::string ImagePath, SymbolPath;
+GuestAddress Base;
+bool WithFigures;
+
+} // namespace
+
+bool TakeProgramOption(const std::string& name, const std::string& value)
+{
+    if (name == "--image")
+        ImagePath = value;
+    else if (name == "--symbols")
+        SymbolPath = value;
+    else if (name == "--core")
+        Options.core = value;
+    else if (name == "--base")
+        Base = static_cast<GuestAddress>(std::stoul(value, nullptr, 0));
+    else if (name == "--stack-skew")
+        Options.stackSkew = static_cast<uint32_t>(std::stoul(value));
+    else if (name == "--system")
+        Options.thumbSystem = value == "thumb";
+    else if (name == "--figures")
+        WithFigures = value == "yes";
+    else
+        return false;
+    return true;
+}
+
+int RunProgramUnderTest(const wchar_t* commandLine)
+{
+    StartMachine(Options);
+    MapKernelPage();
+    const LoadedImage image = LoadImage(ImagePath, Base, ResolveImport);
+    ServeResourcesOf(image);
+    if (!SymbolPath.empty()) LoadSymbols(SymbolPath, image.base);
+    const std::wstring text = commandLine;
+    const GuestAddress copy = AllocateGuest(2 * static_cast<uint32_t>(text.size() + 1));
+    StoreGuestText(copy, text);
+    const uint32_t exitCode = CallGuest(image.entry, {image.base, 0, copy, SW_SHOW}, "the program");
+    FreeGuest(copy);
+    return static_cast<int>(exitCode);
+}
+
+void PrintFigures(const std::string& scenario, uint64_t bytes)
+{
+    if (!WithFigures) return;
+    const ThreadFigures main = MainThreadFigures(), reader = OtherThreadFigures();
+    std::fprintf(stderr,
+                 "%s: bytes %llu, reader %llu instructions, stack %u, main %llu instructions, stack %u\n",
+                 scenario.c_str(), static_cast<unsigned long long>(bytes),
+                 static_cast<unsigned long long>(reader.instructions), reader.stackBytes,
+                 static_cast<unsigned long long>(main.instructions), main.stackBytes);
+}

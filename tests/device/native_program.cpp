@@ -1,0 +1,15 @@
+// The program itself, linked in.
+#include "app/main.h"
+#include "tests/device/scenario.h"
+
+bool TakeProgramOption(const std::string&, const std::string&)
+{
+    return false;
+}
+
+int RunProgramUnderTest(const wchar_t* commandLine)
+{
+    return RunProgram(nullptr, commandLine, SW_SHOW);
+}
+
+void PrintFigures(const std::string&, uint64_t) {}

@@ -1,0 +1,27 @@
+// Scenarios: a user who works with the program on the headless platform. What the program does is printed,
+// all of it; the same scenario is run with the program itself and with its device image on the emulated
+// device, and the two transcripts must be equal. Expectations stand in the unit tests of the program, once.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+struct Scenario {
+    std::string name;
+    std::function<void()> run;
+};
+
+// All scenarios, with those of each of the logs. Logs are files of received bytes.
+std::vector<Scenario> AllScenarios(const std::vector<std::string>& logs);
+
+// ---- The program in the form under test (native_program.cpp, emulated_program.cpp) --------------------
+
+// Options of this form; false if there is none of the name.
+bool TakeProgramOption(const std::string& name, const std::string& value);
+
+// Runs the program to its end and returns its exit code. Once in a process.
+int RunProgramUnderTest(const wchar_t* commandLine);
+
+// Prints on the standard error stream what this form can tell of the run; `bytes` were received in it.
+void PrintFigures(const std::string& scenario, uint64_t bytes);

@@ -1,0 +1,471 @@
+#include "tests/device/scenario.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "app/shell_libraries.h"
+#include "resources/resource_ids.h"
+#include "tests/device/receiver_line.h"
+#include "tests/device/transcript.h"
+
+namespace
+{
+
+constexpr const wchar_t* SettingsPath = L"Software\\Quenmark\\Toravane";
+constexpr uint32_t PortNumber = 3;
+constexpr uint32_t StartMs = 3000; // until the port is open and everything is painted
+
+enum class Platform : uint8_t { Plain, PocketPc, Smartphone };
+constexpr const char* PlatformNames[] = {"plain", "pocketpc", "smartphone"};
+
+// ---- The shell and the colour chooser, as far as the program uses them --------------------------------
+
+BOOL InitShellDialog(ShellInitDialog* request)
+{
+    Print("shell: dialog |%s| mask %X flags %X", Readable(HeadlessTitle(request->dialog)).c_str(),
+          request->mask, request->flags);
+    return TRUE;
+}
+
+BOOL CreateShellBar(ShellMenuBar* bar)
+{
+    Print("shell: menu bar %u of |%s| flags %X size %s", bar->menu,
+          Readable(HeadlessTitle(bar->parent)).c_str(), bar->flags,
+          bar->size == sizeof *bar ? "right" : "wrong");
+    bar->bar = CommandBar_Create(bar->instance, bar->parent, 1);
+    CommandBar_InsertMenubar(bar->bar, bar->instance, static_cast<WORD>(bar->menu), 0);
+    return bar->bar != nullptr;
+}
+
+BOOL HandleSettingChange(HWND window, WPARAM wParam, LPARAM, ShellActivateInfo* info)
+{
+    Print("shell: setting change %zu of |%s| size %s flags %X", static_cast<size_t>(wParam),
+          Readable(HeadlessTitle(window)).c_str(), info->size == sizeof *info ? "right" : "wrong",
+          info->flags);
+    info->flags += 1;
+    return TRUE;
+}
+
+void SendBack(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    Print("shell: back key, message %X %zX %zX", message, static_cast<size_t>(wParam),
+          static_cast<size_t>(lParam));
+}
+
+BOOL ChooseAColor(CHOOSECOLORW* request)
+{
+    Print("colour chooser: |%s| %06X flags %X custom %06X size %s",
+          Readable(HeadlessTitle(request->hwndOwner)).c_str(), request->rgbResult, request->Flags,
+          request->lpCustColors[15], request->lStructSize == sizeof *request ? "right" : "wrong");
+    request->rgbResult = (request->rgbResult + 0x102030) & 0xFFFFFF;
+    request->lpCustColors[15] += 1;
+    return TRUE;
+}
+
+template <typename Procedure> FARPROC Export(Procedure procedure)
+{
+    return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(procedure));
+}
+
+// The text page's font is the same in every form of the program with this one.
+void UsePlatform(Platform platform)
+{
+    HeadlessSetScreenFont(6, 12);
+    HeadlessSetFolder(CSIDL_PERSONAL, L"\\My Documents");
+    HeadlessSetFolder(CSIDL_APPDATA, L"\\Application Data");
+    HeadlessSetOemInfo(L"Emulated");
+    if (platform == Platform::Plain) return;
+    HeadlessSetPlatformType(platform == Platform::PocketPc ? L"PocketPC" : L"SmartPhone");
+    HeadlessAddExport(COLOR_LIBRARY, COLOR_EXPORT, Export(ChooseAColor));
+    HeadlessAddExport(L"AYGSHELL.DLL", L"SHInitDialog", Export(InitShellDialog));
+    HeadlessAddExport(L"AYGSHELL.DLL", L"SHCreateMenuBar", Export(CreateShellBar));
+    HeadlessAddExport(L"AYGSHELL.DLL", 83, Export(HandleSettingChange));
+    HeadlessAddExport(L"AYGSHELL.DLL", 97, Export(SendBack));
+}
+
+// ---- Common to all ------------------------------------------------------------------------------------
+
+constexpr int32_t RateIndex(uint32_t rate)
+{
+    constexpr uint32_t rates[] = {1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200};
+    return static_cast<int32_t>(std::find(std::begin(rates), std::end(rates), rate) - std::begin(rates));
+}
+
+void Store(const wchar_t* name, int32_t value)
+{
+    HeadlessRegistrySetDword(HKEY_LOCAL_MACHINE, SettingsPath, name, static_cast<uint32_t>(value));
+}
+
+HeadlessPort& StorePort(uint32_t rate)
+{
+    Store(L"CommPortIdx", PortNumber);
+    Store(L"BaudrateIdx", RateIndex(rate));
+    return HeadlessAddPort(PortNumber);
+}
+
+void Exit()
+{
+    HeadlessCommand(HeadlessMainWindow(), COMMAND_EXIT);
+}
+
+// Runs the program, and prints what remains of it.
+void RunAndPrint(const wchar_t* commandLine, HeadlessPort* port)
+{
+    const int exitCode = RunProgramUnderTest(commandLine);
+    for (int i = 0; i < 100 && HeadlessLiveThreads() != 0 && port && port->isOpen; ++i) Sleep(20);
+    Sleep(200);
+    PrintNews(port);
+    Print("exit code %d after %llu ms", exitCode, static_cast<unsigned long long>(HeadlessElapsed()));
+    if (port)
+        Print("port: %u opens, %u closes, %zu bytes sent", port->opens, port->closes, port->sent.size());
+    PrintRegistry();
+    PrintLeftovers();
+}
+
+void Pass(uint32_t milliseconds)
+{
+    HeadlessPass(milliseconds);
+}
+
+// ---- Start and end ------------------------------------------------------------------------------------
+
+constexpr struct {
+    uint32_t command, dialog;
+} Dialogs[] = {
+    {COMMAND_ABOUT, DIALOG_ABOUT},
+    {COMMAND_COMMUNICATION, DIALOG_COMMUNICATION},
+    {COMMAND_GRAPH, DIALOG_GRAPH_OPTIONS},
+    {DIALOG_NMEA_SET_SERIAL_PORT, DIALOG_NMEA_SET_SERIAL_PORT},
+    {DIALOG_NMEA_NAVIGATION_INITIALIZATION, DIALOG_NMEA_NAVIGATION_INITIALIZATION},
+    {DIALOG_NMEA_SET_MESSAGE_RATE, DIALOG_NMEA_SET_MESSAGE_RATE},
+    {DIALOG_NMEA_DEVELOPMENT_DATA, DIALOG_NMEA_DEVELOPMENT_DATA},
+    {DIALOG_NMEA_SELECT_DATUM, DIALOG_NMEA_SELECT_DATUM},
+    {DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT},
+    {DIALOG_SIRF_INITIALIZE_DATA_SOURCE, DIALOG_SIRF_INITIALIZE_DATA_SOURCE},
+    {DIALOG_SIRF_SWITCH_TO_NMEA, DIALOG_SIRF_SWITCH_TO_NMEA},
+    {DIALOG_SIRF_DGPS_SOURCE, DIALOG_SIRF_DGPS_SOURCE},
+    {DIALOG_SIRF_MODE_CONTROL, DIALOG_SIRF_MODE_CONTROL},
+    {DIALOG_SIRF_DOP_MASK, DIALOG_SIRF_DOP_MASK},
+    {DIALOG_SIRF_DGPS_MODE, DIALOG_SIRF_DGPS_MODE},
+    {DIALOG_SIRF_ELEVATION_MASK, DIALOG_SIRF_ELEVATION_MASK},
+    {DIALOG_SIRF_POWER_MASK, DIALOG_SIRF_POWER_MASK},
+    {DIALOG_SIRF_STATIC_NAVIGATION, DIALOG_SIRF_STATIC_NAVIGATION},
+    {DIALOG_SIRF_TRICKLE_POWER, DIALOG_SIRF_TRICKLE_POWER},
+    {DIALOG_SIRF_SET_MESSAGE_RATE, DIALOG_SIRF_SET_MESSAGE_RATE},
+    {DIALOG_SIRF_LOW_POWER, DIALOG_SIRF_LOW_POWER},
+    {DIALOG_SIRF_SBAS, DIALOG_SIRF_SBAS},
+    {DIALOG_SIRF_POLL_SOFTWARE_VERSION, DIALOG_SIRF_POLL_SOFTWARE_VERSION},
+};
+
+uint32_t Layout(Platform platform)
+{
+    return platform == Platform::Smartphone ? KEYPAD_LAYOUT : 0;
+}
+
+// Every command of the menu must have its dialog among the scenarios.
+void CheckMenu(HWND window)
+{
+    for (const std::wstring& line : HeadlessMenu(window)) {
+        const auto id = static_cast<uint32_t>(std::stoul(line.substr(line.find(L' '))));
+        const bool known = id == 0 || id == COMMAND_EXIT ||
+                           std::any_of(std::begin(Dialogs), std::end(Dialogs),
+                                       [&](const auto& row) { return row.command == id; });
+        if (!known) {
+            std::fprintf(stderr, "the menu has a command without a scenario: %u\n", id);
+            std::exit(1);
+        }
+    }
+}
+
+// The first start, which greets the user, who looks around and leaves.
+void RunStart(Platform platform)
+{
+    UsePlatform(platform);
+    HeadlessUser([platform] {
+        const HWND dialog = HeadlessTopDialog();
+        PrintDialog(dialog, DIALOG_ABOUT + Layout(platform));
+        SendMessageW(dialog, WM_HOTKEY, 0, static_cast<LPARAM>(MAKEWPARAM(0, 27)));
+        HeadlessCommand(dialog, IDOK);
+    });
+    HeadlessUser([] {
+        const HWND window = HeadlessMainWindow();
+        PrintMainWindow();
+        CheckMenu(window);
+        SendMessageW(window, WM_SETTINGCHANGE, 47, reinterpret_cast<LPARAM>(L"Screen"));
+        SendMessageW(window, WM_SETTINGCHANGE, 48, 0);
+        SetWindowTextW(window, L"Another title");
+        wchar_t title[64] = L"";
+        GetWindowTextW(window, title, 64);
+        Print("title |%s|", Readable(title).c_str());
+        HeadlessKey(window, 0x26); // the chart, of which there is nothing yet
+    });
+    HeadlessUser(PrintMainWindow, 100);
+    HeadlessUser(Exit);
+    RunAndPrint(L"", nullptr);
+}
+
+// A second one while the first runs brings that one to the front.
+void RunSecond()
+{
+    UsePlatform(Platform::Plain);
+    WNDCLASSW first = {};
+    first.lpszClassName = L"Toravane";
+    RegisterClassW(&first);
+    const HWND window = CreateWindowExW(0, L"Toravane", L"Toravane", WS_VISIBLE, 0, 0, 100, 100, nullptr,
+                                        nullptr, nullptr, nullptr);
+    RunAndPrint(L"", nullptr);
+    Print("in front: %s", HeadlessBroughtToFront() == window ? "the first" : "no");
+}
+
+// ---- Logs ---------------------------------------------------------------------------------------------
+
+// Time of a byte on the line. Slower than any receiver, so that time passes in a short log too.
+constexpr uint32_t ByteMicroseconds = 1000;
+
+std::string ReadFileOf(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void RunLog(const std::string& path)
+{
+    const std::string bytes = ReadFileOf(path);
+    UsePlatform(Platform::Plain);
+    HeadlessPort& port = StorePort(4800);
+    HeadlessReceive(port, bytes, ByteMicroseconds);
+    const auto middle = static_cast<uint32_t>(bytes.size() / 2 * ByteMicroseconds / 1000);
+    HeadlessUser([] { HeadlessKey(HeadlessMainWindow(), 0x26); }, StartMs); // the chart
+    HeadlessUser(PrintTexts, middle);
+    HeadlessUser(
+        [&port] {
+            PrintPixels();
+            PrintNews(&port);
+            HeadlessKey(HeadlessMainWindow(), 0x26); // back to the page
+        },
+        middle);
+    HeadlessUser(PrintMainWindow, 100);
+    HeadlessUser([&port, bytes] { HeadlessReceive(port, bytes, 100); }); // once more, faster, on the page
+    HeadlessUser(PrintMainWindow, static_cast<uint32_t>(bytes.size() / 10) + 200);
+    HeadlessUser(Exit);
+    RunAndPrint(L"", &port);
+    PrintFigures("log " + std::filesystem::path(path).filename().string(), 2 * bytes.size());
+}
+
+// ---- Dialogs ------------------------------------------------------------------------------------------
+
+enum class Doing : uint8_t { Push, Check, Type, Choose, None };
+
+Doing DoingWith(const HeadlessTemplateControl& control)
+{
+    constexpr DWORD TypeMask = 0xF, DropDownList = 3, Notifies = 0x100;
+    std::wstring name = control.className;
+    for (wchar_t& c : name) c = static_cast<wchar_t>(c >= L'A' && c <= L'Z' ? c + 32 : c);
+    const DWORD type = control.style & TypeMask;
+    if (name == L"button") return type <= 1 ? Doing::Push : type == 7 ? Doing::None : Doing::Check;
+    if (name == L"edit") return Doing::Type;
+    if (name == L"combobox") return (type & 3) == DropDownList ? Doing::Choose : Doing::Type;
+    if (name == L"listbox") return Doing::Choose;
+    if (name == L"static" && (control.style & Notifies)) return Doing::Push;
+    return Doing::None;
+}
+
+// Works with every control of the open dialog, and prints it after each round.
+class Exercise
+{
+public:
+    Exercise(uint32_t number, HeadlessPort& port) : Number(number), Port(port), Dialog(HeadlessTopDialog())
+    {
+        HeadlessFindTemplate(number, Source);
+    }
+
+    void Run()
+    {
+        Show("opened");
+        Pass(3000);
+        Show("answered");
+        Round("as it is", [](const HeadlessTemplateControl&) {});
+        for (const wchar_t* text : {L"5", L"30", L"200", L"1000", L"", L"-1", L"7.5", L"a1", L"99999999999"})
+            Round(Readable(text), [&](const HeadlessTemplateControl& control) {
+                if (DoingWith(control) == Doing::Type) HeadlessType(Dialog, control.id, text);
+            });
+        for (const bool last : {false, true})
+            Round(last ? "last" : "first", [&](const HeadlessTemplateControl& control) {
+                const auto count = static_cast<int>(HeadlessItems(Dialog, control.id).size());
+                const Doing doing = DoingWith(control);
+                if ((doing == Doing::Choose || doing == Doing::Type) && count != 0)
+                    HeadlessChoose(Dialog, control.id, last ? count - 1 : 0);
+            });
+        for (int i = 0; i < 2; ++i)
+            Round("boxes", [&](const HeadlessTemplateControl& control) {
+                if (DoingWith(control) == Doing::Check) HeadlessClick(Dialog, control.id);
+            });
+    }
+
+private:
+    bool IsOpen() const { return HeadlessTopDialog() == Dialog; }
+
+    void Show(const std::string& what)
+    {
+        Print("-- %s", what.c_str());
+        PrintNews(&Port);
+        if (IsOpen()) PrintDialog(Dialog, Number);
+    }
+
+    void Each(const std::function<void(const HeadlessTemplateControl&)>& act)
+    {
+        for (const HeadlessTemplateControl& control : Source.controls)
+            if (IsOpen() && HeadlessHasControl(Dialog, control.id)) act(control);
+    }
+
+    // Fills the dialog in one way, and presses every button.
+    void Round(const std::string& name, const std::function<void(const HeadlessTemplateControl&)>& fill)
+    {
+        Each(fill);
+        Show(name);
+        Each([&](const HeadlessTemplateControl& control) {
+            if (DoingWith(control) != Doing::Push || control.id == IDOK || control.id == IDCANCEL) return;
+            if (!HeadlessClick(Dialog, control.id)) return;
+            Print("pushed %d", control.id);
+            Pass(1500);
+            PrintNews(&Port);
+        });
+        Show(name + ", after its buttons");
+    }
+
+    uint32_t Number;
+    HeadlessPort& Port;
+    HWND Dialog;
+    HeadlessTemplate Source;
+};
+
+void CloseDialog()
+{
+    if (const HWND dialog = HeadlessTopDialog()) HeadlessCommand(dialog, IDCANCEL);
+}
+
+void RunDialog(Platform platform, receiver::Protocol protocol, uint32_t command, uint32_t dialog)
+{
+    constexpr uint32_t Rate = 38400;
+    UsePlatform(platform);
+    HeadlessPort& port = StorePort(Rate);
+    HeadlessAnswerSaveDialog(L"\\My Documents\\log.txt", 1);
+    const uint32_t number = dialog + Layout(platform);
+    const auto open = [command] { HeadlessCommand(HeadlessMainWindow(), static_cast<int>(command)); };
+    {
+        ReceiverLine line(port, protocol, Rate);
+        HeadlessUser(open, 2 * StartMs);
+        HeadlessUser([&, number] { Exercise(number, port).Run(); });
+        HeadlessUser(CloseDialog);
+        HeadlessUser(open, 1000);
+        HeadlessUser([number] { PrintDialog(HeadlessTopDialog(), number); }, 3000);
+        HeadlessUser(CloseDialog);
+        HeadlessUser(
+            [&port] {
+                PrintNews(&port);
+                PrintMainWindow();
+            },
+            1000);
+        HeadlessUser(Exit);
+        RunAndPrint(L"", &port);
+    }
+    for (const wchar_t* path : {L"\\My Documents\\log.txt", L"\\Application Data\\NMEA log.txt"})
+        if (HeadlessFileExists(path))
+            Print("file %s: %s", Readable(path).c_str(), Readable(HeadlessFileContent(path)).c_str());
+}
+
+// ---- Command lines ------------------------------------------------------------------------------------
+
+void RunCommandLine(const wchar_t* commandLine, bool hasPort, bool hasRates)
+{
+    constexpr uint32_t Rate = 9600;
+    UsePlatform(Platform::Smartphone);
+    HeadlessPort& port = HeadlessAddPort(PortNumber);
+    if (hasPort) Store(L"CommPortIdx", PortNumber);
+    Store(L"BaudrateIdx", RateIndex(Rate));
+    if (hasRates) Store(L"SirfBaudrateIdx", RateIndex(57600));
+    if (hasRates) Store(L"NmeaBaudrateIdx", RateIndex(Rate));
+    ReceiverLine line(port, receiver::Protocol::Nmea, Rate);
+    RunAndPrint(commandLine, &port);
+}
+
+// ---- Failing calls ------------------------------------------------------------------------------------
+
+void RunFailure(const char* call)
+{
+    UsePlatform(Platform::Plain);
+    HeadlessPort& port = StorePort(4800);
+    HeadlessReceive(port, "$GPGGA,120000.000,4722.6140,N,00832.5020,E,1,05,2.1,455.0,M,48.0,M,,0000*55\r\n",
+                    500);
+    HeadlessFailCall(call, 1, ERROR_GEN_FAILURE);
+    HeadlessUser([] { HeadlessCommand(HeadlessMainWindow(), DIALOG_SIRF_POLL_SOFTWARE_VERSION); }, StartMs);
+    HeadlessUser(CloseDialog, 500);
+    HeadlessUser(
+        [&port] {
+            Print("failed: %s", HeadlessFailedCall().c_str());
+            PrintNews(&port);
+            if (HeadlessMainWindow()) PrintMainWindow();
+        },
+        500);
+    HeadlessUser([] {
+        if (HeadlessMainWindow()) Exit();
+    });
+    RunAndPrint(L"", &port);
+}
+
+constexpr const char* FailingCalls[] = {
+    "CreateFileW",      "GetCommProperties",
+    "GetCommState",     "SetCommState",
+    "SetCommTimeouts",  "CreateThread",
+    "ReadFile",         "WriteFile",
+    "CloseHandle",      "EscapeCommFunction",
+    "CreateDIBSection", "FormatMessageW",
+    "RegOpenKeyExW",    "RegQueryValueExW",
+    "RegCreateKeyExW",  "RegSetValueExW",
+    "LoadStringW",      "RegisterClassW",
+    "CreateWindowExW",  "CommandBar_Create",
+    "BeginPaint",       "GetDC",
+    "ReleaseDC",        "BitBlt",
+    "StretchBlt",       "ExtTextOutW",
+    "InvalidateRect",   "DrawTextW",
+};
+
+} // namespace
+
+std::vector<Scenario> AllScenarios(const std::vector<std::string>& logs)
+{
+    std::vector<Scenario> all;
+    for (const Platform platform : {Platform::Plain, Platform::PocketPc, Platform::Smartphone})
+        all.push_back({std::string("start ") + PlatformNames[static_cast<int>(platform)],
+                       [platform] { RunStart(platform); }});
+    all.push_back({"start second", RunSecond});
+    for (const std::string& log : logs)
+        all.push_back({"log " + std::filesystem::path(log).filename().string(), [log] { RunLog(log); }});
+    for (const Platform platform : {Platform::Plain, Platform::PocketPc, Platform::Smartphone})
+        for (const auto& row : Dialogs) {
+            const bool nmea = row.command < DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT;
+            const receiver::Protocol protocol =
+                nmea ? receiver::Protocol::Nmea : receiver::Protocol::SirfBinary;
+            all.push_back({"dialog " + std::string(PlatformNames[static_cast<int>(platform)]) + " " +
+                               std::to_string(row.command),
+                           [=] { RunDialog(platform, protocol, row.command, row.dialog); }});
+        }
+    struct {
+        const wchar_t* text;
+        bool hasPort, hasRates;
+    } const commandLines[] = {{L"StaticNavigationOn", true, true},
+                              {L"StaticNavigationOff", true, true},
+                              {L"StaticNavigationOn", false, true},
+                              {L"StaticNavigationOn", true, false},
+                              {L"Something", true, true}};
+    for (const auto& row : commandLines)
+        all.push_back({"command line " + Readable(row.text) + (row.hasPort ? "" : " without a port") +
+                           (row.hasRates ? "" : " without rates"),
+                       [=] { RunCommandLine(row.text, row.hasPort, row.hasRates); }});
+    for (const char* call : FailingCalls)
+        all.push_back({std::string("failure ") + call, [call] { RunFailure(call); }});
+    return all;
+}
