@@ -88,7 +88,7 @@ const Signature Signatures[] = {
 
     // Registry.
     Row<RegOpenKeyExW>("RegOpenKeyExW", Result::Signed, Number, Text, Number, Number, HandlePlace),
-    Row<RegCreateKeyExW>("RegCreateKeyExW", Result::Signed, Number, Text, Number, Null, Number, Number, Null,
+    Row<RegCreateKeyExW>("RegCreateKeyExW", Result::Signed, Number, Text, Number, Text, Number, Number, Null,
                          HandlePlace, NumberPlace),
     Row<RegDeleteValueW>("RegDeleteValueW", Result::Signed, Number, Text),
     Row<RegEnumKeyExW>("RegEnumKeyExW", Result::Signed, Number, Number, TextPlaceCountAt(3), NumberPlace,
