@@ -321,19 +321,16 @@ private:
             if (IsOpen() && HeadlessHasControl(Dialog, control.id)) act(control);
     }
 
-    // Fills the dialog in one way, and presses every button.
+    // Fills the dialog in one way before each press of a button, some of which fill it themselves.
     void Round(const std::string& name, const std::function<void(const HeadlessTemplateControl&)>& fill)
     {
-        Each(fill);
-        Show(name);
         Each([&](const HeadlessTemplateControl& control) {
             if (DoingWith(control) != Doing::Push || control.id == IDOK || control.id == IDCANCEL) return;
+            Each(fill);
             if (!HeadlessClick(Dialog, control.id)) return;
-            Print("pushed %d", control.id);
             Pass(1500);
-            PrintNews(&Port);
+            Show(name + ", pushed " + std::to_string(control.id));
         });
-        Show(name + ", after its buttons");
     }
 
     uint32_t Number;

@@ -77,9 +77,10 @@ public:
     // A list of texts that an empty one ends.
     void TextList(const wchar_t*& member)
     {
-        GuestAddress address = 0;
-        Move(address);
+        const GuestAddress place = Start + Aligned(4);
+        Offset = Aligned(4) + 4;
         if (Way != Direction::ToHost) return;
+        GuestAddress address = LoadGuest<GuestAddress>(place);
         std::wstring all;
         while (address != 0 && LoadGuest<uint16_t>(address) != 0) {
             const std::wstring text = LoadGuestText(address);
@@ -89,20 +90,24 @@ public:
         member = address != 0 ? Borrowed->Keep(all + L'\0') : nullptr;
     }
 
-    // A text that the call replaces; `capacity` in characters.
-    void TextPlace(wchar_t*& member, uint32_t capacity)
+    // A text that the call replaces; its capacity in characters is the member behind it.
+    void TextPlace(wchar_t*& member)
     {
-        GuestAddress address = Way == Direction::Measure ? 0 : LoadGuest<GuestAddress>(Start + Aligned(4));
-        if (Way == Direction::ToGuest && address != 0) StoreGuestText(address, member);
-        if (Way == Direction::ToHost && address != 0) {
-            GuestBytes(address, 2 * capacity, Access::ReadWrite);
-            std::wstring& place = Borrowed->texts.emplace_back(LoadGuestText(address));
-            place.resize(capacity);
-            member = place.data();
-        } else if (Way == Direction::ToHost) {
-            member = nullptr;
-        }
+        const GuestAddress place = Start + Aligned(4);
         Offset = Aligned(4) + 4;
+        if (Way == Direction::Measure) return;
+        const GuestAddress address = LoadGuest<GuestAddress>(place);
+        const uint32_t capacity = LoadGuest<uint32_t>(place + 4);
+        if (Way == Direction::ToGuest) {
+            if (address != 0) StoreGuestText(address, member);
+            return;
+        }
+        member = nullptr;
+        if (address == 0) return;
+        GuestBytes(address, 2 * capacity, Access::ReadWrite);
+        std::wstring& text = Borrowed->texts.emplace_back(LoadGuestText(address));
+        text.resize(capacity);
+        member = text.data();
     }
 
     // Numbers of one layout that both sides see.
@@ -132,13 +137,10 @@ private:
     // A text that the call only reads, or the number of a resource.
     void Text(const wchar_t*& member)
     {
-        GuestAddress address = 0;
-        if (Way == Direction::ToGuest) {
-            Offset = Aligned(4) + 4; // it is still there
-            return;
-        }
-        Move(address);
+        const GuestAddress place = Start + Aligned(4);
+        Offset = Aligned(4) + 4;
         if (Way != Direction::ToHost) return;
+        const GuestAddress address = LoadGuest<GuestAddress>(place);
         member = address >> 16 == 0 ? reinterpret_cast<const wchar_t*>(static_cast<uintptr_t>(address))
                                     : Borrowed->Keep(LoadGuestText(address));
     }
@@ -193,12 +195,7 @@ inline void Walk(StructureWalk& walk, OPENFILENAMEW& s) // without the host's la
     WalkAll(walk, s.hwndOwner, s.hInstance);
     walk.TextList(s.lpstrFilter);
     WalkAll(walk, s.lpstrCustomFilter, s.nMaxCustFilter, s.nFilterIndex);
-    wchar_t* file = s.lpstrFile;
-    StructureWalk ahead = walk; // the capacity stands behind the text
-    DWORD capacity = s.nMaxFile;
-    ahead(file);
-    ahead(capacity);
-    walk.TextPlace(s.lpstrFile, capacity);
+    walk.TextPlace(s.lpstrFile);
     WalkAll(walk, s.nMaxFile, s.lpstrFileTitle, s.nMaxFileTitle, s.lpstrInitialDir, s.lpstrTitle, s.Flags,
             s.nFileOffset, s.nFileExtension, s.lpstrDefExt, s.lCustData, s.lpfnHook, s.lpTemplateName);
 }

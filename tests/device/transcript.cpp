@@ -102,8 +102,9 @@ void PrintDialog(HWND dialog, uint32_t templateNumber)
     HeadlessTemplate source;
     if (!dialog || !HeadlessFindTemplate(templateNumber, source)) return Print("no dialog");
     Print("dialog |%s| focus %d", Readable(HeadlessTitle(dialog)).c_str(), HeadlessFocus(dialog));
+    constexpr int Unnamed = -1; // labels
     for (const HeadlessTemplateControl& control : source.controls) {
-        if (!HeadlessHasControl(dialog, control.id)) continue;
+        if (control.id == Unnamed || !HeadlessHasControl(dialog, control.id)) continue;
         std::string items;
         for (const std::wstring& item : HeadlessItems(dialog, control.id))
             items += " [" + Readable(item) + "]";
