@@ -1,5 +1,6 @@
 // The program's device image, on the emulated device.
 #include <cstdio>
+#include <cstdlib>
 
 #include "platform/platform.h"
 #include "tests/device/image.h"
@@ -15,6 +16,12 @@ MachineOptions Options;
 std::string ImagePath, SymbolPath;
 GuestAddress Base;
 bool WithFigures;
+
+[[noreturn]] void ListCores()
+{
+    for (const std::string& name : CoreNames()) std::printf("%s\n", name.c_str());
+    std::exit(0);
+}
 
 } // namespace
 
@@ -34,6 +41,8 @@ bool TakeProgramOption(const std::string& name, const std::string& value)
         Options.thumbSystem = value == "thumb";
     else if (name == "--figures")
         WithFigures = value == "yes";
+    else if (name == "--list-cores")
+        ListCores();
     else
         return false;
     return true;
