@@ -27,6 +27,7 @@ file                 reads the image for devices in its tests
 pev                  reads it, too
 icoutils             lists the resources in it
 python3-pefile       reads all of it
+cabextract           unpacks the install packages for devices
 python3              launcher and desktop tests
 python3-pil          screenshots
 python3-pytest       desktop tests
