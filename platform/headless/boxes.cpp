@@ -108,6 +108,11 @@ const std::vector<HeadlessSaveDialog>& HeadlessSaveDialogs()
     return SaveDialogs;
 }
 
+void HeadlessClearSaveDialogs()
+{
+    SaveDialogs.clear();
+}
+
 int MessageBoxW(HWND owner, const wchar_t* text, const wchar_t* caption, UINT type)
 {
     if (Fails(Call::MessageBoxW)) return 0;

@@ -121,6 +121,7 @@ struct HeadlessSaveDialog {
 };
 void HeadlessAnswerSaveDialog(const std::wstring& path, DWORD filterIndex);
 const std::vector<HeadlessSaveDialog>& HeadlessSaveDialogs();
+void HeadlessClearSaveDialogs();
 
 // Platform type and maker's text of SystemParametersInfoW; an error other than 0 makes the query fail with
 // it. Default: the type fails with ERROR_INVALID_SPI_VALUE, as on a desktop.

@@ -247,6 +247,7 @@ void FollowReceiver()
     Sirf = !Sirf;
     ++Changes;
     PortSetBaud(Sirf ? SirfRate : NmeaRate);
+    Port().rates.clear();
     ResetProtocolMode();
 }
 
@@ -264,6 +265,7 @@ void CloseLog()
     const size_t size = HeadlessFileContent(LogName).size();
     Require(size == routed, "bytes in the log", static_cast<double>(size), routed);
     HeadlessWriteFile(LogName, "");
+    HeadlessClearSaveDialogs();
 }
 
 void ActOnSecond()
