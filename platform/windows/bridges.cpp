@@ -67,9 +67,64 @@ BOOL BridgeSystemParametersInfo(UINT action, UINT size, void* data, UINT flags)
     return FALSE;
 }
 
+namespace
+{
+
+constexpr const wchar_t* RegisteredDrivers = L"Drivers\\RegisteredDevice";
+constexpr const wchar_t* SystemsPorts = L"HARDWARE\\DEVICEMAP\\SERIALCOMM"; // device's path = port's name
+constexpr const wchar_t* DriversCopy = L"Software\\Toravane Ports";
+
+void SetText(HKEY key, const wchar_t* name, const wchar_t* text)
+{
+    RegSetValueExW(key, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(text),
+                   static_cast<DWORD>((std::wcslen(text) + 1) * sizeof *text));
+}
+
+// One driver key as a device has it, for a port "COM3" of the device "\Device\VCP0".
+void CopyDriver(HKEY copy, const wchar_t* port, const wchar_t* device)
+{
+    HKEY driver;
+    if (std::wcsncmp(port, L"COM", 3) != 0) return;
+    if (RegCreateKeyExW(copy, port, 0, nullptr, REG_OPTION_VOLATILE, KEY_WRITE, nullptr, &driver, nullptr) !=
+        ERROR_SUCCESS)
+        return;
+    const DWORD index = std::wcstoul(port + 3, nullptr, 10);
+    const wchar_t* const separator = std::wcsrchr(device, L'\\');
+    SetText(driver, L"Prefix", L"COM");
+    SetText(driver, L"FriendlyName", separator ? separator + 1 : device);
+    RegSetValueExW(driver, L"Index", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&index), sizeof index);
+    RegCloseKey(driver);
+}
+
+// Makes the copy anew: ports come and go. It lives as long as the user's session.
+void CopyDrivers()
+{
+    HKEY ports, copy;
+    RegDeleteTreeW(HKEY_CURRENT_USER, DriversCopy);
+    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, SystemsPorts, 0, KEY_READ, &ports) != ERROR_SUCCESS) return;
+    if (RegCreateKeyExW(HKEY_CURRENT_USER, DriversCopy, 0, nullptr, REG_OPTION_VOLATILE, KEY_WRITE, nullptr,
+                        &copy, nullptr) == ERROR_SUCCESS) {
+        for (DWORD i = 0;; ++i) {
+            wchar_t device[256], port[16] = {};
+            DWORD length = 256, type, size = sizeof port - sizeof *port; // stays terminated
+            const LONG result = RegEnumValueW(ports, i, device, &length, nullptr, &type,
+                                              reinterpret_cast<BYTE*>(port), &size);
+            if (result != ERROR_SUCCESS && result != ERROR_MORE_DATA) break; // the latter is no port's name
+            if (result == ERROR_SUCCESS && type == REG_SZ) CopyDriver(copy, port, device);
+        }
+        RegCloseKey(copy);
+    }
+    RegCloseKey(ports);
+}
+
+} // namespace
+
 LONG BridgeRegOpenKeyEx(HKEY root, const wchar_t* path, DWORD options, REGSAM access, HKEY* key)
 {
-    return RegOpenKeyExW(root, *path == L'\\' ? path + 1 : path, options, access, key);
+    const LONG result = RegOpenKeyExW(root, *path == L'\\' ? path + 1 : path, options, access, key);
+    if (result != ERROR_FILE_NOT_FOUND || std::wcscmp(path, RegisteredDrivers) != 0) return result;
+    CopyDrivers();
+    return RegOpenKeyExW(HKEY_CURRENT_USER, DriversCopy, options, access, key);
 }
 
 // ---- Common to all platforms --------------------------------------------------------------------------

@@ -41,7 +41,9 @@ BOOL BridgeSystemParametersInfo(UINT action, UINT size, void* data, UINT flags);
 #undef SystemParametersInfoW
 #define SystemParametersInfoW BridgeSystemParametersInfo
 
-// Device registry paths may begin with a backslash, which the desktop refuses.
+// Device registry paths may begin with a backslash, which the desktop refuses. A desktop keeps the list of
+// its serial ports in another form than devices; where "Drivers\RegisteredDevice" is missing, a copy in that
+// form opens.
 LONG BridgeRegOpenKeyEx(HKEY root, const wchar_t* path, DWORD options, REGSAM access, HKEY* key);
 #undef RegOpenKeyExW
 #define RegOpenKeyExW BridgeRegOpenKeyEx
