@@ -31,15 +31,12 @@ check_format() {
 test_preset() {
     step "build $1" tools/build.sh "$1" && step "unit tests, $1" ctest --preset "$1"
 }
-desktop_tests() {
-    /usr/bin/python3 -B -m pytest -p no:cacheprovider --durations=5 -v tests/desktop
+# python_tests FOLDER
+python_tests() {
+    /usr/bin/python3 -B -m pytest -p no:cacheprovider --durations=5 -v "$1"
 }
 
-device_tests() {
-    /usr/bin/python3 -B -m pytest -p no:cacheprovider --durations=5 -v tests/device
-}
-
-if step "packages" tools/install_packages.sh; then
+if step "packages" tools/install_packages.sh packaging; then
     step "format" check_format
     step "include graph" tools/check_includes
     step "rows of the mutation check" tests/mutation/mutate.py --check
@@ -47,8 +44,9 @@ if step "packages" tools/install_packages.sh; then
     test_preset native
     test_preset native-asan
     step "races" tests/races/run.sh
-    step "build desktop" tools/build.sh desktop && step "desktop tests" desktop_tests
-    step "build device" tools/build.sh device && step "device tests" device_tests
+    step "build desktop" tools/build.sh desktop && step "desktop tests" python_tests tests/desktop
+    step "build device" tools/build.sh device && step "device tests" python_tests tests/device
+    step "package tests" python_tests tests/packages
 fi
 
 printf '\n=== Summary\n'
