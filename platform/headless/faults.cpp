@@ -25,6 +25,7 @@ struct Fault {
 
 std::vector<Fault> Faults;
 std::string FailedCall;
+std::array<uint32_t, CallNames.size()> Counts;
 
 // Boxes show what else has failed, so "any call" leaves them out.
 bool Concerns(const Fault& fault, Call call)
@@ -46,6 +47,7 @@ bool FaultsArmed;
 
 bool FaultHit(Call call)
 {
+    ++Counts[static_cast<size_t>(call)];
     bool hit = false;
     for (Fault& fault : Faults) {
         if (!Concerns(fault, call)) continue;
@@ -88,6 +90,20 @@ void HeadlessFailAnyCall(uint32_t n, DWORD error, FailMode mode)
 void HeadlessClearFaults()
 {
     ResetFaults();
+}
+
+void HeadlessCountCalls()
+{
+    Counts = {};
+    FaultsArmed = true;
+}
+
+std::vector<HeadlessCallCount> HeadlessCountedCalls()
+{
+    std::vector<HeadlessCallCount> counted;
+    for (size_t i = 0; i < Counts.size(); ++i)
+        if (Counts[i] != 0) counted.push_back({CallNames[i], Counts[i]});
+    return counted;
 }
 
 std::string HeadlessFailedCall()

@@ -35,6 +35,15 @@ void HeadlessFailAnyCall(uint32_t n, DWORD error, FailMode mode = FailMode::Once
 
 void HeadlessClearFaults();
 
+// Counts the calls that can fail, from now until the faults are cleared: how often each was made, in the
+// order of their names' declaration, those not made left out.
+void HeadlessCountCalls();
+struct HeadlessCallCount {
+    std::string call;
+    uint32_t count;
+};
+std::vector<HeadlessCallCount> HeadlessCountedCalls();
+
 // Name of the call that failed first since the fault was set up, "" if none has.
 std::string HeadlessFailedCall();
 

@@ -6,8 +6,8 @@
 #include "graph/recorder.h"
 #include "graph/surface.h"
 #include "tests/fuzz/input.h"
-#include "tests/fuzz/program.h"
-#include "tests/unit/support/fresh_program.h"
+#include "tests/support/fresh_program.h"
+#include "tests/support/whole_program.h"
 
 namespace
 {

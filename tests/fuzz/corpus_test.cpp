@@ -7,7 +7,7 @@
 #include <iterator>
 #include <vector>
 
-#include "tests/fuzz/program.h"
+#include "tests/fuzz/input.h"
 
 namespace
 {

@@ -4,8 +4,8 @@
 
 #include "link/link_state.h"
 #include "tests/fuzz/input.h"
-#include "tests/fuzz/program.h"
-#include "tests/unit/support/fresh_program.h"
+#include "tests/support/fresh_program.h"
+#include "tests/support/whole_program.h"
 
 namespace
 {

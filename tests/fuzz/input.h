@@ -1,10 +1,13 @@
-// A fuzzer's bytes, taken one after the other. When none is left everything reads as 0 or empty.
+// What a fuzz target is called with: its bytes, taken one after the other. When none is left everything reads
+// as 0 or empty.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string>
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 class Input
 {

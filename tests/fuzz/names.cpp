@@ -2,8 +2,8 @@
 // texts and the driver's answers in a report, all in one visit to the Communication dialog.
 #include "resources/resource_ids.h"
 #include "tests/fuzz/input.h"
-#include "tests/fuzz/program.h"
-#include "tests/unit/support/fresh_program.h"
+#include "tests/support/fresh_program.h"
+#include "tests/support/whole_program.h"
 
 namespace
 {

@@ -3,8 +3,8 @@
 #include "graph/channels.h"
 #include "resources/resource_ids.h"
 #include "tests/fuzz/input.h"
-#include "tests/fuzz/program.h"
-#include "tests/unit/support/fresh_program.h"
+#include "tests/support/fresh_program.h"
+#include "tests/support/whole_program.h"
 
 namespace
 {

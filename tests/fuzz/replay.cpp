@@ -7,8 +7,8 @@
 
 #include "graph/chart.h"
 #include "tests/fuzz/input.h"
-#include "tests/fuzz/program.h"
-#include "tests/unit/support/fresh_program.h"
+#include "tests/support/fresh_program.h"
+#include "tests/support/whole_program.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {

@@ -83,6 +83,27 @@ TEST_F(Faults, RegistryCallsReturnTheError)
               static_cast<LONG>(ERROR_DISK_FULL));
 }
 
+TEST_F(Faults, CallsAreCountedOnRequest)
+{
+    GetDC(nullptr);
+    HeadlessCountCalls();
+    EXPECT_TRUE(HeadlessCountedCalls().empty());
+    GetDC(nullptr);
+    LoadLibraryW(L"");
+    GetDC(nullptr);
+    Sleep(1); // cannot fail
+    HeadlessClearFaults();
+    GetDC(nullptr);
+    const std::vector<HeadlessCallCount> counted = HeadlessCountedCalls();
+    ASSERT_EQ(counted.size(), 2u);
+    EXPECT_EQ(counted[0].call, "LoadLibraryW");
+    EXPECT_EQ(counted[0].count, 1u);
+    EXPECT_EQ(counted[1].call, "GetDC");
+    EXPECT_EQ(counted[1].count, 2u);
+    HeadlessCountCalls();
+    EXPECT_TRUE(HeadlessCountedCalls().empty()) << "from the beginning";
+}
+
 TEST_F(Faults, OnlyCallsThatCanFail)
 {
     EXPECT_DEATH(HeadlessFailCall("Sleep", 1, 5), "no call that can fail: Sleep");

@@ -3,7 +3,7 @@
 #include "link/link_state.h"
 #include "link/reader_thread.h"
 #include "link/write_queue.h"
-#include "tests/unit/support/fresh_program.h"
+#include "tests/support/fresh_program.h"
 
 namespace
 {

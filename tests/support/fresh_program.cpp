@@ -1,4 +1,4 @@
-#include "tests/unit/support/fresh_program.h"
+#include "tests/support/fresh_program.h"
 
 #include "app/active_dialog.h"
 #include "app/dialog_support.h"

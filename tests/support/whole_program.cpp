@@ -1,7 +1,9 @@
-#include "tests/fuzz/program.h"
+#include "tests/support/whole_program.h"
 
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
+#include <utility>
 
 #include "app/dialog_support.h"
 #include "app/main.h"
@@ -55,13 +57,16 @@ void Expect(bool holds, const char* what)
 
 void InDialog(const DialogEntry& entry, const std::function<void(HWND)>& act)
 {
-    HeadlessUser([&] {
-        HWND dialog = HeadlessTopDialog();
+    const auto waiting = std::make_shared<bool>(true); // until the dialog has been there, or has not come
+    HeadlessUser([&act, waiting] {
+        if (!std::exchange(*waiting, false)) return;
+        const HWND dialog = HeadlessTopDialog();
         if (!dialog) return;
         act(dialog);
         if (HeadlessTopDialog() == dialog) CloseTopDialog();
     });
     HeadlessCommand(HeadlessMainWindow(), entry.command);
+    *waiting = false;
 }
 
 std::vector<HeadlessTemplateControl> ControlsOf(const DialogEntry& entry)

@@ -1,4 +1,4 @@
-// The program under a fuzzer: started afresh for each input, worked by a scripted user, looked at in the end.
+// The whole program from start to end, worked by a scripted user, looked at in the end.
 #pragma once
 
 #include <cstdint>
@@ -9,8 +9,6 @@
 
 #include "headless.h"
 #include "platform/platform.h"
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 // ---- Dialogs ------------------------------------------------------------------------------------------
 
