@@ -37,6 +37,8 @@ void StartAfresh()
     ResetSkyObjects();
     ResetSkyPlot();
     PortHandle.store(INVALID_HANDLE_VALUE);
+    PortProperties = {};
+    PortDcb = {};
     LogFileHandle.store(INVALID_HANDLE_VALUE);
     WriteHead = WriteTail = 0;
     ChooseLayout();

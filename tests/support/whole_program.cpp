@@ -9,6 +9,7 @@
 #include "app/main.h"
 #include "app/text_view.h"
 #include "link/reader_thread.h"
+#include "link/serial_port.h"
 #include "link/write_queue.h"
 #include "resources/resource_ids.h"
 
@@ -143,4 +144,6 @@ void OpenPortWithoutReader()
     HeadlessAddPort(3);
     PortHandle.store(
         CreateFileW(L"COM3:", GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    PortDcb.DCBlength = sizeof PortDcb;
+    GetCommState(PortHandle.load(), &PortDcb);
 }
