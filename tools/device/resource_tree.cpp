@@ -1,8 +1,8 @@
 #include "resource_tree.h"
 
+#include <compare>
 #include <map>
 #include <string>
-#include <variant>
 
 namespace device
 {
@@ -10,7 +10,18 @@ namespace device
 namespace
 {
 
-using ResourceName = std::variant<std::u16string, uint16_t>; // in the order in which tables hold them
+// A text or a number, in the order in which tables hold them.
+struct ResourceName {
+    bool isNumber;
+    uint16_t number;
+    std::u16string text;
+    auto operator<=>(const ResourceName&) const = default;
+};
+
+ResourceName Number(uint16_t number)
+{
+    return {true, number, {}};
+}
 
 struct Node {
     std::map<ResourceName, Node> below; // of types, names, languages; none below a language
@@ -25,12 +36,12 @@ ResourceName ReadName(std::span<const uint8_t> bytes, size_t& offset)
         return Get<uint16_t>(bytes, offset - 2);
     };
     uint16_t unit = next();
-    if (unit == 0xFFFF) return next();
+    if (unit == 0xFFFF) return Number(next());
     std::u16string text;
     for (; unit; unit = next())
         text.push_back(unit >= 'a' && unit <= 'z' ? static_cast<char16_t>(unit - 'a' + 'A')
                                                   : static_cast<char16_t>(unit));
-    return text;
+    return {false, 0, text};
 }
 
 Node ReadTree(std::span<const uint8_t> compiled)
@@ -42,10 +53,11 @@ Node ReadTree(std::span<const uint8_t> compiled)
         size_t inHeader = offset + 8;
         const ResourceName type = ReadName(compiled, inHeader), name = ReadName(compiled, inHeader);
         const uint16_t language = Get<uint16_t>(compiled, RoundUp(inHeader, size_t{4}) + 6);
+        if (offset + headerSize < inHeader) throw Refusal("a resource's header is too short");
         const auto data = Part(compiled, offset + headerSize, dataSize);
         offset = RoundUp(offset + headerSize + dataSize, size_t{4});
-        if (type == ResourceName(uint16_t{0})) continue; // the mark at the file's beginning
-        const auto [leaf, isNew] = root.below[type].below[name].below.try_emplace(language);
+        if (type == Number(0)) continue; // the mark at the file's beginning
+        const auto [leaf, isNew] = root.below[type].below[name].below.try_emplace(Number(language));
         if (!isNew) throw Refusal("a resource is there twice");
         leaf->second.data.assign(data.begin(), data.end());
     }
@@ -58,15 +70,14 @@ void AppendTable(Bytes& section, const Node& node, const std::map<const Node*, u
 {
     constexpr uint32_t IsTableOrText = 0x80000000;
     uint16_t named = 0;
-    for (const auto& [name, child] : node.below) named = static_cast<uint16_t>(named + (name.index() == 0));
+    for (const auto& [name, child] : node.below) named = static_cast<uint16_t>(named + !name.isNumber);
     Append(section, uint32_t{0}); // no characteristics, time or version
     Append(section, uint32_t{0});
     Append(section, uint32_t{0});
     Append(section, named);
     Append(section, static_cast<uint16_t>(node.below.size() - named));
     for (const auto& [name, child] : node.below) {
-        const std::u16string* text = std::get_if<std::u16string>(&name);
-        Append(section, text ? IsTableOrText | texts.at(*text) : uint32_t{std::get<uint16_t>(name)});
+        Append(section, name.isNumber ? uint32_t{name.number} : IsTableOrText | texts.at(name.text));
         Append(section, places.at(&child) | (child.below.empty() ? 0 : IsTableOrText));
     }
 }
@@ -87,7 +98,7 @@ Bytes MakeResourceSection(std::span<const uint8_t> compiled, uint32_t place)
         end += 16 + 8 * static_cast<uint32_t>(nodes[i]->below.size());
         for (const auto& [name, child] : nodes[i]->below) {
             nodes.push_back(&child);
-            if (const auto* text = std::get_if<std::u16string>(&name)) texts[*text] = 0;
+            if (!name.isNumber) texts[name.text] = 0;
         }
     }
     for (auto& [text, offset] : texts) {

@@ -65,6 +65,11 @@ TEST(ResourceTree, ResourceThatIsThereTwiceIsRefused)
               "a resource is there twice");
 }
 
+TEST(ResourceTree, HeaderWithoutRoomForItsNamesIsRefused)
+{
+    EXPECT_EQ(RefusalOf([] { MakeResourceSection(Bytes(32), 0); }), "a resource's header is too short");
+}
+
 TEST(ResourceTree, FileWithoutResourcesIsRefused)
 {
     EXPECT_EQ(RefusalOf([] { MakeResourceSection(Mark, 0); }), "no resources");
