@@ -14,7 +14,7 @@ static_assert(sizeof(wchar_t) == 2 && sizeof(long) == 4 && sizeof(void*) == 4 &&
 static_assert(sizeof(BITMAPINFOHEADER) == 40 && sizeof(COMMTIMEOUTS) == 20 && sizeof(COMSTAT) == 12 &&
               sizeof(DCB) == 28 && sizeof(COMMPROP) == 64 && sizeof(LOGFONTW) == 92 && sizeof(MSG) == 28 &&
               sizeof(OSVERSIONINFOW) == 276 && sizeof(PAINTSTRUCT) == 64 && sizeof(RECT) == 16 &&
-              sizeof(SYSTEMTIME) == 16 && sizeof(WNDCLASSW) == 40);
+              sizeof(SCROLLINFO) == 28 && sizeof(SYSTEMTIME) == 16 && sizeof(WNDCLASSW) == 40);
 
 extern "C" {
 
