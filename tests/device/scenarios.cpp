@@ -10,6 +10,8 @@
 #include "resources/resource_ids.h"
 #include "tests/device/receiver_line.h"
 #include "tests/device/transcript.h"
+#include "tests/unit/nmea/dialogs/dialog_rows.h"
+#include "tests/unit/sirf/dialogs/field_cases.h"
 
 namespace
 {
@@ -374,6 +376,132 @@ void RunDialog(Platform platform, receiver::Protocol protocol, uint32_t command,
             Print("file %s: %s", Readable(path).c_str(), Readable(HeadlessFileContent(path)).c_str());
 }
 
+// ---- Dialogs, with what their own tests expect --------------------------------------------------------
+
+void Expect(bool asExpected, const std::string& what)
+{
+    Print("%s: %s", what.c_str(), asExpected ? "as expected" : "NOT as expected");
+    if (asExpected) return;
+    std::fflush(stdout);
+    std::fprintf(stderr, "not as expected: %s\n", what.c_str());
+    std::_Exit(1);
+}
+
+// What the port was sent since the last call.
+std::string TakeSent(HeadlessPort& port)
+{
+    static size_t seen = 0;
+    const std::string sent = port.sent.substr(seen);
+    seen = port.sent.size();
+    return sent;
+}
+
+std::string BytesOfHex(std::string_view hex)
+{
+    std::string bytes, digits;
+    for (const char c : hex) {
+        if (c != ' ') digits += c;
+        if (digits.size() < 2) continue;
+        bytes += static_cast<char>(std::stoi(digits, nullptr, 16));
+        digits.clear();
+    }
+    return bytes;
+}
+
+// The frame with other bytes at a place of its payload.
+std::string FrameWith(std::string frame, size_t offset, const std::string& bytes)
+{
+    constexpr size_t Before = 4, Behind = 4; // start and length; checksum and end
+    frame.replace(Before + offset, bytes.size(), bytes);
+    unsigned sum = 0;
+    for (size_t i = Before; i < frame.size() - Behind; ++i) sum += static_cast<uint8_t>(frame[i]);
+    frame[frame.size() - Behind] = static_cast<char>(sum >> 8 & 0x7F);
+    frame[frame.size() - Behind + 1] = static_cast<char>(sum);
+    return frame;
+}
+
+void Enter(Platform platform, HWND dialog, const Entry& entry)
+{
+    const bool keypad = platform == Platform::Smartphone;
+    switch (entry.kind) {
+    case Entry::Kind::Box:
+        SendDlgItemMessageW(dialog, entry.control, BM_SETCHECK, static_cast<WPARAM>(entry.number), 0);
+        return;
+    case Entry::Kind::Choice:
+        SendDlgItemMessageW(dialog, entry.control, keypad ? LB_SETCURSEL : CB_SETCURSEL,
+                            static_cast<WPARAM>(intptr_t{entry.number}), 0);
+        return;
+    case Entry::Kind::Text: break;
+    }
+    const std::vector<std::wstring> items = HeadlessItems(dialog, entry.control);
+    const auto found = std::find(items.begin(), items.end(), entry.text);
+    if (!keypad || items.empty())
+        HeadlessType(dialog, entry.control, entry.text);
+    else if (found != items.end())
+        HeadlessChoose(dialog, entry.control, static_cast<int>(found - items.begin()));
+}
+
+void CheckFields(Platform platform, const DialogCase& row, HeadlessPort& port)
+{
+    const HWND dialog = HeadlessTopDialog();
+    const std::string usual = BytesOfHex(row.frame);
+    const auto set = [&](const Entry& entry) {
+        Enter(platform, dialog, entry);
+        TakeSent(port);
+        HeadlessClearBoxes();
+        HeadlessClick(dialog, row.set);
+        return std::string(row.name) + ", control " + std::to_string(entry.control) + ", |" +
+               Readable(entry.text) + "| " + std::to_string(entry.number);
+    };
+    for (const FieldCase& field : row.fields) Enter(platform, dialog, field.usual);
+    const std::string name = set(row.fields[0].usual);
+    Expect(TakeSent(port) == usual && HeadlessBoxes().empty(), name);
+    if (platform == Platform::Smartphone) return;
+    for (const FieldCase& field : row.fields) {
+        for (const Accepted& accepted : field.accepted) {
+            const std::string what = set(accepted.entry);
+            Expect(TakeSent(port) == FrameWith(usual, accepted.offset, BytesOfHex(accepted.bytes)), what);
+        }
+        for (const Entry& entry : field.refused) {
+            const std::string what = set(entry);
+            const std::vector<HeadlessBox>& boxes = HeadlessBoxes();
+            Expect(boxes.size() == 1 && boxes[0].caption == field.caption && boxes[0].text == field.text &&
+                       TakeSent(port).empty() && HeadlessTopDialog() == dialog,
+                   what);
+        }
+        Enter(platform, dialog, field.usual);
+    }
+}
+
+void CheckNmeaDialog(const NmeaDialogRow& row, HeadlessPort& port)
+{
+    const HWND dialog = HeadlessTopDialog();
+    Expect(HeadlessTitle(dialog) == row.caption, std::string(row.name) + ", caption");
+    row.prepare(dialog);
+    TakeSent(port);
+    HeadlessClearBoxes();
+    HeadlessClick(dialog, row.set);
+    Expect(TakeSent(port) == row.sentence && HeadlessBoxes().empty(), row.name);
+}
+
+void RunTables(Platform platform)
+{
+    UsePlatform(platform);
+    HeadlessPort& port = StorePort(4800);
+    HeadlessUser([] {}, StartMs);
+    const auto visit = [](int command, std::function<void()> check) {
+        HeadlessUser([command] { HeadlessCommand(HeadlessMainWindow(), command); });
+        HeadlessUser(std::move(check));
+        HeadlessUser(CloseDialog);
+    };
+    for (const DialogCase& row : FieldCases())
+        visit(row.command, [&row, &port, platform] { CheckFields(platform, row, port); });
+    for (const NmeaDialogRow& row : NmeaDialogs)
+        visit(static_cast<int>(row.number), [&row, &port] { CheckNmeaDialog(row, port); });
+    HeadlessUser(Exit);
+    RunAndPrint(L"", &port);
+}
+
 // ---- Command lines ------------------------------------------------------------------------------------
 
 void RunCommandLine(const wchar_t* commandLine, bool hasPort, bool hasRates)
@@ -450,6 +578,9 @@ std::vector<Scenario> AllScenarios(const std::vector<std::string>& logs)
                                std::to_string(row.command),
                            [=] { RunDialog(platform, protocol, row.command, row.dialog); }});
         }
+    for (const Platform platform : {Platform::Plain, Platform::Smartphone})
+        all.push_back({std::string("tables ") + PlatformNames[static_cast<int>(platform)],
+                       [platform] { RunTables(platform); }});
     struct {
         const wchar_t* text;
         bool hasPort, hasRates;

@@ -12,6 +12,7 @@
 #include "nmea/dialogs/select_datum_dialog.h"
 #include "nmea/dialogs/set_message_rate_dialog.h"
 #include "nmea/dialogs/set_serial_port_dialog.h"
+#include "tests/unit/nmea/dialogs/dialog_rows.h"
 
 CommandDialogTest::CommandDialogTest() : Port(OpenPort())
 {
@@ -68,41 +69,17 @@ namespace
 
 // ---- What all five have in common ---------------------------------------------------------------------
 
-struct DialogRow {
-    const char* name;
-    uint32_t number;
+struct DialogRow : NmeaDialogRow {
     void (*show)();
-    const wchar_t* caption;
     DialogKind kind;
-    int set;
-    const char* sentence; // of "Set", after what `prepare` does
-    void (*prepare)(HWND dialog);
 };
 
-void Nothing(HWND) {}
-
-void ChooseRate(HWND dialog)
-{
-    HeadlessChoose(dialog, CONTROL_TO_SIRF_BAUDRATE, 2);
-}
-
-void ChooseGgaEachSecond(HWND dialog)
-{
-    HeadlessChoose(dialog, CONTROL_NMEA_RATE_MESSAGE, 0);
-    HeadlessChoose(dialog, CONTROL_NMEA_RATE_SECONDS, 1);
-}
-
 constexpr DialogRow Dialogs[] = {
-    {"Set Serial Port", 2003, ShowSetSerialPortDialog, L"Set Serial Port", DialogKind::SetSerialPort, 1004,
-     "$PSRF100,0,4800,8,1,0*0F\r\n", ChooseRate},
-    {"Navigation Initialization", 2004, ShowNavigationInitializationDialog, L"Navigation Initialization",
-     DialogKind::NavigationInitialization, 1018, "$PSRF101,0,0,0,0,0,0,12,1*15\r\n", Nothing},
-    {"Set Message Rate", 2005, ShowNmeaMessageRateDialog, L"Set Message Rate", DialogKind::NmeaSetMessageRate,
-     1034, "$PSRF103,0,0,1,1*25\r\n", ChooseGgaEachSecond},
-    {"Development Data", 2007, ShowDevelopmentDataDialog, L"Development Data", DialogKind::DevelopmentData,
-     1052, "$PSRF105,1*3E\r\n", Nothing},
-    {"Select Datum", 2008, ShowSelectDatumDialog, L"Select Datum", DialogKind::SelectDatum, 1062,
-     "$PSRF106,21*0F\r\n", Nothing},
+    {NmeaDialogs[0], ShowSetSerialPortDialog, DialogKind::SetSerialPort},
+    {NmeaDialogs[1], ShowNavigationInitializationDialog, DialogKind::NavigationInitialization},
+    {NmeaDialogs[2], ShowNmeaMessageRateDialog, DialogKind::NmeaSetMessageRate},
+    {NmeaDialogs[3], ShowDevelopmentDataDialog, DialogKind::DevelopmentData},
+    {NmeaDialogs[4], ShowSelectDatumDialog, DialogKind::SelectDatum},
 };
 
 class CommandDialogs : public CommandDialogTest

@@ -1,0 +1,53 @@
+// What each field of the SiRF dialogs takes, as tables: for the tests of the dialogs, and for those of the
+// whole program in other forms. Nothing here belongs to the program.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "headless.h"
+
+// What the user puts into a control.
+struct Entry {
+    int control;
+    enum class Kind : uint8_t { Text, Choice, Box } kind;
+    std::wstring text; // typed, or on keypads the beginning of the entry that is chosen
+    int number = 0;    // index of the entry, -1 none; or BST_...
+};
+inline Entry Typed(int control, const std::wstring& text)
+{
+    return {control, Entry::Kind::Text, text};
+}
+inline Entry Chosen(int control, int index)
+{
+    return {control, Entry::Kind::Choice, {}, index};
+}
+inline Entry Ticked(int control, UINT state)
+{
+    return {control, Entry::Kind::Box, {}, static_cast<int>(state)};
+}
+
+struct Accepted {
+    Entry entry;
+    size_t offset;     // of its bytes in the payload
+    const char* bytes; // there, whatever stands in the other fields
+};
+
+struct FieldCase {
+    Entry usual; // something acceptable
+    std::vector<Accepted> accepted;
+    std::vector<Entry> refused;
+    std::wstring caption, text;
+};
+
+struct DialogCase {
+    const char* name;
+    int command; // of the menu, which opens the dialog
+    int set;
+    const char* frame;             // sent when every field holds its usual entry
+    std::vector<FieldCase> fields; // in the order in which they are checked
+};
+
+// Every dialog that follows its command's fields.
+const std::vector<DialogCase>& FieldCases();
