@@ -352,6 +352,21 @@ TEST_F(MainWindowTest, MinimisingEndsTheProgram)
     EXPECT_FALSE(HeadlessGetPort(3).isOpen);
 }
 
+TEST_F(MainWindowTest, CommandOfNoMenuItemDoesNothing)
+{
+    StorePortAndRate();
+    HeadlessAddPort(3);
+    HWND dialog = nullptr;
+    HeadlessUser([&] {
+        SendMessageW(HeadlessMainWindow(), WM_COMMAND, 999, 0);
+        dialog = HeadlessTopDialog();
+    });
+    UserExits();
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(dialog, nullptr);
+    EXPECT_TRUE(HeadlessBoxes().empty());
+}
+
 TEST_F(MainWindowTest, AboutOpensFromTheMenu)
 {
     StorePortAndRate();
