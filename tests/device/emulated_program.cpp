@@ -63,13 +63,17 @@ int RunProgramUnderTest(const wchar_t* commandLine)
     return static_cast<int>(exitCode);
 }
 
-void PrintFigures(const std::string& scenario, uint64_t bytes)
+void PrintFigures(const Scenario& scenario)
 {
     if (!WithFigures) return;
-    const ThreadFigures main = MainThreadFigures(), reader = OtherThreadFigures();
-    std::fprintf(stderr,
-                 "%s: bytes %llu, reader %llu instructions, stack %u, main %llu instructions, stack %u\n",
-                 scenario.c_str(), static_cast<unsigned long long>(bytes),
-                 static_cast<unsigned long long>(reader.instructions), reader.stackBytes,
-                 static_cast<unsigned long long>(main.instructions), main.stackBytes);
+    const ThreadFigures user = MainThreadFigures(), reader = OtherThreadFigures();
+    std::fprintf(stderr, "%-40s stack %5u and %5u bytes", scenario.name.c_str(), user.stackBytes,
+                 reader.stackBytes);
+    if (scenario.bytes != 0) {
+        constexpr double ClockHz = 200e6, BytesPerSecond = 11520;
+        const double perByte = static_cast<double>(reader.instructions) / static_cast<double>(scenario.bytes);
+        std::fprintf(stderr, ", %.0f instructions a byte: %.1f %% of 200 MHz at 115200 baud", perByte,
+                     100 * perByte * BytesPerSecond / ClockHz);
+    }
+    std::fputs("\n", stderr);
 }

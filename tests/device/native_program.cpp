@@ -12,4 +12,4 @@ int RunProgramUnderTest(const wchar_t* commandLine)
     return RunProgram(nullptr, commandLine, SW_SHOW);
 }
 
-void PrintFigures(const std::string&, uint64_t) {}
+void PrintFigures(const Scenario&) {}

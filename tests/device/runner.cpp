@@ -32,6 +32,7 @@ bool Run(const Scenario& scenario)
     if (child == 0) {
         HeadlessReset();
         scenario.run();
+        PrintFigures(scenario);
         std::fflush(stdout);
         std::_Exit(0);
     }

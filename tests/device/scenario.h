@@ -10,6 +10,7 @@
 struct Scenario {
     std::string name;
     std::function<void()> run;
+    uint64_t bytes = 0; // that are received in it, where the figures are to be per byte
 };
 
 // All scenarios, with those of each of the logs. Logs are files of received bytes.
@@ -23,5 +24,5 @@ bool TakeProgramOption(const std::string& name, const std::string& value);
 // Runs the program to its end and returns its exit code. Once in a process.
 int RunProgramUnderTest(const wchar_t* commandLine);
 
-// Prints on the standard error stream what this form can tell of the run; `bytes` were received in it.
-void PrintFigures(const std::string& scenario, uint64_t bytes);
+// Prints on the standard error stream what this form can tell of the cost of a run.
+void PrintFigures(const Scenario& scenario);

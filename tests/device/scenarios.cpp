@@ -227,6 +227,11 @@ void RunSecond()
 // Time of a byte on the line. Slower than any receiver, so that time passes in a short log too.
 constexpr uint32_t ByteMicroseconds = 1000;
 
+std::string NameOf(const std::string& path)
+{
+    return std::filesystem::path(path).filename().string();
+}
+
 std::string ReadFileOf(const std::string& path)
 {
     std::ifstream file(path, std::ios::binary);
@@ -254,7 +259,23 @@ void RunLog(const std::string& path)
     HeadlessUser(PrintMainWindow, static_cast<uint32_t>(bytes.size() / 10) + 200);
     HeadlessUser(Exit);
     RunAndPrint(L"", &port);
-    PrintFigures("log " + std::filesystem::path(path).filename().string(), 2 * bytes.size());
+}
+
+// A receiver that never pauses, at the highest rate.
+constexpr int StreamRepeats = 20;
+
+void RunStream(const std::string& path, bool showsChart)
+{
+    constexpr uint32_t HighestRateByteMicroseconds = 87;
+    std::string bytes;
+    for (int i = 0; i < StreamRepeats; ++i) bytes += ReadFileOf(path);
+    UsePlatform(Platform::Plain);
+    HeadlessPort& port = StorePort(115200);
+    if (showsChart) HeadlessUser([] { HeadlessKey(HeadlessMainWindow(), 0x26); }, StartMs - 1000);
+    HeadlessUser([&port, bytes] { HeadlessReceive(port, bytes, HighestRateByteMicroseconds); }, 1000);
+    HeadlessUser(PrintMainWindow, static_cast<uint32_t>(bytes.size() * HighestRateByteMicroseconds / 1000));
+    HeadlessUser(Exit);
+    RunAndPrint(L"", &port);
 }
 
 // ---- Dialogs ------------------------------------------------------------------------------------------
@@ -567,8 +588,14 @@ std::vector<Scenario> AllScenarios(const std::vector<std::string>& logs)
         all.push_back({std::string("start ") + PlatformNames[static_cast<int>(platform)],
                        [platform] { RunStart(platform); }});
     all.push_back({"start second", RunSecond});
-    for (const std::string& log : logs)
-        all.push_back({"log " + std::filesystem::path(log).filename().string(), [log] { RunLog(log); }});
+    for (const std::string& log : logs) all.push_back({"log " + NameOf(log), [log] { RunLog(log); }});
+    for (const std::string& log : logs) {
+        if (!NameOf(log).starts_with("walk-south-west")) continue;
+        for (const bool showsChart : {false, true})
+            all.push_back({"stream " + NameOf(log) + (showsChart ? " on the chart" : " on the page"),
+                           [log, showsChart] { RunStream(log, showsChart); },
+                           StreamRepeats * std::filesystem::file_size(log)});
+    }
     for (const Platform platform : {Platform::Plain, Platform::PocketPc, Platform::Smartphone})
         for (const auto& row : Dialogs) {
             const bool nmea = row.command < DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT;
