@@ -202,6 +202,8 @@ Next NextMessage(MSG& message, HWND window, UINT first, UINT last, const std::fu
     for (;;) {
         ServeSent();
         if (stop && stop()) return Next::Stopped;
+        // Where the reader really runs meanwhile there may always be something to paint.
+        if (RealThreads && IsUserInterface(me) && RunUserStep()) continue;
         if (Take(me, message, window, first, last, true))
             return message.message == WM_QUIT ? Next::Quit : Next::Message;
         // Others that can run now may have something for this thread; only then it is idle.

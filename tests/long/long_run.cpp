@@ -74,6 +74,7 @@ bool Faulty = false;
 
 uint32_t LogStart = 0;
 size_t HeapAtStart = 0;
+uint32_t BorrowedAtStart = 0;
 long ResidentAtStart = 0;
 std::wstring LastDate;
 
@@ -208,16 +209,25 @@ void CheckSamples()
         Require(added >= 58 && added <= 62, "samples a minute", added, 60);
 }
 
+// What the program has not given back to the system: handles, registry keys, texts, drawing objects.
+uint32_t Borrowed()
+{
+    return HeadlessOpenHandles() + HeadlessOpenKeys() + HeadlessUnfreedTexts() + HeadlessGdiObjects();
+}
+
 void CheckHour()
 {
     const size_t heap = mallinfo2().uordblks;
     if (Second() == Hour) {
         HeapAtStart = heap;
+        BorrowedAtStart = Borrowed();
         ResidentAtStart = ResidentKilobytes("VmHWM:");
     }
     // The receiver, the queues of the line and the thread's own tables breathe a little.
     const double grown = static_cast<double>(heap) - static_cast<double>(HeapAtStart);
     Require(grown < 65536, "bytes of heap since the first hour", grown);
+    Require(Borrowed() == BorrowedAtStart, "handles, keys, texts and drawing objects", Borrowed(),
+            BorrowedAtStart);
     if (Second() % (24 * Hour) == 0)
         std::printf("day %u: %u sentences, %u messages, %u samples, heap %zu\n", Second() / (24 * Hour),
                     NmeaMessageCount.load(), SirfMessageCount.load(), GraphSampleCount.load(), heap);

@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 tools/build.sh native link_tests communication_tests
-timeout 300 build/native/link_tests --gtest_brief=1 --gtest_filter='*WhileTheReceiverStreams*'
+timeout 300 build/native/link_tests --gtest_brief=1 --gtest_filter='*WhileTheReceiverStreams*:*WhileThePort*'
 timeout 300 build/native/communication_tests --gtest_brief=1 \
     --gtest_filter='*WhileTheReceiverStreams*:*WhileThePortIsBeingClosed*:FailingLog.*'
 tests/races/run.sh 60
