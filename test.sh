@@ -31,6 +31,7 @@ check_format() {
 test_preset() {
     step "build $1" tools/build.sh "$1" && step "unit tests, $1" ctest --preset "$1"
 }
+
 # python_tests FOLDER
 python_tests() {
     /usr/bin/python3 -B -m pytest -p no:cacheprovider --durations=5 -v "$1"
