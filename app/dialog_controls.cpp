@@ -1,6 +1,7 @@
 #include "app/dialog_controls.h"
 
 #include "app/active_dialog.h"
+#include "app/dialog_scrolling.h"
 #include "app/dialog_support.h"
 #include "app/error_boxes.h"
 #include "text/numbers.h"
@@ -90,9 +91,17 @@ INT_PTR HandleCommonMessages(HWND dialog, UINT message, WPARAM wParam, LPARAM lP
 {
     switch (message) {
     case WM_COMMAND:
+        if (HIWORD(wParam) != BN_CLICKED) {
+            ScrollToFocus(dialog); // what it tells may be that it has got the focus
+            return FALSE;
+        }
         if (LOWORD(wParam) != IDOK && LOWORD(wParam) != IDCANCEL) return FALSE;
         WithdrawDialog();
         EndDialog(dialog, LOWORD(wParam));
+        return TRUE;
+    case WM_VSCROLL:
+        if (lParam) return FALSE; // of a spinner
+        ScrollDialog(dialog, wParam);
         return TRUE;
     case WM_HOTKEY: HandleHotKey(message, wParam, lParam); return TRUE;
     case WM_DESTROY: WithdrawDialog(); return FALSE;

@@ -40,6 +40,7 @@ void UseNumericInput(HWND dialog, int control);
 
 // ---- Life of a dialog ---------------------------------------------------------------------------------
 
-// What every dialog does with the messages that are not its own: OK and Cancel end it, the Back key goes to
-// the shell, its destruction withdraws it. Returns the dialog procedure's answer.
+// What every dialog does with the messages that are not its own: OK and Cancel end it, it scrolls to where
+// the focus goes, the Back key goes to the shell, its destruction withdraws it. Returns the dialog
+// procedure's answer.
 INT_PTR HandleCommonMessages(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);

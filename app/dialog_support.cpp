@@ -1,6 +1,7 @@
 #include "app/dialog_support.h"
 
 #include "app/active_dialog.h"
+#include "app/dialog_scrolling.h"
 #include "app/shell_libraries.h"
 #include "resources/resource_ids.h"
 #include "text/copy.h"
@@ -88,6 +89,8 @@ INT_PTR ShowDialog(uint32_t number, DLGPROC procedure)
 
 void InitDialogCommon(HWND dialog)
 {
+    RECT designed = {};
+    GetClientRect(dialog, &designed);
     if (ShellInitDialogEntry) {
         ShellInitDialog request = {ShellInitFlagsValid, dialog,
                                    ShellDoneButton | ShellFullScreen | ShellInputPanelDown};
@@ -100,6 +103,7 @@ void InitDialogCommon(HWND dialog)
         AddCaption(dialog);
         return;
     }
+    FitDialogToScreen(dialog, designed.right, designed.bottom);
     if (!ShellCreateMenuBar) return;
     ShellMenuBar bar = {};
     bar.size = sizeof bar;

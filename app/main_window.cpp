@@ -126,26 +126,25 @@ HWND CreateShellMenuBar(HWND window, UINT menu)
     return ShellCreateMenuBar(&bar) ? bar.bar : nullptr;
 }
 
-// Makes the menu bar; its height in pixels, or -1 when there is none of either kind.
-int CreateMenuBar(HWND window)
+// Makes the menu bar and the room for it: below the window with a shell, else at the top of its client area.
+// False when there is none of either kind.
+bool CreateMenuBar(HWND window)
 {
     const uint16_t menu = static_cast<uint16_t>(MENU_MAIN + LayoutOffset());
     if (HWND bar = CreateShellMenuBar(window, menu)) {
-        RECT area;
+        if (IsSmartphone()) return true; // its windows end above the bar
+        RECT area, outer;
         GetWindowRect(bar, &area);
-        const int height = area.bottom - area.top;
-        if (!IsSmartphone()) {
-            RECT outer;
-            GetWindowRect(window, &outer);
-            SetWindowPos(window, nullptr, 0, 0, outer.right - outer.left, outer.bottom - outer.top - height,
-                         SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-        }
-        return height;
+        GetWindowRect(window, &outer);
+        SetWindowPos(window, nullptr, 0, 0, outer.right - outer.left,
+                     outer.bottom - outer.top - (area.bottom - area.top),
+                     SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+        return true;
     }
     HWND bar = CommandBar_Create(ProgramInstance, window, 1);
-    if (!bar || !CommandBar_InsertMenubar(bar, ProgramInstance, menu, 0)) return -1;
+    if (!bar || !CommandBar_InsertMenubar(bar, ProgramInstance, menu, 0)) return false;
     GraphTop = CommandBar_Height(bar);
-    return GraphTop;
+    return true;
 }
 
 void OnCreate(HWND window)
@@ -154,8 +153,7 @@ void OnCreate(HWND window)
     ChooseLayout();
     MeasureText(window);
     GraphTop = 0;
-    const int barHeight = CreateMenuBar(window);
-    if (barHeight < 0) {
+    if (!CreateMenuBar(window)) {
         LoadGraphSettings();
         return;
     }
@@ -163,7 +161,7 @@ void OnCreate(HWND window)
     FitMainWindow(window, PageColumns * CharacterWidth, pageHeight > ChartRows ? pageHeight : ChartRows);
     RECT client;
     GetClientRect(window, &client);
-    const int height = client.bottom - (IsSmartphone() ? 0 : barHeight);
+    const int height = client.bottom - (IsSmartphone() ? 0 : GraphTop);
     CreateChart(window, client.right, height > 0 ? height : 0);
 }
 

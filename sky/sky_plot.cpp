@@ -41,7 +41,7 @@ void DrawDirection(HDC dc, int x, int y, const wchar_t* label)
 }
 
 // South is up and east left, as on a chart of the sky seen from below.
-void DrawObject(HDC dc, const SkyObject& object)
+void DrawObject(HDC dc, int top, const SkyObject& object)
 {
     const double elevation = object.plottedElevation.load(), azimuth = object.plottedAzimuth.load();
     if (!(elevation > LowestElevation)) return;
@@ -56,9 +56,9 @@ void DrawObject(HDC dc, const SkyObject& object)
         Format(label, L"%s", isSun ? L"S" : L"M");
     else
         Format(label, L"%d", object.id);
-    RECT area = PlaceLabel(dc, x, y, label);
+    RECT area = PlaceLabel(dc, x, top + y, label);
     if (isSun || isMoon)
-        DrawCircle(dc, x, y, BodyRadius, L"Ellipse3");
+        DrawCircle(dc, x, top + y, BodyRadius, L"Ellipse3");
     else
         CheckGdiResult(Rectangle(dc, area.left - 1, area.top - 1, area.right + 2, area.bottom + 1),
                        L"Rectangle");
@@ -67,17 +67,18 @@ void DrawObject(HDC dc, const SkyObject& object)
 
 } // namespace
 
-void DrawSkyPlot(HDC dc)
+void DrawSkyPlot(HDC dc, int top)
 {
-    DrawCircle(dc, CentreX, CentreY, HorizonRadius, L"Ellipse1");
-    DrawCircle(dc, CentreX, CentreY, MiddleRadius, L"Ellipse2");
-    DrawDirection(dc, CentreX, CentreY - HorizonRadius, L" S ");
-    DrawDirection(dc, CentreX, CentreY + HorizonRadius, L" N ");
-    DrawDirection(dc, CentreX - HorizonRadius, CentreY, L" E ");
-    DrawDirection(dc, CentreX + HorizonRadius, CentreY, L" W ");
+    const int centreY = top + CentreY;
+    DrawCircle(dc, CentreX, centreY, HorizonRadius, L"Ellipse1");
+    DrawCircle(dc, CentreX, centreY, MiddleRadius, L"Ellipse2");
+    DrawDirection(dc, CentreX, centreY - HorizonRadius, L" S ");
+    DrawDirection(dc, CentreX, centreY + HorizonRadius, L" N ");
+    DrawDirection(dc, CentreX - HorizonRadius, centreY, L" E ");
+    DrawDirection(dc, CentreX + HorizonRadius, centreY, L" W ");
 
     constexpr int LastRow = static_cast<int>(SkyObjectCount) - 1;
-    for (int row = StartRow; row >= 0 && row <= LastRow; row += Step) DrawObject(dc, SkyObjects[row]);
+    for (int row = StartRow; row >= 0 && row <= LastRow; row += Step) DrawObject(dc, top, SkyObjects[row]);
     StartRow = LastRow - StartRow;
     Step = -Step;
 }

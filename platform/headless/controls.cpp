@@ -14,6 +14,7 @@ constexpr DWORD ButtonType = 0xF, CheckBox = 2, AutoCheckBox = 3, RadioButton = 
 constexpr DWORD EsMultiline = 4;
 constexpr DWORD CbsType = 3, CbsDropDownList = 3, CbsSort = 0x100, LbsNotify = 1, LbsSort = 2;
 constexpr UINT EnSetFocus = 0x100, EnKillFocus = 0x200, EnChange = 0x300, EnUpdate = 0x400;
+constexpr UINT BnSetFocus = 6, LbnSetFocus = 4;
 constexpr UINT CbnSetFocus = 3, CbnKillFocus = 4;
 constexpr UINT WmSetFocus = 7, WmKillFocus = 8;
 
@@ -154,6 +155,10 @@ UINT MostCheck(const Window& button)
 LRESULT ButtonProcedure(Window& button, UINT message, WPARAM wParam, LPARAM lParam)
 {
     switch (message) {
+    case WM_GETDLGCODE: return DLGC_BUTTON;
+    case WmSetFocus:
+        if (button.style & BS_NOTIFY) Notify(button.handle, BnSetFocus);
+        return 0;
     case BM_GETCHECK: return static_cast<LRESULT>(button.check);
     case BM_SETCHECK: button.check = static_cast<UINT>(std::min<WPARAM>(wParam, MostCheck(button))); return 0;
     case BM_CLICK:
@@ -270,6 +275,9 @@ LRESULT ControlProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam
         }
     }
     switch (control.kind) {
+    case Kind::List:
+        if (message == WmSetFocus) Notify(window, LbnSetFocus);
+        return TextProcedure(control, message, wParam, lParam);
     case Kind::Button: return ButtonProcedure(control, message, wParam, lParam);
     case Kind::Edit: return EditProcedure(control, message, wParam, lParam);
     case Kind::Combo: return ComboProcedure(control, message, wParam, lParam);

@@ -268,6 +268,7 @@ struct Window {
     // Dialogs.
     DLGPROC dialogProcedure = nullptr;
     INT_PTR result = 0;
+    SCROLLINFO scroll{};
     bool ended = false, ownerWasEnabled = false;
     HWND savedFocus = nullptr;
 

@@ -61,6 +61,12 @@ struct MSG {
     DWORD time;
     POINT pt;
 };
+struct SCROLLINFO {
+    UINT cbSize, fMask;
+    int nMin, nMax;
+    UINT nPage;
+    int nPos, nTrackPos;
+};
 struct PAINTSTRUCT {
     HDC hdc;
     BOOL fErase;
@@ -165,6 +171,15 @@ struct OPENFILENAMEW {
     DWORD dwReserved, FlagsEx;
 };
 
+struct DRAWITEMSTRUCT {
+    UINT CtlType, CtlID, itemID, itemAction, itemState;
+    HWND hwndItem;
+    HDC hDC;
+    RECT rcItem;
+    uintptr_t itemData;
+};
+constexpr UINT ODS_FOCUS = 0x10;
+
 struct CHOOSECOLORW {
     DWORD lStructSize;
     HWND hwndOwner, hInstance;
@@ -204,10 +219,11 @@ constexpr DWORD KEY_READ = 0x20019, KEY_WRITE = 0x20006, REG_OPTION_NON_VOLATILE
 
 constexpr UINT WM_NULL = 0, WM_CREATE = 1, WM_DESTROY = 2, WM_SIZE = 5, WM_ACTIVATE = 6, WM_SETTEXT = 0xC,
                WM_GETTEXT = 0xD, WM_GETTEXTLENGTH = 0xE, WM_PAINT = 0xF, WM_CLOSE = 0x10, WM_QUIT = 0x12,
-               WM_ERASEBKGND = 0x14, WM_SETTINGCHANGE = 0x1A, WM_SETFONT = 0x30, WM_KEYDOWN = 0x100,
-               WM_CHAR = 0x102, WM_INITDIALOG = 0x110, WM_COMMAND = 0x111, WM_TIMER = 0x113,
-               WM_VSCROLL = 0x115, WM_CTLCOLOREDIT = 0x133, WM_CTLCOLORBTN = 0x135, WM_CTLCOLORSTATIC = 0x138,
-               WM_HOTKEY = 0x312, WM_USER = 0x400, WM_APP = 0x8000;
+               WM_ERASEBKGND = 0x14, WM_SETTINGCHANGE = 0x1A, WM_DRAWITEM = 0x2B, WM_SETFONT = 0x30,
+               WM_GETDLGCODE = 0x87, WM_KEYDOWN = 0x100, WM_CHAR = 0x102, WM_INITDIALOG = 0x110,
+               WM_COMMAND = 0x111, WM_TIMER = 0x113, WM_VSCROLL = 0x115, WM_CTLCOLOREDIT = 0x133,
+               WM_CTLCOLORBTN = 0x135, WM_CTLCOLORSTATIC = 0x138, WM_HOTKEY = 0x312, WM_USER = 0x400,
+               WM_APP = 0x8000;
 constexpr WPARAM SIZE_MINIMIZED = 1;
 constexpr WORD WA_INACTIVE = 0;
 constexpr int SW_HIDE = 0, SW_SHOWNORMAL = 1, SW_SHOW = 5, SW_RESTORE = 9;
@@ -226,16 +242,24 @@ constexpr UINT MB_OK = 0, MB_OKCANCEL = 1, MB_ICONEXCLAMATION = 0x30, MB_ICONINF
                MB_DEFBUTTON2 = 0x100;
 constexpr UINT BN_CLICKED = 0, BM_GETCHECK = 0xF0, BM_SETCHECK = 0xF1, BM_CLICK = 0xF5, BST_UNCHECKED = 0,
                BST_CHECKED = 1, BST_INDETERMINATE = 2;
+constexpr UINT DLGC_DEFPUSHBUTTON = 0x10, DLGC_UNDEFPUSHBUTTON = 0x20, DLGC_RADIOBUTTON = 0x40,
+               DLGC_BUTTON = 0x2000;
+constexpr UINT BS_NOTIFY = 0x4000, GW_HWNDNEXT = 2, GW_CHILD = 5;
+constexpr int SB_LINEUP = 0, SB_LINEDOWN = 1, SB_PAGEUP = 2, SB_PAGEDOWN = 3, SB_THUMBPOSITION = 4,
+              SB_THUMBTRACK = 5, SB_TOP = 6, SB_BOTTOM = 7, SB_VERT = 1;
+constexpr UINT SIF_RANGE = 1, SIF_PAGE = 2, SIF_POS = 4, SW_SCROLLCHILDREN = 1, SW_INVALIDATE = 2,
+               SW_ERASE = 4;
 constexpr UINT EM_SETLIMITTEXT = 0xC5, STN_CLICKED = 0;
 constexpr UINT CB_GETEDITSEL = 0x140, CB_ADDSTRING = 0x143, CB_DELETESTRING = 0x144, CB_GETCOUNT = 0x146,
                CB_GETCURSEL = 0x147, CB_GETLBTEXT = 0x148, CB_GETLBTEXTLEN = 0x149, CB_INSERTSTRING = 0x14A,
-               CB_RESETCONTENT = 0x14B, CB_SETCURSEL = 0x14E, CB_LIMITTEXT = 0x141;
+               CB_RESETCONTENT = 0x14B, CB_GETDROPPEDCONTROLRECT = 0x152, CB_SETCURSEL = 0x14E,
+               CB_LIMITTEXT = 0x141;
 constexpr LRESULT CB_ERR = -1, LB_ERR = -1;
 constexpr UINT LB_ADDSTRING = 0x180, LB_INSERTSTRING = 0x181, LB_DELETESTRING = 0x182,
                LB_RESETCONTENT = 0x184, LB_SETCURSEL = 0x186, LB_GETCURSEL = 0x188, LB_GETTEXT = 0x189,
                LB_GETTEXTLEN = 0x18A, LB_GETCOUNT = 0x18B;
 
-constexpr int WHITE_BRUSH = 0, HOLLOW_BRUSH = 5, BLACK_PEN = 7;
+constexpr int WHITE_BRUSH = 0, HOLLOW_BRUSH = 5, BLACK_PEN = 7, BLACK_BRUSH = 4;
 constexpr DWORD SRCCOPY = 0x00CC0020, WHITENESS = 0x00FF0062;
 constexpr UINT DIB_RGB_COLORS = 0, ETO_OPAQUE = 2, BI_RGB = 0;
 constexpr UINT DT_LEFT = 0, DT_CENTER = 1, DT_VCENTER = 4, DT_SINGLELINE = 0x20, DT_NOCLIP = 0x100,
@@ -348,6 +372,7 @@ LRESULT DefWindowProcW(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 HWND FindWindowW(const wchar_t* className, const wchar_t* title);
 HWND GetActiveWindow();
 HWND GetParent(HWND window);
+HWND GetWindow(HWND window, UINT relation); // GW_CHILD, GW_HWNDNEXT among children
 HWND SetFocus(HWND window);
 HWND GetFocus();
 BOOL EnableWindow(HWND window, BOOL enable);
@@ -357,6 +382,10 @@ BOOL UpdateWindow(HWND window);
 BOOL InvalidateRect(HWND window, const RECT* rectangle, BOOL erase);
 BOOL GetClientRect(HWND window, RECT* rectangle);
 BOOL GetWindowRect(HWND window, RECT* rectangle);
+BOOL ScreenToClient(HWND window, POINT* point);
+int SetScrollInfo(HWND window, int bar, const SCROLLINFO* info, BOOL redraw); // returns the position
+int ScrollWindowEx(HWND window, int right, int down, const RECT* area, const RECT* clip, void* updateRegion,
+                   RECT* update, UINT flags);
 BOOL SetWindowPos(HWND window, HWND after, int x, int y, int width, int height, UINT flags);
 LONG GetWindowLongW(HWND window, int index);
 LONG SetWindowLongW(HWND window, int index, LONG value);

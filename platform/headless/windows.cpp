@@ -489,6 +489,17 @@ HWND GetParent(HWND window)
     return found ? (found->parent ? found->parent : found->owner) : nullptr;
 }
 
+HWND GetWindow(HWND window, UINT relation)
+{
+    PlatformCall();
+    const Window* found = NeedWindow(window);
+    if (!found) return nullptr;
+    const std::vector<HWND> row = Children(relation == GW_CHILD ? window : found->parent);
+    auto next = row.begin();
+    if (relation == GW_HWNDNEXT) next = std::upper_bound(row.begin(), row.end(), window);
+    return next == row.end() ? nullptr : *next;
+}
+
 HWND SetFocus(HWND window)
 {
     if (Fails(Call::SetFocus)) return nullptr;
@@ -583,6 +594,41 @@ BOOL GetWindowRect(HWND window, RECT* rectangle)
     if (!found) return FALSE;
     *rectangle = ScreenFrame(*found);
     return TRUE;
+}
+
+BOOL ScreenToClient(HWND window, POINT* point)
+{
+    PlatformCall();
+    const Window* found = NeedWindow(window);
+    if (!found) return FALSE;
+    const RECT outer = ScreenFrame(*found);
+    point->x -= outer.left;
+    point->y -= outer.top + (found->framed ? CaptionHeight : 0);
+    return TRUE;
+}
+
+// The bar takes no part of the window's width here.
+int SetScrollInfo(HWND window, int, const SCROLLINFO* info, BOOL)
+{
+    PlatformCall();
+    Window* found = NeedWindow(window);
+    if (!found) return 0;
+    found->scroll = *info;
+    return info->nPos;
+}
+
+int ScrollWindowEx(HWND window, int right, int down, const RECT*, const RECT*, void*, RECT*, UINT flags)
+{
+    PlatformCall();
+    Window* found = NeedWindow(window);
+    if (!found) return 0;
+    if (flags & SW_SCROLLCHILDREN)
+        for (const HWND child : Children(window)) {
+            FindWin(child)->x += right;
+            FindWin(child)->y += down;
+        }
+    if (flags & SW_INVALIDATE) Invalidate(*found, nullptr, (flags & SW_ERASE) != 0);
+    return 1;
 }
 
 BOOL SetWindowPos(HWND window, HWND, int x, int y, int width, int height, UINT flags)

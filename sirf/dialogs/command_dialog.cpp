@@ -2,6 +2,7 @@
 
 #include "app/active_dialog.h"
 #include "app/dialog_controls.h"
+#include "app/dialog_scrolling.h"
 #include "app/dialog_support.h"
 #include "app/error_boxes.h"
 #include "link/link_state.h"
@@ -120,7 +121,7 @@ void Open(HWND dialog)
 void Paint(HWND dialog)
 {
     PAINTSTRUCT paint;
-    if (HDC dc = BeginPaint(dialog, &paint)) Current->draw(dc);
+    if (HDC dc = BeginPaint(dialog, &paint)) Current->draw(dc, -DialogScrolled());
     EndPaint(dialog, &paint);
 }
 

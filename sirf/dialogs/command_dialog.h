@@ -27,7 +27,7 @@ struct SirfDialog {
     void (*open)(HWND dialog) = nullptr; // when its lists are filled, before it is published
     void (*press)(HWND dialog, uint16_t button) = nullptr; // any button but Get and Set
     void (*set)(HWND dialog) = nullptr;                    // instead of checking all fields and sending them
-    void (*draw)(HDC dc) = nullptr;                        // between its controls, at each paint
+    void (*draw)(HDC dc, int top) = nullptr;               // between its controls, at each paint
     bool pollsUnrecognised = false; // when it opens, even if no SiRF binary has been recognised
 };
 

@@ -36,7 +36,7 @@ protected:
     {
         PAINTSTRUCT paint;
         HDC dc = BeginPaint(Window, &paint);
-        DrawSkyPlot(dc);
+        DrawSkyPlot(dc, 0);
         EndPaint(Window, &paint);
     }
     // What is drawn of the objects, without the circles that are always there.

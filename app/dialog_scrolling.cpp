@@ -1,0 +1,131 @@
+#include "app/dialog_scrolling.h"
+
+namespace
+{
+
+constexpr int LineStep = 24;  // pixels, about a row of a dialog
+constexpr int FocusRoom = 24; // around the focus: a keypad's labels stand above their fields
+
+// Of the open dialog; a modal one, so there is one.
+int ContentHeight = 0;
+int Scrolled = 0;
+HWND LastFocus = nullptr; // once scrolled to, the user may scroll away from it
+
+RECT ClientOf(HWND dialog)
+{
+    RECT client = {};
+    GetClientRect(dialog, &client);
+    return client;
+}
+
+// A control's place in its dialog's client area.
+RECT PlaceOf(HWND dialog, HWND control)
+{
+    RECT outer = {};
+    GetWindowRect(control, &outer);
+    POINT corner = {outer.left, outer.top};
+    ScreenToClient(dialog, &corner);
+    RECT place;
+    place.left = corner.x;
+    place.top = corner.y;
+    place.right = corner.x + outer.right - outer.left;
+    place.bottom = corner.y + outer.bottom - outer.top;
+    return place;
+}
+
+// Buttons tell of the focus only when they are asked to.
+void LetTellOfFocus(HWND control)
+{
+    constexpr LRESULT AnyButton = DLGC_BUTTON | DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON | DLGC_RADIOBUTTON;
+    if (SendMessageW(control, WM_GETDLGCODE, 0, 0) & AnyButton)
+        SetWindowLongW(control, GWL_STYLE, GetWindowLongW(control, GWL_STYLE) | static_cast<LONG>(BS_NOTIFY));
+}
+
+// Height to give a control that keeps its size: a drop-down list's includes the list that drops down.
+int KeptHeight(HWND control, const RECT& place)
+{
+    RECT dropped = {};
+    if (SendMessageW(control, CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(&dropped)) &&
+        dropped.bottom > dropped.top)
+        return dropped.bottom - dropped.top;
+    return place.bottom - place.top;
+}
+
+void ShowScrollState(HWND dialog)
+{
+    SCROLLINFO info = {};
+    info.cbSize = sizeof info;
+    info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;
+    info.nMax = ContentHeight - 1;
+    info.nPage = static_cast<UINT>(ClientOf(dialog).bottom);
+    info.nPos = Scrolled;
+    SetScrollInfo(dialog, SB_VERT, &info, TRUE);
+}
+
+void ScrollTo(HWND dialog, int top)
+{
+    const int last = ContentHeight - ClientOf(dialog).bottom;
+    if (top > last) top = last;
+    if (top < 0) top = 0;
+    if (top == Scrolled) return;
+    const int movement = Scrolled - top;
+    Scrolled = top;
+    ScrollWindowEx(dialog, 0, movement, nullptr, nullptr, nullptr, nullptr,
+                   SW_SCROLLCHILDREN | SW_INVALIDATE | SW_ERASE);
+    ShowScrollState(dialog);
+}
+
+} // namespace
+
+void FitDialogToScreen(HWND dialog, int width, int height)
+{
+    ContentHeight = height;
+    Scrolled = 0;
+    LastFocus = nullptr;
+    ShowScrollState(dialog); // first: the bar takes its part of the width
+    const int available = ClientOf(dialog).right;
+    if (width <= 0 || available <= 0) return;
+    for (HWND control = GetWindow(dialog, GW_CHILD); control; control = GetWindow(control, GW_HWNDNEXT)) {
+        LetTellOfFocus(control);
+        if (available == width) continue;
+        const RECT place = PlaceOf(dialog, control);
+        const int left = place.left * available / width, right = place.right * available / width;
+        SetWindowPos(control, nullptr, left, place.top, right - left, KeptHeight(control, place),
+                     SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+}
+
+void ScrollDialog(HWND dialog, WPARAM wParam)
+{
+    const int page = ClientOf(dialog).bottom;
+    switch (LOWORD(wParam)) {
+    case SB_LINEUP: ScrollTo(dialog, Scrolled - LineStep); return;
+    case SB_LINEDOWN: ScrollTo(dialog, Scrolled + LineStep); return;
+    case SB_PAGEUP: ScrollTo(dialog, Scrolled - page); return;
+    case SB_PAGEDOWN: ScrollTo(dialog, Scrolled + page); return;
+    case SB_TOP: ScrollTo(dialog, 0); return;
+    case SB_BOTTOM: ScrollTo(dialog, ContentHeight); return;
+    case SB_THUMBTRACK:
+    case SB_THUMBPOSITION: ScrollTo(dialog, HIWORD(wParam)); return;
+    default: return;
+    }
+}
+
+void ScrollToFocus(HWND dialog)
+{
+    HWND focus = GetFocus();
+    while (focus && GetParent(focus) != dialog) focus = GetParent(focus); // the edit in a list
+    if (!focus || focus == LastFocus) return;
+    LastFocus = focus;
+    const RECT place = PlaceOf(dialog, focus);
+    const int height = ClientOf(dialog).bottom;
+    if (place.top < FocusRoom)
+        ScrollTo(dialog, Scrolled + place.top - FocusRoom);
+    else if (place.bottom + FocusRoom > height)
+        ScrollTo(dialog, Scrolled + place.bottom + FocusRoom - height);
+}
+
+int DialogScrolled()
+{
+    return Scrolled;
+}
