@@ -211,6 +211,21 @@ HBRUSH PaintColorField(HDC dc, HWND control)
     return ColorBrushes[channel] = CreateSolidBrush(color);
 }
 
+// The same for a keypad's colour fields, which are buttons: keys reach those.
+void DrawColorButton(const DRAWITEMSTRUCT& item)
+{
+    const HBRUSH brush = PaintColorField(item.hDC, item.hwndItem);
+    if (!brush) return;
+    RECT area = item.rcItem;
+    FillRect(item.hDC, &area, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
+    const int frame = item.itemState & ODS_FOCUS ? 3 : 1;
+    area.left += frame;
+    area.top += frame;
+    area.right -= frame;
+    area.bottom -= frame;
+    FillRect(item.hDC, &area, brush);
+}
+
 void DeleteColorBrushes()
 {
     for (HBRUSH& brush : ColorBrushes) {
@@ -227,10 +242,13 @@ INT_PTR CALLBACK GraphOptionsProcedure(HWND dialog, UINT message, WPARAM wParam,
         ShowSettings(dialog);
         PublishDialog(DialogKind::GraphOptions, dialog);
         return TRUE;
-    case WM_COMMAND: return HIWORD(wParam) == BN_CLICKED && RunCommand(dialog, LOWORD(wParam));
+    case WM_COMMAND:
+        if (HIWORD(wParam) == BN_CLICKED && RunCommand(dialog, LOWORD(wParam))) return TRUE;
+        break;
     case WM_CTLCOLORSTATIC:
         return reinterpret_cast<INT_PTR>(
             PaintColorField(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam)));
+    case WM_DRAWITEM: DrawColorButton(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam)); return TRUE;
     case WM_DESTROY: DeleteColorBrushes(); break;
     default: break;
     }

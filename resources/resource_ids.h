@@ -5,6 +5,13 @@
 // ---- Program ------------------------------------------------------------------------------------------
 #define ICON_PROGRAM 1
 #define STRING_PROGRAM_NAME 200 // class name and title of the main window
+#define STRING_BAR_ABOUT 201 // words on the menu bars of hand-held devices
+#define STRING_BAR_COM 202
+#define STRING_BAR_NMEA 203
+#define STRING_BAR_SIRF 204
+#define STRING_BAR_GRAPH 205
+#define STRING_BAR_EXIT 206
+#define STRING_BAR_OK 207
 
 // The hand-held layout with a keypad repeats each menu and template at its number plus this.
 #define KEYPAD_LAYOUT 100
@@ -12,6 +19,8 @@
 // ---- Menus and menu bars ------------------------------------------------------------------------------
 #define MENU_MAIN 2000
 #define MENU_DIALOG 2001 // one "OK" soft key, for dialogs
+#define BAR_NMEA 411     // buttons that open a pop-up
+#define BAR_SIRF 412
 
 // ---- Commands: menu items, and the dialog templates that they open ------------------------------------
 #define COMMAND_ABOUT 401

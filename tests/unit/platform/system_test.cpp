@@ -87,7 +87,7 @@ TEST_F(System, StringsAndIcons)
     EXPECT_STREQ(text, L"Toravane");
     EXPECT_EQ(LoadStringW(nullptr, STRING_PROGRAM_NAME, text, 4), 3);
     EXPECT_STREQ(text, L"Tor");
-    EXPECT_EQ(LoadStringW(nullptr, STRING_PROGRAM_NAME + 1, text, 16), 0);
+    EXPECT_EQ(LoadStringW(nullptr, STRING_BAR_OK + 1, text, 16), 0);
     EXPECT_EQ(LoadStringW(nullptr, 60000, text, 16), 0);
     EXPECT_TRUE(LoadIconW(nullptr, MAKEINTRESOURCEW(ICON_PROGRAM)));
     EXPECT_FALSE(LoadIconW(nullptr, MAKEINTRESOURCEW(77)));
