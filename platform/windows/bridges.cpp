@@ -1,6 +1,8 @@
 // What Windows CE has and the desktop lacks, and the calls whose desktop version differs.
 
+#include <cstring>
 #include <cwchar>
+#include <iterator>
 
 #include "platform/platform.h"
 
@@ -28,13 +30,17 @@ FARPROC GetProcAddressW(HMODULE library, const wchar_t* name)
 {
     if (IS_INTRESOURCE(name)) return GetProcAddress(library, reinterpret_cast<const char*>(name));
     char narrow[128];
-    if (!WideCharToMultiByte(CP_ACP, 0, name, -1, narrow, sizeof narrow, nullptr, nullptr)) return nullptr;
+    if (!WideCharToMultiByte(CP_ACP, 0, name, -1, narrow, sizeof narrow - 1, nullptr, nullptr))
+        return nullptr;
+    if (const FARPROC found = GetProcAddress(library, narrow)) return found;
+    std::strcat(narrow, "W"); // the desktop's exports say which kind of text they take
     return GetProcAddress(library, narrow);
 }
 
 // ---- Calls whose names are redirected here ------------------------------------------------------------
 
 #undef CreateFileW
+#undef LoadLibraryW
 #undef SystemParametersInfoW
 #undef RegOpenKeyExW
 
@@ -53,6 +59,18 @@ HANDLE BridgeCreateFile(const wchar_t* name, DWORD access, DWORD share, SECURITY
     return CreateFileW(name, access, share, security, disposition, attributes, pattern);
 }
 
+HMODULE BridgeLoadLibrary(const wchar_t* name)
+{
+    const HMODULE library = LoadLibraryW(name);
+    return library || lstrcmpiW(name, COLOR_LIBRARY) != 0 ? library : LoadLibraryW(L"comdlg32.dll");
+}
+
+// Whether the hand-held shell is there, which only programs beside its library have loaded.
+static bool HasShell()
+{
+    return GetModuleHandleW(L"aygshell.dll") != nullptr;
+}
+
 BOOL BridgeSystemParametersInfo(UINT action, UINT size, void* data, UINT flags)
 {
     if (action != SPI_GETPLATFORMTYPE && action != SPI_GETOEMINFO)
@@ -62,6 +80,11 @@ BOOL BridgeSystemParametersInfo(UINT action, UINT size, void* data, UINT flags)
         const DWORD length =
             GetEnvironmentVariableW(L"TORAVANE_PLATFORM", static_cast<wchar_t*>(data), capacity);
         if (length && length < capacity) return TRUE;
+        constexpr wchar_t TouchScreen[] = L"PocketPC";
+        if (HasShell() && capacity >= std::size(TouchScreen)) {
+            std::wcscpy(static_cast<wchar_t*>(data), TouchScreen);
+            return TRUE;
+        }
     }
     SetLastError(ERROR_INVALID_PARAMETER);
     return FALSE;
@@ -142,8 +165,13 @@ bool ReplaceHandle(std::atomic<HANDLE>& place, HANDLE expected, HANDLE value)
 HFONT CreateTextPageFont()
 {
     LOGFONTW font = {};
-    font.lfHeight = -13;
     font.lfCharSet = ANSI_CHARSET;
+    if (HasShell()) { // as on the devices: 19 lines of 14 pixels, narrow enough for a screen 240 pixels wide
+        font.lfHeight = 14;
+        std::wcscpy(font.lfFaceName, L"Tahoma");
+        return CreateFontIndirectW(&font);
+    }
+    font.lfHeight = -13;
     font.lfPitchAndFamily = FIXED_PITCH | FF_MODERN;
     std::wcscpy(font.lfFaceName, L"Courier New");
     return CreateFontIndirectW(&font);
@@ -151,6 +179,7 @@ HFONT CreateTextPageFont()
 
 void FitMainWindow(HWND window, int width, int height)
 {
+    if (HasShell()) return; // it fills the shell's screen
     RECT outer, client;
     GetWindowRect(window, &outer);
     GetClientRect(window, &client);
@@ -166,7 +195,12 @@ void BringToFront(HWND window)
     SetForegroundWindow(GetLastActivePopup(window));
 }
 
-void PassBackKeyToDialog(HWND) {} // a desktop has no Back key
+void PassBackKeyToDialog(HWND menuBar)
+{
+    constexpr UINT OverrideKey = WM_USER + 403;
+    constexpr WORD NoDefault = 1, Notify = 2;
+    SendMessageW(menuBar, OverrideKey, VK_ESCAPE, MAKELPARAM(NoDefault | Notify, NoDefault | Notify));
+}
 
 void CancelThreadIo(HANDLE thread)
 {

@@ -24,7 +24,8 @@ HWND CommandBar_Create(HINSTANCE instance, HWND window, int id);
 BOOL CommandBar_InsertMenubar(HWND bar, HINSTANCE instance, WORD menu, WORD index);
 int CommandBar_Height(HWND bar);
 
-// GetProcAddress with a wide name or MAKEINTRESOURCEW of a number.
+// GetProcAddress with a wide name or MAKEINTRESOURCEW of a number. A name that is missing is also looked for
+// with the desktop's ending W.
 FARPROC GetProcAddressW(HMODULE library, const wchar_t* name);
 
 // ---- Different on the desktop -------------------------------------------------------------------------
@@ -35,8 +36,14 @@ HANDLE BridgeCreateFile(const wchar_t* name, DWORD access, DWORD share, SECURITY
 #undef CreateFileW
 #define CreateFileW BridgeCreateFile
 
-// Platform type: the environment variable TORAVANE_PLATFORM, for trying the hand-held layouts. The desktop's
-// own answer is an error; it is never "access denied", which on a device means a Smartphone.
+// The device's library of common dialogs has another name on the desktop.
+HMODULE BridgeLoadLibrary(const wchar_t* name);
+#undef LoadLibraryW
+#define LoadLibraryW BridgeLoadLibrary
+
+// Platform type: the environment variable TORAVANE_PLATFORM, for trying the hand-held layouts; a Pocket PC
+// when the hand-held shell is beside the program. The desktop's own answer is an error; it is never "access
+// denied", which on a device means a Smartphone.
 BOOL BridgeSystemParametersInfo(UINT action, UINT size, void* data, UINT flags);
 #undef SystemParametersInfoW
 #define SystemParametersInfoW BridgeSystemParametersInfo
@@ -54,5 +61,5 @@ LONG BridgeRegOpenKeyEx(HKEY root, const wchar_t* path, DWORD options, REGSAM ac
 constexpr DWORD SETTINGS_KEY_VIEW = KEY_WOW64_64KEY;
 
 // Library and export that offer the colour chooser.
-constexpr const wchar_t* COLOR_LIBRARY = L"comdlg32.dll";
-constexpr const wchar_t* COLOR_EXPORT = L"ChooseColorW";
+constexpr const wchar_t* COLOR_LIBRARY = L"COMMDLG.DLL";
+constexpr const wchar_t* COLOR_EXPORT = L"ChooseColor";

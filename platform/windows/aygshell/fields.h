@@ -1,0 +1,8 @@
+// What the device's own controls do and the desktop's do not.
+#pragma once
+
+#include "platform/windows/aygshell/contract.h"
+
+// Prepares a dialog's controls: a spinner beside a list goes through all of the list's entries; edits can be
+// told to take numbers only.
+void PrepareFields(HWND dialog);

@@ -1,0 +1,15 @@
+// Menu bars at the screen's lower edge: soft keys on a keypad device, a row of words on a touch screen.
+#pragma once
+
+#include "platform/windows/aygshell/contract.h"
+
+// Makes the bar that a resource describes, for a window. Null when the resource is missing.
+HWND MakeMenuBar(HWND parent, HINSTANCE instance, UINT resource);
+
+HWND MenuBarOf(HWND parent); // null: it has none
+
+// Presses a button of a bar, 0 the first, when the messages before have been served.
+void PressSoftKey(HWND bar, int button);
+
+// Whether the bar's window wants to be told of a key, and nothing else to be done.
+bool IsKeyOverridden(HWND bar, WPARAM key);
