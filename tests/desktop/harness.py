@@ -182,9 +182,9 @@ class Dialog:
 class Program:
     """A running copy of the program."""
 
-    def __init__(self, user, arguments, environment):
+    def __init__(self, user, arguments, environment, file):
         self.user = user
-        self.process = user.wine.start(desktop.Program, *arguments, environment=environment,
+        self.process = user.wine.start(file, *arguments, environment=environment,
                                        stdin=subprocess.DEVNULL)
 
     def running(self):
@@ -257,10 +257,14 @@ class User:
 
     # -- the program and its windows
 
-    def start(self, *arguments, environment=None):
-        program = Program(self, arguments, environment)
+    def start(self, *arguments, environment=None, file=desktop.Program):
+        program = Program(self, arguments, environment, file)
         self.programs.append(program)
         return program
+
+    def start_handheld(self, name):
+        """The program on a hand-held device's screen, in the upper left corner of the display."""
+        return self.start(environment=desktop.handheld_environment(name), file=desktop.HandheldProgram)
 
     def start_connected(self, rate=4800, environment=None):
         """The program on an open line, before the receiver's first sentence."""
@@ -325,6 +329,11 @@ class User:
         """What the main window's client area shows, pixel by pixel."""
         from PIL import ImageGrab
         return ImageGrab.grab(bbox=self.main_window()["client"], xdisplay=self.display.name).convert("RGB")
+
+    def screen(self, name):
+        """What the screen of a hand-held device shows."""
+        from PIL import ImageGrab
+        return ImageGrab.grab(bbox=(0, 0, *desktop.Handhelds[name][1]), xdisplay=self.display.name).convert("RGB")
 
     def pixel(self, x, y):
         """The colour of a place on the screen, as (red, green, blue)."""

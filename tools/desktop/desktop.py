@@ -12,8 +12,22 @@ from prefix import Rates, Wine, display_reachable, say, stop  # some of them for
 Root = Path(__file__).resolve().parents[2]
 Build = Root / "build"
 Program = Build / "desktop" / "toravane.exe"
+HandheldProgram = Build / "desktop" / "handheld" / "toravane.exe"  # with the hand-held shell beside it
 Driver = Build / "desktop" / "toravane-driver.exe"
 Receiver = Build / "native" / "toravane-receiver"
+
+# The hand-held devices that the shell stands for: platform type, and screen in pixels.
+Handhelds = {
+    "pocketpc": ("PocketPC", (240, 320)),
+    "smartphone": ("SmartPhone", (176, 220)),
+    "smartphone-large": ("SmartPhone", (240, 320)),
+}
+
+
+def handheld_environment(name):
+    """What tells the program and the shell which device this is."""
+    platform, (width, height) = Handhelds[name]
+    return {"TORAVANE_PLATFORM": platform, "TORAVANE_SCREEN": f"{width}x{height}"}
 
 
 def start_software_receiver(*options):
