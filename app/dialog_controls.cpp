@@ -26,6 +26,12 @@ void ReadControlText(HWND dialog, int control, wchar_t (&text)[NumberTextCapacit
         GetDlgItemTextW(dialog, control, text, NumberTextCapacity);
 }
 
+// Whether a notification, of whatever kind of control, is about the focus.
+bool TellsOfFocus(uint16_t code)
+{
+    return code == BN_SETFOCUS || code == LBN_SETFOCUS || code == CBN_SETFOCUS || code == EN_SETFOCUS;
+}
+
 } // namespace
 
 void FillList(HWND dialog, int control, std::span<const wchar_t* const> entries)
@@ -91,10 +97,8 @@ INT_PTR HandleCommonMessages(HWND dialog, UINT message, WPARAM wParam, LPARAM lP
 {
     switch (message) {
     case WM_COMMAND:
-        if (HIWORD(wParam) != BN_CLICKED) {
-            ScrollToFocus(dialog); // what it tells may be that it has got the focus
-            return FALSE;
-        }
+        if (TellsOfFocus(HIWORD(wParam))) ScrollToFocus(dialog);
+        if (HIWORD(wParam) != BN_CLICKED) return FALSE;
         if (LOWORD(wParam) != IDOK && LOWORD(wParam) != IDCANCEL) return FALSE;
         WithdrawDialog();
         EndDialog(dialog, LOWORD(wParam));

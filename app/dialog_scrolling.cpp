@@ -82,7 +82,10 @@ void FitDialogToScreen(HWND dialog, int width, int height)
     ContentHeight = height;
     Scrolled = 0;
     LastFocus = nullptr;
-    ShowScrollState(dialog); // first: the bar takes its part of the width
+    // First, because a bar takes its part of the width.
+    SetWindowPos(dialog, nullptr, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
+    ShowScrollState(dialog);
     const int available = ClientOf(dialog).right;
     if (width <= 0 || available <= 0) return;
     for (HWND control = GetWindow(dialog, GW_CHILD); control; control = GetWindow(control, GW_HWNDNEXT)) {

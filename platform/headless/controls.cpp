@@ -13,9 +13,8 @@ constexpr DWORD ButtonType = 0xF, CheckBox = 2, AutoCheckBox = 3, RadioButton = 
                 AutoThreeState = 6, GroupBox = 7, AutoRadioButton = 9;
 constexpr DWORD EsMultiline = 4;
 constexpr DWORD CbsType = 3, CbsDropDownList = 3, CbsSort = 0x100, LbsNotify = 1, LbsSort = 2;
-constexpr UINT EnSetFocus = 0x100, EnKillFocus = 0x200, EnChange = 0x300, EnUpdate = 0x400;
-constexpr UINT BnSetFocus = 6, LbnSetFocus = 4;
-constexpr UINT CbnSetFocus = 3, CbnKillFocus = 4;
+constexpr UINT EnKillFocus = 0x200, EnChange = 0x300, EnUpdate = 0x400;
+constexpr UINT CbnKillFocus = 4;
 constexpr UINT WmSetFocus = 7, WmKillFocus = 8;
 
 // The messages of both kinds of list, under one name each.
@@ -157,7 +156,7 @@ LRESULT ButtonProcedure(Window& button, UINT message, WPARAM wParam, LPARAM lPar
     switch (message) {
     case WM_GETDLGCODE: return DLGC_BUTTON;
     case WmSetFocus:
-        if (button.style & BS_NOTIFY) Notify(button.handle, BnSetFocus);
+        if (button.style & BS_NOTIFY) Notify(button.handle, BN_SETFOCUS);
         return 0;
     case BM_GETCHECK: return static_cast<LRESULT>(button.check);
     case BM_SETCHECK: button.check = static_cast<UINT>(std::min<WPARAM>(wParam, MostCheck(button))); return 0;
@@ -173,7 +172,7 @@ LRESULT EditProcedure(Window& edit, UINT message, WPARAM wParam, LPARAM lParam)
     const HWND handle = edit.handle;
     switch (message) {
     case EM_SETLIMITTEXT: edit.limit = wParam; return 0;
-    case WmSetFocus: Notify(handle, EnSetFocus); return 0;
+    case WmSetFocus: Notify(handle, EN_SETFOCUS); return 0;
     case WmKillFocus: Notify(handle, EnKillFocus); return 0;
     case WM_SETTEXT: {
         const bool tells = !(edit.style & EsMultiline); // a multi-line edit does not tell of this
@@ -196,7 +195,7 @@ LRESULT ComboProcedure(Window& combo, UINT message, WPARAM wParam, LPARAM lParam
         if (lParam != 0) *reinterpret_cast<DWORD*>(lParam) = end;
         return IsEditableCombo(combo) ? static_cast<LRESULT>(MAKEWPARAM(LOWORD(end), LOWORD(end))) : CB_ERR;
     }
-    case WmSetFocus: Notify(combo.handle, CbnSetFocus); return 0;
+    case WmSetFocus: Notify(combo.handle, CBN_SETFOCUS); return 0;
     case WmKillFocus: Notify(combo.handle, CbnKillFocus); return 0;
     case WM_SETTEXT:
         // The list keeps its selection; without an edit there is nothing to set.
@@ -276,7 +275,7 @@ LRESULT ControlProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam
     }
     switch (control.kind) {
     case Kind::List:
-        if (message == WmSetFocus) Notify(window, LbnSetFocus);
+        if (message == WmSetFocus) Notify(window, LBN_SETFOCUS);
         return TextProcedure(control, message, wParam, lParam);
     case Kind::Button: return ButtonProcedure(control, message, wParam, lParam);
     case Kind::Edit: return EditProcedure(control, message, wParam, lParam);

@@ -111,6 +111,7 @@ LRESULT CALLBACK OnWindow(int code, WPARAM wParam, LPARAM lParam)
 void WatchThread()
 {
     if (MessageHook) return;
+    InitCommonControls(); // spinners
     MessageHook = SetWindowsHookExW(WH_GETMESSAGE, OnMessage, nullptr, GetCurrentThreadId());
     WindowHook = SetWindowsHookExW(WH_CBT, OnWindow, nullptr, GetCurrentThreadId());
 }
