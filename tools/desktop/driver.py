@@ -64,6 +64,10 @@ class Driver:
     def post(self, window, message, wparam=0, lparam=0):
         self.call("post", window, message, wparam, lparam)
 
+    def focus(self, window):
+        """The control that has the focus in a window's program."""
+        return self.call("focus", window)["focus"]
+
     def key(self, virtual_key):
         self.call("key", virtual_key)
 

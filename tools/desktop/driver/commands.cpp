@@ -213,6 +213,16 @@ static std::string SendAndWait(const Words& words)
                                          LPARAM(Number(words[4]))))});
 }
 
+// The control that has the focus in the program of a window, 0 none.
+static std::string Focus(const Words& words)
+{
+    GUITHREADINFO info = {};
+    info.cbSize = sizeof info;
+    if (!GetGUIThreadInfo(GetWindowThreadProcessId(Window(words[1]), nullptr), &info))
+        throw Refused("the focus cannot be asked for");
+    return Object({Member("focus", Id(info.hwndFocus))});
+}
+
 // Presses and releases a key on the keyboard: it goes wherever the input focus is.
 static std::string Key(const Words& words)
 {
@@ -336,6 +346,7 @@ const Command& FindCommand(const std::wstring& name)
         {L"select", 2, Select},         // LIST INDEX
         {L"post", 4, Post},             // WINDOW MESSAGE WPARAM LPARAM
         {L"send", 4, SendAndWait},      // WINDOW MESSAGE WPARAM LPARAM
+        {L"focus", 1, Focus},           // WINDOW
         {L"key", 1, Key},               // VIRTUAL-KEY
         {L"menu", 2, ListMenu},         // FILE RESOURCE
         {L"get-value", 2, GetValue},    // KEY NAME
