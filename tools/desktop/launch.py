@@ -10,8 +10,8 @@ import sys
 import time
 from pathlib import Path
 
-from desktop import (Build, MemoryDisplay, Program, Rates, Root, Wine, display_reachable, save_screenshot, say,
-                     start_software_receiver, stop)
+from desktop import (Build, HandheldProgram, Handhelds, MemoryDisplay, Program, Rates, Root, Wine, display_reachable,
+                     handheld_environment, save_screenshot, say, start_software_receiver, stop)
 from driver import VK_RIGHT, WM_CLOSE, Driver, DriverError
 from ports import friendly_name, map_adapters, problem_with
 
@@ -23,7 +23,10 @@ FirstLookSeconds = 8
 
 
 def parse_arguments():
-    parser = argparse.ArgumentParser(usage="./run.sh [--help] [--sirf] [--cold] [DEVICE [RATE]]", add_help=False)
+    parser = argparse.ArgumentParser(usage="./run.sh [--help] [--pocketpc | --smartphone] [--sirf] [--cold] [DEVICE [RATE]]", add_help=False)
+    layout = parser.add_mutually_exclusive_group()
+    for name in ("pocketpc", "smartphone"):
+        layout.add_argument("--" + name, dest="handheld", action="store_const", const=name)
     parser.add_argument("--sirf", action="store_true")
     parser.add_argument("--cold", action="store_true")
     parser.add_argument("device", nargs="?", metavar="DEVICE")
@@ -44,12 +47,16 @@ def wait_until_closed(program):
     return program.wait()
 
 
-def keep_text_page(driver, display, window):
-    """A screenshot of the text page, and its lines as they were read from the same picture."""
+def keep_text_page(driver, display, box, window):
+    """A screenshot of the text page, and its lines as they were read from the same picture. A hand-held device's
+    letters are only to be looked at."""
+    if window is None:
+        save_screenshot(display, Output / "text-page.png", box)
+        return
     page = None
     while page != driver.page(window["window"]):
         page = driver.page(window["window"])
-        save_screenshot(display, Output / "text-page.png", window["outer"])
+        save_screenshot(display, Output / "text-page.png", box)
     say("The text page at the end:")
     for line in page:
         say("|" + line)
@@ -64,21 +71,31 @@ def runs_on(program, seconds):
     return True
 
 
-def run_unattended(wine, display, program, seconds):
+def start_program(wine, handheld, attended):
+    """The program; on a hand-held device's screen, in a desktop of that size if there is a real one around it."""
+    if not handheld:
+        return wine.start(Program, stdin=subprocess.DEVNULL)
+    width, height = Handhelds[handheld][1]
+    around = ("explorer", f"/desktop=toravane-{handheld},{width}x{height}") if attended else ()
+    return wine.start(*around, HandheldProgram, environment=handheld_environment(handheld), stdin=subprocess.DEVNULL)
+
+
+def run_unattended(wine, display, program, seconds, handheld):
     """Lets the program run for a while, keeps what its window shows, and closes it."""
     say(f"No display: running for {seconds} seconds on one in memory")
     with contextlib.closing(Driver(wine)) as driver:
         if not runs_on(program, FirstLookSeconds):
             return 1
         window = driver.main_window()
-        save_screenshot(display, Output / "first-look.png", window["outer"])
+        box = (0, 0, *Handhelds[handheld][1]) if handheld else window["outer"]
+        save_screenshot(display, Output / "first-look.png", box)
         if not runs_on(program, seconds - FirstLookSeconds):
             return 1
         try:
-            keep_text_page(driver, display, window)
+            keep_text_page(driver, display, box, None if handheld else window)
             driver.key(VK_RIGHT)
             time.sleep(3)  # the chart comes with the next fix
-            save_screenshot(display, Output / "chart.png", window["outer"])
+            save_screenshot(display, Output / "chart.png", box)
         except DriverError as problem:
             save_screenshot(display, Output / "display.png")
             say(f"The text page cannot be read: {problem}")
@@ -123,13 +140,13 @@ def main():
         name = friendly_name(Path(arguments.device).resolve()) if arguments.device else "Software receiver"
         for number, text in sorted(map_adapters(wine, {Port: name}).items()):
             say(f"COM{number}: {text}")
-        program = wine.start(Program, stdin=subprocess.DEVNULL)
+        program = start_program(wine, arguments.handheld, attended)
         cleanup.callback(stop, program)
         if attended:
             code = wait_until_closed(program)
         else:
             seconds = ColdStartSeconds if arguments.cold else UnattendedSeconds
-            code = run_unattended(wine, display, program, seconds)
+            code = run_unattended(wine, display, program, seconds, arguments.handheld)
     if code:
         say(f"The program ended with code {code}")
     return 1 if code else 0
