@@ -62,6 +62,21 @@ void ShowScrollState(HWND dialog)
     SetScrollInfo(dialog, SB_VERT, &info, TRUE);
 }
 
+// A dialog that is not shown yet, whose first focus may lie far down, is not scrolled by the system.
+void MoveControls(HWND dialog, int movement)
+{
+    if (GetWindowLongW(dialog, GWL_STYLE) & static_cast<LONG>(WS_VISIBLE)) {
+        ScrollWindowEx(dialog, 0, movement, nullptr, nullptr, nullptr, nullptr,
+                       SW_SCROLLCHILDREN | SW_INVALIDATE | SW_ERASE);
+        return;
+    }
+    for (HWND control = GetWindow(dialog, GW_CHILD); control; control = GetWindow(control, GW_HWNDNEXT)) {
+        const RECT place = PlaceOf(dialog, control);
+        SetWindowPos(control, nullptr, place.left, place.top + movement, 0, 0,
+                     SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+}
+
 void ScrollTo(HWND dialog, int top)
 {
     const int last = ContentHeight - ClientOf(dialog).bottom;
@@ -70,8 +85,7 @@ void ScrollTo(HWND dialog, int top)
     if (top == Scrolled) return;
     const int movement = Scrolled - top;
     Scrolled = top;
-    ScrollWindowEx(dialog, 0, movement, nullptr, nullptr, nullptr, nullptr,
-                   SW_SCROLLCHILDREN | SW_INVALIDATE | SW_ERASE);
+    MoveControls(dialog, movement);
     ShowScrollState(dialog);
 }
 

@@ -534,7 +534,7 @@ TEST_F(WithShell, PocketPcTakesTheShellsBarsOffTheWindow)
     UserExits();
     EXPECT_EQ(Run(), 0);
     EXPECT_EQ(client.cy, 294 - 26); // less the bar, which lies below it
-    EXPECT_EQ(chartHeight, client.cy - 26);
+    EXPECT_EQ(chartHeight, client.cy);
     EXPECT_EQ(static_cast<DWORD>(style) & WS_CAPTION, 0u);
     EXPECT_EQ(Settings, std::vector<WPARAM>{47});
     ASSERT_EQ(BarRequests.size(), 2u);

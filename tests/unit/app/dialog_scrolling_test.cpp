@@ -1,0 +1,117 @@
+#include "app/dialog_scrolling.h"
+
+#include "app/dialog_support.h"
+#include "app/shell_libraries.h"
+#include "sirf/dialogs/mode_control.h"
+#include "tests/unit/support/product_test.h"
+
+namespace
+{
+
+constexpr int Degraded = 1363, Set = 1362, Smoothing = 1369;
+constexpr int ScreenWidth = 176, ScreenHeight = 180;
+constexpr int ContentWidth = 110 * 6 / 4,
+              ContentHeight = 200 * 13 / 8; // of the template, in the headless font
+
+BOOL FillScreen(ShellInitDialog* request)
+{
+    return SetWindowPos(request->dialog, nullptr, 0, 0, ScreenWidth, ScreenHeight, 0);
+}
+
+// A dialog that is higher than a keypad device's screen.
+class DialogScrolling : public ProductTest
+{
+protected:
+    DialogScrolling()
+    {
+        HeadlessSetPlatformType(L"SmartPhone");
+        HeadlessAddExport(L"AYGSHELL.DLL", L"SHInitDialog", reinterpret_cast<FARPROC>(FillScreen));
+        LoadShellLibraries();
+        ChooseLayout();
+    }
+    ~DialogScrolling() override { FreeShellLibraries(); }
+
+    static void With(const std::function<void(HWND dialog)>& look)
+    {
+        HeadlessUser([&] {
+            look(HeadlessTopDialog());
+            HeadlessCommand(HeadlessTopDialog(), IDOK);
+        });
+        ShowModeControlDialog();
+    }
+    static RECT PlaceOf(HWND dialog, int control)
+    {
+        RECT place = {};
+        GetWindowRect(GetDlgItem(dialog, control), &place);
+        return place;
+    }
+    static void Scroll(HWND dialog, int code, int position = 0)
+    {
+        SendMessageW(dialog, WM_VSCROLL, MAKEWPARAM(static_cast<WORD>(code), static_cast<WORD>(position)), 0);
+    }
+};
+
+TEST_F(DialogScrolling, ControlsTakeTheScreensWidth)
+{
+    With([](HWND dialog) {
+        const RECT place = PlaceOf(dialog, Degraded);
+        EXPECT_EQ(place.left, 6 * ScreenWidth / ContentWidth);
+        EXPECT_EQ(place.right, (6 + 153) * ScreenWidth / ContentWidth);
+    });
+}
+
+TEST_F(DialogScrolling, FollowsTheFocusWithRoomAroundIt)
+{
+    With([](HWND dialog) {
+        EXPECT_EQ(DialogScrolled(), 0);
+        SetFocus(GetDlgItem(dialog, Set));
+        EXPECT_EQ(DialogScrolled(), ContentHeight - ScreenHeight); // no further than there is something
+        EXPECT_LE(PlaceOf(dialog, Set).bottom, ScreenHeight);
+        SetFocus(GetDlgItem(dialog, Degraded));
+        EXPECT_EQ(DialogScrolled(), 0);
+        EXPECT_GE(PlaceOf(dialog, Degraded).top, 0);
+    });
+}
+
+TEST_F(DialogScrolling, TheUserMayScrollAwayFromTheFocus)
+{
+    With([](HWND dialog) {
+        SetFocus(GetDlgItem(dialog, Smoothing));
+        Scroll(dialog, SB_TOP);
+        SetDlgItemTextW(dialog, 1364, L"5"); // tells that it has changed
+        EXPECT_EQ(DialogScrolled(), 0);
+    });
+}
+
+TEST_F(DialogScrolling, EveryMovementOfTheBar)
+{
+    struct Row {
+        int code, position, scrolled;
+    };
+    constexpr int Last = ContentHeight - ScreenHeight;
+    constexpr Row Rows[] = {
+        {SB_LINEDOWN, 0, 24},   {SB_LINEUP, 0, 0}, {SB_LINEUP, 0, 0},
+        {SB_PAGEDOWN, 0, Last}, {SB_PAGEUP, 0, 0}, {SB_THUMBTRACK, 77, 77},
+        {SB_BOTTOM, 0, Last},   {SB_TOP, 0, 0},    {SB_THUMBPOSITION, 30000, Last},
+        {8, 0, Last},
+    };
+    With([&](HWND dialog) {
+        const LONG top = PlaceOf(dialog, Degraded).top;
+        for (const Row& row : Rows) {
+            Scroll(dialog, row.code, row.position);
+            EXPECT_EQ(DialogScrolled(), row.scrolled) << row.code;
+            EXPECT_EQ(PlaceOf(dialog, Degraded).top, top - row.scrolled) << row.code;
+        }
+    });
+}
+
+// A spinner tells its dialog of its own movements with the same message.
+TEST_F(DialogScrolling, SpinnersScrollNothing)
+{
+    With([](HWND dialog) {
+        SendMessageW(dialog, WM_VSCROLL, SB_LINEDOWN, reinterpret_cast<LPARAM>(GetDlgItem(dialog, Set)));
+        EXPECT_EQ(DialogScrolled(), 0);
+    });
+}
+
+} // namespace
