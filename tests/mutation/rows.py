@@ -347,8 +347,8 @@ ROWS = (
      "app_tests"),
     ("app/main_window.cpp", "HasCommandLine() && (hasPort || hasRate)", "HasCommandLine()", "a first start has no command "
      "line pending", "app_tests"),
-    ("app/main_window.cpp", "const int height = client.bottom - (IsSmartphone() ? 0 : barHeight);",
-     "const int height = client.bottom - barHeight;", "a keypad device's chart has the whole window", "app_tests"),
+    ("app/main_window.cpp", "const int height = client.bottom - (IsSmartphone() ? 0 : GraphTop);",
+     "const int height = client.bottom - GraphTop;", "a keypad device's chart has the whole window", "app_tests"),
     ("app/dialog_support.cpp", "if (HIWORD(static_cast<WPARAM>(lParam)) == BackKey && ShellSend", "if (ShellSend",
      "only the Back key goes to the shell", "app_tests"),
     ("app/command_line.cpp", "CommandLineCapacity = 256;", "CommandLineCapacity = 255;", "a command line of 255 characters",
