@@ -46,7 +46,8 @@ if step "packages" tools/install_packages.sh packaging; then
     test_preset native-asan
     step "races" tests/races/run.sh
     step "build desktop" tools/build.sh desktop && step "desktop tests" python_tests tests/desktop
-    step "build device" tools/build.sh device && step "device tests" python_tests tests/device
+    step "build device" tools/build.sh device && step "device tests" python_tests tests/device &&
+        step "emulated device" tests/device/compare.sh
     step "package tests" python_tests tests/packages
 fi
 

@@ -15,7 +15,11 @@
 namespace
 {
 
-std::map<GuestAddress, std::string> Names; // by address
+struct Routine {
+    uint32_t size;
+    std::string name;
+};
+std::map<GuestAddress, Routine> Routines; // by address
 constexpr GuestAddress LinkedBase = 0x10000;
 
 template <typename T> T At(const std::vector<char>& file, size_t place)
@@ -50,12 +54,14 @@ void LoadSymbols(const std::string& elfPath, GuestAddress base)
         for (uint32_t place = 0; place < section.sh_size; place += sizeof(Elf32_Sym)) {
             const auto symbol = At<Elf32_Sym>(file, section.sh_offset + place);
             if (ELF32_ST_TYPE(symbol.st_info) == STT_FUNC)
-                Names[symbol.st_value - LinkedBase + base] =
-                    Demangled(file.data() + texts.sh_offset + symbol.st_name);
+                Routines[symbol.st_value - LinkedBase + base] = {
+                    symbol.st_size, Demangled(file.data() + texts.sh_offset + symbol.st_name)};
         }
     }
     SetSymbolizer([](GuestAddress address) {
-        const auto after = Names.upper_bound(address);
-        return after == Names.begin() ? std::string() : std::prev(after)->second;
+        const auto after = Routines.upper_bound(address);
+        if (after == Routines.begin()) return std::string();
+        const auto& [start, routine] = *std::prev(after);
+        return address - start < routine.size ? routine.name : std::string();
     });
 }
