@@ -11,6 +11,8 @@ enum class Parameter : uint8_t {
     Text,           // may be null
     TextPlace,      // for a text, its capacity in the other parameter
     WholeTextPlace, // for a text of any length
+    RectanglePlace, // for a rectangle
+    DrawItem,       // to a DRAWITEMSTRUCT
     NumberPlace     // for one number, may be null
 };
 
@@ -22,6 +24,7 @@ struct Row {
 constexpr Row Rows[] = {
     {WM_SETTEXT, Parameter::Number, Parameter::Text},
     {WM_GETTEXT, Parameter::Number, Parameter::TextPlace},
+    {WM_DRAWITEM, Parameter::Number, Parameter::DrawItem},
     {WM_SETTINGCHANGE, Parameter::Number, Parameter::Text},
     {CB_ADDSTRING, Parameter::Number, Parameter::Text},
     {CB_INSERTSTRING, Parameter::Index, Parameter::Text},
@@ -29,6 +32,7 @@ constexpr Row Rows[] = {
     {CB_SETCURSEL, Parameter::Index, Parameter::Number},
     {CB_GETLBTEXT, Parameter::Index, Parameter::WholeTextPlace},
     {CB_GETLBTEXTLEN, Parameter::Index, Parameter::Number},
+    {CB_GETDROPPEDCONTROLRECT, Parameter::Number, Parameter::RectanglePlace},
     {CB_GETEDITSEL, Parameter::NumberPlace, Parameter::NumberPlace},
     {LB_ADDSTRING, Parameter::Number, Parameter::Text},
     {LB_INSERTSTRING, Parameter::Index, Parameter::Text},
@@ -57,9 +61,9 @@ LPARAM TextPlace(GuestAddress address, uint32_t capacity, BorrowedTexts& borrowe
     return reinterpret_cast<LPARAM>(place.data());
 }
 
-LPARAM NumberPlace(GuestAddress address)
+LPARAM SharedPlace(GuestAddress address, uint32_t size)
 {
-    return address == 0 ? 0 : reinterpret_cast<LPARAM>(GuestBytes(address, 4, Access::ReadWrite));
+    return address == 0 ? 0 : reinterpret_cast<LPARAM>(GuestBytes(address, size, Access::ReadWrite));
 }
 
 } // namespace
@@ -71,14 +75,18 @@ void MessageToHost(UINT message, uint32_t guestW, uint32_t guestL, WPARAM& wPara
     wParam = guestW;
     lParam = static_cast<int32_t>(guestL);
     if (row.wParam == Parameter::Index) wParam = static_cast<WPARAM>(intptr_t{static_cast<int32_t>(guestW)});
-    if (row.wParam == Parameter::NumberPlace) wParam = static_cast<WPARAM>(NumberPlace(guestW));
+    if (row.wParam == Parameter::NumberPlace) wParam = static_cast<WPARAM>(SharedPlace(guestW, 4));
     switch (row.lParam) {
     case Parameter::Text:
         if (guestL != 0) lParam = reinterpret_cast<LPARAM>(borrowed.Keep(LoadGuestText(guestL)));
         break;
     case Parameter::TextPlace: lParam = TextPlace(guestL, guestW, borrowed, after); break;
     case Parameter::WholeTextPlace: lParam = TextPlace(guestL, LongestText, borrowed, after); break;
-    case Parameter::NumberPlace: lParam = NumberPlace(guestL); break;
+    case Parameter::NumberPlace: lParam = SharedPlace(guestL, 4); break;
+    case Parameter::RectanglePlace: lParam = SharedPlace(guestL, sizeof(RECT)); break;
+    case Parameter::DrawItem:
+        if (guestL != 0) DeviceFault("the program sends a message that only the system sends");
+        break;
     case Parameter::Number:
     case Parameter::Index: break;
     }
@@ -111,7 +119,16 @@ void MessageToGuest(UINT message, WPARAM wParam, LPARAM lParam, uint32_t& guestW
         guestL = copy;
         break;
     }
+    case Parameter::DrawItem: {
+        const GuestAddress copy = AllocateGuest(DrawItemLayout.guestSize);
+        StructureWalk writing(Direction::ToGuest, copy, nullptr);
+        Walk(writing, *reinterpret_cast<DRAWITEMSTRUCT*>(lParam));
+        after.push_back([copy] { FreeGuest(copy); });
+        guestL = copy;
+        break;
+    }
     case Parameter::WholeTextPlace:
+    case Parameter::RectanglePlace:
     case Parameter::NumberPlace:
         DeviceFault("the program's window gets a control's message " + std::to_string(message));
     case Parameter::Number:

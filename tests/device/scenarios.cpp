@@ -282,13 +282,16 @@ void RunStream(const std::string& path, bool showsChart)
 
 enum class Doing : uint8_t { Push, Check, Type, Choose, None };
 
+constexpr DWORD OwnerDrawn = 0xB; // type of a button
+
 Doing DoingWith(const HeadlessTemplateControl& control)
 {
     constexpr DWORD TypeMask = 0xF, DropDownList = 3, Notifies = 0x100;
     std::wstring name = control.className;
     for (wchar_t& c : name) c = static_cast<wchar_t>(c >= L'A' && c <= L'Z' ? c + 32 : c);
     const DWORD type = control.style & TypeMask;
-    if (name == L"button") return type <= 1 ? Doing::Push : type == 7 ? Doing::None : Doing::Check;
+    if (name == L"button")
+        return type <= 1 || type == OwnerDrawn ? Doing::Push : type == 7 ? Doing::None : Doing::Check;
     if (name == L"edit") return Doing::Type;
     if (name == L"combobox") return (type & 3) == DropDownList ? Doing::Choose : Doing::Type;
     if (name == L"listbox") return Doing::Choose;
@@ -310,6 +313,9 @@ public:
         Show("opened");
         Pass(3000);
         Show("answered");
+        Each([&](const HeadlessTemplateControl& control) {
+            if (DoingWith(control) == Doing::Push && (control.style & 0xF) == OwnerDrawn) Draw(control.id);
+        });
         Round("as it is", [](const HeadlessTemplateControl&) {});
         for (const wchar_t* text : {L"5", L"30", L"200", L"1000", L"", L"-1", L"7.5", L"a1", L"99999999999"})
             Round(Readable(text), [&](const HeadlessTemplateControl& control) {
@@ -336,6 +342,26 @@ private:
         Print("-- %s", what.c_str());
         PrintNews(&Port);
         if (IsOpen()) PrintDialog(Dialog, Number);
+    }
+
+    // Lets the program draw a control, as the system does when it shows one.
+    void Draw(int control)
+    {
+        const HWND window = GetDlgItem(Dialog, control);
+        for (const UINT state : {0u, ODS_FOCUS}) {
+            DRAWITEMSTRUCT item = {};
+            item.CtlType = 4; // a button
+            item.CtlID = static_cast<UINT>(control);
+            item.itemState = state;
+            item.hwndItem = window;
+            item.hDC = GetDC(window);
+            GetClientRect(window, &item.rcItem);
+            SendMessageW(Dialog, WM_DRAWITEM, item.CtlID, reinterpret_cast<LPARAM>(&item));
+            ReleaseDC(window, item.hDC);
+            const std::vector<uint32_t> pixels = HeadlessPixels(window);
+            Print("drawn %d: corner %06X, middle %06X of %zu pixels", control, pixels.empty() ? 0 : pixels[0],
+                  pixels.empty() ? 0 : pixels[pixels.size() / 2], pixels.size());
+        }
     }
 
     void Each(const std::function<void(const HeadlessTemplateControl&)>& act)

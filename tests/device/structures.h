@@ -206,6 +206,11 @@ inline void Walk(StructureWalk& walk, CHOOSECOLORW& s)
     walk.Shared(s.lpCustColors, 16);
     WalkAll(walk, s.Flags, s.lCustData, s.lpfnHook, s.lpTemplateName);
 }
+inline void Walk(StructureWalk& walk, DRAWITEMSTRUCT& s)
+{
+    WalkAll(walk, s.CtlType, s.CtlID, s.itemID, s.itemAction, s.itemState, s.hwndItem, s.hDC, s.rcItem,
+            s.itemData);
+}
 inline void Walk(StructureWalk& walk, ShellInitDialog& s)
 {
     WalkAll(walk, s.mask, s.dialog, s.flags);
@@ -242,12 +247,13 @@ inline constexpr StructureLayout PortPropertiesLayout = {sizeof(COMMPROP), WalkO
 inline constexpr StructureLayout FontLayout = {sizeof(LOGFONTW), WalkOf<LOGFONTW>, 92};
 inline constexpr StructureLayout SaveDialogLayout = {sizeof(OPENFILENAMEW), WalkOf<OPENFILENAMEW>, 76};
 inline constexpr StructureLayout ChooseColorLayout = {sizeof(CHOOSECOLORW), WalkOf<CHOOSECOLORW>, 36};
+inline constexpr StructureLayout DrawItemLayout = {sizeof(DRAWITEMSTRUCT), WalkOf<DRAWITEMSTRUCT>, 48};
 inline constexpr StructureLayout ShellInitDialogLayout = {sizeof(ShellInitDialog), WalkOf<ShellInitDialog>,
                                                           12};
 inline constexpr StructureLayout ShellMenuBarLayout = {sizeof(ShellMenuBar), WalkOf<ShellMenuBar>, 36};
 inline constexpr StructureLayout ShellActivateLayout = {sizeof(ShellActivateInfo), WalkOf<ShellActivateInfo>,
                                                         12};
 inline constexpr const StructureLayout* StructureLayouts[] = {
-    &MsgLayout,          &PaintLayout,      &WindowClassLayout, &VersionLayout,         &PortPropertiesLayout,
-    &FontLayout,         &SaveDialogLayout, &ChooseColorLayout, &ShellInitDialogLayout, &ShellMenuBarLayout,
-    &ShellActivateLayout};
+    &MsgLayout,          &PaintLayout,        &WindowClassLayout, &VersionLayout,  &PortPropertiesLayout,
+    &FontLayout,         &SaveDialogLayout,   &ChooseColorLayout, &DrawItemLayout, &ShellInitDialogLayout,
+    &ShellMenuBarLayout, &ShellActivateLayout};
