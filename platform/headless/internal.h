@@ -171,7 +171,7 @@ public:
     InProgram& operator=(const InProgram&) = delete;
 
 private:
-    int depth;
+    [[maybe_unused]] int depth; // with real threads
 };
 void PauseReally(); // a moment, outside of the platform
 

@@ -29,7 +29,7 @@ void Choose(HWND dialog, int control, Input& input)
     if (count != 0) HeadlessChoose(dialog, control, static_cast<int>(index % count));
 }
 
-void Use(HWND dialog, const HeadlessTemplateControl& control, Input& input, bool maySearch)
+void Use(HWND dialog, const HeadlessTemplateControl& control, Input& input)
 {
     if (control.className == L"EDIT") {
         HeadlessType(dialog, control.id, input.Text());
@@ -40,7 +40,7 @@ void Use(HWND dialog, const HeadlessTemplateControl& control, Input& input, bool
             Choose(dialog, control.id, input);
     } else if (control.className == L"LISTBOX") {
         Choose(dialog, control.id, input);
-    } else if (!Closes(control.id) && (maySearch || !Searches(control.id))) {
+    } else if (!Closes(control.id) && !Searches(control.id)) {
         HeadlessClick(dialog, control.id);
     }
 }
@@ -77,7 +77,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
                 else if (what == FromTheReceiver)
                     Receive(input.Line() + "\n");
                 else if (!controls.empty())
-                    Use(dialog, controls[what % controls.size()], input, is >= 0xF0);
+                    Use(dialog, controls[what % controls.size()], input);
             }
             ClickEveryButton(dialog, entry);
         });

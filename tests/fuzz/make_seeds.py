@@ -100,7 +100,7 @@ def names():
 
 def chart():
     for number in range(20):
-        size = [(240, 68, 1), (1, 1, 0), (60, 100, 0), (255, 255, 1), (8, 190, 0)][number % 5]
+        size = [(48, 240), (1, 1), (60, 100), (63, 255), (8, 190)][number % 5]
         content = bytes(size)
         for channel in range(10):
             content += bytes([0, channel, 7]) + chance.randbytes(6) if number % 2 else b''

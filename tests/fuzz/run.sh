@@ -14,8 +14,9 @@ command -v clang++ >/dev/null || { echo 'Install the Debian packages clang and l
 
 tools/build.sh fuzz >build-fuzz.log 2>&1 || { cat build-fuzz.log; rm build-fuzz.log; exit 1; }
 rm build-fuzz.log
-# Most of an input's time would go into stacks of allocations and into fresh memory.
-export ASAN_OPTIONS=malloc_context_size=2:quarantine_size_mb=16:max_malloc_fill_size=0:detect_leaks=1
+# Most of an input's time would go into stacks of allocations, into fresh memory and into the search for leaks, which
+# the replay of the corpora does.
+export ASAN_OPTIONS=malloc_context_size=2:quarantine_size_mb=16:max_malloc_fill_size=0:detect_leaks=0
 export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
 
 result=0
@@ -25,7 +26,7 @@ for target in "${targets[@]}"; do
     mkdir -p "$found"
     log=build/fuzz/$target.log
     # The CPU time is that of the fuzzer alone; a run may be longer on a busy machine.
-    cpu=$( { TIMEFORMAT='%U %S'; time "build/fuzz/fuzz_$target" -max_total_time="$seconds" -timeout=25 -max_len=4096 \
+    cpu=$( { TIMEFORMAT='%U %S'; time "build/fuzz/fuzz_$target" -max_total_time="$seconds" -timeout=25 -max_len=2048 \
         -rss_limit_mb=3000 -print_final_stats=1 -artifact_prefix="$found/" "$found" "tests/fuzz/corpus/$target" \
         >"$log" 2>&1; } 2>&1)
     verdict='no finding'
