@@ -287,9 +287,10 @@ std::string Ordinals(const std::vector<uint32_t>& numbers)
     return text;
 }
 
-// The parts of an outcome that differ from those without a fault.
+// The parts of an outcome that differ from those without a fault; "" when none does.
 std::string Line(const Outcome& outcome, const Outcome& usual)
 {
+    if (outcome == usual) return "";
     std::string line = outcome.boxes == usual.boxes ? "same boxes" : outcome.boxes;
     line += " | " + (outcome.state == usual.state ? "same state" : outcome.state);
     line += " | " + (outcome.again == usual.again ? "again same" : "AGAIN " + outcome.again);
@@ -314,9 +315,11 @@ std::string Lines(const std::string& name, const std::function<Outcome(const Fau
                 if (place == outcomes.end()) place = outcomes.insert(place, {line, {}});
                 place->second.push_back(n);
             }
-            for (const auto& [line, numbers] : outcomes)
+            for (const auto& [line, numbers] : outcomes) {
+                if (line.empty()) continue;
                 text += made.call + ' ' + Ordinals(numbers) +
                         (mode == FailMode::Once ? " once: " : " always: ") + line + '\n';
+            }
         }
     return text + '\n';
 }

@@ -23,7 +23,8 @@ struct UserAction {
 // Ends the fault before the end of `act`, where more must be done there without it.
 void ActionIsOver();
 
-// A heading with what is usual, then one line for each platform call, way of failing and outcome.
+// A heading with what is usual, then one line for each platform call, way of failing and outcome; a failure
+// that makes no difference has no line.
 std::string FailureLines(const UserAction& action);
 
 struct StoredSetting {
