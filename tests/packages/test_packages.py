@@ -39,14 +39,22 @@ def only(folder, pattern):
 
 
 def start(user, program):
-    """Starts a copy of the program that the packages have brought, and closes it again."""
-    user.store(CommPortIdx=-1, BaudrateIdx=-1)  # not a first start
+    """Starts a copy of the program, without a port, and waits for its window."""
+    user.store(CommPortIdx=3)  # without a rate: nothing is opened, and nobody greeted
     process = user.wine.start(program, stdin=subprocess.DEVNULL)
     try:
-        user.main_window()
+        wait_for("the main window appears", user.driver.main_window, 60)
         user.wait_page([" Menu Com. Open a port."] + [""] * 18)
+    except BaseException:
+        desktop.stop(process)
+        raise
+    return process
+
+
+def close(user, process):
+    try:
         user.close()
-        assert process.wait(30) == 0
+        assert process.wait(60) == 0
     finally:
         desktop.stop(process)
 
@@ -66,7 +74,7 @@ def test_zip_runs(packages, user, tmp_path):
     folder = only(tmp_path, "toravane-*")
     assert sorted(file.name for file in folder.iterdir()) == ["toravane.exe", "user-guide.html"]
     check_manual(folder / "user-guide.html")
-    start(user, folder / "toravane.exe")
+    close(user, start(user, folder / "toravane.exe"))
 
 
 class Installed:
@@ -112,7 +120,7 @@ def test_installer(packages, user):
 
     assert user.driver.key_access(Settings) == UsersMayWrite
 
-    start(user, installed.folder / "toravane.exe")
+    close(user, start(user, installed.folder / "toravane.exe"))
     user.store(GraphRate=7)
     user.wine.run(str(setup), "/S")  # over an older one: keeps the settings
     assert user.stored("GraphRate") == 7
@@ -126,13 +134,12 @@ def test_installer(packages, user):
 
 
 def test_installer_waits_for_a_running_program(packages, user):
-    program, _ = user.start_connected()
+    program = start(user, desktop.Program)
     setup = user.wine.start(only(packages, "*-setup.exe"), "/S", stdin=subprocess.DEVNULL)
     assert setup.wait(300) == 2
     assert not Installed(user).folder.exists()
-    assert program.running()
-    user.close()
-    assert program.wait_end() == 0
+    assert program.poll() is None
+    close(user, program)
 
 
 # ---- Debian and Ubuntu --------------------------------------------------------------------------------
