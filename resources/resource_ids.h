@@ -5,7 +5,7 @@
 // ---- Program ------------------------------------------------------------------------------------------
 #define ICON_PROGRAM 1
 #define STRING_PROGRAM_NAME 200 // class name and title of the main window
-#define STRING_BAR_ABOUT 201 // words on the menu bars of hand-held devices
+#define STRING_BAR_ABOUT 201    // words on the menu bars of hand-held devices
 #define STRING_BAR_COM 202
 #define STRING_BAR_NMEA 203
 #define STRING_BAR_SIRF 204
