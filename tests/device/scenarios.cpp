@@ -359,8 +359,11 @@ private:
             SendMessageW(Dialog, WM_DRAWITEM, item.CtlID, reinterpret_cast<LPARAM>(&item));
             ReleaseDC(window, item.hDC);
             const std::vector<uint32_t> pixels = HeadlessPixels(window);
-            Print("drawn %d: corner %06X, middle %06X of %zu pixels", control, pixels.empty() ? 0 : pixels[0],
-                  pixels.empty() ? 0 : pixels[pixels.size() / 2], pixels.size());
+            const auto at = [&](int x, int y) {
+                return pixels.at(static_cast<size_t>(y * item.rcItem.right + x));
+            };
+            Print("drawn %d: edge %06X, frame %06X, middle %06X", control, at(0, 0), at(2, 2),
+                  at(item.rcItem.right / 2, item.rcItem.bottom / 2));
         }
     }
 
