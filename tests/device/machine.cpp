@@ -246,8 +246,8 @@ void StartMachine(const MachineOptions& options)
     MainFigures = OtherFigures = {};
     StackTaken.clear();
     Threads.clear();
-    UnmapAllMemory();
     if (Processor) uc_close(Processor);
+    UnmapAllMemory();
     Check(uc_open(UC_ARCH_ARM, UC_MODE_ARM, &Processor), "starting the processor");
     const Core* core = std::find_if(std::begin(Cores), std::end(Cores),
                                     [&](const Core& candidate) { return candidate.name == options.core; });
