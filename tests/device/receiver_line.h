@@ -13,6 +13,8 @@ public:
     ReceiverLine(HeadlessPort& port, receiver::Protocol protocol, uint32_t rate);
     ~ReceiverLine(); // waits for the thread
 
+    const receiver::Receiver& Receiver() const { return Session.Sim; }
+
 private:
     static DWORD Run(void* line);
 

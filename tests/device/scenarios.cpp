@@ -565,6 +565,10 @@ void RunCommandLine(const wchar_t* commandLine, bool hasPort, bool hasRates)
     if (hasRates) Store(L"NmeaBaudrateIdx", RateIndex(Rate));
     ReceiverLine line(port, receiver::Protocol::Nmea, Rate);
     RunAndPrint(commandLine, &port);
+    Print("receiver: %llu commands accepted, %llu refused, static navigation %d",
+          static_cast<unsigned long long>(line.Receiver().CommandsAccepted),
+          static_cast<unsigned long long>(line.Receiver().CommandsRefused),
+          int{receiver::StaticNavigationOf(line.Receiver().Kept)});
 }
 
 // ---- Failing calls ------------------------------------------------------------------------------------
