@@ -75,7 +75,7 @@ template <typename Procedure> FARPROC Export(Procedure procedure)
 // The text page's font is the same in every form of the program with this one.
 void UsePlatform(Platform platform)
 {
-    HeadlessSetScreenFont(6, 10);
+    HeadlessSetScreenFont(6, 14);
     HeadlessSetFolder(CSIDL_PERSONAL, L"\\My Documents");
     HeadlessSetFolder(CSIDL_APPDATA, L"\\Application Data");
     HeadlessSetOemInfo(L"Emulated");
