@@ -114,7 +114,6 @@ NmeaCommands = [
     (2005, {1031: 2, 1032: "5"}, 1034, b"$PSRF103,2,0,5,1*"),
     (2007, {1051: "PSRF105,1"}, 1052, b"$PSRF105,1*"),
     (2008, {1061: 1}, 1062, b"$PSRF106,"),
-    (2003, {1001: 3, 1002: 0}, 1004, b"$PSRF100,"),
 ]
 SirfCommands = [
     (2009, {5301: 1, 5302: "1", 5303: "30", 5304: 1, 5305: 1, 5306: "0", 5307: 1, 5308: "20", 5309: 1}, 5311, 53),
@@ -131,6 +130,7 @@ SirfCommands = [
     (2020, {16616: "2", 16617: "1"}, 16618, 166),
     (2010, {1287: "12", 12812: 1, 12818: 0, 12819: 0, 12820: 0}, 12810, 128),
 ]
+LastCommand = (2003, {1001: 3, 1002: 0}, 1004, b"$PSRF100,0,9600,8,1,0*")  # the program then waits for SiRF binary
 
 
 def fill(dialog, fields):
@@ -147,15 +147,19 @@ def fill(dialog, fields):
             driver.set_text(control["window"], value)
 
 
+def send_sentence(user, line, item, fields, button, expected):
+    dialog = opened(user, item)
+    fill(dialog, fields)
+    dialog.press(button)
+    received(line, expected)
+    leave(dialog)
+
+
 @pytest.mark.parametrize("device", ("pocketpc", "smartphone"))
 def test_one_command_of_each_dialog(user, device):
     line = start(user, device)
-    for item, fields, button, expected in NmeaCommands[:-1]:
-        dialog = opened(user, item)
-        fill(dialog, fields)
-        dialog.press(button)
-        received(line, expected)
-        leave(dialog)
+    for item, fields, button, expected in NmeaCommands:
+        send_sentence(user, line, item, fields, button, expected)
     for item, fields, button, message in SirfCommands:
         dialog = opened(user, item)
         fill(dialog, fields)
@@ -164,6 +168,7 @@ def test_one_command_of_each_dialog(user, device):
         wait_for(f"the receiver gets message {message}", lambda: re.search(
             rb"\xA0\xA2\x00." + re.escape(bytes([message])), bytes(line.received), re.DOTALL))
         leave(dialog)
+    send_sentence(user, line, *LastCommand)
 
 
 # ---- Keys ---------------------------------------------------------------------------------------------

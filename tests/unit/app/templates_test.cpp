@@ -175,6 +175,15 @@ TEST_F(Templates, ThereAreTwentyThreeInTwoLayoutsAndNoOthers)
     }
 }
 
+TEST_F(Templates, BothLayoutsHaveOneCaption)
+{
+    for (const uint32_t number : Dialogs()) {
+        const std::wstring caption = Find(number).caption;
+        EXPECT_FALSE(caption.empty()) << number;
+        EXPECT_EQ(caption, Find(number + 100).caption) << number;
+    }
+}
+
 TEST_F(Templates, EveryControlIsThereWithItsClass)
 {
     for (const Group& group : Groups)
