@@ -207,7 +207,7 @@ def test_keys_alone_suffice_on_a_smartphone(user):
 
 def test_every_field_is_seen_when_it_has_the_focus(user):
     start(user, "smartphone")
-    for item in (2010, 408):
+    for item, fewest in ((2010, 8), (408, 70)):  # and how many fields the keys reach at least
         dialog = opened(user, item)
         numbers = {c["window"]: c["id"] for c in dialog.controls()}
         here = first = user.driver.focus(dialog.window)
@@ -220,7 +220,7 @@ def test_every_field_is_seen_when_it_has_the_focus(user):
             seen.append(numbers[here])
             if len(seen) % 5 == 0:
                 wait_visible(dialog, seen[-1])
-        assert len(seen) > 12
+        assert len(seen) >= fewest
         leave(dialog)
 
 
