@@ -573,6 +573,24 @@ TEST_F(WithKeypadShell, WindowKeepsItsSizeAndDialogsScroll)
     EXPECT_EQ(BarRequests[1].menu, 2001u); // the same for both layouts
 }
 
+// A keypad device whose shell gives no bar: the command bar lies over the chart, which keeps the window's
+// height.
+TEST_F(WithKeypadShell, ChartKeepsTheWindowsHeightUnderACommandBar)
+{
+    DestroyWindow(ShellBar);
+    ShellBar = nullptr;
+    RECT client = {};
+    int chartHeight = 0;
+    HeadlessUser([&] {
+        GetClientRect(Window(), &client);
+        chartHeight = GraphHeight.load();
+    });
+    UserExits();
+    EXPECT_EQ(Run(), 0);
+    EXPECT_GT(chartHeight, 0);
+    EXPECT_EQ(chartHeight, client.bottom);
+}
+
 // Neither the shell nor the system gives the window a bar: it has no chart, but its settings.
 TEST_F(WithShell, WithoutAnyBarThereIsNoChart)
 {
