@@ -10,6 +10,7 @@
 #include "resources/resource_ids.h"
 #include "tests/device/receiver_line.h"
 #include "tests/device/transcript.h"
+#include "tests/support/menu_dialogs.h"
 #include "tests/unit/nmea/dialogs/dialog_rows.h"
 #include "tests/unit/sirf/dialogs/field_cases.h"
 
@@ -133,34 +134,6 @@ void Pass(uint32_t milliseconds)
 }
 
 // ---- Start and end ------------------------------------------------------------------------------------
-
-constexpr struct {
-    uint32_t command, dialog;
-} Dialogs[] = {
-    {COMMAND_ABOUT, DIALOG_ABOUT},
-    {COMMAND_COMMUNICATION, DIALOG_COMMUNICATION},
-    {COMMAND_GRAPH, DIALOG_GRAPH_OPTIONS},
-    {DIALOG_NMEA_SET_SERIAL_PORT, DIALOG_NMEA_SET_SERIAL_PORT},
-    {DIALOG_NMEA_NAVIGATION_INITIALIZATION, DIALOG_NMEA_NAVIGATION_INITIALIZATION},
-    {DIALOG_NMEA_SET_MESSAGE_RATE, DIALOG_NMEA_SET_MESSAGE_RATE},
-    {DIALOG_NMEA_DEVELOPMENT_DATA, DIALOG_NMEA_DEVELOPMENT_DATA},
-    {DIALOG_NMEA_SELECT_DATUM, DIALOG_NMEA_SELECT_DATUM},
-    {DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT},
-    {DIALOG_SIRF_INITIALIZE_DATA_SOURCE, DIALOG_SIRF_INITIALIZE_DATA_SOURCE},
-    {DIALOG_SIRF_SWITCH_TO_NMEA, DIALOG_SIRF_SWITCH_TO_NMEA},
-    {DIALOG_SIRF_DGPS_SOURCE, DIALOG_SIRF_DGPS_SOURCE},
-    {DIALOG_SIRF_MODE_CONTROL, DIALOG_SIRF_MODE_CONTROL},
-    {DIALOG_SIRF_DOP_MASK, DIALOG_SIRF_DOP_MASK},
-    {DIALOG_SIRF_DGPS_MODE, DIALOG_SIRF_DGPS_MODE},
-    {DIALOG_SIRF_ELEVATION_MASK, DIALOG_SIRF_ELEVATION_MASK},
-    {DIALOG_SIRF_POWER_MASK, DIALOG_SIRF_POWER_MASK},
-    {DIALOG_SIRF_STATIC_NAVIGATION, DIALOG_SIRF_STATIC_NAVIGATION},
-    {DIALOG_SIRF_TRICKLE_POWER, DIALOG_SIRF_TRICKLE_POWER},
-    {DIALOG_SIRF_SET_MESSAGE_RATE, DIALOG_SIRF_SET_MESSAGE_RATE},
-    {DIALOG_SIRF_LOW_POWER, DIALOG_SIRF_LOW_POWER},
-    {DIALOG_SIRF_SBAS, DIALOG_SIRF_SBAS},
-    {DIALOG_SIRF_POLL_SOFTWARE_VERSION, DIALOG_SIRF_POLL_SOFTWARE_VERSION},
-};
 
 uint32_t Layout(Platform platform)
 {
@@ -636,7 +609,7 @@ std::vector<Scenario> AllScenarios(const std::vector<std::string>& logs)
                 nmea ? receiver::Protocol::Nmea : receiver::Protocol::SirfBinary;
             all.push_back({"dialog " + std::string(PlatformNames[static_cast<int>(platform)]) + " " +
                                std::to_string(row.command),
-                           [=] { RunDialog(platform, protocol, row.command, row.dialog); }});
+                           [=] { RunDialog(platform, protocol, row.command, row.resource); }});
         }
     for (const Platform platform : {Platform::Plain, Platform::Smartphone})
         all.push_back({std::string("tables ") + PlatformNames[static_cast<int>(platform)],

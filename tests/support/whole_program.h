@@ -9,15 +9,9 @@
 
 #include "headless.h"
 #include "platform/platform.h"
+#include "tests/support/menu_dialogs.h"
 
 // ---- Dialogs ------------------------------------------------------------------------------------------
-
-struct DialogEntry {
-    int command;       // of the main window's menu
-    uint32_t resource; // template, without the layout's offset
-};
-constexpr size_t DialogCount = 23;
-extern const DialogEntry Dialogs[DialogCount];
 
 // Opens a dialog from the menu; the user acts in it and then closes it if it is still open.
 void InDialog(const DialogEntry& entry, const std::function<void(HWND dialog)>& act);
