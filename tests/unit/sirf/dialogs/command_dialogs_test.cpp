@@ -56,33 +56,30 @@ protected:
     {
         for (const FieldCase& field : row.fields) Enter(dialog, field.usual);
     }
+
+    void ExpectUsualEntriesSent()
+    {
+        for (const DialogCase& row : FieldCases()) {
+            SCOPED_TRACE(row.name);
+            With(ShowOf(row), [&](HWND dialog) {
+                EnterUsual(dialog, row);
+                HeadlessClick(dialog, row.set);
+            });
+            EXPECT_EQ(Written(), std::vector{HexText(row.frame)});
+        }
+        EXPECT_TRUE(HeadlessBoxes().empty());
+    }
 };
 
 TEST_F(SirfFields, UsualEntriesAreSent)
 {
-    for (const DialogCase& row : FieldCases()) {
-        SCOPED_TRACE(row.name);
-        With(ShowOf(row), [&](HWND dialog) {
-            EnterUsual(dialog, row);
-            HeadlessClick(dialog, row.set);
-        });
-        EXPECT_EQ(Written(), std::vector{HexText(row.frame)});
-    }
-    EXPECT_TRUE(HeadlessBoxes().empty());
+    ExpectUsualEntriesSent();
 }
 
 TEST_F(SirfFields, KeypadSendsTheSameBytes)
 {
     UseKeypad();
-    for (const DialogCase& row : FieldCases()) {
-        SCOPED_TRACE(row.name);
-        With(ShowOf(row), [&](HWND dialog) {
-            EnterUsual(dialog, row);
-            HeadlessClick(dialog, row.set);
-        });
-        EXPECT_EQ(Written(), std::vector{HexText(row.frame)});
-    }
-    EXPECT_TRUE(HeadlessBoxes().empty());
+    ExpectUsualEntriesSent();
 }
 
 TEST_F(SirfFields, EveryEntryAtTheEdgeIsSent)
