@@ -5,28 +5,10 @@
 namespace
 {
 
-// Sends itself nothing but hands posted boxes on, as the main window does.
-LRESULT CALLBACK BoxWindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
-{
-    if (message == MessagePostedBox) {
-        ShowPostedBox(wParam, lParam);
-        return 0;
-    }
-    return DefWindowProcW(window, message, wParam, lParam);
-}
-
 class ErrorBoxes : public ProductTest
 {
 protected:
-    ErrorBoxes()
-    {
-        WNDCLASSW windowClass = {};
-        windowClass.lpfnWndProc = BoxWindowProcedure;
-        windowClass.lpszClassName = L"Boxes";
-        RegisterClassW(&windowClass);
-        MainWindow.store(CreateWindowExW(0, L"Boxes", L"Boxes", WS_VISIBLE, 0, 0, 100, 100, nullptr, nullptr,
-                                         nullptr, nullptr));
-    }
+    ErrorBoxes() { MakeMainWindow(); }
     ~ErrorBoxes() override { DestroyWindow(MainWindow.load()); }
 
     // What the reader thread would do.
@@ -167,9 +149,9 @@ TEST_F(ErrorBoxes, RefusalLeavesTheWindowBehindADialogDisabled)
 TEST_F(ErrorBoxes, BoxesBelongToTheActiveWindowElseToTheDialogElseToTheMainWindow)
 {
     const HWND dialog =
-        CreateWindowExW(0, L"Boxes", L"", WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+        CreateWindowExW(0, L"MainWindow", L"", WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
     const HWND active =
-        CreateWindowExW(0, L"Boxes", L"", WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+        CreateWindowExW(0, L"MainWindow", L"", WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
     EXPECT_EQ(BoxOwner(), active);
     HeadlessOtherProgramInFront(true);
     EXPECT_EQ(BoxOwner(), MainWindow.load());

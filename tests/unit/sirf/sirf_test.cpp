@@ -10,26 +10,17 @@ namespace
 
 constexpr const wchar_t* PlainClass = L"StandIn";
 
-LRESULT CALLBACK MainProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
-{
-    if (message == MessagePostedBox) {
-        ShowPostedBox(wParam, lParam);
-        return 0;
-    }
-    return DefWindowProcW(window, message, wParam, lParam);
-}
-
 HWND MakeWindow(const wchar_t* className, const wchar_t* text, DWORD style, HWND parent, int id)
 {
     return CreateWindowExW(0, className, text, style, 0, 0, 10, 10, parent,
                            reinterpret_cast<HMENU>(static_cast<intptr_t>(id)), nullptr, nullptr);
 }
 
-HWND MakeTopWindow(WNDPROC procedure)
+HWND MakeTopWindow()
 {
     WNDCLASSW plain = {};
     plain.lpszClassName = PlainClass;
-    plain.lpfnWndProc = procedure;
+    plain.lpfnWndProc = DefWindowProcW;
     RegisterClassW(&plain);
     return MakeWindow(PlainClass, L"", 0, nullptr, 0);
 }
@@ -81,17 +72,10 @@ void SirfTest::Decode(const Payload& payload)
     SirfMessageDecoder(buffer.data(), static_cast<uint32_t>(payload.bytes.size()));
 }
 
-HWND SirfTest::MakeMainWindow()
-{
-    const HWND window = MakeTopWindow(MainProcedure);
-    MainWindow.store(window);
-    return window;
-}
-
 void SirfTest::OpenDialog(DialogKind kind, const Controls& controls)
 {
     constexpr DWORD ThreeStateBox = 6;
-    Dialog = MakeTopWindow(DefWindowProcW);
+    Dialog = MakeTopWindow();
     for (const int control : controls.texts) MakeWindow(L"EDIT", L"?", WS_CHILD, Dialog, control);
     for (const int control : controls.boxes) {
         MakeWindow(L"BUTTON", L"", WS_CHILD | ThreeStateBox, Dialog, control);

@@ -37,9 +37,6 @@ protected:
     static void Decode(const Payload& payload);
     static constexpr uint8_t BufferRest = 0xC7;
 
-    // A top-level window that shows posted boxes, as the program's does.
-    static HWND MakeMainWindow();
-
     // Opens a dialog of the kind with the controls given by number: `texts` (which begin as "?"), three-state
     // `boxes` (which begin undecided), option buttons, and lists with a number of entries, the last selected.
     struct List {

@@ -17,6 +17,15 @@ std::string Narrow(const std::wstring& text)
     return out;
 }
 
+LRESULT CALLBACK MainProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == MessagePostedBox) {
+        ShowPostedBox(wParam, lParam);
+        return 0;
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
 } // namespace
 
 ProductTest::ProductTest()
@@ -35,6 +44,18 @@ HeadlessPort& ProductTest::OpenPort()
     PortHandle.store(
         CreateFileW(L"COM3:", GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     return port;
+}
+
+HWND ProductTest::MakeMainWindow()
+{
+    WNDCLASSW standIn = {};
+    standIn.lpszClassName = L"MainWindow";
+    standIn.lpfnWndProc = MainProcedure;
+    RegisterClassW(&standIn);
+    const HWND window = CreateWindowExW(0, standIn.lpszClassName, L"", WS_VISIBLE, 0, 0, 240, 294, nullptr,
+                                        nullptr, nullptr, nullptr);
+    MainWindow.store(window);
+    return window;
 }
 
 void ProductTest::Feed(std::string_view bytes)

@@ -23,6 +23,9 @@ protected:
     // Through the reader's path, byte by byte.
     static void Feed(std::string_view bytes);
 
+    // A window in place of the program's own, of the client size that is set: it shows posted boxes.
+    static HWND MakeMainWindow();
+
     // A sentence with '$', right checksum and line end around the body.
     static void FeedSentence(std::string_view body);
 
