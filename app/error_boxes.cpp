@@ -13,6 +13,7 @@ namespace
 constexpr const wchar_t* PostedCaptions[] = {
     L"WriteFile 2", L"WriteFile File", L"CloseHandle File", L"StretchBlt1", L"StretchBlt2", L"StretchBlt5",
     L"BitBlt1",     L"BitBlt2",        L"BitBlt3",          L"Polyline1",   L"Polyline2",   L"Polyline3",
+    L"Ellipse1",    L"Ellipse2",       L"Ellipse3",         L"Rectangle",
 };
 constexpr uint32_t PostedCaptionCount = sizeof PostedCaptions / sizeof *PostedCaptions;
 
@@ -125,6 +126,12 @@ void PostLastError(const wchar_t* caption)
 void CheckGdiResult(int32_t result, const wchar_t* caption)
 {
     if (!result) ShowLastError(caption);
+}
+
+void CheckPaint(int32_t result, const wchar_t* caption, bool& failed)
+{
+    if (!result && !failed) PostLastError(caption);
+    failed = !result;
 }
 
 void ShowShortWrite(uint32_t written, uint32_t count)

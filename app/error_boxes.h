@@ -31,6 +31,10 @@ void PostLastError(const wchar_t* caption);
 // ShowLastError, only when `result` is 0.
 void CheckGdiResult(int32_t result, const wchar_t* caption);
 
+// PostLastError, only when `result` is 0 and was not so at the last paint, which `failed` remembers: closing
+// the box causes the next one.
+void CheckPaint(int32_t result, const wchar_t* caption, bool& failed);
+
 // ---- Boxes of the reader thread -----------------------------------------------------------------------
 
 // Message by which posted boxes reach the main window: the kind in wParam, the value in lParam.

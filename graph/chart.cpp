@@ -63,12 +63,6 @@ uint16_t ChartSize(int pixels)
     return static_cast<uint16_t>(pixels < 0 ? 0 : pixels > INT16_MAX ? INT16_MAX : pixels);
 }
 
-void CheckCopy(BOOL result, const wchar_t* caption, bool& failed)
-{
-    if (!result && !failed) PostLastError(caption);
-    failed = !result;
-}
-
 } // namespace
 
 void CreateChart(HWND window, int areaWidth, int areaHeight)
@@ -106,9 +100,9 @@ void PaintChart(HDC dc, int top)
 {
     const int width = GraphWidth.load(), height = GraphHeight.load(), column = CurrentGraphColumn.load();
     if (!width || !height) return;
-    CheckCopy(BitBlt(dc, 0, top, width - column, height, Graph.dc, column, 0, SRCCOPY), L"BitBlt1",
-              BitBlt1Failed);
+    CheckPaint(BitBlt(dc, 0, top, width - column, height, Graph.dc, column, 0, SRCCOPY), L"BitBlt1",
+               BitBlt1Failed);
     if (column)
-        CheckCopy(BitBlt(dc, width - column, top, column, height, Graph.dc, 0, 0, SRCCOPY), L"BitBlt2",
-                  BitBlt2Failed);
+        CheckPaint(BitBlt(dc, width - column, top, column, height, Graph.dc, 0, 0, SRCCOPY), L"BitBlt2",
+                   BitBlt2Failed);
 }

@@ -16,9 +16,15 @@ constexpr uint32_t LabelCapacity = 12;
 
 int StartRow = 0, Step = 1; // of the next picture
 
-void DrawCircle(HDC dc, int x, int y, int radius, const wchar_t* caption)
+struct Shape {
+    const wchar_t* caption; // of the box when it cannot be drawn
+    bool failed = false;    // at the last attempt
+};
+Shape Horizon = {L"Ellipse1"}, MiddleCircle = {L"Ellipse2"}, Body = {L"Ellipse3"}, Plate = {L"Rectangle"};
+
+void DrawCircle(HDC dc, int x, int y, int radius, Shape& shape)
 {
-    CheckGdiResult(Ellipse(dc, x - radius, y - radius, x + radius, y + radius), caption);
+    CheckPaint(Ellipse(dc, x - radius, y - radius, x + radius, y + radius), shape.caption, shape.failed);
 }
 
 // Where a label with its centre at the place lies.
@@ -58,10 +64,10 @@ void DrawObject(HDC dc, int top, const SkyObject& object)
         Format(label, L"%d", object.id);
     RECT area = PlaceLabel(dc, x, top + y, label);
     if (isSun || isMoon)
-        DrawCircle(dc, x, top + y, BodyRadius, L"Ellipse3");
+        DrawCircle(dc, x, top + y, BodyRadius, Body);
     else
-        CheckGdiResult(Rectangle(dc, area.left - 1, area.top - 1, area.right + 2, area.bottom + 1),
-                       L"Rectangle");
+        CheckPaint(Rectangle(dc, area.left - 1, area.top - 1, area.right + 2, area.bottom + 1), Plate.caption,
+                   Plate.failed);
     DrawTextW(dc, label, -1, &area, DT_LEFT);
 }
 
@@ -70,8 +76,8 @@ void DrawObject(HDC dc, int top, const SkyObject& object)
 void DrawSkyPlot(HDC dc, int top)
 {
     const int centreY = top + CentreY;
-    DrawCircle(dc, CentreX, centreY, HorizonRadius, L"Ellipse1");
-    DrawCircle(dc, CentreX, centreY, MiddleRadius, L"Ellipse2");
+    DrawCircle(dc, CentreX, centreY, HorizonRadius, Horizon);
+    DrawCircle(dc, CentreX, centreY, MiddleRadius, MiddleCircle);
     DrawDirection(dc, CentreX, centreY - HorizonRadius, L" S ");
     DrawDirection(dc, CentreX, centreY + HorizonRadius, L" N ");
     DrawDirection(dc, CentreX - HorizonRadius, centreY, L" E ");

@@ -24,12 +24,7 @@ protected:
     SkyPlot()
     {
         HeadlessSetClientSize(240, 294);
-        WNDCLASSW plain = {};
-        plain.lpszClassName = L"Plot";
-        plain.lpfnWndProc = DefWindowProcW;
-        RegisterClassW(&plain);
-        Window =
-            CreateWindowExW(0, L"Plot", L"", WS_VISIBLE, 0, 0, 240, 294, nullptr, nullptr, nullptr, nullptr);
+        Window = MakeMainWindow();
     }
 
     void Draw() const
@@ -189,8 +184,28 @@ TEST_F(SkyPlot, FailingCallsAreNamed)
         HeadlessClearBoxes();
         HeadlessFailCall(row.call, row.number, ERROR_NOT_ENOUGH_MEMORY);
         Draw();
+        EXPECT_TRUE(HeadlessBoxes().empty()); // a box would paint again while this paint goes on
+        HeadlessPumpMessages();
         ASSERT_EQ(HeadlessBoxes().size(), 1u) << row.call;
         EXPECT_EQ(HeadlessBoxes()[0].caption, row.caption);
+        Draw();
+    }
+}
+
+TEST_F(SkyPlot, LastingFailuresAreToldOnce)
+{
+    Place(SunRow, 30, 90);
+    Place(Prn120, 30, 180);
+    for (const size_t times : {1u, 2u}) {
+        HeadlessFailCall("Ellipse", 1, ERROR_NOT_ENOUGH_MEMORY, FailMode::FromHereOn);
+        HeadlessFailCall("Rectangle", 1, ERROR_NOT_ENOUGH_MEMORY, FailMode::FromHereOn);
+        for (int i = 0; i < 10; ++i) {
+            Draw();
+            HeadlessPumpMessages();
+        }
+        EXPECT_EQ(HeadlessBoxes().size(), 4 * times);
+        HeadlessClearFaults();
+        Draw(); // works again
     }
 }
 
