@@ -66,12 +66,14 @@ void DrawChannelTicks(uint32_t channel)
 
     const float low = min < max ? min : max, high = min < max ? max : min;
     const double step = double{TickStep(channel, high - low)};
+    // A tick on a limit is the band's edge. The step's last bit must not make it a tick beside the edge.
+    const double margin = step / 1000;
     // Ticks are counted: with limits of many digits adding a small step to a tick's value would not move it.
     const double firstTick = std::floor(double{low} / step), lastTick = std::ceil(double{high} / step);
     const uint32_t mostTicks = GraphHeight.load() + 2u;
     for (uint32_t i = 0; i < mostTicks && firstTick + i <= lastTick; ++i) {
         const double value = (firstTick + i) * step;
-        if (!(value > double{min} && value < double{max})) continue;
+        if (!(value - double{min} > margin && double{max} - value > margin)) continue;
         const double share = (value - double{min}) / (double{max} - double{min});
         DrawRow(TickColumn, static_cast<int32_t>(static_cast<float>(share * (ceiling - floor) + floor)),
                 GridColor);

@@ -105,6 +105,14 @@ TEST_F(BackgroundTest, TicksAreMultiplesOfTheirStep)
     EXPECT_EQ(Ticks(-7, 13, 100, 160), (::Heights{106, 121, 136, 151})); // -5, 0, 5, 10
 }
 
+// A step of 0.2 is a little more than that as a float, and five of them end just inside the band.
+TEST_F(BackgroundTest, TickOnALimitIsTheEdgeAlone)
+{
+    MakeChart(268);
+    EXPECT_EQ(Ticks(-40, -39, 162, 224), (::Heights{174, 186, 199, 211}));
+    EXPECT_EQ(Ticks(-23, -22, 104, 171), (::Heights{117, 130, 144, 157}));
+}
+
 TEST_F(BackgroundTest, ReversedLimitsHaveEdgesButNoTicks)
 {
     MakeChart(268);
