@@ -10,20 +10,20 @@ namespace
 {
 
 constexpr uint32_t NumberTextCapacity = 256;
-constexpr int DecimalTextCapacity = 21; // twenty characters and the terminator
+constexpr uint32_t DecimalTextCapacity = 21; // twenty characters and the terminator
 
 bool IsKeypadList(HWND dialog, int control)
 {
     return LayoutOffset() && SendDlgItemMessageW(dialog, control, LB_GETCOUNT, 0, 0) > 0;
 }
 
-void ReadControlText(HWND dialog, int control, wchar_t (&text)[NumberTextCapacity])
+template <uint32_t Capacity> void ReadControlText(HWND dialog, int control, wchar_t (&text)[Capacity])
 {
     text[0] = 0;
     if (IsKeypadList(dialog, control))
-        GetSelectedListText(dialog, control, text, NumberTextCapacity);
+        GetSelectedListText(dialog, control, text, Capacity);
     else
-        GetDlgItemTextW(dialog, control, text, NumberTextCapacity);
+        GetDlgItemTextW(dialog, control, text, Capacity);
 }
 
 // Whether a notification, of whatever kind of control, is about the focus.
@@ -43,6 +43,13 @@ void FillList(HWND dialog, int control, std::span<const wchar_t* const> entries)
 void SelectListEntry(HWND dialog, int control, int32_t index)
 {
     SendDlgItemMessageW(dialog, control, ListMessages.setSelection, static_cast<WPARAM>(index), 0);
+}
+
+void MakeListLeafable(HWND dialog, int control)
+{
+    constexpr UINT SetListMode = 0x1C1;
+    constexpr LPARAM Leaf = 2;
+    if (LayoutOffset()) SendDlgItemMessageW(dialog, control, SetListMode, 0, Leaf);
 }
 
 bool ReadNumber(HWND dialog, int control, int32_t& value)
@@ -66,8 +73,8 @@ bool ReadNumberInRange(HWND dialog, int control, int32_t low, int32_t high, cons
 
 double ReadDecimal(HWND dialog, int control)
 {
-    wchar_t text[DecimalTextCapacity] = L"";
-    GetDlgItemTextW(dialog, control, text, DecimalTextCapacity);
+    wchar_t text[DecimalTextCapacity];
+    ReadControlText(dialog, control, text);
     return ParseDecimal(text);
 }
 

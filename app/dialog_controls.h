@@ -14,6 +14,10 @@ void FillList(HWND dialog, int control, std::span<const wchar_t* const> entries)
 // Selects an entry; an index outside the list selects nothing.
 void SelectListEntry(HWND dialog, int control, int32_t index);
 
+// On keypad devices, whose list boxes show one entry at a time: lets the user leaf through a list. Elsewhere
+// nothing, as other lists do not know the message.
+void MakeListLeafable(HWND dialog, int control);
+
 // ---- Numbers ------------------------------------------------------------------------------------------
 
 // The whole number at the start of a control's text: blanks, a sign, digits; what stands behind is ignored.
@@ -26,7 +30,7 @@ bool ReadNumber(HWND dialog, int control, int32_t& value);
 bool ReadNumberInRange(HWND dialog, int control, int32_t low, int32_t high, const wchar_t* caption,
                        const wchar_t* refusal, int32_t& value);
 
-// The decimal number at the start of an edit's first 20 characters, 0 where there is none.
+// The decimal number at the start of the first 20 characters of such a text, 0 where there is none.
 double ReadDecimal(HWND dialog, int control);
 
 // ---- Boxes, buttons, edits ----------------------------------------------------------------------------

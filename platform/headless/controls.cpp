@@ -255,7 +255,7 @@ LRESULT TextProcedure(Window& window, UINT message, WPARAM wParam, LPARAM lParam
         return static_cast<LRESULT>(length);
     }
     case WM_GETTEXTLENGTH: return static_cast<LRESULT>(window.text.size());
-    default: return 0;
+    default: window.ignoredMessages[message] = lParam; return 0;
     }
 }
 

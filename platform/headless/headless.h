@@ -198,6 +198,10 @@ std::vector<std::wstring> HeadlessItems(HWND dialog, int control);
 bool HeadlessHasControl(HWND dialog, int control);
 int HeadlessFocus(HWND dialog); // control number, 0 none
 
+// The lParam with which a control was last sent a message that it does not know, as those for the keypad
+// devices' own controls; 0 if it was not.
+LPARAM HeadlessIgnoredMessage(HWND dialog, int control, UINT message);
+
 // ---- Windows and pictures -----------------------------------------------------------------------------
 
 HWND HeadlessMainWindow(); // the top-level window, null before it exists

@@ -277,6 +277,7 @@ struct Window {
     std::vector<std::wstring> items;
     int selection = -1;
     size_t limit = 0; // characters that can be typed, 0 any
+    std::map<UINT, LPARAM> ignoredMessages;
 };
 
 constexpr int CaptionHeight = 20;

@@ -165,6 +165,13 @@ int HeadlessSelection(HWND dialog, int control)
     return ControlOf(dialog, control).selection;
 }
 
+LPARAM HeadlessIgnoredMessage(HWND dialog, int control, UINT message)
+{
+    const std::map<UINT, LPARAM>& ignored = ControlOf(dialog, control).ignoredMessages;
+    const auto found = ignored.find(message);
+    return found == ignored.end() ? 0 : found->second;
+}
+
 std::vector<std::wstring> HeadlessItems(HWND dialog, int control)
 {
     return ControlOf(dialog, control).items;

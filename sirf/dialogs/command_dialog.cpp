@@ -65,7 +65,7 @@ void PutField(const CommandField& field, uint32_t value, uint8_t* payload)
     }
 }
 
-// Lists are filled, and boxes undecided where they can show it, until the receiver has answered.
+// Lists are filled. On touch screens and desktops boxes are undecided until the receiver has answered.
 void PrepareField(HWND dialog, const CommandField& field)
 {
     switch (field.kind) {

@@ -44,5 +44,5 @@ bool IsClick(UINT message, WPARAM wParam, uint16_t& button);
 // Whether SiRF binary has been recognised, so that a poll will be understood.
 bool ReceiverSpeaksSirf();
 
-// Set when a command has been sent after which the receiver begins anew; read by nothing.
+// Set when the receiver begins anew: by a command for it, or at the rate that it was told; read by nothing.
 extern std::atomic<uint8_t> InitializeSent;

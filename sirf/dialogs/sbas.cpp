@@ -1,6 +1,6 @@
 #include "sirf/dialogs/sbas.h"
 
-#include "app/dialog_support.h"
+#include "app/dialog_controls.h"
 #include "resources/resource_ids.h"
 #include "sirf/dialogs/command_dialog.h"
 #include "sirf/frame_sender.h"
@@ -11,10 +11,7 @@ namespace
 
 void PrepareList(HWND dialog)
 {
-    // What the keypad device's long lists are told; the message means nothing elsewhere.
-    constexpr UINT KeypadListMessage = 449;
-    constexpr LPARAM KeypadListStyle = 2;
-    if (IsSmartphone()) SendDlgItemMessageW(dialog, CONTROL_SBAS_PRN, KeypadListMessage, 0, KeypadListStyle);
+    MakeListLeafable(dialog, CONTROL_SBAS_PRN);
 }
 
 // The satellite's entry becomes its number, and a flag says that there is one.

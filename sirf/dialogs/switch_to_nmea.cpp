@@ -1,5 +1,7 @@
 #include "sirf/dialogs/switch_to_nmea.h"
 
+#include <cmath>
+
 #include "app/active_dialog.h"
 #include "app/dialog_controls.h"
 #include "app/dialog_support.h"
@@ -66,8 +68,9 @@ void Open(HWND dialog)
 bool ReadRates(HWND dialog)
 {
     for (uint32_t i = 0; i < NmeaRateCount; ++i) {
-        int32_t seconds;
-        if (!ReadNumber(dialog, CONTROL_TO_NMEA_RATES + static_cast<int>(i), seconds)) continue;
+        const int control = CONTROL_TO_NMEA_RATES + static_cast<int>(i);
+        int32_t seconds = -1; // also for a number of more than 32 bits
+        if (!ReadNumber(dialog, control, seconds) && std::fabs(ReadDecimal(dialog, control)) < 1) continue;
         if (seconds < 0 || seconds > 255) {
             InfoBox(RateCaptions[i], L"Range 0-255 s");
             return false;

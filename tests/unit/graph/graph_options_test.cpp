@@ -489,6 +489,19 @@ TEST_F(GraphOptionsTest, KeypadLayoutHasTheSameControlsWithAListBox)
     EXPECT_EQ(HIWORD(static_cast<WPARAM>(PassedBack)), BackKey);
 }
 
+TEST_F(GraphOptionsTest, KeypadEditsTakeNumbers)
+{
+    constexpr UINT SetInputMode = 0xDE;
+    for (const LPARAM mode : {0, 2}) {
+        if (mode) HeadlessSetPlatformType(L"SmartPhone");
+        Run([&](HWND dialog) {
+            for (const int base : {1810, 1820, 1830, 1840, 1870})
+                for (int i = 0; i < 10; ++i)
+                    EXPECT_EQ(HeadlessIgnoredMessage(dialog, base + i, SetInputMode), mode) << base + i;
+        });
+    }
+}
+
 struct Place {
     int x, y, width, height;
 };

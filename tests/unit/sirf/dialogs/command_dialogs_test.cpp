@@ -18,6 +18,7 @@
 #include "sirf/dialogs/mode_control.h"
 #include "sirf/dialogs/poll_software_version.h"
 #include "sirf/dialogs/power_mask.h"
+#include "sirf/dialogs/sbas.h"
 #include "sirf/dialogs/set_message_rate.h"
 #include "sirf/dialogs/static_navigation.h"
 #include "sirf/dialogs/switch_to_nmea.h"
@@ -149,6 +150,7 @@ TEST_F(SirfFields, FirstRefusedFieldStopsTheCommand)
 
 TEST_F(SirfFields, NothingIsChosenAndBoxesAreUndecidedAtFirst)
 {
+    constexpr int TrackSmoothing = 1369; // the one box that is off
     for (const DialogCase& row : FieldCases())
         With(ShowOf(row), [&](HWND dialog) {
             for (const FieldCase& field : row.fields) {
@@ -158,12 +160,47 @@ TEST_F(SirfFields, NothingIsChosenAndBoxesAreUndecidedAtFirst)
                 else if (field.usual.kind == Entry::Kind::Choice)
                     EXPECT_EQ(HeadlessSelection(dialog, field.usual.control), -1);
                 else
-                    EXPECT_EQ(HeadlessCheck(dialog, field.usual.control), BST_INDETERMINATE);
+                    EXPECT_EQ(HeadlessCheck(dialog, field.usual.control),
+                              field.usual.control == TrackSmoothing ? BST_UNCHECKED : BST_INDETERMINATE);
+            }
+        });
+}
+
+TEST_F(SirfFields, KeypadBoxesAreOffAtFirstAndHaveThreeStates)
+{
+    UseKeypad();
+    for (const DialogCase& row : FieldCases())
+        With(ShowOf(row), [&](HWND dialog) {
+            for (const FieldCase& field : row.fields) {
+                if (field.usual.kind != Entry::Kind::Box) continue;
+                SCOPED_TRACE(field.usual.control);
+                EXPECT_EQ(HeadlessCheck(dialog, field.usual.control), BST_UNCHECKED);
+                HeadlessClick(dialog, field.usual.control);
+                EXPECT_EQ(HeadlessCheck(dialog, field.usual.control), BST_CHECKED);
+                HeadlessClick(dialog, field.usual.control);
+                EXPECT_EQ(HeadlessCheck(dialog, field.usual.control), BST_INDETERMINATE);
             }
         });
 }
 
 // ---- Lists --------------------------------------------------------------------------------------------
+
+TEST_F(SirfFields, LongListsCanBeLeafedThroughOnKeypads)
+{
+    constexpr UINT SetListMode = 0x1C1;
+    const struct {
+        void (*show)();
+        std::vector<int> controls;
+    } rows[] = {{ShowSbasDialog, {1701}}, {ShowSirfSetMessageRateDialog, {16616, 16617}}};
+    for (const LPARAM mode : {0, 2}) {
+        if (mode) UseKeypad();
+        for (const auto& row : rows)
+            With(row.show, [&](HWND dialog) {
+                for (const int control : row.controls)
+                    EXPECT_EQ(HeadlessIgnoredMessage(dialog, control, SetListMode), mode) << control;
+            });
+    }
+}
 
 TEST_F(SirfFields, ListsOfferTheirEntriesInBothLayouts)
 {

@@ -157,6 +157,16 @@ TEST_F(SwitchToNmeaDialog, RatesAreRefusedInTheirOrder)
     });
 }
 
+TEST_F(SwitchToNmeaDialog, NumbersOfMoreThan32BitsAreRefused)
+{
+    Work([&](HWND dialog) {
+        for (const wchar_t* number : {L"4294967296", L"-4294967296", L"99999999999999999999999"}) {
+            Enter(dialog, Typed(Rates, number));
+            ExpectRefusal(dialog, L"GGA Update Rate", L"Range 0-255 s");
+        }
+    });
+}
+
 TEST_F(SwitchToNmeaDialog, WhereNoNumberStandsTheRateStays)
 {
     Work([&](HWND dialog) {
