@@ -17,13 +17,6 @@ void FillBaudrates(HWND dialog, int control)
     FillList(dialog, control, BaudTexts);
 }
 
-int32_t FindBaudrate(int64_t baud)
-{
-    for (int32_t i = 0; i < BaudCount; ++i)
-        if (BaudTable[i] == baud) return i;
-    return -1;
-}
-
 void ShowBaudrateHelp()
 {
     InfoBox(

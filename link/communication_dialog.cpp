@@ -102,14 +102,6 @@ void ShowLogState(HWND dialog)
     EnableControl(dialog, CONTROL_COM_LOG_CLOSE, open);
 }
 
-// A mode that the keypad devices' own list boxes have, by number; other lists do not know the message.
-void SetKeypadListMode(HWND dialog, int control)
-{
-    constexpr UINT SetListMode = 0x1C1;
-    constexpr LPARAM RateListMode = 2;
-    if (IsSmartphone()) SendDlgItemMessageW(dialog, control, SetListMode, 0, RateListMode);
-}
-
 INT_PTR Initialise(HWND dialog)
 {
     InitDialogCommon(dialog);
@@ -122,7 +114,7 @@ INT_PTR Initialise(HWND dialog)
     ShowProtocol(dialog);
     const bool focused = ShowPortState(dialog);
     ShowLogState(dialog);
-    SetKeypadListMode(dialog, CONTROL_COM_BAUDRATE);
+    MakeListLeafable(dialog, CONTROL_COM_BAUDRATE);
     StartStatistics(dialog);
     return !focused;
 }
@@ -132,7 +124,7 @@ INT_PTR Initialise(HWND dialog)
 // The dialog neither repaints nor counts meanwhile.
 void AwaitReceiver(HWND dialog, int32_t rate)
 {
-    for (uint32_t pass = 0; pass < ReceiverPasses; ++pass) {
+    for (uint32_t pass = 0; pass < ReceiverPasses && IsWindow(dialog); ++pass) {
         WaitServingSentMessages(PassMs);
         const uint8_t mode = ProtocolMode();
         if (mode == ProtocolNone) continue;
@@ -158,6 +150,7 @@ void OnOpen(HWND dialog)
     if (!PortOpen(PortNameTable[port], BaudTable[rate])) return;
     EnableSelection(dialog, false);
     AwaitReceiver(dialog, rate);
+    if (!IsWindow(dialog)) return; // the program was ended meanwhile
     EnableAndFocus(dialog, CONTROL_COM_CLOSE);
     if (ProtocolMode() != ProtocolNone) return;
     wchar_t text[32];

@@ -38,6 +38,13 @@ void MeasureEffectiveBaud(uint32_t bytes, uint32_t startTick)
     EffectiveBaud.store(static_cast<float>(bytes) * 10000.0f / elapsed);
 }
 
+int32_t FindBaudrate(int64_t baud)
+{
+    for (int32_t i = 0; i < BaudCount; ++i)
+        if (BaudTable[i] == baud) return i;
+    return -1;
+}
+
 void ResetLinkState()
 {
     ResetProtocolMode();

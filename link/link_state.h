@@ -65,6 +65,9 @@ constexpr bool IsBaudIndex(int32_t index)
     return index >= 0 && index < BaudCount;
 }
 
+// Index of a rate in bits/s in BaudTable, -1 when it is not there.
+int32_t FindBaudrate(int64_t baud);
+
 // Index of the infrared port, -1 when there is none; found by port discovery.
 extern std::atomic<int8_t> IrPortNumber;
 

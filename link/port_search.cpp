@@ -24,13 +24,13 @@ bool TryRate(HWND dialog, int32_t rate)
 }
 
 // Whether a protocol is recognised in what the driver has received, at the rate that it had, while the port
-// was being opened. Else it would pass for the first rate that is tried.
+// was being opened. Else it would pass for the first rate that is tried, as it does when the driver's rate is
+// none of the table's.
 bool TryDriversRate(HWND dialog)
 {
     WaitServingSentMessages(PassMs);
-    const int32_t rate = BaudrateIdx.load();
-    if (ProtocolMode() == ProtocolNone || !IsBaudIndex(rate) || BaudTable[rate] != PortDcb.BaudRate)
-        return false;
+    const int32_t rate = FindBaudrate(PortDcb.BaudRate);
+    if (ProtocolMode() == ProtocolNone || !IsBaudIndex(rate)) return false;
     SelectListEntry(dialog, CONTROL_COM_BAUDRATE, rate);
     return true;
 }

@@ -22,19 +22,29 @@ namespace
 constexpr DWORD DcbLength = 28;
 constexpr uint32_t SettleMs = 2000, PropertiesRetryMs = 1000, EndPollMs = 10;
 
+bool ReadsMayBlock = false; // the driver has refused the time-outs
+
 bool ReadProperties()
 {
     std::memset(&PortProperties, 0, sizeof PortProperties);
     return GetCommProperties(PortHandle.load(), &PortProperties);
 }
 
-void QueryProperties()
+// Shows the box of a call that failed. False when the port is no longer open, because the user has ended the
+// program from a box.
+bool GoOnAfter(BOOL succeeded, const wchar_t* caption)
 {
-    if (ReadProperties()) return;
+    if (!succeeded) ShowLastError(caption);
+    return IsPortOpen();
+}
+
+bool QueryProperties()
+{
+    if (ReadProperties()) return true;
     WaitServingSentMessages(PropertiesRetryMs);
-    if (ReadProperties()) return;
-    ShowLastError(L"GetCommProperties 1");
-    if (!ReadProperties()) ShowLastError(L"GetCommProperties 2");
+    if (!IsPortOpen()) return false;
+    return ReadProperties() ||
+           (GoOnAfter(FALSE, L"GetCommProperties 1") && GoOnAfter(ReadProperties(), L"GetCommProperties 2"));
 }
 
 // Everything that could hold back, change or drop a byte is off, RTS is on; how DTR is driven stays as the
@@ -60,14 +70,15 @@ void SetLineSettings(DCB& dcb)
 }
 
 // Reads return at once with what the driver holds. The time for a write grows with the rate, on purpose.
-void SetTimeouts(COMMTIMEOUTS& timeouts, uint32_t baud)
+bool SetTimeouts(COMMTIMEOUTS& timeouts, uint32_t baud)
 {
     timeouts.ReadIntervalTimeout = 0xFFFFFFFF;
     timeouts.ReadTotalTimeoutMultiplier = 0;
     timeouts.ReadTotalTimeoutConstant = 0;
     timeouts.WriteTotalTimeoutMultiplier = baud / 20000 + 1; // ms per byte
     timeouts.WriteTotalTimeoutConstant = 0;
-    if (!SetCommTimeouts(PortHandle.load(), &timeouts)) ShowLastError(L"SetCommTimeouts");
+    ReadsMayBlock = !SetCommTimeouts(PortHandle.load(), &timeouts);
+    return GoOnAfter(!ReadsMayBlock, L"SetCommTimeouts");
 }
 
 } // namespace
@@ -89,19 +100,16 @@ bool PortOpen(const wchar_t* portName, uint32_t baud)
     }
 
     WaitServingSentMessages(SettleMs);
-    QueryProperties();
-    if (!IsPortOpen()) return false; // the user ended the program from a box
+    if (!IsPortOpen() || !QueryProperties()) return false;
 
     std::memset(&PortDcb, 0, sizeof PortDcb);
     PortDcb.DCBlength = DcbLength;
-    if (!GetCommState(PortHandle.load(), &PortDcb)) ShowLastError(L"GetCommState");
+    if (!GoOnAfter(GetCommState(PortHandle.load(), &PortDcb), L"GetCommState")) return false;
     COMMTIMEOUTS timeouts = {};
-    if (!GetCommTimeouts(PortHandle.load(), &timeouts)) ShowLastError(L"GetCommTimeouts");
+    if (!GoOnAfter(GetCommTimeouts(PortHandle.load(), &timeouts), L"GetCommTimeouts")) return false;
     DWORD errors = 0;
     COMSTAT status = {};
-    if (!ClearCommError(PortHandle.load(), &errors, &status)) ShowLastError(L"ClearCommError");
-
-    if (!IsPortOpen()) return false;
+    if (!GoOnAfter(ClearCommError(PortHandle.load(), &errors, &status), L"ClearCommError")) return false;
 
     // Before anything is changed: the report tells how the port was found.
     if (ActiveDialogKind.load() == DialogKind::Communication && (!SearchInProgress.load() || baud == 0))
@@ -111,10 +119,10 @@ bool PortOpen(const wchar_t* portName, uint32_t baud)
     if (baud == 0) baud = PortDcb.BaudRate;
     if (baud == 0) return false;
     PortSetBaud(baud);
-    SetTimeouts(timeouts, baud);
-    if (portName[3] - L'0' == IrPortNumber.load() && !EscapeCommFunction(PortHandle.load(), SETIR))
-        ShowLastError(L"EscapeCommFunction SETIR");
-    if (!IsPortOpen()) return false;
+    if (!IsPortOpen() || !SetTimeouts(timeouts, baud)) return false;
+    if (portName[3] - L'0' == IrPortNumber.load() &&
+        !GoOnAfter(EscapeCommFunction(PortHandle.load(), SETIR), L"EscapeCommFunction SETIR"))
+        return false;
 
     ReaderThreadHandle = CreateThread(nullptr, 0, ReaderThread, nullptr, 0, &ReaderThreadId);
     if (!ReaderThreadHandle) {
@@ -128,8 +136,8 @@ bool PortOpen(const wchar_t* portName, uint32_t baud)
 void PortSetBaud(uint32_t baud)
 {
     PortDcb.BaudRate = baud;
-    for (int32_t i = 0; i < BaudCount; ++i)
-        if (BaudTable[i] == baud) BaudrateIdx.store(i);
+    const int32_t rate = FindBaudrate(baud);
+    if (IsBaudIndex(rate)) BaudrateIdx.store(rate);
     if (PortDcb.DCBlength > DcbLength) PortDcb.DCBlength = DcbLength;
     if (!SetCommState(PortHandle.load(), &PortDcb)) ShowLastError(L"SetCommState");
 }
@@ -149,17 +157,21 @@ bool PortCloseHandle()
 void PortClose()
 {
     WriteHead = WriteTail = 0;
-    if (!IsPortOpen()) return;
-    LinkClosing.store(1);
-    if (ReaderThreadHandle) CancelThreadIo(ReaderThreadHandle);
-    SetCommMask(PortHandle.load(), 0); // releases a call that waits for events
-    PortCloseHandle();
+    if (IsPortOpen()) {
+        LinkClosing.store(1);
+        if (ReaderThreadHandle && ReadsMayBlock) CancelThreadIo(ReaderThreadHandle);
+        SetCommMask(PortHandle.load(), 0); // releases a call that waits for events
+        PortCloseHandle();
+    } else if (!LinkClosing.load()) {
+        return;
+    }
     if (ReaderThreadHandle) {
         DWORD exitCode;
-        do {
+        do { // a message that is served may end the program, which has waited for the reader, too, then
             WaitServingSentMessages(EndPollMs);
-        } while (GetExitCodeThread(ReaderThreadHandle, &exitCode) && exitCode == STILL_ACTIVE);
-        CloseHandle(ReaderThreadHandle);
+        } while (ReaderThreadHandle && GetExitCodeThread(ReaderThreadHandle, &exitCode) &&
+                 exitCode == STILL_ACTIVE);
+        if (ReaderThreadHandle) CloseHandle(ReaderThreadHandle);
         ReaderThreadHandle = nullptr;
     }
     LinkClosing.store(0);

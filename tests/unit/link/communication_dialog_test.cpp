@@ -84,6 +84,44 @@ TEST_F(CommunicationDialog, ShowsWhatIsOpen)
     EXPECT_NE(LogFileHandle.load(), INVALID_HANDLE_VALUE);
 }
 
+TEST_F(CommunicationDialog, ControlsSayWhatTheyDo)
+{
+    const std::pair<int, const wchar_t*> texts[] = {{CONTROL_COM_FIND_PORT, L"Find Port && Baud"},
+                                                    {CONTROL_COM_FIND_BAUD, L"Find Baud"},
+                                                    {CONTROL_COM_OPEN, L"Open"},
+                                                    {CONTROL_COM_CLOSE, L"Close"},
+                                                    {CONTROL_COM_LOG_OPEN, L"Open"},
+                                                    {CONTROL_COM_LOG_CLOSE, L"Close"}};
+    for (const uint32_t layout : {2002u, 2102u}) {
+        HeadlessTemplate found;
+        ASSERT_TRUE(HeadlessFindTemplate(layout, found));
+        std::vector<std::wstring> labels;
+        for (const HeadlessTemplateControl& control : found.controls) {
+            for (const auto& [id, text] : texts)
+                if (control.id == id) {
+                    EXPECT_EQ(control.text, text) << id;
+                }
+            if (control.className == L"STATIC" && !control.text.empty()) labels.push_back(control.text);
+        }
+        EXPECT_EQ(labels,
+                  (std::vector<std::wstring>{L"Comm Port", L"Baudrate", L"Protocol", L"-", L"Log File"}))
+            << layout;
+    }
+}
+
+TEST_F(CommunicationDialog, RatesCanBeLeafedThroughOnKeypads)
+{
+    constexpr UINT SetListMode = 0x1C1;
+    InDialog(
+        [](HWND dialog) { EXPECT_EQ(HeadlessIgnoredMessage(dialog, CONTROL_COM_BAUDRATE, SetListMode), 0); });
+    HeadlessSetPlatformType(L"SmartPhone");
+    ChooseLayout();
+    InDialog([](HWND dialog) {
+        EXPECT_EQ(HeadlessIgnoredMessage(dialog, CONTROL_COM_BAUDRATE, SetListMode), 2);
+        EXPECT_EQ(HeadlessIgnoredMessage(dialog, CONTROL_COM_PORT, SetListMode), 0);
+    });
+}
+
 TEST_F(CommunicationDialog, StoredIndexesOutsideTheListsSelectNothing)
 {
     CommPortIdx.store(10);
@@ -263,20 +301,101 @@ TEST_F(CommunicationDialog, BoxesBelongToTheDialogWhenAnotherProgramIsInFront)
     });
 }
 
-TEST_F(CommunicationDialog, ProgramMayEndInABoxOfTheOpening)
+// ---- The program ends meanwhile -----------------------------------------------------------------------
+
+class EndOfTheProgram : public CommunicationDialog
 {
-    HeadlessPort& port = HeadlessAddPort(3);
-    StoreSetting(L"CommPortIdx", 3); // no About box
-    HeadlessFailCall("SetCommState", 1, ERROR_GEN_FAILURE);
-    HeadlessUser([] { HeadlessCommand(HeadlessMainWindow(), COMMAND_COMMUNICATION); });
-    HeadlessUser([] {
+protected:
+    EndOfTheProgram() : Port(HeadlessAddPort(3))
+    {
+        StoreSetting(L"CommPortIdx", 3); // no About box
+    }
+    ~EndOfTheProgram() override
+    {
+        EXPECT_FALSE(Port.isOpen);
+        EXPECT_EQ(HeadlessLiveThreads(), 0u);
+        EXPECT_EQ(HeadlessOpenHandles(), 0u);
+    }
+
+    // The whole program, in whose Communication dialog the user does something.
+    static void Run(const std::function<void(HWND)>& act)
+    {
+        HeadlessUser([] { HeadlessCommand(HeadlessMainWindow(), COMMAND_COMMUNICATION); });
+        HeadlessUser([act] { act(HeadlessTopDialog()); });
+        EXPECT_EQ(RunProgram(nullptr, L"", SW_SHOWNORMAL), 0);
+        Sleep(1); // the other program goes on
+    }
+
+    // Another program minimises the window, which ends this one.
+    static void MinimiseAfter(uint32_t milliseconds)
+    {
+        void* const after = reinterpret_cast<void*>(uintptr_t{milliseconds});
+        CloseHandle(CreateThread(nullptr, 0, Minimise, after, 0, nullptr));
+    }
+    static DWORD WINAPI Minimise(void* after)
+    {
+        Sleep(static_cast<DWORD>(reinterpret_cast<uintptr_t>(after)));
+        SendMessageW(HeadlessMainWindow(), WM_SIZE, SIZE_MINIMIZED, 0);
+        ThreadsAfterTheEnd = HeadlessLiveThreads();
+        return 0;
+    }
+
+    HeadlessPort& Port;
+    static inline uint32_t ThreadsAfterTheEnd = 0;
+};
+
+class EndInABox : public EndOfTheProgram, public testing::WithParamInterface<const char*>
+{
+};
+
+TEST_P(EndInABox, OfTheOpeningIsFollowedByNoOtherBox)
+{
+    HeadlessFailCall(GetParam(), 1, ERROR_GEN_FAILURE, FailMode::FromHereOn);
+    Run([](HWND dialog) {
         HeadlessDuringBox([] { DestroyWindow(HeadlessMainWindow()); });
-        OpenCom3(HeadlessTopDialog());
+        OpenCom3(dialog);
     });
-    EXPECT_EQ(RunProgram(nullptr, L"", SW_SHOWNORMAL), 0);
-    EXPECT_FALSE(port.isOpen);
-    EXPECT_EQ(HeadlessLiveThreads(), 0u);
-    EXPECT_EQ(HeadlessOpenHandles(), 0u);
+    EXPECT_EQ(HeadlessBoxes().size(), 1u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Communication, EndInABox,
+                         testing::Values("GetCommProperties", "GetCommState", "GetCommTimeouts",
+                                         "ClearCommError", "SetCommState", "SetCommTimeouts",
+                                         "CreateThread"));
+
+class EndInAWait : public EndOfTheProgram, public testing::WithParamInterface<uint32_t>
+{
+};
+
+// The driver settles, is asked again, and the receiver is listened to: two, one and five seconds.
+TEST_P(EndInAWait, OfTheOpeningEndsTheOpening)
+{
+    HeadlessFailCall("GetCommProperties", 1, ERROR_GEN_FAILURE);
+    Run([](HWND dialog) {
+        const uint64_t start = HeadlessElapsed();
+        MinimiseAfter(GetParam());
+        OpenCom3(dialog);
+        EXPECT_GE(HeadlessElapsed() - start, GetParam());
+        EXPECT_LE(HeadlessElapsed() - start, GetParam() + 1000);
+    });
+    EXPECT_TRUE(HeadlessBoxes().empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Communication, EndInAWait, testing::Values(1000, 2500, 4000, 7900));
+
+// The chart's pixels are freed in the end: the reader must be gone by then.
+TEST_F(EndOfTheProgram, DuringTheCloseWaitsForTheReaderToo)
+{
+    HeadlessStream(Port, Nmea, ByteMicroseconds);
+    Run([](HWND dialog) {
+        OpenCom3(dialog);
+        MinimiseAfter(3); // the reader looks every 50 ms whether the port is still open
+        HeadlessClick(dialog, CONTROL_COM_CLOSE);
+        EXPECT_FALSE(IsWindow(dialog));
+    });
+    EXPECT_EQ(ThreadsAfterTheEnd, 1u); // the one that has minimised
+    EXPECT_EQ(LinkClosing.load(), 0);
+    EXPECT_TRUE(HeadlessBoxes().empty());
 }
 
 // ---- Statistics ---------------------------------------------------------------------------------------

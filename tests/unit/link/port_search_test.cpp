@@ -254,19 +254,31 @@ DWORD WINAPI RecogniseWhileThePortIsBeingClosed(void*)
     return 0;
 }
 
+DWORD WINAPI ReplaceTheReport(void*)
+{
+    Sleep(GivenUp - 1000);
+    HeadlessWriteFile(L"\\My Documents\\COM3;.txt", "as it was");
+    return 0;
+}
+
 TEST_F(PortSearch, MessageAtTheLastMomentBelongsToItsPort)
 {
+    constexpr const wchar_t* Report = L"\\My Documents\\COM3;.txt";
     HeadlessPort& port = HeadlessAddPort(3);
     HeadlessAddPort(4);
+    const HANDLE marker = CreateThread(nullptr, 0, ReplaceTheReport, nullptr, 0, nullptr);
     const HANDLE reader = CreateThread(nullptr, 0, RecogniseWhileThePortIsBeingClosed, nullptr, 0, nullptr);
     InDialog([&](HWND dialog) {
         HeadlessClick(dialog, CONTROL_COM_FIND_PORT);
         ExpectFound(dialog, 3, 7, L"NMEA");
         EXPECT_EQ(port.opens, 2u);
+        // The report of the first time stays: it tells how the port was found.
+        EXPECT_EQ(HeadlessFileContent(Report), "as it was");
         EXPECT_EQ(port.dcb.BaudRate, 115200u);
         EXPECT_EQ(HeadlessGetPort(4).opens, 0u);
     });
     CloseHandle(reader);
+    CloseHandle(marker);
 }
 
 TEST_F(PortSearch, ReceiverThatCannotBeOpenedAgainIsNotFound)

@@ -239,10 +239,28 @@ TEST_F(SerialPort, InfraredModeIsForTheInfraredPortOnly)
     }
 }
 
+TEST_F(SerialPort, LengthThatTheDriverGivesIsCutToTheRecords)
+{
+    HeadlessPort& port = HeadlessAddPort(3);
+    port.dcb.DCBlength = 64;
+    EXPECT_TRUE(PortOpen(L"COM3:", 4800));
+    EXPECT_TRUE(HeadlessBoxes().empty());
+    EXPECT_EQ(port.rates, std::vector<DWORD>{4800});
+}
+
+DWORD WINAPI SleepASecond(void*)
+{
+    Sleep(1000);
+    return 0;
+}
+
 TEST_F(SerialPort, CloseWithoutAPortReturnsAtOnce)
 {
     PortWrite('a');
-    PortClose();
+    ReaderThreadHandle = CreateThread(nullptr, 0, SleepASecond, nullptr, 0, nullptr);
+    PortClose(); // does not wait for it
+    CloseHandle(ReaderThreadHandle);
+    ReaderThreadHandle = nullptr;
     EXPECT_EQ(WriteQueueSpace(), 255);
     EXPECT_EQ(HeadlessElapsed(), 0u);
     EXPECT_TRUE(HeadlessBoxes().empty());
