@@ -1,5 +1,7 @@
 #include "link/port_discovery.h"
 
+#include <cwchar>
+
 #include "app/dialog_support.h"
 #include "link/link_state.h"
 #include "resources/resource_ids.h"
@@ -67,13 +69,6 @@ void LabelDriver(HWND dialog, HKEY driver, const wchar_t* keyName)
 
 // ---- Infrared settings --------------------------------------------------------------------------------
 
-uint32_t PortNameLength(const wchar_t* portName)
-{
-    uint32_t length = 0;
-    while (portName[length]) ++length;
-    return length;
-}
-
 void SearchIrdaKey(const wchar_t* keyName, wchar_t (&portName)[PortNameCapacity], uint32_t depth);
 
 void SearchBoundDriver(HKEY key, wchar_t (&portName)[PortNameCapacity], uint32_t depth)
@@ -127,7 +122,7 @@ LONG ScanDriverKey(HWND dialog, const wchar_t* keyPath)
 uint32_t FindIrdaPort(const wchar_t* keyName, wchar_t (&portName)[PortNameCapacity])
 {
     SearchIrdaKey(keyName, portName, 0);
-    return PortNameLength(portName);
+    return static_cast<uint32_t>(std::wcslen(portName));
 }
 
 void AddRawIrPort(HWND dialog)

@@ -1,6 +1,8 @@
 #include "link/serial_report.h"
 
 #include <cstdint>
+#include <cstring>
+#include <cwchar>
 
 #include "app/active_dialog.h"
 #include "app/dialog_support.h"
@@ -102,18 +104,18 @@ void AppendFlags(Block& block, const char* heading, const NamedValue (&flags)[Co
     }
 }
 
-// As the system's 8-bit programs would write it.
+// As the system's 8-bit programs would write it. What they cannot is left to the system to replace: UTF-8,
+// which has everything, may not be given a replacement.
 void Narrow(Block& block, const wchar_t* text)
 {
-    if (!WideCharToMultiByte(CP_ACP, 0, text, -1, block, BlockCapacity, "?", nullptr)) block[0] = 0;
+    if (!WideCharToMultiByte(CP_ACP, 0, text, -1, block, BlockCapacity, nullptr, nullptr)) block[0] = 0;
 }
 
 // Puts what the system tells behind the text; nothing when it does not.
 void AppendSystemText(wchar_t (&text)[SystemCapacity], UINT code)
 {
     constexpr uint32_t Room = 64; // for what follows, whatever the system tells
-    uint32_t length = 0;
-    while (text[length]) ++length;
+    const uint32_t length = static_cast<uint32_t>(std::wcslen(text));
     if (length + Room >= SystemCapacity) return;
     // Counted in characters: a system that counts bytes leaves the rest of the room alone.
     if (!SystemParametersInfoW(code, SystemCapacity - Room - length, text + length, 0)) text[length] = 0;
@@ -243,10 +245,8 @@ bool NameReport(wchar_t (&label)[PathCapacity], wchar_t (&path)[PathCapacity + E
 // Each block with one write, so that a report that was cut short ends with a whole block.
 void WriteBlock(HANDLE file, const char* text)
 {
-    uint32_t length = 0;
-    while (text[length]) ++length;
     DWORD written;
-    WriteFile(file, text, length, &written, nullptr);
+    WriteFile(file, text, static_cast<DWORD>(std::strlen(text)), &written, nullptr);
 }
 
 } // namespace

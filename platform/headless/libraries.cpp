@@ -154,7 +154,7 @@ int WideCharToMultiByte(UINT codePage, DWORD, const wchar_t* wide, int count, ch
     bool used = false;
     for (const wchar_t character : text) {
         const bool known = static_cast<uint32_t>(character) < 0x100;
-        *narrow++ = known ? static_cast<char>(character) : *unknown;
+        *narrow++ = known ? static_cast<char>(character) : unknown ? *unknown : '?';
         used |= !known;
     }
     *narrow = 0;
