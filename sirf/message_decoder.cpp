@@ -150,7 +150,7 @@ constexpr Field<uint8_t> HdopFifths41{89};
 constexpr uint16_t NoCourse = 0x8000, NoSpeed = 0x1000, FixTypeBits = 7;
 
 // Returns whether the receiver knows UTC. Otherwise the time of week serves, with the leap seconds of the
-// receivers' days; a week more keeps the difference above zero in a week's first 14 s.
+// receivers' days; the first of a week are still the week before.
 bool TakeGeodeticTime()
 {
     const uint8_t* const record = GeodeticRecord;
@@ -162,7 +162,9 @@ bool TakeGeodeticTime()
         return true;
     }
     constexpr uint32_t LeapMilliseconds = 14000, WeekMilliseconds = 604800000;
-    const uint32_t time = Get(record, TimeOfWeekMs) + (WeekMilliseconds - LeapMilliseconds);
+    const uint32_t timeOfWeek = Get(record, TimeOfWeekMs);
+    const uint32_t time =
+        timeOfWeek - LeapMilliseconds + (timeOfWeek < LeapMilliseconds ? WeekMilliseconds : 0);
     StoreFixTime(time / 3600000 % 24, time / 60000 % 60, time % 60000 / 1000);
     return false;
 }

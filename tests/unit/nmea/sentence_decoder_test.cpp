@@ -369,6 +369,53 @@ TEST_F(SentenceDecoder, VtgTakesNineOrTenFields)
     EXPECT_EQ(Line(14), L" Course: 91.50 \u00B0        ");
 }
 
+TEST_F(SentenceDecoder, EmptySpeedAndCourseLeaveTheirValues)
+{
+    FeedSentence("GPVTG,90.5,T,,M,20,N,,K");
+    FeedSentence("GPVTG,,T,,M,,N,,K");
+    FeedSentence("GPRMC,101112,A,,,,,,,010203,,");
+    EXPECT_EQ(Line(13), L" Speed: 10.30 m/s        ");
+    EXPECT_EQ(Line(14), L" Course: 90.50 \u00B0        ");
+    EXPECT_EQ(Value(ChannelCourse), 90.5);
+    EXPECT_NEAR(Value(ChannelSpeed), 10.295555, 1e-6);
+}
+
+// ---- Repaint ------------------------------------------------------------------------------------------
+
+struct RepaintRow {
+    const char* sentence;
+    bool repaints;
+};
+constexpr RepaintRow RepaintRows[] = {
+    {Gga, true},
+    {"GPGLL,4916.4500,N,12311.1200,W,183725,A", true},
+    {"GPGSA,A,3,01,02,03,04,05,06,07,08,09,10,11,12,2.5,1.5,2.0", true},
+    {"GPGSV,2,1,05,01,10,100,41,02,20,200,42,03,30,300,43,04,40,040,44", false},
+    {"GPGSV,2,2,05,05,50,050,45", true},
+    {"GPRMC,101112,A,,,,,10,20,010203,,", true},
+    {"GPVTG,90.5,T,,M,20,N,,K", true},
+    {"GPMSS,55,27,318.0,100,", false},
+    {"GPZDA,181813,14,10,2003,00,00", false},
+    {"PSRF150,1", false},
+    {"PSRFTXT,Version: 1", false},
+    {"GPXYZ,1,2", false},
+    {"GPGGA,123456,4916.4500,N", false}, // too short
+};
+
+TEST_F(SentenceDecoder, RepaintsWithoutErasingUnlessADialogIsOpen)
+{
+    const HWND window = MakeMainWindow();
+    for (const DialogKind dialog : {DialogKind::None, DialogKind::About})
+        for (const RepaintRow& row : RepaintRows) {
+            ActiveDialogKind.store(dialog);
+            HeadlessClearInvalidations(window);
+            FeedSentence(row.sentence);
+            const bool repaints = row.repaints && dialog == DialogKind::None;
+            EXPECT_EQ(HeadlessInvalidations(window), std::vector<bool>(repaints, false)) << row.sentence;
+        }
+    ActiveDialogKind.store(DialogKind::None);
+}
+
 // ---- Satellites in view -------------------------------------------------------------------------------
 
 TEST_F(SentenceDecoder, GsvGroupIsShownWithItsLastMessage)

@@ -455,7 +455,9 @@ TEST_F(GeodeticNavigation, Day0TakesTheTimeOfWeekLess14Seconds)
     EXPECT_EQ(Line(0), L" UTC: 2031-07-09 23:59:51");
     Decode(GeodeticMessage().At(14, "00").At(7, "0526922F")); // 23:59:59.999 + 14 s
     EXPECT_EQ(Line(0), L" UTC: 2031-07-09 23:59:59");
-    EXPECT_EQ(FixTime.wHour, 23);
+    Decode(GeodeticMessage().At(14, "00").At(7, "FFFFFFFF")); // no time of a week, but a time
+    EXPECT_EQ(Line(0), L" UTC: 2031-07-09 17:02:33");
+    EXPECT_EQ(FixTime.wHour, 17);
     EXPECT_EQ(FixTime.wYear, 2031);
     EXPECT_EQ(FixTime.wDay, 9);
 }
