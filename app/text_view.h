@@ -30,8 +30,7 @@ void FormatTextLine(uint32_t line, std::type_identity_t<CheckedFormat<wchar_t, V
                     const Values&... values)
 {
     wchar_t text[TextLineCapacity];
-    const FormatValue<wchar_t> list[] = {FormatValue<wchar_t>(values)..., FormatValue<wchar_t>(0u)};
-    FormatValues(text, TextLineCapacity, format.text, list);
+    Format(text, format, values...);
     SetTextLine(line, text);
 }
 

@@ -1,9 +1,9 @@
 // Text from the printf formats of the program's text tables, bounded, and the same on every platform.
 //
 // Conversions: %u (unsigned), %d (signed), %X (unsigned, upper-case), %c (one character), %s (text of the
-// same width as the format), %f (float or double) and %%. Flags '0' and ' ', a width, and for %f a precision
-// of at most 9; all as printf has them. A value's type is held against its conversion when the program is
-// compiled.
+// same width as the format), %f (float or double) and %%. Numbers take flag '0' and a width, %d and %f flag
+// ' ' as well, and %f a precision of at most 9; all as printf has them. Formats are held against this, and
+// against the types of their values, when the program is compiled.
 //
 // %f rounds the exact value half to even; infinities and not-a-numbers read "inf", "-inf" and "nan".
 #pragma once
@@ -36,8 +36,12 @@ template <typename Char, typename... Values> struct CheckedFormat {
             if (*c != '%') continue;
             ++c;
             if (*c == '%') continue;
-            while (*c == '0' || *c == ' ') ++c;
+            const Char* const flags = c;
+            bool blank = false;
+            for (; *c == '0' || *c == ' '; ++c) blank = blank || *c == ' ';
             while (*c >= '0' && *c <= '9') ++c;
+            const bool isText = *c == 'c' || *c == 's';
+            if (isText ? c != flags : blank && *c != 'd' && *c != 'f' && *c != '.') Mismatch();
             if (*c == '.') {
                 ++c;
                 while (*c == '0') ++c;

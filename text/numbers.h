@@ -12,6 +12,6 @@ template <typename Char> int32_t ParseInteger(const Char* text);
 bool ParseWholeNumber(const wchar_t* text, int32_t& value);
 
 // Leading blanks, a sign, digits with at most one point: the decimal number at the start of the text, 0 where
-// there is none. Exactly rounded for up to 19 significant digits; magnitudes end at 1e15. No exponents, and
-// no names of infinities: libraries disagree about them, and no receiver sends them.
+// there is none. Exactly rounded for up to 19 significant digits within 19 decimal places; magnitudes end at
+// 1e15. No exponents, and no names of infinities: libraries disagree about them, and no receiver sends them.
 template <typename Char> double ParseDecimal(const Char* text);
