@@ -34,21 +34,13 @@ bool QueryPlatformType(wchar_t (&type)[PlatformTypeCapacity])
     return known;
 }
 
-// Grows a dialog that got a caption, so that its client area is as high as its template says.
+// With the button that closes it. The templates' own frame has room for a caption already.
 void AddCaption(HWND dialog)
 {
-    RECT before, after, window;
-    GetClientRect(dialog, &before);
     const LONG style = GetWindowLongW(dialog, GWL_STYLE);
     SetWindowLongW(dialog, GWL_STYLE, style | static_cast<LONG>(WS_CAPTION | WS_SYSMENU));
     SetWindowPos(dialog, nullptr, 0, 0, 0, 0,
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
-    GetClientRect(dialog, &after);
-    GetWindowRect(dialog, &window);
-    const int lost = before.bottom - after.bottom;
-    if (lost > 0)
-        SetWindowPos(dialog, nullptr, 0, 0, window.right - window.left, window.bottom - window.top + lost,
-                     SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 } // namespace
