@@ -258,12 +258,13 @@ TEST_F(SerialPort, CloseWithoutAPortReturnsAtOnce)
 {
     PortWrite('a');
     ReaderThreadHandle = CreateThread(nullptr, 0, SleepASecond, nullptr, 0, nullptr);
-    PortClose(); // does not wait for it
-    CloseHandle(ReaderThreadHandle);
-    ReaderThreadHandle = nullptr;
+    PortClose();
     EXPECT_EQ(WriteQueueSpace(), 255);
     EXPECT_EQ(HeadlessElapsed(), 0u);
     EXPECT_TRUE(HeadlessBoxes().empty());
+    CloseHandle(ReaderThreadHandle);
+    ReaderThreadHandle = nullptr;
+    Sleep(2000); // the thread ends
 }
 
 TEST_F(SerialPort, ClosingThatIsRefusedInfraredModeIsSilent)
