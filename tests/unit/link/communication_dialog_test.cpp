@@ -386,10 +386,10 @@ INSTANTIATE_TEST_SUITE_P(Communication, EndInAWait, testing::Values(1000, 2500, 
 // The chart's pixels are freed in the end: the reader must be gone by then.
 TEST_F(EndOfTheProgram, DuringTheCloseWaitsForTheReaderToo)
 {
-    HeadlessStream(Port, Nmea, ByteMicroseconds);
     Run([](HWND dialog) {
         OpenCom3(dialog);
-        MinimiseAfter(3); // the reader looks every 50 ms whether the port is still open
+        HeadlessPass(10); // the reader has just looked whether the port is still open, as it does every 50 ms
+        MinimiseAfter(3);
         HeadlessClick(dialog, CONTROL_COM_CLOSE);
         EXPECT_FALSE(IsWindow(dialog));
     });
