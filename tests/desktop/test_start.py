@@ -319,6 +319,16 @@ def test_minimising_ends_the_program(user):
     assert program.wait_end() == 0
 
 
+def test_minimised_start_shows_the_window(user):
+    line = user.connect()
+    line.stream(Record, 4800)
+    user.store(CommPortIdx=Port, BaudrateIdx=desktop.Rates.index(4800))
+    program = user.start("/wait", "/min", "/unix", desktop.Program, file="start")
+    wait_for("the page comes", lambda: user.page()[18] == Page[18])
+    user.close()
+    assert program.wait_end() == 0
+
+
 def test_closing_while_the_receiver_streams(user):
     program, line = user.start_connected(115200)
     line.stream(Record, 115200)
