@@ -197,6 +197,8 @@ LRESULT ComboProcedure(Window& combo, UINT message, WPARAM wParam, LPARAM lParam
     }
     case WmSetFocus: Notify(combo.handle, CBN_SETFOCUS); return 0;
     case WmKillFocus: Notify(combo.handle, CbnKillFocus); return 0;
+    case CB_GETDROPPEDCONTROLRECT: // its place is that with the list, as the template has it
+        return GetWindowRect(combo.handle, reinterpret_cast<RECT*>(lParam));
     case WM_SETTEXT:
         // The list keeps its selection; without an edit there is nothing to set.
         return IsEditableCombo(combo) ? TextProcedure(combo, message, wParam, lParam) : CB_ERR;

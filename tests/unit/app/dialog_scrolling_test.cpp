@@ -106,6 +106,32 @@ TEST_F(DialogScrolling, EveryMovementOfTheBar)
     });
 }
 
+// The system scrolls only what is shown.
+TEST_F(DialogScrolling, DialogThatIsNotShownYetMovesItsControls)
+{
+    With([](HWND dialog) {
+        const LONG top = PlaceOf(dialog, Degraded).top;
+        const LONG style = GetWindowLongW(dialog, GWL_STYLE);
+        SetWindowLongW(dialog, GWL_STYLE, style & ~static_cast<LONG>(WS_VISIBLE));
+        Scroll(dialog, SB_THUMBPOSITION, 30);
+        SetWindowLongW(dialog, GWL_STYLE, style);
+        EXPECT_EQ(DialogScrolled(), 30);
+        EXPECT_EQ(PlaceOf(dialog, Degraded).top, top - 30);
+        EXPECT_EQ(PlaceOf(dialog, Degraded).bottom - PlaceOf(dialog, Degraded).top, 11 * 13 / 8);
+    });
+}
+
+TEST_F(DialogScrolling, DropDownListsKeepTheHeightOfTheirLists)
+{
+    HeadlessSetPlatformType(L"PocketPC");
+    ChooseLayout();
+    With([](HWND dialog) {
+        const RECT place = PlaceOf(dialog, Degraded);
+        EXPECT_EQ(place.bottom - place.top, 100 * 13 / 8);
+        EXPECT_LE(place.right, ScreenWidth);
+    });
+}
+
 // A spinner tells its dialog of its own movements with the same message.
 TEST_F(DialogScrolling, SpinnersScrollNothing)
 {

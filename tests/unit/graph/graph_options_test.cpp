@@ -489,6 +489,32 @@ TEST_F(GraphOptionsTest, KeypadLayoutHasTheSameControlsWithAListBox)
     EXPECT_EQ(HIWORD(static_cast<WPARAM>(PassedBack)), BackKey);
 }
 
+// On keypads they are buttons, which draw themselves, with a frame that is thicker where the focus is.
+TEST_F(GraphOptionsTest, KeypadColourFieldsShowTheFocus)
+{
+    HeadlessSetPlatformType(L"SmartPhone");
+    Run([](HWND dialog) {
+        for (const UINT state : {0u, ODS_FOCUS}) {
+            DRAWITEMSTRUCT item = {};
+            item.itemState = state;
+            item.hwndItem = GetDlgItem(dialog, 1857);
+            item.hDC = GetDC(item.hwndItem);
+            GetClientRect(item.hwndItem, &item.rcItem);
+            SendMessageW(dialog, WM_DRAWITEM, 1857, reinterpret_cast<LPARAM>(&item));
+            ReleaseDC(item.hwndItem, item.hDC);
+            const std::vector<uint32_t> pixels = HeadlessPixels(item.hwndItem);
+            const size_t width = static_cast<size_t>(item.rcItem.right);
+            ASSERT_GE(pixels.size(), 8 * width);
+            EXPECT_EQ(pixels[0], 0u);
+            EXPECT_EQ(PixelName(pixels[2 * width + 2]) == '7', state == 0);
+            EXPECT_EQ(PixelName(pixels[4 * width + 4]), '7');
+        }
+        DRAWITEMSTRUCT none = {};
+        SendMessageW(dialog, WM_DRAWITEM, 1,
+                     reinterpret_cast<LPARAM>(&none)); // no field's, so nothing happens
+    });
+}
+
 TEST_F(GraphOptionsTest, KeypadEditsTakeNumbers)
 {
     constexpr UINT SetInputMode = 0xDE;

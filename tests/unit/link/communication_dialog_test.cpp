@@ -352,6 +352,7 @@ TEST_P(EndInABox, OfTheOpeningIsFollowedByNoOtherBox)
 {
     HeadlessFailCall(GetParam(), 1, ERROR_GEN_FAILURE, FailMode::FromHereOn);
     Run([](HWND dialog) {
+        IrPortNumber.store(3); // which is told to use infrared
         HeadlessDuringBox([] { DestroyWindow(HeadlessMainWindow()); });
         OpenCom3(dialog);
     });
@@ -361,7 +362,7 @@ TEST_P(EndInABox, OfTheOpeningIsFollowedByNoOtherBox)
 INSTANTIATE_TEST_SUITE_P(Communication, EndInABox,
                          testing::Values("GetCommProperties", "GetCommState", "GetCommTimeouts",
                                          "ClearCommError", "SetCommState", "SetCommTimeouts",
-                                         "CreateThread"));
+                                         "EscapeCommFunction", "CreateThread"));
 
 class EndInAWait : public EndOfTheProgram, public testing::WithParamInterface<uint32_t>
 {
