@@ -31,8 +31,7 @@ constexpr uint32_t MaxFields = 20;
 char* NmeaFieldTable[MaxFields];
 uint8_t FieldCount = 0;
 
-// Last values received; they stay when the port is closed. PDOP is not kept:
-// nothing shows it.
+// Last values received; they stay when the port is closed. Nothing shows PDOP, so it is not kept.
 double Latitude = 0;  // degrees, south negative
 double Longitude = 0; // degrees, 0 to 360: west is 360 - value
 Satellite SatelliteView[SatelliteCount];

@@ -150,7 +150,7 @@ constexpr Field<uint8_t> HdopFifths41{89};
 constexpr uint16_t NoCourse = 0x8000, NoSpeed = 0x1000, FixTypeBits = 7;
 
 // Returns whether the receiver knows UTC. Otherwise the time of week serves, with the leap seconds of the
-// receivers' days; the first of a week are still the week before.
+// receivers' days; a week's first 14 s belong to the week before.
 bool TakeGeodeticTime()
 {
     const uint8_t* const record = GeodeticRecord;

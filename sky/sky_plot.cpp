@@ -93,4 +93,5 @@ void ResetSkyPlot()
 {
     StartRow = 0;
     Step = 1;
+    Horizon.failed = MiddleCircle.failed = Body.failed = Plate.failed = false;
 }
