@@ -192,6 +192,17 @@ TEST_F(SkyPlot, FailingCallsAreNamed)
     }
 }
 
+TEST_F(SkyPlot, FailuresOfAnEarlierRunAreForgotten)
+{
+    HeadlessFailCall("Ellipse", 1, ERROR_NOT_ENOUGH_MEMORY, FailMode::FromHereOn);
+    for (int run = 0; run < 2; ++run) {
+        ResetSkyPlot();
+        Draw();
+        HeadlessPumpMessages();
+    }
+    EXPECT_EQ(HeadlessBoxes().size(), 4u); // both circles, twice
+}
+
 TEST_F(SkyPlot, LastingFailuresAreToldOnce)
 {
     Place(SunRow, 30, 90);
