@@ -147,20 +147,13 @@ bool IsField(const Control& control)
 class Templates : public ProductTest
 {
 protected:
-    static Template Find(uint32_t number)
-    {
-        Template found;
-        EXPECT_TRUE(HeadlessFindTemplate(number, found)) << number;
-        return found;
-    }
-
     // Calls `check` for each template in each layout.
     template <typename Check> static void ForAll(const Check& check)
     {
         for (const uint32_t touch : Dialogs())
             for (const uint32_t number : {touch, touch + 100}) {
                 SCOPED_TRACE(number);
-                check(number, Find(number));
+                check(number, FindTemplate(number));
             }
     }
 };
@@ -178,9 +171,9 @@ TEST_F(Templates, ThereAreTwentyThreeInTwoLayoutsAndNoOthers)
 TEST_F(Templates, BothLayoutsHaveOneCaption)
 {
     for (const uint32_t number : Dialogs()) {
-        const std::wstring caption = Find(number).caption;
+        const std::wstring caption = FindTemplate(number).caption;
         EXPECT_FALSE(caption.empty()) << number;
-        EXPECT_EQ(caption, Find(number + 100).caption) << number;
+        EXPECT_EQ(caption, FindTemplate(number + 100).caption) << number;
     }
 }
 
@@ -188,7 +181,7 @@ TEST_F(Templates, EveryControlIsThereWithItsClass)
 {
     for (const Group& group : Groups)
         for (const uint32_t number : {group.dialog, group.dialog + 100}) {
-            const Template dialog = Find(number);
+            const Template dialog = FindTemplate(number);
             for (const int id : group.controls) {
                 SCOPED_TRACE(std::to_string(number) + ", control " + std::to_string(id));
                 std::vector<std::wstring> classes;
@@ -217,7 +210,7 @@ TEST_F(Templates, NothingElseHasANumber)
 TEST_F(Templates, ColourFieldsAreTextsOnTouchScreensAndButtonsOnKeypads)
 {
     for (const uint32_t number : {2023u, 2123u})
-        for (const Control& control : Find(number).controls) {
+        for (const Control& control : FindTemplate(number).controls) {
             if (control.id < 1850 || control.id > 1859) continue;
             EXPECT_EQ(control.className, IsKeypad(number) ? L"BUTTON" : L"STATIC");
             if (IsKeypad(number)) {
@@ -229,7 +222,7 @@ TEST_F(Templates, ColourFieldsAreTextsOnTouchScreensAndButtonsOnKeypads)
 // A spinner belongs to the control before it.
 TEST_F(Templates, SpinnersFollowTheirLists)
 {
-    const Template dialog = Find(2102);
+    const Template dialog = FindTemplate(2102);
     for (const auto& [list, spinner] : {std::pair{1651, 300}, std::pair{1652, 301}})
         for (size_t i = 0; i < dialog.controls.size(); ++i)
             if (dialog.controls[i].id == spinner) {

@@ -58,6 +58,13 @@ HWND ProductTest::MakeMainWindow()
     return window;
 }
 
+HeadlessTemplate ProductTest::FindTemplate(uint32_t number)
+{
+    HeadlessTemplate found;
+    EXPECT_TRUE(HeadlessFindTemplate(number, found)) << number;
+    return found;
+}
+
 void ProductTest::Feed(std::string_view bytes)
 {
     for (const char b : bytes) RouteReceivedByte(static_cast<uint8_t>(b));

@@ -35,6 +35,9 @@ protected:
     // Line of the text page.
     static std::wstring Line(uint32_t line);
 
+    // Dialog template by resource number; the test fails when there is none.
+    static HeadlessTemplate FindTemplate(uint32_t number);
+
     // Stored setting, or -12345 when there is none.
     static int32_t Setting(const wchar_t* name);
     static void StoreSetting(const wchar_t* name, int32_t value);

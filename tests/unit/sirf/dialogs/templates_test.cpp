@@ -9,13 +9,6 @@ constexpr uint32_t Templates[] = {2009, 2010, 2011, 2012, 2013, 2014, 2015,
 
 class SirfTemplates : public ProductTest
 {
-protected:
-    static HeadlessTemplate Find(uint32_t number)
-    {
-        HeadlessTemplate found;
-        EXPECT_TRUE(HeadlessFindTemplate(number, found)) << number;
-        return found;
-    }
 };
 
 TEST_F(SirfTemplates, OneButtonIsTheDefaultAndItIsOk)
@@ -24,7 +17,7 @@ TEST_F(SirfTemplates, OneButtonIsTheDefaultAndItIsOk)
     for (const uint32_t touch : Templates)
         for (const uint32_t number : {touch, touch + 100}) {
             std::vector<int> defaults;
-            for (const HeadlessTemplateControl& control : Find(number).controls)
+            for (const HeadlessTemplateControl& control : FindTemplate(number).controls)
                 if (control.className == L"BUTTON" && (control.style & TypeMask) == DefaultPushButton)
                     defaults.push_back(control.id);
             EXPECT_EQ(defaults, std::vector<int>{IDOK}) << number;
