@@ -1,9 +1,9 @@
 #include "app/about_dialog.h"
 
-#include "app/active_dialog.h"
-#include "app/dialog_controls.h"
-#include "app/dialog_support.h"
 #include "resources/resource_ids.h"
+#include "ui/active_dialog.h"
+#include "ui/dialog_controls.h"
+#include "ui/dialog_support.h"
 
 namespace
 {

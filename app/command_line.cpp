@@ -1,9 +1,9 @@
 #include "app/command_line.h"
 
-#include "app/active_dialog.h"
-#include "app/error_boxes.h"
-#include "nmea/static_navigation_switch.h"
+#include "app/static_navigation_switch.h"
 #include "text/copy.h"
+#include "ui/active_dialog.h"
+#include "ui/error_boxes.h"
 
 namespace
 {

@@ -1,8 +1,8 @@
-#include "app/main.h"
+#include "platform/start.h"
 
 #include "app/command_line.h"
 #include "app/main_window.h"
-#include "app/shell_libraries.h"
+#include "ui/shell_libraries.h"
 
 int RunProgram(HINSTANCE instance, const wchar_t* commandLine, int show)
 {

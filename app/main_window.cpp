@@ -1,14 +1,9 @@
 #include "app/main_window.h"
 
 #include "app/about_dialog.h"
-#include "app/active_dialog.h"
 #include "app/command_line.h"
-#include "app/dialog_support.h"
-#include "app/error_boxes.h"
-#include "app/graph_mode.h"
-#include "app/shell_libraries.h"
-#include "app/text_view.h"
 #include "graph/chart.h"
+#include "graph/graph_mode.h"
 #include "graph/graph_options_dialog.h"
 #include "graph/graph_settings.h"
 #include "link/communication_dialog.h"
@@ -37,6 +32,11 @@
 #include "sirf/dialogs/static_navigation.h"
 #include "sirf/dialogs/switch_to_nmea.h"
 #include "sirf/dialogs/trickle_power.h"
+#include "ui/active_dialog.h"
+#include "ui/dialog_support.h"
+#include "ui/error_boxes.h"
+#include "ui/page_lines.h"
+#include "ui/shell_libraries.h"
 
 namespace
 {

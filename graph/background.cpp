@@ -2,9 +2,9 @@
 
 #include <cmath>
 
-#include "app/error_boxes.h"
 #include "graph/channels.h"
 #include "graph/surface.h"
+#include "ui/error_boxes.h"
 
 namespace
 {

@@ -1,10 +1,10 @@
 #include "graph/chart.h"
 
-#include "app/dialog_support.h"
-#include "app/error_boxes.h"
 #include "graph/graph_settings.h"
 #include "graph/recorder.h"
 #include "graph/surface.h"
+#include "ui/dialog_support.h"
+#include "ui/error_boxes.h"
 
 namespace
 {

@@ -1,16 +1,16 @@
 #include "graph/graph_options_dialog.h"
 
-#include "app/active_dialog.h"
-#include "app/dialog_controls.h"
-#include "app/dialog_support.h"
-#include "app/error_boxes.h"
-#include "app/graph_mode.h"
-#include "app/shell_libraries.h"
 #include "graph/background.h"
 #include "graph/channels.h"
+#include "graph/graph_mode.h"
 #include "graph/graph_settings.h"
 #include "graph/surface.h"
 #include "resources/resource_ids.h"
+#include "ui/active_dialog.h"
+#include "ui/dialog_controls.h"
+#include "ui/dialog_support.h"
+#include "ui/error_boxes.h"
+#include "ui/shell_libraries.h"
 
 namespace
 {

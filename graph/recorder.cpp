@@ -1,10 +1,10 @@
 #include "graph/recorder.h"
 
-#include "app/error_boxes.h"
 #include "graph/background.h"
 #include "graph/channels.h"
 #include "graph/graph_settings.h"
 #include "graph/surface.h"
+#include "ui/error_boxes.h"
 
 std::atomic<uint32_t> GraphSampleCount{0};
 std::atomic<uint16_t> CurrentGraphColumn{0};

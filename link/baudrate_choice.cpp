@@ -1,8 +1,8 @@
 #include "link/baudrate_choice.h"
 
-#include "app/dialog_controls.h"
-#include "app/error_boxes.h"
 #include "link/link_state.h"
+#include "ui/dialog_controls.h"
+#include "ui/error_boxes.h"
 
 namespace
 {

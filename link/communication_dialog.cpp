@@ -1,10 +1,5 @@
 #include "link/communication_dialog.h"
 
-#include "app/active_dialog.h"
-#include "app/dialog_controls.h"
-#include "app/dialog_support.h"
-#include "app/error_boxes.h"
-#include "app/waiting.h"
 #include "link/baudrate_choice.h"
 #include "link/link_state.h"
 #include "link/port_discovery.h"
@@ -14,6 +9,11 @@
 #include "link/write_queue.h"
 #include "resources/resource_ids.h"
 #include "text/format.h"
+#include "ui/active_dialog.h"
+#include "ui/dialog_controls.h"
+#include "ui/dialog_support.h"
+#include "ui/error_boxes.h"
+#include "ui/waiting.h"
 
 namespace
 {

@@ -2,11 +2,11 @@
 
 #include <cwchar>
 
-#include "app/dialog_support.h"
 #include "link/link_state.h"
 #include "resources/resource_ids.h"
 #include "text/copy.h"
 #include "text/format.h"
+#include "ui/dialog_support.h"
 
 int8_t IrCommPortNumber = -1;
 

@@ -1,10 +1,10 @@
 #include "link/port_search.h"
 
-#include "app/dialog_controls.h"
-#include "app/waiting.h"
 #include "link/link_state.h"
 #include "link/serial_port.h"
 #include "resources/resource_ids.h"
+#include "ui/dialog_controls.h"
+#include "ui/waiting.h"
 
 namespace
 {

@@ -1,11 +1,11 @@
 #include "link/protocol_recognition.h"
 
-#include "app/active_dialog.h"
-#include "app/dialog_support.h"
-#include "app/text_view.h"
 #include "link/link_state.h"
 #include "resources/resource_ids.h"
 #include "settings/settings_store.h"
+#include "ui/active_dialog.h"
+#include "ui/dialog_support.h"
+#include "ui/page_lines.h"
 
 void BeginProtocol(std::atomic<uint8_t>& recognised)
 {

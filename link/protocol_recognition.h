@@ -4,7 +4,7 @@
 #include <atomic>
 #include <cstdint>
 
-#include "app/active_dialog.h"
+#include "ui/active_dialog.h"
 
 // Sets the protocol's flag, shows the protocol in an open Communication dialog and empties the text page.
 void BeginProtocol(std::atomic<uint8_t>& recognised);

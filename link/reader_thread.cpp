@@ -1,20 +1,9 @@
 #include "link/reader_thread.h"
 
 #include "link/link_state.h"
-#include "link/receiver_log.h"
 #include "link/write_queue.h"
-#include "nmea/sentence_assembler.h"
-#include "sirf/frame_assembler.h"
 
 constexpr DWORD IdleSleepMs = 50;
-
-void RouteReceivedByte(uint8_t b)
-{
-    NmeaAssembler(b);
-    SirfFramer(b);
-    BytesReceived.store(BytesReceived.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
-    if (LogFileHandle.load(std::memory_order_relaxed) != INVALID_HANDLE_VALUE) LogWriteByte(b);
-}
 
 DWORD WINAPI ReaderThread(void*)
 {

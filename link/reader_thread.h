@@ -9,6 +9,6 @@
 // when none is there it sleeps 50 ms, during which the driver must hold what comes in.
 DWORD WINAPI ReaderThread(void* unused);
 
-// Takes one received byte to both assemblers, the byte counter and an open log, in this order. Both protocols
-// are looked for all the time, whatever has been recognised.
+// Provided by app/reception.cpp. Takes one received byte to both assemblers, the byte counter and an open
+// log, in this order. Both protocols are looked for all the time, whatever has been recognised.
 void RouteReceivedByte(uint8_t b);

@@ -1,9 +1,9 @@
 #include "link/receiver_log.h"
 
-#include "app/dialog_support.h"
-#include "app/error_boxes.h"
 #include "link/link_state.h"
 #include "text/format.h"
+#include "ui/dialog_support.h"
+#include "ui/error_boxes.h"
 
 std::atomic<HANDLE> LogFileHandle{INVALID_HANDLE_VALUE};
 

@@ -2,14 +2,14 @@
 
 #include <cstring>
 
-#include "app/active_dialog.h"
-#include "app/error_boxes.h"
-#include "app/waiting.h"
 #include "link/link_state.h"
 #include "link/reader_thread.h"
 #include "link/serial_report.h"
 #include "link/write_queue.h"
 #include "text/format.h"
+#include "ui/active_dialog.h"
+#include "ui/error_boxes.h"
+#include "ui/waiting.h"
 
 COMMPROP PortProperties;
 DCB PortDcb;

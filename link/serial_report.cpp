@@ -4,11 +4,11 @@
 #include <cstring>
 #include <cwchar>
 
-#include "app/active_dialog.h"
-#include "app/dialog_support.h"
-#include "app/error_boxes.h"
 #include "resources/resource_ids.h"
 #include "text/format.h"
+#include "ui/active_dialog.h"
+#include "ui/dialog_support.h"
+#include "ui/error_boxes.h"
 
 namespace
 {

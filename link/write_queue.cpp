@@ -1,6 +1,6 @@
 #include "link/write_queue.h"
 
-#include "app/error_boxes.h"
+#include "ui/error_boxes.h"
 
 std::atomic<HANDLE> PortHandle{INVALID_HANDLE_VALUE};
 uint8_t WriteQueue[256];

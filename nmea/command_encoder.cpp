@@ -2,8 +2,8 @@
 
 #include <cstring>
 
-#include "app/error_boxes.h"
 #include "link/write_queue.h"
+#include "ui/error_boxes.h"
 
 uint32_t FrameNmeaCommand(const char* body, uint8_t length, uint8_t (&sentence)[MaxNmeaCommand])
 {

@@ -3,9 +3,9 @@
 #include <cstring>
 #include <cwchar>
 
-#include "app/active_dialog.h"
 #include "resources/resource_ids.h"
 #include "text/copy.h"
+#include "ui/active_dialog.h"
 
 wchar_t ReceiverMessagesText[ReceiverMessagesCapacity];
 std::atomic<uint8_t> ClearOnNextAppend{0};

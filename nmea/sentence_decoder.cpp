@@ -3,8 +3,6 @@
 #include <cmath>
 #include <cstring>
 
-#include "app/active_dialog.h"
-#include "app/fix_lines.h"
 #include "graph/channels.h"
 #include "graph/recorder.h"
 #include "link/link_state.h"
@@ -17,6 +15,8 @@
 #include "text/copy.h"
 #include "text/format.h"
 #include "text/numbers.h"
+#include "ui/active_dialog.h"
+#include "ui/fix_lines.h"
 
 namespace
 {

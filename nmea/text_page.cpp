@@ -1,8 +1,8 @@
 #include "nmea/text_page.h"
 
-#include "app/fix_lines.h"
-#include "app/text_view.h"
 #include "text/copy.h"
+#include "ui/fix_lines.h"
+#include "ui/page_lines.h"
 
 namespace
 {

@@ -2,9 +2,9 @@
 
 #include <cstring>
 
-#include "app/active_dialog.h"
 #include "resources/resource_ids.h"
 #include "text/format.h"
+#include "ui/active_dialog.h"
 
 namespace
 {

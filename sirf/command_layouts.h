@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <span>
 
-#include "app/active_dialog.h"
+#include "ui/active_dialog.h"
 
 // How a control holds a payload number.
 enum class FieldKind : uint8_t {

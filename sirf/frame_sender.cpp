@@ -1,7 +1,7 @@
 #include "sirf/frame_sender.h"
 
-#include "app/error_boxes.h"
 #include "link/write_queue.h"
+#include "ui/error_boxes.h"
 
 std::atomic<uint8_t> WrapEE{0}, PendingPollId{0};
 

@@ -3,9 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "app/active_dialog.h"
-#include "app/error_boxes.h"
-#include "app/fix_lines.h"
 #include "graph/channels.h"
 #include "graph/recorder.h"
 #include "link/link_state.h"
@@ -17,6 +14,9 @@
 #include "sirf/read_back.h"
 #include "sirf/text_page.h"
 #include "sky/sky_objects.h"
+#include "ui/active_dialog.h"
+#include "ui/error_boxes.h"
+#include "ui/fix_lines.h"
 
 uint8_t NavigationRecord[41];
 uint8_t TrackingRecord[188];

@@ -4,14 +4,14 @@
 #include <cwchar>
 #include <span>
 
-#include "app/active_dialog.h"
-#include "app/dialog_support.h"
-#include "app/fix_lines.h"
 #include "resources/resource_ids.h"
 #include "sirf/command_layouts.h"
 #include "sirf/message_fields.h"
 #include "text/copy.h"
 #include "text/format.h"
+#include "ui/active_dialog.h"
+#include "ui/dialog_support.h"
+#include "ui/fix_lines.h"
 
 uint8_t OkToSendRecord[OkToSendLength];
 uint8_t NavigationParameterRecord[NavigationParametersLength];

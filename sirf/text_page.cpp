@@ -2,9 +2,9 @@
 
 #include <cmath>
 
-#include "app/fix_lines.h"
-#include "app/text_view.h"
 #include "text/copy.h"
+#include "ui/fix_lines.h"
+#include "ui/page_lines.h"
 
 namespace
 {

@@ -2,11 +2,11 @@
 
 #include <cmath>
 
-#include "app/active_dialog.h"
 #include "resources/resource_ids.h"
 #include "sky/sun_and_moon.h"
 #include "sky/vectors_and_time.h"
 #include "text/format.h"
+#include "ui/active_dialog.h"
 
 SkyObject SkyObjects[SkyObjectCount] = {
     {100, 0},  {101, 0},   {120, -15.5}, {122, -142}, {124, 21.5}, {126, 25},     {127, 64},

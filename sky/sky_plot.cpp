@@ -2,10 +2,10 @@
 
 #include <cmath>
 
-#include "app/error_boxes.h"
 #include "sky/sky_objects.h"
 #include "sky/vectors_and_time.h"
 #include "text/format.h"
+#include "ui/error_boxes.h"
 
 namespace
 {

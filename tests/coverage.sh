@@ -5,5 +5,5 @@ cd "$(dirname "$0")/.."
 tools/build.sh coverage
 find build/coverage -name '*.gcda' -delete
 ctest --test-dir build/coverage --output-on-failure -j2 >build/coverage/tests.log || { tail -50 build/coverage/tests.log; exit 1; }
-gcovr -r . --filter '(app|graph|link|nmea|settings|sirf|sky|text)/' -j2 --sort-uncovered --fail-under-line 95 \
+gcovr -r . --filter '(app|graph|link|nmea|settings|sirf|sky|text|ui)/' -j2 --sort-uncovered --fail-under-line 95 \
     build/coverage

@@ -1,9 +1,9 @@
 #include "nmea/dialogs/command_dialog.h"
 
-#include "app/dialog_controls.h"
-#include "app/dialog_support.h"
 #include "nmea/command_encoder.h"
 #include "nmea/receiver_messages.h"
+#include "ui/dialog_controls.h"
+#include "ui/dialog_support.h"
 
 INT_PTR HandleCommandDialog(const CommandDialog& description, HWND dialog, UINT message, WPARAM wParam,
                             LPARAM lParam)

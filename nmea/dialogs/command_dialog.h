@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <span>
 
-#include "app/active_dialog.h"
+#include "ui/active_dialog.h"
 
 struct DialogButton {
     int control;

@@ -1,9 +1,9 @@
 #include "nmea/dialogs/development_data_dialog.h"
 
-#include "app/dialog_support.h"
 #include "nmea/dialogs/command_dialog.h"
 #include "resources/resource_ids.h"
 #include "text/copy.h"
+#include "ui/dialog_support.h"
 
 namespace
 {

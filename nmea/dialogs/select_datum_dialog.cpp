@@ -1,11 +1,11 @@
 #include "nmea/dialogs/select_datum_dialog.h"
 
-#include "app/dialog_controls.h"
-#include "app/dialog_support.h"
-#include "app/error_boxes.h"
 #include "nmea/dialogs/command_dialog.h"
 #include "resources/resource_ids.h"
 #include "text/format.h"
+#include "ui/dialog_controls.h"
+#include "ui/dialog_support.h"
+#include "ui/error_boxes.h"
 
 namespace
 {

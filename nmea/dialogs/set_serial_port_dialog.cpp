@@ -1,8 +1,5 @@
 #include "nmea/dialogs/set_serial_port_dialog.h"
 
-#include "app/dialog_controls.h"
-#include "app/dialog_support.h"
-#include "app/error_boxes.h"
 #include "link/baudrate_choice.h"
 #include "link/link_state.h"
 #include "link/serial_port.h"
@@ -11,6 +8,9 @@
 #include "resources/resource_ids.h"
 #include "settings/settings_store.h"
 #include "text/format.h"
+#include "ui/dialog_controls.h"
+#include "ui/dialog_support.h"
+#include "ui/error_boxes.h"
 
 namespace
 {

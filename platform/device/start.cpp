@@ -1,6 +1,6 @@
 // Start-up of the device's program.
 
-#include "app/main.h"
+#include "platform/start.h"
 
 extern "C" {
 

@@ -2,7 +2,7 @@
 
 #include <cwchar>
 
-#include "app/main.h"
+#include "platform/start.h"
 
 namespace
 {

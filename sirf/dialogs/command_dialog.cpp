@@ -1,12 +1,12 @@
 #include "sirf/dialogs/command_dialog.h"
 
-#include "app/active_dialog.h"
-#include "app/dialog_controls.h"
-#include "app/dialog_scrolling.h"
-#include "app/dialog_support.h"
-#include "app/error_boxes.h"
 #include "link/link_state.h"
 #include "sirf/frame_sender.h"
+#include "ui/active_dialog.h"
+#include "ui/dialog_controls.h"
+#include "ui/dialog_scrolling.h"
+#include "ui/dialog_support.h"
+#include "ui/error_boxes.h"
 
 std::atomic<uint8_t> InitializeSent{0};
 

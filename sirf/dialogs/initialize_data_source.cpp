@@ -1,11 +1,11 @@
 #include "sirf/dialogs/initialize_data_source.h"
 
-#include "app/dialog_controls.h"
-#include "app/dialog_support.h"
-#include "app/error_boxes.h"
 #include "resources/resource_ids.h"
 #include "sirf/dialogs/command_dialog.h"
 #include "sirf/frame_sender.h"
+#include "ui/dialog_controls.h"
+#include "ui/dialog_support.h"
+#include "ui/error_boxes.h"
 
 namespace
 {

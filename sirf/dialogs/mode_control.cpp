@@ -1,8 +1,8 @@
 #include "sirf/dialogs/mode_control.h"
 
-#include "app/dialog_controls.h"
 #include "resources/resource_ids.h"
 #include "sirf/dialogs/command_dialog.h"
+#include "ui/dialog_controls.h"
 
 namespace
 {

@@ -1,11 +1,11 @@
 #include "sirf/dialogs/poll_software_version.h"
 
-#include "app/active_dialog.h"
-#include "app/dialog_controls.h"
-#include "app/dialog_support.h"
 #include "resources/resource_ids.h"
 #include "sirf/dialogs/command_dialog.h"
 #include "sirf/frame_sender.h"
+#include "ui/active_dialog.h"
+#include "ui/dialog_controls.h"
+#include "ui/dialog_support.h"
 
 namespace
 {

@@ -1,10 +1,10 @@
 #include "sirf/dialogs/sbas.h"
 
-#include "app/dialog_controls.h"
 #include "resources/resource_ids.h"
 #include "sirf/dialogs/command_dialog.h"
 #include "sirf/frame_sender.h"
 #include "sky/sky_plot.h"
+#include "ui/dialog_controls.h"
 
 namespace
 {

@@ -1,8 +1,8 @@
 #include "sirf/dialogs/set_message_rate.h"
 
-#include "app/dialog_controls.h"
 #include "resources/resource_ids.h"
 #include "sirf/dialogs/command_dialog.h"
+#include "ui/dialog_controls.h"
 
 namespace
 {

@@ -2,10 +2,6 @@
 
 #include <cmath>
 
-#include "app/active_dialog.h"
-#include "app/dialog_controls.h"
-#include "app/dialog_support.h"
-#include "app/error_boxes.h"
 #include "link/baudrate_choice.h"
 #include "link/link_state.h"
 #include "link/serial_port.h"
@@ -15,6 +11,10 @@
 #include "sirf/dialogs/command_dialog.h"
 #include "sirf/switch_to_nmea_command.h"
 #include "text/numbers.h"
+#include "ui/active_dialog.h"
+#include "ui/dialog_controls.h"
+#include "ui/dialog_support.h"
+#include "ui/error_boxes.h"
 
 namespace
 {

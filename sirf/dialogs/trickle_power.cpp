@@ -1,11 +1,11 @@
 #include "sirf/dialogs/trickle_power.h"
 
-#include "app/error_boxes.h"
 #include "resources/resource_ids.h"
 #include "sirf/dialogs/command_dialog.h"
 #include "sirf/frame_sender.h"
 #include "sirf/message_fields.h"
 #include "text/format.h"
+#include "ui/error_boxes.h"
 
 namespace
 {

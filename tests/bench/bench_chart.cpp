@@ -8,13 +8,13 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "app/text_view.h"
 #include "graph/background.h"
 #include "graph/channels.h"
 #include "graph/chart.h"
 #include "graph/graph_settings.h"
 #include "graph/recorder.h"
 #include "headless.h"
+#include "ui/page_lines.h"
 
 namespace
 {

@@ -1,5 +1,5 @@
 // The program itself, linked in.
-#include "app/main.h"
+#include "platform/start.h"
 #include "tests/device/scenario.h"
 
 bool TakeProgramOption(const std::string&, const std::string&)

@@ -6,13 +6,13 @@
 #include <fstream>
 #include <iterator>
 
-#include "app/shell_libraries.h"
 #include "resources/resource_ids.h"
 #include "tests/device/receiver_line.h"
 #include "tests/device/transcript.h"
 #include "tests/support/menu_dialogs.h"
 #include "tests/unit/nmea/dialogs/dialog_rows.h"
 #include "tests/unit/sirf/dialogs/field_cases.h"
+#include "ui/shell_libraries.h"
 
 namespace
 {

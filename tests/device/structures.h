@@ -9,12 +9,12 @@
 #include <string>
 #include <type_traits>
 
-#include "app/shell_libraries.h"
 #include "headless.h"
 #include "platform/platform.h"
 #include "tests/device/callbacks.h"
 #include "tests/device/fault.h"
 #include "tests/device/memory.h"
+#include "ui/shell_libraries.h"
 
 // The host's copies of what a call's arguments point to, while the call runs.
 struct BorrowedTexts {

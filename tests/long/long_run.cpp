@@ -22,8 +22,6 @@
 #include <optional>
 #include <string>
 
-#include "app/main.h"
-#include "app/text_view.h"
 #include "graph/graph_settings.h"
 #include "graph/recorder.h"
 #include "graph/surface.h"
@@ -32,9 +30,11 @@
 #include "link/receiver_log.h"
 #include "link/serial_port.h"
 #include "nmea/command_encoder.h"
+#include "platform/start.h"
 #include "resources/resource_ids.h"
 #include "sirf/switch_to_nmea_command.h"
 #include "tools/receiver/session.h"
+#include "ui/page_lines.h"
 
 // Bytes of heap in use. The allocator's own figure counts what its threads keep for later, too, and that
 // grows.

@@ -19,7 +19,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 WORK = ROOT / "build" / "mutation"
 TREE, BUILD = WORK / "tree", WORK / "native"
 PARTS = ("CMakeLists.txt", "CMakePresets.json", "app", "cmake", "graph", "link", "nmea", "platform", "resources",
-         "settings", "sirf", "sky", "tests", "text", "tools")
+         "settings", "sirf", "sky", "tests", "text", "tools", "ui")
 TEST_SECONDS = 120  # a test that hangs has noticed
 
 

@@ -12,10 +12,10 @@
 #include <iterator>
 #include <string>
 
-#include "app/main.h"
 #include "graph/recorder.h"
 #include "headless.h"
 #include "link/link_state.h"
+#include "platform/start.h"
 #include "resources/resource_ids.h"
 #include "sky/sky_objects.h"
 

@@ -1,9 +1,5 @@
 #include "tests/support/fresh_program.h"
 
-#include "app/active_dialog.h"
-#include "app/dialog_support.h"
-#include "app/error_boxes.h"
-#include "app/text_view.h"
 #include "graph/channels.h"
 #include "graph/graph_settings.h"
 #include "graph/recorder.h"
@@ -18,6 +14,10 @@
 #include "sirf/message_decoder.h"
 #include "sky/sky_objects.h"
 #include "sky/sky_plot.h"
+#include "ui/active_dialog.h"
+#include "ui/dialog_support.h"
+#include "ui/error_boxes.h"
+#include "ui/page_lines.h"
 
 void StartAfresh()
 {

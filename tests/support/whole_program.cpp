@@ -5,13 +5,13 @@
 #include <memory>
 #include <utility>
 
-#include "app/dialog_support.h"
-#include "app/main.h"
-#include "app/text_view.h"
 #include "link/reader_thread.h"
 #include "link/serial_port.h"
 #include "link/write_queue.h"
+#include "platform/start.h"
 #include "resources/resource_ids.h"
+#include "ui/dialog_support.h"
+#include "ui/page_lines.h"
 
 namespace
 {

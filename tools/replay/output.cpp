@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "app/text_view.h"
 #include "graph/channels.h"
 #include "link/link_state.h"
 #include "nmea/receiver_messages.h"
+#include "ui/page_lines.h"
 
 namespace
 {

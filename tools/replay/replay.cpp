@@ -4,7 +4,6 @@
 #include <cstdio>
 #include <cstring>
 
-#include "app/text_view.h"
 #include "chart_picture.h"
 #include "graph/recorder.h"
 #include "headless.h"
@@ -12,6 +11,7 @@
 #include "link/write_queue.h"
 #include "output.h"
 #include "sky.h"
+#include "ui/page_lines.h"
 
 namespace
 {

@@ -2,11 +2,11 @@
 
 #include <cstdio>
 
-#include "app/active_dialog.h"
 #include "output.h"
 #include "platform/platform.h"
 #include "resources/resource_ids.h"
 #include "sky/sky_objects.h"
+#include "ui/active_dialog.h"
 
 namespace
 {

@@ -1,15 +1,15 @@
 #include "app/main_window.h"
 
-#include "app/graph_mode.h"
-#include "app/main.h"
-#include "app/shell_libraries.h"
+#include "graph/graph_mode.h"
 #include "graph/graph_settings.h"
 #include "graph/surface.h"
 #include "link/link_state.h"
 #include "link/serial_port.h"
 #include "link/write_queue.h"
+#include "platform/start.h"
 #include "resources/resource_ids.h"
 #include "tests/unit/support/product_test.h"
+#include "ui/shell_libraries.h"
 
 namespace
 {

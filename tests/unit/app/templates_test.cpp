@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <set>
 
-#include "app/dialog_support.h"
 #include "resources/resource_ids.h"
 #include "tests/unit/support/product_test.h"
+#include "ui/dialog_support.h"
 
 namespace
 {

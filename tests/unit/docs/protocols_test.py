@@ -77,7 +77,7 @@ class Nmea(unittest.TestCase):
         self.assertEqual(documented, set(re.findall(r'"([A-Z][A-Za-z ]*:)"', Decoder)))
 
     def test_commands(self):
-        literals = {literal for file in Root.glob("nmea/**/*.cpp")
+        literals = {literal for file in [*Root.glob("nmea/**/*.cpp"), *Root.glob("app/*.cpp")]
                     for literal in re.findall(r'"(PSRF1\d\d,[^"]*)"', file.read_text())} - {"PSRF103,0_,0_,0_,0_"}
         documented = {re.sub(r"[A-Z]+(?=,|$)", "%", row[0].strip("`")) for row in rows("NMEA commands")}
         self.assertEqual(documented, {re.sub(r"%[du]", "%", literal) for literal in literals})

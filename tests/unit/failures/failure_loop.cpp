@@ -4,15 +4,15 @@
 #include <cstdio>
 #include <utility>
 
-#include "app/active_dialog.h"
-#include "app/main.h"
 #include "link/link_state.h"
 #include "link/receiver_log.h"
 #include "link/serial_port.h"
 #include "link/write_queue.h"
+#include "platform/start.h"
 #include "resources/resource_ids.h"
 #include "tests/support/fresh_program.h"
 #include "tests/support/whole_program.h"
+#include "ui/active_dialog.h"
 
 namespace
 {

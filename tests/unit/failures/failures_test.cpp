@@ -10,7 +10,6 @@
 #include <sstream>
 #include <utility>
 
-#include "app/text_view.h"
 #include "graph/channels.h"
 #include "graph/recorder.h"
 #include "graph/surface.h"
@@ -21,6 +20,7 @@
 #include "resources/resource_ids.h"
 #include "tests/support/whole_program.h"
 #include "tests/unit/support/product_test.h"
+#include "ui/page_lines.h"
 
 namespace
 {

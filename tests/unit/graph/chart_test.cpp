@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "app/graph_mode.h"
-#include "app/main.h"
+#include "graph/graph_mode.h"
+#include "platform/start.h"
 #include "resources/resource_ids.h"
 #include "tests/unit/graph/support/chart_fixture.h"
 

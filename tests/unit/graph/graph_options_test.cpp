@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <map>
 
-#include "app/dialog_support.h"
-#include "app/graph_mode.h"
-#include "app/main.h"
-#include "app/shell_libraries.h"
+#include "graph/graph_mode.h"
+#include "platform/start.h"
 #include "resources/resource_ids.h"
 #include "tests/unit/graph/support/chart_fixture.h"
+#include "ui/dialog_support.h"
+#include "ui/shell_libraries.h"
 
 namespace
 {

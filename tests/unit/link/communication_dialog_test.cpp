@@ -1,10 +1,10 @@
 #include "link/communication_dialog.h"
 
-#include "app/dialog_support.h"
-#include "app/main.h"
 #include "link/receiver_log.h"
 #include "link/serial_port.h"
+#include "platform/start.h"
 #include "tests/unit/link/communication_test.h"
+#include "ui/dialog_support.h"
 
 namespace
 {

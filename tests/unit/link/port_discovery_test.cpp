@@ -1,7 +1,7 @@
 #include "link/port_discovery.h"
 
-#include "app/dialog_support.h"
 #include "tests/unit/link/communication_test.h"
+#include "ui/dialog_support.h"
 
 namespace
 {

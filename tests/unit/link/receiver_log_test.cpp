@@ -1,8 +1,8 @@
 #include "link/receiver_log.h"
 
-#include "app/dialog_support.h"
 #include "link/link_state.h"
 #include "tests/unit/support/product_test.h"
+#include "ui/dialog_support.h"
 
 namespace
 {

@@ -4,9 +4,9 @@
 #include <fstream>
 #include <sstream>
 
-#include "app/dialog_support.h"
 #include "link/serial_port.h"
 #include "tests/unit/link/communication_test.h"
+#include "ui/dialog_support.h"
 
 namespace
 {

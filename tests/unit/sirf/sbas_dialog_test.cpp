@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
-#include "app/dialog_support.h"
 #include "link/link_state.h"
 #include "resources/resource_ids.h"
 #include "sirf/frame_sender.h"
 #include "sky/sky_objects.h"
 #include "tests/unit/sirf/sirf_test.h"
+#include "ui/dialog_support.h"
 
 namespace
 {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "app/dialog_support.h"
 #include "sirf/message_decoder.h"
+#include "ui/dialog_support.h"
 
 namespace
 {

@@ -4,9 +4,9 @@
 #include <fstream>
 #include <sstream>
 
-#include "app/dialog_support.h"
 #include "resources/resource_ids.h"
 #include "tests/unit/support/product_test.h"
+#include "ui/dialog_support.h"
 
 namespace
 {

@@ -6,10 +6,10 @@
 #include <string>
 #include <string_view>
 
-#include "app/active_dialog.h"
-#include "app/error_boxes.h"
-#include "app/text_view.h"
 #include "headless.h"
+#include "ui/active_dialog.h"
+#include "ui/error_boxes.h"
+#include "ui/page_lines.h"
 
 class ProductTest : public testing::Test
 {

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <set>
 
-#include "app/dialog_controls.h"
-#include "app/dialog_support.h"
 #include "link/serial_port.h"
 #include "link/write_queue.h"
 #include "nmea/dialogs/development_data_dialog.h"
@@ -13,6 +11,8 @@
 #include "nmea/dialogs/set_message_rate_dialog.h"
 #include "nmea/dialogs/set_serial_port_dialog.h"
 #include "tests/unit/nmea/dialogs/dialog_rows.h"
+#include "ui/dialog_controls.h"
+#include "ui/dialog_support.h"
 
 CommandDialogTest::CommandDialogTest() : Port(OpenPort())
 {

@@ -1,8 +1,8 @@
 #include "nmea/dialogs/set_serial_port_dialog.h"
 
-#include "app/dialog_controls.h"
 #include "link/serial_port.h"
 #include "tests/unit/nmea/dialogs/command_dialog_test.h"
+#include "ui/dialog_controls.h"
 
 namespace
 {

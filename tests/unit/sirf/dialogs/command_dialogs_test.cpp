@@ -2,8 +2,6 @@
 // sent, and when the receiver is polled.
 #include <map>
 
-#include "app/dialog_support.h"
-#include "app/shell_libraries.h"
 #include "link/link_state.h"
 #include "link/write_queue.h"
 #include "resources/resource_ids.h"
@@ -26,6 +24,8 @@
 #include "sirf/frame_sender.h"
 #include "tests/unit/sirf/dialogs/dialog_test.h"
 #include "tests/unit/sirf/dialogs/field_cases.h"
+#include "ui/dialog_support.h"
+#include "ui/shell_libraries.h"
 
 namespace
 {

@@ -1,6 +1,6 @@
 #include "tests/unit/sirf/dialogs/dialog_test.h"
 
-#include "app/dialog_support.h"
+#include "ui/dialog_support.h"
 
 void SirfDialogTest::With(void (*show)(), const std::function<void(HWND dialog)>& user)
 {

@@ -1,4 +1,4 @@
-#include "app/error_boxes.h"
+#include "ui/error_boxes.h"
 
 #include "tests/unit/support/product_test.h"
 

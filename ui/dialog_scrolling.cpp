@@ -1,4 +1,4 @@
-#include "app/dialog_scrolling.h"
+#include "ui/dialog_scrolling.h"
 
 namespace
 {

@@ -1,3 +1,3 @@
-#include "app/graph_mode.h"
+#include "graph/graph_mode.h"
 
 GraphModeValue GraphMode = GraphModeValue::TextPage;

@@ -1,8 +1,8 @@
-#include "app/error_boxes.h"
+#include "ui/error_boxes.h"
 
-#include "app/active_dialog.h"
 #include "text/copy.h"
 #include "text/format.h"
+#include "ui/active_dialog.h"
 
 std::atomic<DWORD> UserInterfaceThread{0};
 

@@ -1,11 +1,11 @@
-#include "app/dialog_support.h"
+#include "ui/dialog_support.h"
 
-#include "app/active_dialog.h"
-#include "app/dialog_scrolling.h"
-#include "app/shell_libraries.h"
 #include "resources/resource_ids.h"
 #include "text/copy.h"
 #include "text/numbers.h"
+#include "ui/active_dialog.h"
+#include "ui/dialog_scrolling.h"
+#include "ui/shell_libraries.h"
 
 HINSTANCE ProgramInstance = nullptr;
 

@@ -1,6 +1,6 @@
-#include "app/fix_lines.h"
+#include "ui/fix_lines.h"
 
-#include "app/text_view.h"
+#include "ui/page_lines.h"
 
 constexpr uint32_t LineUtc = 0, TimeOfDayColumn = 17;
 

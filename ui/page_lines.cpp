@@ -1,4 +1,4 @@
-#include "app/text_view.h"
+#include "ui/page_lines.h"
 
 std::atomic<wchar_t> TextView[TextLineCount][TextLineCapacity];
 

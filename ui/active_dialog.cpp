@@ -1,4 +1,4 @@
-#include "app/active_dialog.h"
+#include "ui/active_dialog.h"
 
 std::atomic<HWND> MainWindow{nullptr};
 std::atomic<HWND> ActiveDialogWindow{nullptr};

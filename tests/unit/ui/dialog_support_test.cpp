@@ -1,7 +1,7 @@
-#include "app/dialog_support.h"
+#include "ui/dialog_support.h"
 
-#include "app/waiting.h"
 #include "tests/unit/support/product_test.h"
+#include "ui/waiting.h"
 
 namespace
 {

@@ -1,9 +1,9 @@
-#include "app/dialog_scrolling.h"
+#include "ui/dialog_scrolling.h"
 
-#include "app/dialog_support.h"
-#include "app/shell_libraries.h"
 #include "sirf/dialogs/mode_control.h"
 #include "tests/unit/support/product_test.h"
+#include "ui/dialog_support.h"
+#include "ui/shell_libraries.h"
 
 namespace
 {

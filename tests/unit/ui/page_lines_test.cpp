@@ -1,4 +1,4 @@
-#include "app/text_view.h"
+#include "ui/page_lines.h"
 
 #include "tests/unit/support/product_test.h"
 

@@ -1,4 +1,4 @@
-#include "app/shell_libraries.h"
+#include "ui/shell_libraries.h"
 
 BOOL(WINAPI* ShellInitDialogEntry)(ShellInitDialog*) = nullptr;
 BOOL(WINAPI* ShellCreateMenuBar)(ShellMenuBar*) = nullptr;

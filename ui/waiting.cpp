@@ -1,4 +1,4 @@
-#include "app/waiting.h"
+#include "ui/waiting.h"
 
 void WaitServingSentMessages(uint32_t milliseconds)
 {

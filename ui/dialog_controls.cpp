@@ -1,10 +1,10 @@
-#include "app/dialog_controls.h"
+#include "ui/dialog_controls.h"
 
-#include "app/active_dialog.h"
-#include "app/dialog_scrolling.h"
-#include "app/dialog_support.h"
-#include "app/error_boxes.h"
 #include "text/numbers.h"
+#include "ui/active_dialog.h"
+#include "ui/dialog_scrolling.h"
+#include "ui/dialog_support.h"
+#include "ui/error_boxes.h"
 
 namespace
 {

@@ -1,4 +1,4 @@
-#include "nmea/static_navigation_switch.h"
+#include "app/static_navigation_switch.h"
 
 #include "link/serial_port.h"
 #include "tests/unit/support/product_test.h"

@@ -1,7 +1,5 @@
-#include "nmea/static_navigation_switch.h"
+#include "app/static_navigation_switch.h"
 
-#include "app/error_boxes.h"
-#include "app/waiting.h"
 #include "link/link_state.h"
 #include "link/serial_port.h"
 #include "nmea/command_encoder.h"
@@ -9,6 +7,8 @@
 #include "sirf/frame_sender.h"
 #include "sirf/switch_to_nmea_command.h"
 #include "text/format.h"
+#include "ui/error_boxes.h"
+#include "ui/waiting.h"
 
 namespace
 {

@@ -1,0 +1,8 @@
+// The entry of the program, called by each platform's start-up code. Provided by app/main.cpp.
+#pragma once
+
+#include "platform/platform.h"
+
+// Runs the program to its end; `commandLine` without the program's name, `show` as the system gave it to the
+// program. Returns the exit code of the process.
+int RunProgram(HINSTANCE instance, const wchar_t* commandLine, int show);
