@@ -1,4 +1,4 @@
-// What the main window shows.
+// Selects the main window's view: text page or chart.
 #pragma once
 
 #include <cstdint>

@@ -38,7 +38,7 @@ void PrepareColumn(int32_t column, const TimeScaleRow& scale)
         CheckGdiResult(CopyColumn(GraphBitmap, column, TickColumn), L"BitBlt3");
 }
 
-// Empties the columns behind the latest one up to and with the new one. A fix time that has gone back takes
+// Empties the columns after the latest one up to and with the new one. A fix time that has gone back takes
 // them round the right edge.
 void PrepareColumns(int32_t current, int32_t width, const TimeScaleRow& scale)
 {

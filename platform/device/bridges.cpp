@@ -1,4 +1,4 @@
-// What differs from other platforms, on the device.
+// The device's differences from other platforms.
 
 #include <cstring>
 

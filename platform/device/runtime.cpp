@@ -1,4 +1,4 @@
-// What the compiler and its libraries call besides the system.
+// Routines that the compiler and its libraries call besides the system.
 
 #include <cstring>
 

@@ -1,4 +1,4 @@
-// What Windows CE has and the desktop lacks, and the calls whose desktop version differs.
+// Calls that Windows CE has and the desktop lacks, and calls whose desktop version differs.
 
 #include <cstring>
 #include <cwchar>
@@ -65,7 +65,7 @@ HMODULE BridgeLoadLibrary(const wchar_t* name)
     return library || lstrcmpiW(name, COLOR_LIBRARY) != 0 ? library : LoadLibraryW(L"comdlg32.dll");
 }
 
-// Whether the hand-held shell is there, which only programs beside its library have loaded.
+// True if the hand-held shell is there, which only programs beside its library have loaded.
 static bool HasShell()
 {
     return GetModuleHandleW(L"aygshell.dll") != nullptr;

@@ -7,8 +7,8 @@
 namespace
 {
 
-// Text behind the program's name as the user meant it: without the blanks of a shell, without one pair of
-// quotes.
+// The command line after the program's name as the user meant it: without the blanks of a shell, without one
+// pair of quotes.
 const wchar_t* Trim(wchar_t* text)
 {
     while (*text == L' ') ++text;

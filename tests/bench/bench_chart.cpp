@@ -1,4 +1,4 @@
-// What one sample of the strip chart costs, a new column each, ten visible channels: it must not grow with
+// The cost of one sample of the strip chart, a new column each, ten visible channels: it must not grow with
 // the chart's width. And what a repaint of the whole window costs.
 //
 // `bench_chart --samples WIDTH COUNT` records so many samples and nothing else, to have instructions counted.

@@ -139,7 +139,7 @@ void Import(const Headers& headers, GuestAddress base, const ImportResolver& res
     }
 }
 
-// Offset of a directory's entry, behind the flag of a subdirectory; 0 if there is none. `number` -1: the
+// Offset of a directory's entry, without the flag of a subdirectory; 0 if there is none. `number` -1: the
 // first.
 uint32_t FindEntry(GuestAddress directory, int64_t number)
 {

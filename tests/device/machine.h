@@ -1,10 +1,10 @@
 // The emulated processor. Runs one program's ARM code on as many threads as the platform starts; the platform
 // lets one run at a time, so that one processor is enough.
 //
-// What a device does not forgive, or forgives by luck only, is a DeviceFault: an unaligned access, memory
-// that is not there or is read-only, an instruction that the core does not have, a routine that returns with
-// another stack pointer or other values in r4 to r11 than it was called with, more than StackBytes of stack.
-// Each return from the system leaves r1 to r3, r12 and the flags different from before.
+// A DeviceFault is an error that a device does not forgive, or forgives by luck only: an unaligned access,
+// memory that is not there or is read-only, an instruction that the core does not have, a routine that
+// returns with another stack pointer or other values in r4 to r11 than it was called with, more than
+// StackBytes of stack. Each return from the system leaves r1 to r3, r12 and the flags different from before.
 #pragma once
 
 #include <cstdint>
@@ -34,7 +34,7 @@ uint32_t CallGuest(GuestAddress routine, std::initializer_list<uint32_t> argumen
 
 // ---- From the program to the system -------------------------------------------------------------------
 
-// What a call of the system sees of its caller: arguments in r0 to r3, then on the stack, a 64-bit one in two
+// The caller as a call of the system sees it: arguments in r0 to r3, then on the stack, a 64-bit one in two
 // consecutive words wherever it stands.
 class GuestCall
 {

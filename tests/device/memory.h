@@ -23,7 +23,7 @@ uint8_t* MapMemory(GuestAddress address, uint32_t size, Access access);
 GuestAddress MapHostMemory(void* memory, uint32_t size);
 void UnmapHostMemory(GuestAddress address);
 
-// Whether an address lies in one of the pages of MapHostMemory but beside the memory itself.
+// True for an address that lies in one of the pages of MapHostMemory but beside the memory itself.
 bool IsBesideHostMemory(GuestAddress address);
 
 void UnmapAllMemory();

@@ -8,7 +8,7 @@
 #include "tests/device/memory.h"
 #include "tests/device/structures.h"
 
-// What remains to be done when the call with the message has returned.
+// The work that remains when the call with the message has returned.
 using AfterCall = std::vector<std::function<void()>>;
 
 // From the program to the platform.

@@ -410,7 +410,7 @@ void Expect(bool asExpected, const std::string& what)
     std::_Exit(1);
 }
 
-// What the port was sent since the last call.
+// Bytes sent to the port since the last call.
 std::string TakeSent(HeadlessPort& port)
 {
     static size_t seen = 0;

@@ -14,7 +14,7 @@ namespace
 
 constexpr uint32_t LongestStructure = 1024;
 
-// What one call borrows from the program, and what it gives back.
+// The memory that one call borrows from the program, and the results that it gives back.
 struct Borrowed {
     BorrowedTexts texts;
     std::vector<std::unique_ptr<std::array<std::byte, LongestStructure>>> structures;

@@ -23,7 +23,7 @@ enum class Kind : uint8_t {
     TextPlaceCountAt, // the same, `other` is a pointer to the capacity
     Shared,           // to `size` bytes that both sides see alike, may be null
     SharedToRead,     // the same, may be read-only
-    Bytes,            // to as many bytes as the argument `other` says
+    Bytes,            // to bytes; their number is the argument `other`
     BytesToRead,      // the same, may be read-only
     HandlePlace,      // for a handle
     Structure,        // of another layout, read before and written after the call
@@ -53,7 +53,8 @@ struct Signature {
     std::array<Argument, MostArguments> arguments;
 };
 
-// Calls what the signature says, with the caller's arguments; `target` where the signature only says how.
+// Makes the call of the signature with the caller's arguments; `target` where the signature has only the
+// shape.
 uint64_t CallPlatform(const Signature& signature, const GuestCall& caller, FARPROC target = nullptr);
 
 // ---- Writing rows -------------------------------------------------------------------------------------

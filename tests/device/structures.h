@@ -90,7 +90,7 @@ public:
         member = address != 0 ? Borrowed->Keep(all + L'\0') : nullptr;
     }
 
-    // A text that the call replaces; its capacity in characters is the member behind it.
+    // A text that the call replaces; its capacity in characters is the member after it.
     void TextPlace(wchar_t*& member)
     {
         const GuestAddress place = Start + Aligned(4);

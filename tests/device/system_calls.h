@@ -1,5 +1,5 @@
-// What the program imports: each call is answered by the headless platform, or, where the device's system has
-// a call of another form or the platform none, by one of a few routines of its own.
+// The calls that the program imports: each is answered by the headless platform, or, where the device's
+// system has a call of another form or the platform none, by one of a few routines of its own.
 #pragma once
 
 #include <string>

@@ -28,7 +28,7 @@ def texts(data, offset, count):
 
 
 def numbers(data, offset):
-    """A list of numbers behind its size in bytes, ended by 0."""
+    """A list of numbers after its size in bytes, ended by 0."""
     size, = struct.unpack_from("<H", data, offset)
     found = struct.unpack_from(f"<{size // 2}H", data, offset + 2)
     assert found[-1] == 0 and 0 not in found[:-1]

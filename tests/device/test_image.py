@@ -123,7 +123,7 @@ class Program:
         return subprocess.run(list(map(str, command)), cwd=Build, capture_output=True, text=True)
 
     def build(self, source, options=()):
-        """The stage that failed and what it said; ("", "") when an image came out."""
+        """The stage that failed and its message; ("", "") when an image came out."""
         (self.folder / "more.cpp").write_text('#include "platform/platform.h"\n' + source)
         elf = self.folder / "program.elf"
         for stage, command in {
@@ -149,7 +149,7 @@ def program(tmp_path):
     return Program(tmp_path)
 
 
-# What a source file may not have, where that stops the build, and the words with which.
+# Faults of a source file, the stage of the build that stops at each, and words of its message.
 Faults = {
     "nothing": ("int Value = GetTickCount();", "", ""),
     "a call that only the desktop has":
@@ -173,9 +173,9 @@ Faults = {
 @pytest.mark.parametrize("fault", Faults)
 def test_fault_stops_the_build(program, fault):
     source, stage, words = Faults[fault]
-    stopped_in, said = program.build(source, ["-mthumb"] if fault == "Thumb code" else [])
-    assert stopped_in == stage, said
-    assert words in said
+    stopped_in, message = program.build(source, ["-mthumb"] if fault == "Thumb code" else [])
+    assert stopped_in == stage, message
+    assert words in message
 
 
 def test_no_initialiser_is_lost():

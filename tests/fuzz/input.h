@@ -1,4 +1,4 @@
-// What a fuzz target is called with: its bytes, taken one after the other. When none is left everything reads
+// The input of a fuzz target: its bytes, taken one after the other. When none is left everything reads
 // as 0 or empty.
 #pragma once
 

@@ -12,7 +12,7 @@ namespace
 constexpr const wchar_t* Path = L"Software\\Quenmark\\Toravane";
 constexpr const wchar_t* Names[] = {
     L"CommPortIdx", L"BaudrateIdx",  L"NmeaBaudrateIdx", L"SirfBaudrateIdx",
-    L"Lines",       L"TimeScaleIdx", L"NmeaIntervalIdx"}; // the last with a number behind it
+    L"Lines",       L"TimeScaleIdx", L"NmeaIntervalIdx"}; // the last is followed by a number
 constexpr const wchar_t* Suffixes[] = {L"ValueZero", L"ValueMin", L"ValueMax", L"PixelMin",
                                        L"PixelMax",  L"Color",    L"Use"};
 constexpr const wchar_t* CommandLines[] = {

@@ -1,4 +1,4 @@
-// What the replay tool prints of any input: two bytes choose the options, all others are the log.
+// The replay tool with any input: two bytes choose the options, all others are the log.
 #include "tools/replay/replay.h"
 
 #include <cstdio>

@@ -1,6 +1,6 @@
 // The whole program, its window, reader thread, decoders, chart and log, against the software receiver for a
-// simulated week (or as many hours as the argument says). The receiver's protocol changes every few hours, by
-// the program's own commands; five minutes of each hour bytes are lost, five minutes bits are wrong, then
+// simulated week (or the number of hours in the argument). The receiver's protocol changes every few hours,
+// by the program's own commands; five minutes of each hour bytes are lost, five minutes bits are wrong, then
 // noise comes. The tick count wraps after ten minutes and midnight comes after an hour and a half, at the
 // end of a GPS week.
 //
@@ -89,7 +89,7 @@ uint64_t StartMs = 0, Steps = 0;
 uint32_t LastTick = 0, Wraps = 0, Midnights = 0, Changes = 0, Checks = 0;
 bool Sirf = false; // the receiver's protocol
 
-// What held at the beginning of a stretch of good line.
+// The state at the beginning of a stretch of good line.
 struct Stretch {
     uint32_t second = 0; // of the run; 0: none
     Counts sent, read;
@@ -235,7 +235,8 @@ void CheckSamples()
         Require(added >= 58 && added <= 62, "samples a minute", added, 60);
 }
 
-// What the program has not given back to the system: handles, registry keys, texts, drawing objects.
+// Resources that the program has not given back to the system: handles, registry keys, texts, drawing
+// objects.
 uint32_t Borrowed()
 {
     return HeadlessOpenHandles() + HeadlessOpenKeys() + HeadlessUnfreedTexts() + HeadlessGdiObjects();

@@ -41,7 +41,7 @@ def build(targets):
 
 
 def first_failure(program):
-    """What a test program that noticed says first, None if it passes."""
+    """First message of a test program that noticed, None if it passes."""
     try:
         result = run(BUILD / program, "--gtest_brief=1", "--gtest_fail_fast", timeout=TEST_SECONDS)
     except subprocess.TimeoutExpired:

@@ -19,7 +19,7 @@ void InDialog(const DialogEntry& entry, const std::function<void(HWND dialog)>& 
 // The controls of a dialog that the user can act on, in the layout that is in use.
 std::vector<HeadlessTemplateControl> ControlsOf(const DialogEntry& entry);
 
-// Whether a control closes its dialog, or starts a search, which takes minutes of the clock.
+// True for a control that closes its dialog, or starts a search, which takes minutes of the clock.
 bool Closes(int control);
 bool Searches(int control);
 
@@ -28,7 +28,7 @@ void ClickEveryButton(HWND dialog, const DialogEntry& entry);
 
 // ---- A run --------------------------------------------------------------------------------------------
 
-// What the whole program does with a command line while the user acts after its start; a greeting is closed
+// Runs the whole program with a command line; the user acts after its start; a greeting is closed
 // before, the program is ended afterwards. Then aborts if anything was not given back.
 void RunWholeProgram(const wchar_t* commandLine, const std::function<void()>& act);
 

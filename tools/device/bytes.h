@@ -14,7 +14,7 @@ namespace device
 
 using Bytes = std::vector<uint8_t>;
 
-// Input that no correct image can be made from; what() says why.
+// Input that no correct image can be made from; what() gives the reason.
 struct Refusal : std::runtime_error {
     using std::runtime_error::runtime_error;
 };

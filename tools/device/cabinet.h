@@ -1,4 +1,4 @@
-// Install packages for Windows CE: a cabinet of uncompressed files, of which the first says where the others
+// Install packages for Windows CE: a cabinet of uncompressed files, of which the first lists where the others
 // go and what the start menu shows.
 #pragma once
 

@@ -1,4 +1,4 @@
-// Whether the machine code runs on every processor that the image is meant for.
+// Checks that the machine code runs on every processor that the image is meant for.
 #pragma once
 
 #include "elf_file.h"

@@ -46,7 +46,7 @@ void CheckSections(const ElfFile& elf)
     }
 }
 
-// `bss`, if any, lies behind `section` and is zero.
+// `bss`, if any, lies after `section` and is zero.
 ImageSection FromElf(std::string_view name, const ElfSection* section, const ElfSection* bss, uint32_t flags)
 {
     const ElfSection& first = section ? *section : *bss;

@@ -39,7 +39,7 @@ constexpr const char* Header = R"(@ Made from a list of exports.
   .arm
 )";
 
-// '~' sorts behind all names.
+// '~' sorts after all names.
 constexpr const char* End = R"(
   .section ".import.LIBRARY.~", "aw", %progbits
   .global "import_end!LIBRARY"

@@ -11,13 +11,13 @@ struct Range {
 };
 
 struct ImportSection {
-    Bytes bytes; // the slots as linked, the directory behind them
+    Bytes bytes; // the slots as linked, then the directory
     Range directory, slots;
     uint32_t callCount = 0;
     std::vector<std::string> libraries;
 };
 
-// From `section`, which begins with one slot for each imported call, a zero behind those of each library, and
+// From `section`, which begins with one slot for each imported call, a zero after those of each library, and
 // the symbols that import_stubs.h names. Refuses slots in another order.
 ImportSection MakeImportSection(const ElfFile& elf, const ElfSection& section, uint32_t imageBase);
 

@@ -1,4 +1,4 @@
-// What the device's own controls do and the desktop's do not.
+// Behaviour that the device's own controls have and the desktop's do not.
 #pragma once
 
 #include "platform/windows/aygshell/contract.h"

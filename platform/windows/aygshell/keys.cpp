@@ -29,7 +29,7 @@ bool IsMenuOpen()
 
 // ---- The joystick in a dialog -------------------------------------------------------------------------
 
-// Whether a multi-line edit has a further line for its caret in that direction.
+// True if a multi-line edit has a further line for its caret in that direction.
 bool CaretCanMove(HWND edit, bool up)
 {
     if (!IsOfClass(edit, L"Edit") || !(GetWindowLongW(edit, GWL_STYLE) & ES_MULTILINE)) return false;
@@ -55,7 +55,7 @@ bool PressFocus(HWND focus)
     return true;
 }
 
-// Whether a key on a keypad device has been dealt with.
+// True if a key on a keypad device has been handled.
 bool HandleKeypadKey(HWND top, WPARAM key)
 {
     HWND bar = MenuBarOf(top);

@@ -11,5 +11,5 @@ HWND MenuBarOf(HWND parent); // null: it has none
 // Presses a button of a bar, 0 the first, when the messages before have been served.
 void PressSoftKey(HWND bar, int button);
 
-// Whether the bar's window wants to be told of a key, and nothing else to be done.
+// True if the bar's window wants to get a key, and nothing else is to be done with it.
 bool IsKeyOverridden(HWND bar, WPARAM key);

@@ -29,11 +29,11 @@ struct ElfBuilder {
 
 Bytes Words(std::initializer_list<uint32_t> words);
 
-// Two instructions, a constant, a variable with 8 bytes of zeros behind it, and imports of two calls of
+// Two instructions, a constant, a variable with 8 bytes of zeros after it, and imports of two calls of
 // "A.dll" and one of "B.dll"; a pointer in the code and one among the constants.
 ElfBuilder SmallProgram();
 
-// What a call refuses its input with; empty if it does not.
+// The text with which a call refuses its input; empty if it accepts it.
 template <typename Call> std::string RefusalOf(Call call)
 {
     try {

@@ -10,7 +10,7 @@ namespace device
 namespace
 {
 
-// What every compiled resource file begins with.
+// The beginning of every compiled resource file.
 const Bytes Mark = {0, 0, 0, 0, 32, 0, 0, 0, 0xFF, 0xFF, 0, 0, 0xFF, 0xFF, 0, 0,
                     0, 0, 0, 0, 0,  0, 0, 0, 0,    0,    0, 0, 0,    0,    0, 0};
 
@@ -50,7 +50,7 @@ TEST(ResourceTree, TablesAreInTheOrderInWhichTheyAreSearched)
 TEST(ResourceTree, EveryCutIsRefused)
 {
     const Bytes whole = Joined({Mark, Named});
-    const size_t padding = 1; // behind the resource's bytes
+    const size_t padding = 1; // after the resource's bytes
     for (size_t size = Mark.size() + 1; size < whole.size() - padding; ++size)
         EXPECT_EQ(RefusalOf([&] { MakeResourceSection(std::span(whole).first(size), 0); }),
                   "input is cut short")

@@ -32,7 +32,7 @@ struct Fault {
     FailMode mode;
 };
 
-// A hang aborts the process, with what the threads wait for; this says when.
+// A hang aborts the process; this adds the action during which it happened.
 char Doing[200];
 
 void SayWhatWasDone(int)
@@ -90,7 +90,7 @@ void Add(std::string& state, const std::string& what)
     state += (state.empty() ? "" : ", ") + what;
 }
 
-// What holds for every action: only what is out of the ordinary is said.
+// Checks for every action: only what is out of the ordinary is printed.
 std::string CommonState()
 {
     std::string state;

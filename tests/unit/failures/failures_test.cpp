@@ -1,5 +1,5 @@
-// What every failing platform call does to every action of the user, compared with texts that were looked at
-// by eye. TORAVANE_REWRITE_GOLDEN=1 writes them anew.
+// The effect of every failing platform call on every action of the user, compared with texts that were looked
+// at by eye. TORAVANE_REWRITE_GOLDEN=1 writes them anew.
 #include "tests/unit/failures/failure_loop.h"
 
 #include <gtest/gtest.h>
@@ -250,7 +250,7 @@ TEST(Failures, ReceptionAndPaint)
 
 // ---- Dialogs ------------------------------------------------------------------------------------------
 
-// What a dialog shows, as numbers: enough to see that something is missing.
+// The contents of a dialog, as numbers: enough to see that something is missing.
 std::string Contents(HWND dialog, const DialogEntry& entry)
 {
     size_t texts = 0, entries = 0, selected = 0, checked = 0, enabled = 0;

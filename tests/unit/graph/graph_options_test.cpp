@@ -435,7 +435,7 @@ TEST_F(GraphOptionsTest, BrushesOfRepaintsAreFreed)
             HeadlessPumpMessages();
         }
         EXPECT_EQ(HeadlessGdiObjects(), before);
-    }); // and Run finds that nothing is left behind
+    }); // and Run finds that nothing is left
 }
 
 TEST_F(GraphOptionsTest, ClickOnAColourFieldChoosesAColour)

@@ -1,4 +1,4 @@
-// Calls that are told to fail.
+// Calls that are made to fail.
 #include <gtest/gtest.h>
 
 #include "tests/unit/platform/test_window.h"

@@ -34,7 +34,7 @@ protected:
         DrawSkyPlot(dc, 0);
         EndPaint(Window, &paint);
     }
-    // What is drawn of the objects, without the circles that are always there.
+    // The drawn objects, without the circles that are always there.
     Shapes DrawObjects() const
     {
         Draw();

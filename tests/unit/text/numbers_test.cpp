@@ -70,7 +70,7 @@ TEST(Numbers, Decimals)
         {"plain", "16.4500", 16.45},
         {"empty", "", 0},
         {"no leading digit", ".5", 0.5},
-        {"no digit behind the point", "5.", 5},
+        {"no digit after the point", "5.", 5},
         {"negative", "-0.1", -0.1},
         {"second point ends it", "1.2.3", 1.2},
         {"no exponent", "99.9e300", 99.9},
@@ -86,7 +86,7 @@ TEST(Numbers, Decimals)
         {"half to even, up", "562949953421312.1875", 562949953421312.25},
         {"more than half", "562949953421312.0626", 562949953421312.125},
         {"many leading zeros", "000000000000000000000000012.5", 12.5},
-        {"many zeros behind the point", "0.00000000000000000000000000001", 0},
+        {"many zeros after the point", "0.00000000000000000000000000001", 0},
     };
     for (const DecimalRow& row : Rows) EXPECT_EQ(ParseDecimal(row.text), row.value) << row.name;
     EXPECT_EQ(ParseDecimal(L"12.34 %"), 12.34);
