@@ -21,7 +21,7 @@ VIAddVersionKey ProductName "Toravane"
 VIAddVersionKey ProductVersion "${VERSION}"
 VIAddVersionKey FileVersion "${VERSION}"
 VIAddVersionKey FileDescription "Toravane Setup"
-VIAddVersionKey LegalCopyright "The Toravane developers"
+VIAddVersionKey LegalCopyright "The Toravane authors"
 
 !define MUI_ICON "${ICON}"
 !define MUI_UNICON "${ICON}"
