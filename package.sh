@@ -47,7 +47,7 @@ grep -q "^project(toravane VERSION $version " CMakeLists.txt || {
 CXXFLAGS=-ffile-prefix-map=$PWD=. tools/build.sh desktop toravane
 export DEB_BUILD_MAINT_OPTIONS=hardening=+all
 CXXFLAGS="$(dpkg-buildflags --get CXXFLAGS) $(dpkg-buildflags --get CPPFLAGS)" LDFLAGS=$(dpkg-buildflags --get LDFLAGS) \
-    tools/build.sh native toravane-replay toravane-receiver
+    tools/build.sh tools toravane-replay toravane-receiver
 
 echo "Packing version $version"
 rm -rf $output
@@ -72,7 +72,7 @@ makensis -V2 -NOCD -DVERSION="$version" -DFILES="$windows" -DICON=resources/tora
 
 # ---- Debian and Ubuntu ----
 cp -r packaging/debian $debian
-cp build/native/toravane-replay build/native/toravane-receiver $debian/usr/bin
+cp build/tools/toravane-replay build/tools/toravane-receiver $debian/usr/bin
 cp packaging/launcher.py $debian/usr/share/toravane
 install --mode 644 tools/desktop/{prefix,ports}.py "$windows/toravane.exe" $debian/usr/share/toravane
 echo "$version" >$debian/usr/share/toravane/version
@@ -87,8 +87,8 @@ for size in Image.open(sys.argv[1]).ico.sizes():
     Image.open(sys.argv[1]).ico.getimage(size).save(file)
 END
 sed "s/@VERSION@/$version/; s/@DATE@/$date/" packaging/toravane.1 >$debian/man/toravane.1
-packaging/manual_page.py build/native/toravane-receiver "$version" "$date" >$debian/man/toravane-receiver.1
-packaging/manual_page.py build/native/toravane-replay "$version" "$date" \
+packaging/manual_page.py build/tools/toravane-receiver "$version" "$date" >$debian/man/toravane-receiver.1
+packaging/manual_page.py build/tools/toravane-replay "$version" "$date" \
     "shows what Toravane makes of recorded receiver logs" >$debian/man/toravane-replay.1
 (cd $debian && debian/rules binary >/dev/null)
 mv $work/*.deb $output

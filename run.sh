@@ -24,5 +24,6 @@ case " $* " in
     ;;
 esac
 
-tools/install_packages.sh
+tools/install_packages.sh running
+export TORAVANE_TOOLS=$PWD/build/tools
 exec /usr/bin/python3 tools/desktop/launch.py "$@"

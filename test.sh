@@ -37,7 +37,18 @@ python_tests() {
     /usr/bin/python3 -B -m pytest -p no:cacheprovider --durations=5 -v "$1"
 }
 
-if step "packages" tools/install_packages.sh packaging; then
+# bash_scripts, python_programs: every file of that kind, those without a suffix too.
+programs() {
+    git ls-files -z | xargs -0 grep -lE "^#!.*$1" --
+}
+bash_scripts() {
+    programs bash
+}
+python_programs() {
+    { git ls-files '*.py'; programs python3; } | sort -u
+}
+
+if step "packages" tools/install_packages.sh testing packaging web; then
     step "format" check_format
     step "include graph" tools/check_includes
     step "rows of the mutation check" tests/mutation/mutate.py --check

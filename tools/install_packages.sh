@@ -1,48 +1,112 @@
 #!/bin/bash
-# Usage: install_packages.sh [packaging]
-# Installs the Debian packages that are still missing: those for building and testing, with `packaging` also those for
-# making packages. Says nothing and touches nothing when all are there.
+# Usage: install_packages.sh [--list | --sizes] [SET]...
+#
+# Installs the Debian packages of the named sets that are still missing, and those of the set "running", which all
+# others need. Prints nothing and changes nothing when all are there.
+#
+#   running      build the program and the tools, run them (./run.sh)
+#   testing      build and run the tests, the program for devices included (./test.sh)
+#   packaging    make the packages (./package.sh)
+#   web          build and test the page for the browser
+#
+# --list prints the packages instead, --sizes how many packages each set adds to a bare Debian system, and their size.
 set -euo pipefail
 
-# Package            Reason
-Packages='
-g++                  compiler of the tests and tools on Linux
-g++-mingw-w64-x86-64 compiler of the desktop program, with its resource compiler
-gcc-arm-none-eabi    compiler of the program for devices
-libnewlib-arm-none-eabi mathematics of that program
-libstdc++-arm-none-eabi-dev C++ headers of that program
-cmake                build
-ninja-build          build
-clang-format         checks the format of the sources
-libgtest-dev         unit tests
-libbenchmark-dev     benchmarks
-libpng-dev           pictures of the chart that the replay tool writes
-libunicorn-dev       emulated ARM processors, that run the image for devices
-wine                 runs the desktop program on Linux
-wine64               its 64-bit half, the only one that we use
-fonts-liberation     the fixed-pitch and dialog fonts that Wine draws with
-libxrender1          Wine draws text through it
-xvfb                 a display for machines without one
-file                 reads the image for devices in its tests
-pev                  reads it, too
-icoutils             lists the resources in it
-python3-pefile       reads all of it
-cabextract           unpacks the install packages for devices
-python3              launcher and desktop tests
-python3-pil          screenshots
-python3-pytest       desktop tests
+# Set      Package              Reason
+packages='
+running    g++                  compiler of the tools on Linux
+running    g++-mingw-w64-x86-64 compiler of the desktop program, with its resource compiler
+running    cmake                build
+running    ninja-build          build
+running    libasio-dev          serial ports and sockets of the console program
+running    libcli11-dev         options of the tools and of the console program
+running    libpng-dev           pictures of the chart that the replay tool writes
+running    libpugixml-dev       reads the tracks (GPX) of the software receiver
+running    nlohmann-json3-dev   JSON of the desktop driver and of the console program
+running    wine                 runs the desktop program on Linux
+running    wine64               its 64-bit half, the only one that we use
+running    fonts-liberation     the fixed-pitch and dialog fonts that Wine draws with
+running    libxrender1          Wine draws text through it
+running    xvfb                 a display for machines without one
+running    python3              starts the program, reads and drives its window
+running    python3-pil          screenshots
+
+testing    gcc-arm-none-eabi    compiler of the program for devices
+testing    libnewlib-arm-none-eabi mathematics of that program
+testing    libstdc++-arm-none-eabi-dev C++ headers of that program
+testing    clang-format         checks the format of the sources
+testing    clang-tidy           finds faults in the sources
+testing    shellcheck           finds faults in shell scripts
+testing    python3-pyflakes     finds faults in Python programs
+testing    pycodestyle          checks the format of Python programs
+testing    libgtest-dev         unit tests
+testing    libbenchmark-dev     benchmarks
+testing    libunicorn-dev       emulated ARM processors, which run the image for devices
+testing    file                 reads the image for devices in its tests
+testing    pev                  reads it, too
+testing    icoutils             lists the resources in it
+testing    python3-pefile       reads all of it
+testing    cabextract           unpacks the install packages for devices
+testing    python3-pytest       tests written in Python
+
+packaging  debhelper            makes the Debian packages
+packaging  desktop-file-utils   checks the menu entry
+packaging  help2man             manual pages of the tools
+packaging  lintian              checks the Debian packages
+packaging  nsis                 makes the installer for Windows
+packaging  pandoc               makes the guide as one HTML file
+packaging  zip                  makes the portable archive
 '
 
-PackagingPackages='
-debhelper            makes the .deb
-desktop-file-utils   checks its menu entry
-lintian              checks it
-nsis                 makes the installer for Windows
-pandoc               makes the manual
-zip                  makes the portable archive
-'
+sets=(running testing packaging web)
+action=install
+wanted=(running)
+for argument; do
+    case $argument in
+    running | testing | packaging | web) wanted+=("$argument") ;;
+    --list | --sizes) action=${argument#--} ;;
+    *)
+        sed -n '2,/^set/{/^#/s/^# \{0,1\}//p}' "$0" >&2
+        exit 2
+        ;;
+    esac
+done
 
-[ "${1:-}" != packaging ] || Packages+=$PackagingPackages
+# rows SET...: the rows of these sets, without the set's name.
+rows() {
+    while read -r name package reason; do
+        [[ -n $name && " $* " = *" $name "* ]] && echo "$package $reason"
+    done <<<"$packages"
+    return 0
+}
+
+# archives PACKAGE...: name and size of everything that a system without any package would fetch for them.
+archives() {
+    apt-get -o Dir::State::status=/dev/null -o Dir::Cache::archives=/nonexistent/ -o APT::Install-Recommends=false --print-uris --yes install "$@" |
+        awk '/^.(http|https|file|copy|cdrom):/ { print $2, $3 }' | sort
+}
+
+sizes() {
+    local base set
+    base=$(archives '?priority(required)' apt)
+    for set in "${sets[@]}"; do
+        # shellcheck disable=SC2046 # package names are words
+        comm -13 <(echo "$base") <(archives '?priority(required)' apt $(rows running "$set" | cut -d' ' -f1)) |
+            awk -v set="$set" '{ size += $2 } END { printf "%-10s %4d packages %5d MB\n", set, NR, size / 1e6 }'
+    done
+}
+
+case $action in
+list)
+    rows "${wanted[@]}" | cut -d' ' -f1
+    exit
+    ;;
+sizes)
+    sizes
+    exit
+    ;;
+esac
+
 missing=()
 while read -r package reason; do
     [ -n "$package" ] || continue
@@ -51,7 +115,7 @@ while read -r package reason; do
         printf 'Missing: %-21s %s\n' "$package" "$reason"
         missing+=("$package")
     fi
-done <<<"$Packages"
+done < <(rows "${wanted[@]}")
 [ ${#missing[@]} -gt 0 ] || exit 0
 
 as_root=()

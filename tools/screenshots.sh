@@ -6,7 +6,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-tools/install_packages.sh
-tools/build.sh native toravane-receiver
+tools/install_packages.sh running
+export TORAVANE_TOOLS=$PWD/build/tools
+tools/build.sh tools toravane-receiver
 tools/build.sh desktop
 exec /usr/bin/python3 -B tools/desktop/screenshots.py "$@"

@@ -112,7 +112,7 @@ def main():
     arguments = parse_arguments()
     if arguments.device and (problem := problem_with(arguments.device)):
         sys.exit(problem)
-    build("native", "toravane-receiver")
+    build("tools", "toravane-receiver")
     build("desktop")
 
     # Whatever ends this script, everything that it started ends too.
