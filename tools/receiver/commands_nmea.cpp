@@ -35,7 +35,7 @@ using Values = std::vector<int64_t>;
 Outcome SetSerialPort(Receiver& receiver, const Values& v)
 {
     if (!IsLineRate(static_cast<uint32_t>(v[1]))) return Outcome::OutOfRange;
-    receiver.SwitchTo(v[0] == 0 ? Protocol::SirfBinary : Protocol::Nmea, static_cast<uint32_t>(v[1]));
+    receiver.SwitchForHost(v[0] == 0 ? Protocol::SirfBinary : Protocol::Nmea, static_cast<uint32_t>(v[1]));
     return Outcome::Done;
 }
 
@@ -157,12 +157,13 @@ void HandleNmeaCommand(Receiver& receiver, std::string_view body)
 {
     const std::string_view name = body.substr(0, std::min(body.find(','), body.size()));
     const auto number = name.starts_with("PSRF") ? Number(name.substr(4)) : std::nullopt;
+    if (number && receiver.Muted.psrf.contains(static_cast<int>(*number))) return;
     const CommandRow* known = nullptr;
     for (const CommandRow& row : CommandRows()) {
         if (number && row.number == *number) known = &row;
     }
     const std::string command(name);
-    if (known == nullptr || receiver.RefusesPsrf(known->number)) {
+    if (known == nullptr || receiver.Options.refused.psrf.contains(known->number)) {
         ++receiver.CommandsRefused;
         Explain(receiver, command + " unknown");
         return;

@@ -80,7 +80,7 @@ Bytes InitializationReport(const Receiver& receiver)
     }
     Put(p, fix.everFixed ? static_cast<int32_t>(fix.clockDriftHz) : started.clockHz);
     Put(p, fix.timeKnown ? fix.time.TowCs() : started.towCs);
-    Put(p, fix.timeKnown ? static_cast<uint16_t>(fix.time.Week()) : started.week);
+    Put(p, fix.timeKnown ? fix.Week() : started.week);
     Put(p, started.channels);
     Put(p, kept[24]);
     return p;
@@ -129,7 +129,7 @@ bool SwitchToNmea(Receiver& receiver, Payload p)
     }
     if (p[1] != 2) receiver.Kept.nmeaDebug = p[1] == 0;
     Answer(receiver, Acknowledge(129)); // still at the old rate
-    receiver.SwitchTo(Protocol::Nmea, lineRate);
+    receiver.SwitchForHost(Protocol::Nmea, lineRate);
     return true;
 }
 
@@ -152,7 +152,10 @@ bool SetMessageRate(Receiver& receiver, Payload p)
 bool PollParameter(Receiver& receiver, Payload p)
 {
     const uint8_t mid = p[1];
-    if (SetCommandLength(mid) == 0 || receiver.Refuses(mid)) return false;
+    const CommandList& refused = receiver.Options.refused;
+    if (SetCommandLength(mid) == 0 || refused.mids.contains(mid) || refused.polls.contains(mid)) return false;
+    const CommandList& muted = receiver.Muted;
+    if (muted.mids.contains(mid) || muted.polls.contains(mid)) return true;
     if (mid == 128) {
         Answer(receiver, ParameterReport(InitializationReport(receiver)));
     } else {
@@ -176,7 +179,11 @@ bool PollNavigationParameters(Receiver& receiver, Payload)
 bool Set(Receiver& receiver, Payload p)
 {
     if (!Acceptable(p)) return false;
-    receiver.Kept.commands[p[0]] = Bytes(p.begin(), p.end());
+    Bytes kept(p.begin(), p.end());
+    for (const Alteration& each : receiver.Altered) {
+        if (each.mid == p[0] && each.offset < kept.size()) kept[each.offset] = each.value;
+    }
+    receiver.Kept.commands[p[0]] = kept;
     Answer(receiver, Acknowledge(p[0]));
     return true;
 }
@@ -195,7 +202,7 @@ constexpr CommandRow SpecialCommands[] = {
 bool CarryOut(Receiver& receiver, Payload payload)
 {
     const uint8_t mid = payload[0];
-    if (receiver.Refuses(mid)) return false;
+    if (receiver.Options.refused.mids.contains(mid)) return false;
     for (const CommandRow& row : SpecialCommands) {
         if (row.mid == mid) return payload.size() == row.length && row.carryOut(receiver, payload);
     }
@@ -206,6 +213,7 @@ bool CarryOut(Receiver& receiver, Payload payload)
 
 void HandleSirfCommand(Receiver& receiver, std::span<const uint8_t> payload)
 {
+    if (receiver.Muted.mids.contains(payload[0])) return;
     if (CarryOut(receiver, payload)) {
         ++receiver.CommandsAccepted;
         return;

@@ -89,6 +89,19 @@ GpsTime FromUtc(const UtcDate& date)
     return {ms + static_cast<int64_t>(LeapSecondsOfUtcMs(ms)) * 1000};
 }
 
+UtcDate DaysEarlier(const UtcDate& date, int32_t days)
+{
+    UtcDate earlier = date;
+    DateFromDays(DaysFromDate(date.year, date.month, date.day) - days, earlier);
+    return earlier;
+}
+
+int32_t EpochsBehind(int32_t week, int32_t pivotWeek)
+{
+    const int32_t beyond = week - pivotWeek;
+    return beyond >= 0 ? beyond / WeeksPerEpoch : -((WeeksPerEpoch - 1 - beyond) / WeeksPerEpoch);
+}
+
 std::optional<GpsTime> ParseDate(std::string_view text)
 {
     UtcDate date;

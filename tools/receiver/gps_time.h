@@ -10,6 +10,9 @@ namespace receiver
 
 constexpr int64_t MsPerWeek = 604800000;
 
+// Satellites send the week modulo 1024.
+constexpr int32_t WeeksPerEpoch = 1024, DaysPerEpoch = WeeksPerEpoch * 7;
+
 struct GpsTime {
     int64_t ms = 0; // since 1980-01-06 00:00:00, at least 0
 
@@ -28,6 +31,13 @@ int32_t LeapSeconds(GpsTime time);
 
 UtcDate ToUtc(GpsTime time);
 GpsTime FromUtc(const UtcDate& date);
+
+// The same time of day so many days earlier.
+UtcDate DaysEarlier(const UtcDate& date, int32_t days);
+
+// The whole epochs by which a firmware is behind that takes the week for the one of pivotWeek .. pivotWeek +
+// 1023 that it can be; negative when it is ahead.
+int32_t EpochsBehind(int32_t week, int32_t pivotWeek);
 
 // "YYYY-MM-DDThh:mm:ss" from 1980-01-06 on, nothing for anything else.
 std::optional<GpsTime> ParseDate(std::string_view text);

@@ -32,7 +32,10 @@ OPTIONS
     --firmware TEXT         version text, at most 60 characters
     --refuse LIST           commands that this firmware does not have, by comma: message ids, whose polls are
                             refused as well, and sentences. "--refuse 170,PSRF106" is a receiver without SBAS
-                            parameters and without datums. May be given several times
+                            parameters and without datums; "?139" refuses the poll of 139 alone. May be given
+                            several times
+    --pivot-week N          the first GPS week (0 to 9999) that the firmware thinks possible: a later date than its
+                            1024 weeks is reported 1024 weeks too early, or several times that
     --wrap                  put each SiRF message into a message EE, as some firmware does
 
   World
@@ -50,6 +53,12 @@ OPTIONS
                             lose=P flip=P                chance per byte, both directions
                             checksum=P                   chance per message
                             freeze-after-switch=SECONDS  deaf and mute after a change of protocol or rate
+                            switch-lands-at=RATE         a host's switch ends at this rate
+                            ignore-switches=N            so many of the host's switches change nothing,
+                                                         although a message 129 is acknowledged
+                            mute=LIST                    does not carry out and not answer these commands and
+                                                         polls; LIST as with --refuse
+                            alter=MID:OFFSET:VALUE       keeps VALUE as that byte (0: the MID) of the command
     --script FILE           timed actions, see SCRIPT
 
   Runs
@@ -85,7 +94,9 @@ MESSAGES
 
 SCRIPT
     A line is TIME ACTION [VALUE]; TIME is seconds of the run, '#' begins a comment.
-        lose P, flip P, checksum P, freeze-after-switch SECONDS   as with --fault; 0 ends it
+        lose P, flip P, checksum P, freeze-after-switch SECONDS, switch-lands-at RATE, ignore-switches N
+                          as with --fault; 0 ends it
+        mute LIST, alter MID:OFFSET:VALUE                         as with --fault, in addition
         burst N           N random bytes
         silence SECONDS   sends nothing
         freeze SECONDS    sends nothing and hears nothing

@@ -69,8 +69,8 @@ double GeoidSeparationM(const Geodetic& place)
            24.0 * std::cos(place.latitudeDeg * DegToRad - 0.9) * std::cos(place.longitudeDeg * DegToRad);
 }
 
-Navigator::Navigator(const Track& track, GpsTime start, uint64_t seed)
-    : World(track), Start(start), Seed(seed), Noise(seed ^ 0x6E61766967617465u)
+Navigator::Navigator(const Track& track, GpsTime start, uint64_t seed, std::optional<int32_t> pivotWeek)
+    : World(track), Start(start), PivotWeek(pivotWeek), Seed(seed), Noise(seed ^ 0x6E61766967617465u)
 {
 }
 
@@ -124,6 +124,7 @@ const Fix& Navigator::Update(double runSeconds, const Settings& settings)
 
     State.time = State.timeKnown ? TrueTime(runSeconds)
                                  : GpsTime{static_cast<int64_t>((runSeconds - BeganAt) * 1000.0)};
+    State.epochsBehind = State.timeKnown && PivotWeek ? EpochsBehind(State.time.Week(), *PivotWeek) : 0;
     State.clockDriftHz = 96000.0 + 40.0 * std::sin(runSeconds / 300.0);
     State.clockBiasNs = std::fmod(61000.0 * runSeconds, 1.0e6); // a receiver clock slews each millisecond
     return State;

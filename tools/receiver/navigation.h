@@ -8,6 +8,7 @@
 #include "track.h"
 
 #include <array>
+#include <optional>
 
 namespace receiver
 {
@@ -34,9 +35,10 @@ struct Channel {
 constexpr size_t ChannelCount = 12;
 
 struct Fix {
-    GpsTime time;           // the receiver's idea; counts from 0 while it is not known
-    bool timeKnown = false; // a satellite, or the clock kept over the restart, has told the time
-    bool everFixed = false; // since the last cold start: a position is known
+    GpsTime time;             // the receiver's idea; counts from 0 while it is not known
+    int32_t epochsBehind = 0; // 1024 weeks each, by which the firmware reports the date too early
+    bool timeKnown = false;   // a satellite, or the clock kept over the restart, has told the time
+    bool everFixed = false;   // since the last cold start: a position is known
     FixType type = FixType::None;
     bool differential = false;
     uint8_t used = 0; // satellites in the fix
@@ -53,6 +55,10 @@ struct Fix {
     std::array<Channel, ChannelCount> channels{};
 
     bool Valid() const { return type != FixType::None; }
+
+    // Date and week as the firmware reports them.
+    UtcDate Utc() const { return DaysEarlier(ToUtc(time), epochsBehind * DaysPerEpoch); }
+    uint16_t Week() const { return static_cast<uint16_t>(time.Week() - epochsBehind * WeeksPerEpoch); }
 };
 
 // Metres that the geoid lies above the ellipsoid; a slow made-up undulation of the right size.
@@ -61,7 +67,8 @@ double GeoidSeparationM(const Geodetic& place);
 class Navigator
 {
 public:
-    Navigator(const Track& track, GpsTime start, uint64_t seed);
+    // `pivotWeek`: as in Config.
+    Navigator(const Track& track, GpsTime start, uint64_t seed, std::optional<int32_t> pivotWeek = {});
 
     // As if the receiver had run until just now: time and ephemeris data are kept. For a first hot start.
     void Remember();
@@ -95,6 +102,7 @@ private:
 
     struct Track World;
     GpsTime Start;
+    std::optional<int32_t> PivotWeek;
     uint64_t Seed;
     Random Noise;
     Fix State;

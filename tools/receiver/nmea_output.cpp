@@ -35,7 +35,7 @@ std::string Position(const Fix& fix, const Settings& settings)
 
 std::string Time(const Fix& fix)
 {
-    const UtcDate utc = ToUtc(fix.time);
+    const UtcDate utc = fix.Utc();
     return Format("%02d%02d%02d.%03d", utc.hour, utc.minute, utc.second, utc.ms);
 }
 
@@ -120,7 +120,7 @@ std::vector<std::string> GsvBodies(const Fix& fix)
 
 std::string RmcBody(const Fix& fix, const Settings& settings)
 {
-    const UtcDate utc = ToUtc(fix.time);
+    const UtcDate utc = fix.Utc();
     std::string body =
         "GPRMC," + Time(fix) + Format(",%c,", fix.Valid() ? 'A' : 'V') + Position(fix, settings);
     body += fix.Valid() ? Format(",%.2f,%.2f", Knots(fix), fix.courseDeg) : ",,";
@@ -143,7 +143,7 @@ std::string MssBody(const Settings& settings)
 
 std::string ZdaBody(const Fix& fix)
 {
-    const UtcDate utc = ToUtc(fix.time);
+    const UtcDate utc = fix.Utc();
     return "GPZDA," + Time(fix) + Format(",%02d,%02d,%04d,,", utc.day, utc.month, utc.year);
 }
 

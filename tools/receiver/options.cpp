@@ -1,5 +1,6 @@
 #include "options.h"
 
+#include <algorithm>
 #include <charconv>
 #include <chrono>
 #include <cmath>
@@ -114,7 +115,15 @@ bool SetFirmware(std::string_view value, Options& options, std::string&)
 
 bool SetRefuse(std::string_view value, Options& options, std::string&)
 {
-    return ParseRefusals(value, options.config.refused);
+    return ParseCommandList(value, options.config.refused);
+}
+
+bool SetPivotWeek(std::string_view value, Options& options, std::string&)
+{
+    double week = 0;
+    if (!ParseDouble(value, 0, 9999, week) || week != std::floor(week)) return false;
+    options.config.pivotWeek = static_cast<int32_t>(week);
+    return true;
 }
 
 bool SetFault(std::string_view value, Options& options, std::string& error)
@@ -124,8 +133,11 @@ bool SetFault(std::string_view value, Options& options, std::string& error)
     const auto action = ParseAction(
         std::string(value.substr(0, equals)) + " " + std::string(value.substr(equals + 1)), error);
     if (!action) return false;
-    const bool standing = action->verb == Verb::Lose || action->verb == Verb::Flip ||
-                          action->verb == Verb::Checksum || action->verb == Verb::FreezeAfterSwitch;
+    static constexpr Verb standingVerbs[] = {Verb::Lose,           Verb::Flip,
+                                             Verb::Checksum,       Verb::SwitchLandsAt,
+                                             Verb::IgnoreSwitches, Verb::FreezeAfterSwitch,
+                                             Verb::Mute,           Verb::Alter};
+    const bool standing = std::ranges::find(standingVerbs, action->verb) != std::end(standingVerbs);
     if (standing) options.startFaults.push_back(*action);
     return standing;
 }
@@ -161,6 +173,7 @@ constexpr ValueRow ValueRows[] = {
     {"--seed", SetSeed},
     {"--firmware", SetFirmware},
     {"--refuse", SetRefuse},
+    {"--pivot-week", SetPivotWeek},
     {"--fault", SetFault},
     {"--play", SetPath<&Options::play>},
     {"--script", SetPath<&Options::script>},

@@ -23,7 +23,7 @@ constexpr double Tolerance = 1e-6; // of moments that were added up
 Receiver::Receiver(const Config& config)
     : Options(config),
       Kept(FactorySettings(config.protocol, config.lineRate)),
-      Navigation(config.track, config.start, config.seed),
+      Navigation(config.track, config.start, config.seed, config.pivotWeek),
       Noise(config.seed ^ 0x7265636569766572u)
 {
     if (config.firstStart != Restart::Cold) Navigation.Remember();
@@ -57,6 +57,15 @@ void Receiver::SwitchTo(Protocol protocol, uint32_t rate)
     NmeaCommand.Reset();
     SirfCommand.Reset();
     if (FreezeAfterSwitchS > 0) FrozenUntil = Now + FreezeAfterSwitchS;
+}
+
+void Receiver::SwitchForHost(Protocol protocol, uint32_t rate)
+{
+    if (SwitchesIgnored > 0) {
+        --SwitchesIgnored;
+        return;
+    }
+    SwitchTo(protocol, SwitchLandsAt != 0 ? SwitchLandsAt : rate);
 }
 
 void Receiver::HostByte(uint8_t byte)

@@ -9,9 +9,11 @@
 
 #include <algorithm>
 #include <deque>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace receiver
 {
@@ -23,9 +25,14 @@ struct Burst {
     bool answer = false; // to a command: survives a switch of the line
 };
 
-// Commands that this firmware does not know: MIDs (their polls are refused too) and PSRF numbers.
-struct Refusals {
-    std::set<int> mids, psrf;
+// Commands by name: MIDs with their polls by 168, such polls alone, and PSRF numbers.
+struct CommandList {
+    std::set<int> mids, polls, psrf;
+};
+
+// A set command's byte that comes back as another one, although the command was acknowledged.
+struct Alteration {
+    uint8_t mid = 0, offset = 0, value = 0; // offset from the MID
 };
 
 struct Config {
@@ -36,7 +43,10 @@ struct Config {
     uint32_t lineRate = 4800;
     Restart firstStart = Restart::Cold;
     std::string version = "GSW3.1.1-SW 1.00";
-    Refusals refused;
+    CommandList refused; // that this firmware does not know
+    // Old firmware takes the week for the first one from here on that it can be, and so reports dates that
+    // lie whole 1024 weeks back. Without it the date is right.
+    std::optional<int32_t> pivotWeek;
     bool wrap = false; // each SiRF message inside an EE message, as some two-part firmware sends them
 };
 
@@ -55,13 +65,12 @@ public:
     std::deque<Burst> Output;
 
     // ---- used by the command and output files ----
-    void Send(Bytes message);                        // an answer: always queued
-    void Answer(const Bytes& payload);               // the same for a SiRF payload
-    void SendPeriodic(Bytes message);                // dropped when the line cannot keep up
-    void SwitchTo(Protocol protocol, uint32_t rate); // forgets what was not sent yet
+    void Send(Bytes message);                             // an answer: always queued
+    void Answer(const Bytes& payload);                    // the same for a SiRF payload
+    void SendPeriodic(Bytes message);                     // dropped when the line cannot keep up
+    void SwitchTo(Protocol protocol, uint32_t rate);      // forgets what was not sent yet
+    void SwitchForHost(Protocol protocol, uint32_t rate); // the same, with the faults of a switch
     void RestartAs(Restart kind, bool factoryReset);
-    bool Refuses(int mid) const { return Options.refused.mids.contains(mid); }
-    bool RefusesPsrf(int number) const { return Options.refused.psrf.contains(number); }
 
     Config Options;
     Settings Kept;
@@ -82,6 +91,10 @@ public:
     double SilentUntil = -1; // hears, says nothing
     double FreezeAfterSwitchS = 0;
     double WrongChecksumChance = 0; // per message
+    uint32_t SwitchLandsAt = 0;     // the rate that a host's switch ends at; 0: the one that was asked for
+    uint32_t SwitchesIgnored = 0;   // so many more of the host's switches change nothing
+    CommandList Muted;              // not carried out and not answered
+    std::vector<Alteration> Altered;
 
     // ---- for the status line ----
     uint64_t CommandsAccepted = 0, CommandsRefused = 0, MessagesSent = 0, MessagesDropped = 0;

@@ -11,7 +11,20 @@ namespace receiver
 namespace
 {
 
-enum class Value : uint8_t { None, Chance, Count, Seconds, Track, Restart, Switch, Refusals, Text };
+enum class Value : uint8_t {
+    None,
+    Chance,
+    Count,
+    CountOrNone,
+    Seconds,
+    Rate,
+    Track,
+    Restart,
+    Switch,
+    Commands,
+    Alteration,
+    Text
+};
 
 struct VerbRow {
     std::string_view name;
@@ -26,12 +39,16 @@ constexpr VerbRow VerbRows[] = {
     {"silence", Verb::Silence, Value::Seconds},
     {"freeze", Verb::Freeze, Value::Seconds},
     {"freeze-after-switch", Verb::FreezeAfterSwitch, Value::Seconds},
+    {"switch-lands-at", Verb::SwitchLandsAt, Value::Rate},
+    {"ignore-switches", Verb::IgnoreSwitches, Value::CountOrNone},
+    {"mute", Verb::Mute, Value::Commands},
+    {"alter", Verb::Alter, Value::Alteration},
     {"vanish", Verb::Vanish, Value::Seconds},
     {"tunnel", Verb::Tunnel, Value::Seconds},
     {"track", Verb::Track, Value::Track},
     {"restart", Verb::Restart, Value::Restart},
     {"switch", Verb::Switch, Value::Switch},
-    {"refuse", Verb::Refuse, Value::Refusals},
+    {"refuse", Verb::Refuse, Value::Commands},
     {"text", Verb::Text, Value::Text},
     {"quit", Verb::Quit, Value::None},
 };
@@ -60,6 +77,18 @@ bool ParseDouble(std::string_view text, double low, double high, double& value)
     return error == std::errc() && end == text.data() + text.size() && value >= low && value <= high;
 }
 
+bool ParseByte(std::string_view text, int& value)
+{
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    return error == std::errc() && end == text.data() + text.size() && value >= 0 && value <= 255;
+}
+
+bool ParseRate(std::string_view text, double& rate)
+{
+    return ParseDouble(text, 1, 115200, rate) && std::floor(rate) == rate &&
+           IsLineRate(static_cast<uint32_t>(rate));
+}
+
 bool ParseValue(Value kind, std::string_view rest, Action& action)
 {
     action.text = std::string(rest);
@@ -67,19 +96,22 @@ bool ParseValue(Value kind, std::string_view rest, Action& action)
     case Value::None: return rest.empty();
     case Value::Chance: return ParseDouble(rest, 0, 1, action.number);
     case Value::Count:
-        return ParseDouble(rest, 1, 1000000, action.number) && std::floor(action.number) == action.number;
+    case Value::CountOrNone:
+        return ParseDouble(rest, kind == Value::Count ? 1 : 0, 1000000, action.number) &&
+               std::floor(action.number) == action.number;
     case Value::Seconds: return ParseDouble(rest, 0, 1000000, action.number);
+    case Value::Rate: return rest == "0" || ParseRate(rest, action.number);
     case Value::Track: return TrackByName(rest).has_value();
     case Value::Restart: return rest == "hot" || rest == "warm" || rest == "cold" || rest == "factory";
     case Value::Switch: {
         action.text = std::string(Word(rest));
-        return ProtocolByName(action.text) && ParseDouble(rest, 1, 115200, action.number) &&
-               IsLineRate(static_cast<uint32_t>(action.number));
+        return ProtocolByName(action.text) && ParseRate(rest, action.number);
     }
-    case Value::Refusals: {
-        Refusals refusals;
-        return ParseRefusals(rest, refusals);
+    case Value::Commands: {
+        CommandList commands;
+        return ParseCommandList(rest, commands);
     }
+    case Value::Alteration: return ParseAlteration(rest).has_value();
     case Value::Text: return !rest.empty() && rest.size() <= 80;
     }
     return false;
@@ -134,21 +166,34 @@ std::optional<std::vector<Action>> ReadScript(const std::string& path, std::stri
     return actions;
 }
 
-bool ParseRefusals(std::string_view list, Refusals& refusals)
+bool ParseCommandList(std::string_view list, CommandList& commands)
 {
     while (true) {
         const size_t comma = std::min(list.find(','), list.size());
         std::string_view item = list.substr(0, comma);
         const bool sentence = item.starts_with("PSRF");
         if (sentence) item.remove_prefix(4);
+        const bool poll = !sentence && item.starts_with("?");
+        if (poll) item.remove_prefix(1);
         int number = 0;
-        const auto [end, error] = std::from_chars(item.data(), item.data() + item.size(), number);
-        if (error != std::errc() || end != item.data() + item.size() || number < 1 || number > 255)
-            return false;
-        (sentence ? refusals.psrf : refusals.mids).insert(number);
+        if (!ParseByte(item, number) || number == 0) return false;
+        (sentence ? commands.psrf : poll ? commands.polls : commands.mids).insert(number);
         if (comma == list.size()) return true;
         list.remove_prefix(comma + 1);
     }
+}
+
+std::optional<Alteration> ParseAlteration(std::string_view text)
+{
+    std::array<int, 3> numbers{};
+    for (size_t i = 0; i < numbers.size(); ++i) {
+        const size_t colon = i + 1 < numbers.size() ? text.find(':') : text.size();
+        if (colon == std::string_view::npos || !ParseByte(text.substr(0, colon), numbers[i]))
+            return std::nullopt;
+        text.remove_prefix(std::min(colon + 1, text.size()));
+    }
+    return Alteration{static_cast<uint8_t>(numbers[0]), static_cast<uint8_t>(numbers[1]),
+                      static_cast<uint8_t>(numbers[2])};
 }
 
 std::optional<Protocol> ProtocolByName(std::string_view name)

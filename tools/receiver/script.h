@@ -19,6 +19,10 @@ enum class Verb : uint8_t {
     Silence,           // number: seconds
     Freeze,            // number: seconds
     FreezeAfterSwitch, // number: seconds
+    SwitchLandsAt,     // number: line rate, 0: none
+    IgnoreSwitches,    // number: how many
+    Mute,              // text: list of commands
+    Alter,             // text: MID:OFFSET:VALUE
     Vanish,            // number: seconds
     Tunnel,            // number: seconds
     Track,             // text: name of a track
@@ -42,8 +46,12 @@ std::optional<Action> ParseAction(std::string_view text, std::string& error);
 // A whole script, in order of time; an error names file and line.
 std::optional<std::vector<Action>> ReadScript(const std::string& path, std::string& error);
 
-// "170,PSRF106": adds to `refusals`; false when an item is neither a MID (1..255) nor PSRF and a number.
-bool ParseRefusals(std::string_view list, Refusals& refusals);
+// "170,?139,PSRF106": adds to `commands`; false when an item is neither a MID (1..255), nor '?' and the MID
+// of a poll, nor PSRF and a number.
+bool ParseCommandList(std::string_view list, CommandList& commands);
+
+// "139:4:99", offset and value 0..255; nothing for anything else.
+std::optional<Alteration> ParseAlteration(std::string_view text);
 
 std::optional<Protocol> ProtocolByName(std::string_view name);
 

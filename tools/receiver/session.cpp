@@ -61,7 +61,11 @@ void Session::Perform(const Action& action)
     case Verb::Switch:
         Sim.SwitchTo(*ProtocolByName(action.text), static_cast<uint32_t>(action.number));
         break;
-    case Verb::Refuse: ParseRefusals(action.text, Sim.Options.refused); break;
+    case Verb::SwitchLandsAt: Sim.SwitchLandsAt = static_cast<uint32_t>(action.number); break;
+    case Verb::IgnoreSwitches: Sim.SwitchesIgnored = static_cast<uint32_t>(action.number); break;
+    case Verb::Mute: ParseCommandList(action.text, Sim.Muted); break;
+    case Verb::Alter: Sim.Altered.push_back(ParseAlteration(action.text).value_or(Alteration{})); break;
+    case Verb::Refuse: ParseCommandList(action.text, Sim.Options.refused); break;
     case Verb::Text:
         if (Sim.Kept.protocol == Protocol::Nmea) {
             SendNmeaText(Sim, action.text);

@@ -86,7 +86,7 @@ Bytes MeasuredTracking(const Report& r) // MID 4, 188 bytes
 Bytes ClockStatus(const Report& r) // MID 7, 20 bytes
 {
     Bytes p = {7};
-    Put(p, static_cast<uint16_t>(r.fix.time.Week()));
+    Put(p, r.fix.Week());
     Put(p, r.fix.time.TowCs());
     Put(p, r.fix.used);
     Put(p, Rounded<uint32_t>(r.fix.clockDriftHz));
@@ -234,7 +234,7 @@ std::vector<Bytes> Corrections(const Report& r) // MID 29, 26 bytes a satellite
 Bytes GeodeticNavigation(const Report& r) // MID 41, 91 bytes
 {
     const Fix& fix = r.fix;
-    const UtcDate utc = ToUtc(fix.time);
+    const UtcDate utc = fix.Utc();
     const Geodetic place = InDatum(fix.place, r.settings.datum);
     Bytes p = {41};
     Put(p, static_cast<uint16_t>(fix.Valid() ? 0x0000 : 0x0001)); // 1: bit 0 set: no valid fix
@@ -242,7 +242,7 @@ Bytes GeodeticNavigation(const Report& r) // MID 41, 91 bytes
     if (fix.differential) type |= 0x0080;
     if (fix.Valid() && fix.used >= 5) type |= 0x0200; // overdetermined
     Put(p, type);                                     // 3
-    Put(p, static_cast<uint16_t>(fix.time.Week()));   // 5
+    Put(p, fix.Week());                               // 5
     Put(p, fix.time.TowMs());
     if (fix.timeKnown) {
         Put(p, static_cast<uint16_t>(utc.year)); // 11

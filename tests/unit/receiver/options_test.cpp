@@ -36,8 +36,10 @@ TEST(Options, EachOneIsTakenInBothForms)
                               "--firmware",
                               "X 1",
                               "--refuse",
-                              "170,PSRF106",
+                              "170,?139,PSRF106",
                               "--refuse=53",
+                              "--pivot-week",
+                              "1290",
                               "--fault",
                               "lose=0.5",
                               "--play",
@@ -67,6 +69,8 @@ TEST(Options, EachOneIsTakenInBothForms)
     EXPECT_EQ(options.config.seed, 99u);
     EXPECT_EQ(options.config.version, "X 1");
     EXPECT_EQ(options.config.refused.mids, (std::set<int>{53, 170}));
+    EXPECT_EQ(options.config.refused.polls, (std::set<int>{139}));
+    EXPECT_EQ(options.config.pivotWeek, 1290);
     EXPECT_EQ(options.config.refused.psrf, (std::set<int>{106}));
     ASSERT_EQ(options.startFaults.size(), 1u);
     EXPECT_EQ(options.startFaults[0].number, 0.5);
@@ -107,6 +111,14 @@ TEST(Options, ErrorsAreOneLine)
         {{"--start", "factory"}, "bad value for --start: 'factory'"},
         {{"--seed", "1x"}, "bad value for --seed: '1x'"},
         {{"--refuse", "0"}, "bad value for --refuse: '0'"},
+        {{"--refuse", "?PSRF100"}, "bad value for --refuse: '?PSRF100'"},
+        {{"--pivot-week", "1024.5"}, "bad value for --pivot-week: '1024.5'"},
+        {{"--fault", "switch-lands-at=4801"}, "bad value for switch-lands-at: '4801'"},
+        {{"--fault", "ignore-switches=-1"}, "bad value for ignore-switches: '-1'"},
+        {{"--fault", "mute="}, "bad value for mute: ''"},
+        {{"--fault", "alter=139:4"}, "bad value for alter: '139:4'"},
+        {{"--fault", "alter=139:4:256"}, "bad value for alter: '139:4:256'"},
+        {{"--fault", "alter=139:4:5:6"}, "bad value for alter: '139:4:5:6'"},
         {{"--refuse", ""}, "bad value for --refuse: ''"},
         {{"--fault", "lose"}, "bad value for --fault: 'lose'"},
         {{"--fault", "lose=2"}, "bad value for lose: '2'"},
@@ -126,9 +138,10 @@ TEST(Options, HelpNamesEveryOption)
 {
     const std::string help = HelpText;
     for (const char* option :
-         {"--protocol", "--rate",     "--link",     "--track",  "--position", "--date", "--start",
-          "--seed",     "--firmware", "--refuse",   "--wrap",   "--fault",    "--play", "--script",
-          "--record",   "--speed",    "--duration", "--repeat", "--verbose",  "--help", "--version"}) {
+         {"--protocol",   "--rate",    "--link",     "--track",  "--position", "--date",
+          "--start",      "--seed",    "--firmware", "--refuse", "--wrap",     "--fault",
+          "--pivot-week", "--play",    "--script",   "--record", "--speed",    "--duration",
+          "--repeat",     "--verbose", "--help",     "--version"}) {
         EXPECT_NE(help.find(std::string(" ") + option), std::string::npos) << option;
     }
     Options options;

@@ -293,8 +293,8 @@ TEST(Session, ScriptedActions)
     EXPECT_LT(session.VanishedUntil(), 0);
     Drive(session, 3.9, 5.5);
     EXPECT_NEAR(session.VanishedUntil(), 7, 1e-6);
-    EXPECT_TRUE(session.Sim.Refuses(170));
-    EXPECT_TRUE(session.Sim.RefusesPsrf(106));
+    EXPECT_TRUE(session.Sim.Options.refused.mids.contains(170));
+    EXPECT_TRUE(session.Sim.Options.refused.psrf.contains(106));
     Drive(session, 5.5, 7);
     EXPECT_EQ(session.Sim.Kept.lineRate, 57600u);
     EXPECT_EQ(session.Sim.Kept.protocol, Protocol::SirfBinary);
