@@ -7,7 +7,6 @@
 #include "graph/recorder.h"
 #include "link/link_state.h"
 #include "link/protocol_recognition.h"
-#include "nmea/command_encoder.h"
 #include "nmea/receiver_messages.h"
 #include "nmea/text_page.h"
 #include "resources/resource_ids.h"
@@ -361,8 +360,7 @@ void StampArrival(int control)
 void BeginNmea()
 {
     BeginProtocol(NmeaRecognised);
-    // A hot start makes the receiver print its start-up text, its "Baud rate:" among it.
-    if (!CommandLinePending.load()) NmeaSendFromReader("PSRF101,0,0,0,0,0,0,12,1");
+    AskForStartUpText();
     StoreWorkingPort();
     StoreChosenRate(DialogKind::SwitchToNmea, CONTROL_TO_NMEA_BAUDRATE, L"NmeaBaudrateIdx");
 }

@@ -9,9 +9,14 @@ constexpr uint32_t SentenceSlack = 16;
 
 // Takes one accepted sentence, without '$' and checksum; reader thread. The text is in a buffer as described
 // above and is written into: commas become terminators. The first sentence since the last reset also
-// announces the protocol, empties the text page, hot-starts the receiver, so that it prints its start-up
-// text, and stores the working port and rate. During a search nothing more happens.
+// announces the protocol, empties the text page, asks for the receiver's start-up text, and stores the
+// working port and rate. During a search nothing more happens.
 void NmeaDispatcher(char* sentence);
+
+// Asks the receiver for its start-up text, "Baud rate:" among it; reader thread. It is the only thing that
+// reception ever sends. Provided by app/start_up_text.cpp, by a hot start. A program that links the library
+// `product` without app/ provides its own; one that must not send unasked provides an empty one.
+void AskForStartUpText();
 
 // Everything as when the program starts.
 void ResetNmeaDecoder();

@@ -71,7 +71,7 @@ ROWS = (
      "the sky is not moved without a latitude", "nmea_tests"),
     ("nmea/sentence_decoder.cpp", "        if (!*text) return;\n", "",
      "a control without a number keeps its text", "nmea_dialog_tests"),
-    ("nmea/sentence_decoder.cpp", "if (!CommandLinePending.load()) NmeaSendFromReader", "NmeaSendFromReader",
+    ("app/start_up_text.cpp", "if (!CommandLinePending.load()) NmeaSendFromReader", "NmeaSendFromReader",
      "no hot start while a command line runs", "nmea_tests"),
     ("nmea/sentence_decoder.cpp", "    if (LinkClosing.load(std::memory_order_relaxed)) return;\n", "",
      "nothing is decoded while the port closes", "nmea_tests link_tests communication_tests"),

@@ -295,7 +295,7 @@ class Text(unittest.TestCase):
                       .format(**resets), self.text)
 
     def test_hot_start(self):
-        self.assertEqual(self.text.count(re.search(r'NmeaSendFromReader\("([^"]+)"', Decoder)[1]), 2)
+        self.assertEqual(self.text.count(re.search(r'NmeaSendFromReader\("([^"]+)"', code("app/start_up_text.cpp"))[1]), 2)
 
 
 if __name__ == "__main__":
