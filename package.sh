@@ -88,8 +88,8 @@ for size in Image.open(sys.argv[1]).ico.sizes():
 END
 sed "s/@VERSION@/$version/; s/@DATE@/$date/" packaging/toravane.1 >$debian/man/toravane.1
 packaging/manual_page.py build/tools/toravane-receiver "$version" "$date" >$debian/man/toravane-receiver.1
-packaging/manual_page.py build/tools/toravane-replay "$version" "$date" \
-    "shows what Toravane makes of recorded receiver logs" >$debian/man/toravane-replay.1
+help2man --no-info --section 1 --version-string "$version" --name "shows what Toravane makes of recorded receiver logs" \
+    build/tools/toravane-replay >$debian/man/toravane-replay.1
 (cd $debian && debian/rules binary >/dev/null)
 mv $work/*.deb $output
 

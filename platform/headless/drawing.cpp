@@ -15,7 +15,7 @@ namespace
 
 constexpr DWORD ObjectInUse = 170;
 constexpr COLORREF NoColor = 0xFFFFFFFF; // a failed colour call
-constexpr int MostPixelsAcross = 16384;
+constexpr int MostPixelsAcross = 16400;  // of a chart of 16384, with the padding of its rows
 constexpr int DefaultFont = 17, SystemFont = 13, FirstFont = 10, NullPen = 8, WhitePen = 6;
 constexpr uintptr_t FirstObject = 0x500010, FirstStock = 0x500000 - 0x1000, FirstDc = 0x600010;
 constexpr UINT WmCtlColorListBox = 0x134;

@@ -1,25 +1,23 @@
 #include "files.h"
 
-#include <fstream>
-#include <iterator>
-#include <string>
+#include "common/files.h"
 
 namespace device
 {
 
 Bytes ReadWholeFile(const char* path)
 {
-    std::ifstream in(path, std::ios::binary);
-    Bytes bytes(std::istreambuf_iterator<char>(in), {});
-    if (!in) throw Refusal(std::string("cannot read ") + path);
-    return bytes;
+    std::string error;
+    const auto content = ::ReadWholeFile(path, error);
+    if (!content) throw Refusal(error);
+    return Bytes(content->begin(), content->end());
 }
 
 void WriteWholeFile(const char* path, std::span<const uint8_t> bytes)
 {
-    std::ofstream out(path, std::ios::binary);
-    out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    if (!out.flush()) throw Refusal(std::string("cannot write ") + path);
+    std::string error;
+    const std::string_view content(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    if (!::WriteWholeFile(path, content, error)) throw Refusal(error);
 }
 
 } // namespace device

@@ -1,4 +1,4 @@
-// Whole files in and out; both refuse what cannot be read or written.
+// Whole files in and out; both refuse with path and reason what cannot be read or written.
 #pragma once
 
 #include "bytes.h"

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "common/files.h"
 #include "graph/chart.h"
 #include "graph/surface.h"
 #include "options.h"
@@ -39,6 +40,10 @@ void WriteChartPicture(const std::string& file, int width, int height)
     image.width = static_cast<png_uint_32>(width);
     image.height = static_cast<png_uint_32>(height);
     image.format = PNG_FORMAT_RGB;
-    if (!png_image_write_to_file(&image, file.c_str(), 0, colors.data(), 0, nullptr))
+    png_alloc_size_t size = PNG_IMAGE_PNG_SIZE_MAX(image);
+    std::string content(size, '\0');
+    if (!png_image_write_to_memory(&image, content.data(), &size, 0, colors.data(), 0, nullptr))
         EndWithError(file + ": " + image.message);
+    std::string error;
+    if (!WriteWholeFile(file, std::string_view(content).substr(0, size), error)) EndWithError(error);
 }

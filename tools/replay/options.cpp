@@ -1,112 +1,119 @@
 #include "options.h"
 
-#include <cstdio>
 #include <cstdlib>
-#include <string_view>
+
+#include "common/command_line.h"
 
 namespace
 {
 
-constexpr char Help[] =
-    R"(Usage: toravane-replay [OPTION]... FILE...
+constexpr int LargestChart = 16384; // pixels
 
-Feeds recorded receiver logs, NMEA text or SiRF binary, byte by byte through the reception of Toravane: the same
-code as in the program, without window, port or waiting. Several files are one stream; "-" reads standard input.
+constexpr char Description[] =
+    R"(Feeds recorded receiver logs, NMEA text or SiRF binary, byte by byte through the reception of Toravane: the same
+code as in the program, without window, port or waiting. Several files are one stream.
 
 Without an option it prints the text page: 19 lines as the program's window shows them, trailing blanks included,
-in UTF-8. Each option can be used alone or with others; the outputs then follow each other in this order:
+in UTF-8. Each option can be used alone or with others. The outputs follow each other in the order of this list.)";
 
-  --samples    for each sample that the strip chart records, as it is recorded, one JSON object on a line:
-               {"time":[year,month,day,hour,minute,second],"values":[SVsInFix,HDOP,EHPE,Northing,Easting,VDOP,
-               EVPE,Altitude,Speed,Course]}, numbers with 17 significant digits
-  --page       the text page
-  --stats      four lines: messages of each protocol, the rate that the receiver announced, bytes, and the
-               protocol recognised (NMEA, SiRF, or - for none or both)
-  --messages   the receiver's own text, as the command dialogs show it
-  --sky        as if the SBAS dialog had been open, after the last fix: 13 lines "ID ELEVATION AZIMUTH", degrees
-               with 9 decimals (100 is the Sun, 101 the Moon, both with half a degree added, the others SBAS
-               satellites), then the dialog's three lines: satellites in view, azimuths, elevations. NMEA hands
-               on eight bits of the year only, so its Sun and Moon are those of another year
-  --commands   what the program would have sent to the receiver: one command on a line, sentences as text without
-               their line end, binary frames as hexadecimal bytes
-  --chart FILE writes the strip chart as the program's window would show it, as a PNG picture
-  --size WxH   the chart's size in pixels, 1 to 16384 each; 240x268 if not given
-  --help       this text
-  --version    the program's version
-
-Exit code: 0; 2 for a wrong option or a file that cannot be read or written, with one line on standard error.
+constexpr char Footer[] =
+    R"(Exit status:
+  0  a valid message was in the log
+  1  there was none; a line on standard error warns
+  2  a wrong option, a file that cannot be read or written, output that cannot be written; a line on standard error
 
 Examples:
-  toravane-replay walk.txt
-  toravane-replay --stats --samples drive.srf
-  toravane-replay --chart walk.png --size 240x268 walk.txt
-  cat part1.txt part2.txt | toravane-replay --page -
-)";
+  $ toravane-replay walk.txt
+  $ toravane-replay --stats --samples drive.srf
+  $ toravane-replay --chart walk.png --size 480x268 --zero walk.txt
+  $ cat part1.txt part2.txt | toravane-replay --page -
+  $ toravane-replay --follow /dev/ttyUSB0)";
 
-// "WxH"
-void TakeSize(const char* text, ReplayOptions& options)
+struct Flag {
+    const char* name;
+    bool ReplayOptions::*member;
+    const char* description;
+};
+
+constexpr Flag Outputs[] = {
+    {"--samples", &ReplayOptions::samples,
+     "for each sample that the strip chart records, as it is recorded,\n"
+     "one JSON object on a line: {\"time\":[year,month,day,hour,minute,\n"
+     "second],\"values\":[SVsInFix,HDOP,EHPE,Northing,Easting,VDOP,EVPE,\n"
+     "Altitude,Speed,Course]}, numbers with 17 significant digits"},
+    {"--page", &ReplayOptions::page, "the text page"},
+    {"--stats", &ReplayOptions::stats,
+     "four lines: messages of each protocol, the rate that the receiver\n"
+     "announced, bytes, and the protocol recognised (NMEA, SiRF, or -\n"
+     "for none or both)"},
+    {"--messages", &ReplayOptions::messages, "the receiver's own text, as the command dialogs show it"},
+    {"--sky", &ReplayOptions::sky,
+     "as if the SBAS dialog had been open, after the last fix: 13 lines\n"
+     "\"ID ELEVATION AZIMUTH\", degrees with 9 decimals (100 is the Sun,\n"
+     "101 the Moon, both with half a degree added, the others SBAS\n"
+     "satellites), then the dialog's three lines: satellites in view,\n"
+     "azimuths, elevations. NMEA hands on eight bits of the year only,\n"
+     "so its Sun and Moon are those of another year"},
+    {"--commands", &ReplayOptions::commands,
+     "the commands that the program would have sent to the receiver, one\n"
+     "on a line: sentences as text without their line end, binary frames\n"
+     "as hexadecimal bytes"}};
+
+constexpr Flag Ways[] = {{"--zero", &ReplayOptions::zero,
+                          "northing, easting and altitude of the chart count from the first\n"
+                          "sample, as with the button Zero"},
+                         {"--follow", &ReplayOptions::follow,
+                          "print samples and pages as soon as they change, for a pipe that\n"
+                          "stays open; pages are separated by an empty line"}};
+
+// "WxH"; nothing but digits on both sides.
+std::string TakeSize(const std::string& text, ReplayOptions& options)
 {
-    constexpr int Largest = 16384;
-    int end = 0;
-    const int found = std::sscanf(text, "%5dx%5d%n", &options.chartWidth, &options.chartHeight, &end);
-    const auto fits = [](int pixels) { return pixels >= 1 && pixels <= Largest; };
-    if (found != 2 || text[end] || !fits(options.chartWidth) || !fits(options.chartHeight))
-        EndWithError("no size like 240x268: " + std::string(text));
+    const size_t cross = text.find('x');
+    const std::string_view view = text;
+    const auto width = WholeNumberBetween(view.substr(0, cross), 1, LargestChart);
+    const auto height = cross == std::string::npos
+                            ? std::nullopt
+                            : WholeNumberBetween(view.substr(cross + 1), 1, LargestChart);
+    if (!width || !height) return "'" + text + "' is no size like 240x268, with 1 to 16384 pixels each";
+    options.chartWidth = *width;
+    options.chartHeight = *height;
+    return {};
 }
 
 } // namespace
 
 void EndWithError(const std::string& message)
 {
-    std::fprintf(stderr, "toravane-replay: %s\n", message.c_str());
-    std::exit(2);
+    std::exit(FailTool(ReplayName, message));
 }
 
-void ParseOptions(int argumentCount, char** arguments, ReplayOptions& options)
+std::optional<int> ParseOptions(int argumentCount, const char* const* arguments, ReplayOptions& options)
 {
-    struct Flag {
-        std::string_view name;
-        bool ReplayOptions::*member;
+    CLI::App app(Description, ReplayName);
+    app.get_formatter()->column_width(22);
+    app.footer(Footer);
+    app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+    app.set_version_flag("--version", std::string(ReplayName) + " " TORAVANE_VERSION);
+    app.add_option("FILE", options.files, "logs; \"-\" is standard input")->required()->type_name("");
+    const auto addFlag = [&](const Flag& flag, const char* group) {
+        app.add_flag(flag.name, options.*flag.member, flag.description)->group(group);
     };
-    constexpr Flag Flags[] = {
-        {"--page", &ReplayOptions::page},       {"--stats", &ReplayOptions::stats},
-        {"--samples", &ReplayOptions::samples}, {"--messages", &ReplayOptions::messages},
-        {"--sky", &ReplayOptions::sky},         {"--commands", &ReplayOptions::commands}};
-    bool anyOutput = false, onlyFiles = false;
-    for (int i = 1; i < argumentCount; ++i) {
-        const std::string_view argument = arguments[i];
-        if (onlyFiles || argument == "-" || argument.substr(0, 1) != "-") {
-            options.files.emplace_back(argument);
-            continue;
-        }
-        if (argument == "--") {
-            onlyFiles = true;
-            continue;
-        }
-        if (argument == "--help") {
-            std::fputs(Help, stdout);
-            std::exit(0);
-        }
-        if (argument == "--version") {
-            std::puts("toravane-replay " TORAVANE_VERSION);
-            std::exit(0);
-        }
-        if (argument == "--chart" || argument == "--size") {
-            if (++i == argumentCount)
-                EndWithError(std::string(argument) + " wants a value (--help explains)");
-            if (argument == "--chart") {
-                options.chart = arguments[i];
-                anyOutput = true;
-            } else {
-                TakeSize(arguments[i], options);
-            }
-            continue;
-        }
-        bool known = false;
-        for (const Flag& flag : Flags)
-            if (argument == flag.name) known = anyOutput = options.*flag.member = true;
-        if (!known) EndWithError("unknown option " + std::string(argument) + " (--help lists them)");
-    }
-    if (options.files.empty()) EndWithError("no file given (--help explains)");
+    for (const Flag& flag : Outputs) addFlag(flag, "Output");
+    app.add_option("--chart", options.chart,
+                   "write the strip chart as the window would show it, as a PNG picture")
+        ->type_name("FILE")
+        ->check(NotEmpty)
+        ->group("Output");
+    app.add_option("--size", "the chart's size in pixels, 1 to 16384 each; 240x268 if not given")
+        ->type_name("WxH")
+        ->check([&](const std::string& text) { return TakeSize(text, options); })
+        ->group("How");
+    for (const Flag& flag : Ways) addFlag(flag, "How");
+    if (const auto exitCode = ParseCommandLine(app, argumentCount, arguments)) return exitCode;
+
+    bool anyOutput = !options.chart.empty();
+    for (const Flag& flag : Outputs) anyOutput |= options.*flag.member;
     if (!anyOutput) options.page = true;
+    return std::nullopt;
 }

@@ -53,13 +53,15 @@ void PrintSample()
     std::puts("]}");
 }
 
-void PrintPage()
+std::string PageText()
 {
+    std::string page;
     for (uint32_t i = 0; i < TextLineCount; ++i) {
         wchar_t line[TextLineCapacity];
         CopyTextLine(i, line);
-        PrintLine(line);
+        page += ToUtf8(line) + '\n';
     }
+    return page;
 }
 
 void PrintStats()

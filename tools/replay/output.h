@@ -7,7 +7,7 @@
 void PrintLine(const wchar_t* text); // in UTF-8
 
 void PrintSample();                                           // the channels' values and the fix's time
-void PrintPage();                                             // 19 lines
+std::string PageText();                                       // 19 lines, UTF-8
 void PrintStats();                                            // four lines
 void PrintMessages();                                         // the receiver's text
 void PrintCommands(const std::vector<std::string>& commands); // one on a line

@@ -2,11 +2,17 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
+#include <unistd.h>
+
 #include "chart_picture.h"
+#include "common/command_line.h"
+#include "graph/channels.h"
 #include "graph/recorder.h"
 #include "headless.h"
+#include "link/link_state.h"
 #include "link/reader_thread.h"
 #include "link/write_queue.h"
 #include "output.h"
@@ -18,28 +24,63 @@ namespace
 
 constexpr uint32_t PortNumber = 3;
 
-void Feed(const std::string& name, bool printSamples)
+// Moves the first sample's place to the value 0 of its bands, as the button Zero does, and draws it there.
+void ZeroAtFirstSample()
 {
-    FILE* const file = name == "-" ? stdin : std::fopen(name.c_str(), "rb");
+    for (const Channel channel : {ChannelNorthing, ChannelEasting, ChannelAltitude})
+        GraphChannel[channel].ValueZero.store(GraphChannel[channel].PublishedValue.load());
+    for (GraphChannelRecord& channel : GraphChannel) channel.Previous.y = -1;
+    ResetRecorder();
+    RecordGraphSample();
+}
+
+// One byte through the reception, and the sample that it may complete; more than one it cannot.
+void FeedByte(unsigned char byte, const ReplayOptions& options)
+{
+    const uint32_t samples = GraphSampleCount.load();
+    RouteReceivedByte(byte);
+    if (samples == GraphSampleCount.load()) return;
+    if (options.samples) PrintSample();
+    if (options.zero && GraphSampleCount.load() == 1) ZeroAtFirstSample();
+}
+
+// The page as it is now, if it is another than last time.
+void PrintChangedPage(std::string& last)
+{
+    std::string page = PageText();
+    if (page == last) return;
+    std::printf("%s%s", last.empty() ? "" : "\n", page.c_str());
+    last = std::move(page);
+}
+
+// Bytes from a file: at least one, or all that are there; none at its end. A stream that stays open is not
+// waited for until the buffer is full.
+size_t ReadSome(std::FILE* file, unsigned char* buffer, size_t size, bool follow)
+{
+    if (!follow) return std::fread(buffer, 1, size, file);
+    const ssize_t count = read(fileno(file), buffer, size);
+    return count > 0 ? static_cast<size_t>(count) : 0;
+}
+
+void Feed(const std::string& name, const ReplayOptions& options, std::string& shownPage)
+{
+    std::FILE* const file = name == "-" ? stdin : std::fopen(name.c_str(), "rb");
     if (!file) EndWithError(name + ": " + std::strerror(errno));
-    uint32_t samples = GraphSampleCount.load();
     unsigned char buffer[65536];
-    size_t count;
-    while ((count = std::fread(buffer, 1, sizeof buffer, file)) > 0)
-        for (size_t i = 0; i < count; ++i) {
-            RouteReceivedByte(buffer[i]);
-            if (samples == GraphSampleCount.load()) continue;
-            samples = GraphSampleCount.load(); // a byte completes one message at most
-            if (printSamples) PrintSample();
-        }
-    const bool failed = std::ferror(file);
-    if (failed) EndWithError(name + ": " + std::strerror(errno));
+    errno = 0;
+    while (const size_t count = ReadSome(file, buffer, sizeof buffer, options.follow)) {
+        for (size_t i = 0; i < count; ++i) FeedByte(buffer[i], options);
+        if (!options.follow) continue;
+        if (options.page) PrintChangedPage(shownPage);
+        if (const int failed = FinishOutput(ReplayName)) std::exit(failed);
+    }
+    if (errno) EndWithError(name + ": " + std::strerror(errno));
     if (file != stdin) std::fclose(file);
 }
 
 } // namespace
 
-void Replay(const ReplayOptions& options)
+bool Replay(const ReplayOptions& options)
 {
     HeadlessReset();
     HeadlessPort& port = HeadlessAddPort(PortNumber);
@@ -48,14 +89,14 @@ void Replay(const ReplayOptions& options)
         CreateFileW(L"COM3:", GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     if (!options.chart.empty()) StartChartPicture(options.chartWidth, options.chartHeight);
     if (options.sky) OpenSkyDialog();
-    for (const std::string& file : options.files) Feed(file, options.samples);
+    std::string shownPage;
+    for (const std::string& file : options.files) Feed(file, options, shownPage);
 
     if (!options.chart.empty()) WriteChartPicture(options.chart, options.chartWidth, options.chartHeight);
-    if (options.page) PrintPage();
+    if (options.page) PrintChangedPage(shownPage);
     if (options.stats) PrintStats();
     if (options.messages) PrintMessages();
     if (options.sky) PrintSky();
     if (options.commands) PrintCommands(port.writes);
-    if (std::fflush(stdout) || std::ferror(stdout))
-        EndWithError("standard output: " + std::string(std::strerror(errno)));
+    return NmeaMessageCount.load() + SirfMessageCount.load() > 0;
 }

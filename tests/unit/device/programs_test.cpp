@@ -60,7 +60,9 @@ TEST_F(Programs, MakeImageWritesNothingWhenItRefuses)
     EXPECT_EQ(Output, "p.elf: refused: Thumb code at 0x00011000\n");
     EXPECT_FALSE(std::filesystem::exists(Path("p.exe")));
     EXPECT_EQ(Run(MAKE_IMAGE, "p.elf none.res p.exe"), 1);
-    EXPECT_EQ(Output, "p.elf: refused: cannot read none.res\n");
+    EXPECT_EQ(Output, "p.elf: refused: none.res: No such file or directory\n");
+    EXPECT_EQ(Run(MAKE_IMAGE, "p.elf . p.exe"), 1);
+    EXPECT_EQ(Output, "p.elf: refused: .: Is a directory\n");
     EXPECT_EQ(Run(MAKE_IMAGE, "p.elf p.res"), 2);
 }
 
@@ -72,7 +74,7 @@ TEST_F(Programs, MakeImportsWritesAssemblerSource)
     EXPECT_EQ(Output, "");
     EXPECT_TRUE(std::filesystem::exists(Path("a.s")));
     EXPECT_EQ(Run(MAKE_IMPORTS, "a.exports none/a.s"), 1);
-    EXPECT_EQ(Output, "a.exports: refused: cannot write none/a.s\n");
+    EXPECT_EQ(Output, "a.exports: refused: none/a.s: No such file or directory\n");
     EXPECT_EQ(Run(MAKE_IMPORTS, "a.exports"), 2);
 }
 

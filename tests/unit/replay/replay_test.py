@@ -24,10 +24,10 @@ def run(replay, *arguments, stdin=b""):
     return subprocess.run([replay, *map(str, arguments)], input=stdin, capture_output=True, check=False)
 
 
-def output(replay, *arguments, stdin=b""):
+def output(replay, *arguments, stdin=b"", valid=True):
     result = run(replay, *arguments, stdin=stdin)
-    assert result.returncode == 0, result
-    assert not result.stderr, result
+    assert result.returncode == (0 if valid else 1), result
+    assert bool(result.stderr) != valid, result
     return result.stdout.decode("utf-8")
 
 
@@ -35,21 +35,22 @@ def check_stream(replay, name, data):
     """Everything that the tool prints for a stream of bytes; they come in one piece on its standard input."""
     expected = Reference()
     expected.feed(data)
+    valid = expected.count + expected.frame_count > 0
 
-    page = output(replay, "-", stdin=data)
+    page = output(replay, "-", stdin=data, valid=valid)
     assert page == "".join(line + "\n" for line in expected.lines), f"{name}: page\n{page}"
-    stats = output(replay, "--stats", "-", stdin=data)
+    stats = output(replay, "--stats", "-", stdin=data, valid=valid)
     assert stats == (f"Messages NMEA {expected.count} SiRF {expected.frame_count}\nBaudrate NMEA {expected.reported}\n"
                      f"Bytes {len(data)}\nProtocol {expected.protocol()}\n"), f"{name}: statistics\n{stats}"
-    samples = [json.loads(line) for line in output(replay, "--samples", "-", stdin=data).splitlines()]
+    samples = [json.loads(line) for line in output(replay, "--samples", "-", stdin=data, valid=valid).splitlines()]
     assert len(samples) == len(expected.samples), f"{name}: {len(samples)} samples"
     for number, (sample, wanted) in enumerate(zip(samples, expected.samples)):
         same = sample["time"] == wanted["time"] and all(
             math.isclose(value, other, rel_tol=1e-14, abs_tol=1e-8)  # the two languages' sine and cosine
             for value, other in zip(sample["values"], wanted["values"]))
         assert same, f"{name}: sample {number}\n{sample}\n{wanted}"
-    assert output(replay, "--messages", "-", stdin=data) == expected.text.replace("\r", ""), f"{name}: receiver text"
-    commands = output(replay, "--commands", "-", stdin=data)
+    assert output(replay, "--messages", "-", stdin=data, valid=valid) == expected.text.replace("\r", ""), f"{name}: receiver text"
+    commands = output(replay, "--commands", "-", stdin=data, valid=valid)
     assert commands == (HOT_START + "\n" if expected.count else ""), f"{name}: commands\n{commands}"
     print(f"{name}: {len(data)} bytes, {expected.count} sentences, {expected.frame_count} frames, {len(samples)} samples")
 
@@ -79,12 +80,55 @@ def check_options(replay):
     first.unlink()
     second.unlink()
 
-    assert output(replay, "--help").startswith("Usage: toravane-replay"), "help"
+    for option in ("-h", "--help"):
+        assert "Usage: toravane-replay [OPTIONS] FILE..." in output(replay, option), "help"
     assert output(replay, "--version").startswith("toravane-replay "), "version"
-    for arguments in (["--colour", log], ["no-such-file.txt"], [], ["--stats"], [DATA], ["--", "--stats"]):
+    for arguments, reason in ((["--colour", log], "--colour"),
+                              (["no-such-file.txt"], "no-such-file.txt: No such file or directory"),
+                              ([], "FILE is required"), (["--stats"], "FILE is required"),
+                              ([DATA], "Is a directory"), (["--", "--stats"], "--stats: No such file or directory")):
         result = run(replay, *arguments)
         lines = result.stderr.decode().splitlines()
         assert result.returncode == 2 and len(lines) == 1 and not result.stdout, f"{arguments}: {result}"
+        assert reason in lines[0] and lines[0].startswith("toravane-replay: "), f"{arguments}: {result}"
+
+
+def check_nothing_valid(replay):
+    """A log without a valid message is shown, and noticed."""
+    for data in (b"", b"nothing", b"$GPGGA,1*00\r\n"):
+        result = run(replay, "--stats", "-", stdin=data)
+        assert result.returncode == 1 and result.stdout.startswith(b"Messages NMEA 0 SiRF 0\n"), result
+        assert result.stderr == b"toravane-replay: no valid message of NMEA or SiRF binary was received\n", result
+
+
+def check_failing_output(replay):
+    """Standard output that is full or closed is an error, also for --help."""
+    log = DATA / "walk-south-west.txt"
+    for arguments in (["--help"], ["--version"], [log], ["--samples", log]):
+        for redirection, reason in (("/dev/full", "No space left on device"), ("&-", "Bad file descriptor")):
+            result = subprocess.run(["sh", "-c", f'"$0" "$@" >{redirection}', replay, *map(str, arguments)],
+                                    capture_output=True, text=True, check=False)
+            assert result.returncode == 2, f"{arguments} {redirection}: {result}"
+            assert result.stderr == f"toravane-replay: standard output: {reason}\n", f"{arguments}: {result}"
+
+
+def check_follow(replay):
+    """What comes through a pipe is shown while the pipe is still open."""
+    data = (DATA / "walk-south-west.txt").read_bytes()
+    with subprocess.Popen([replay, "--follow", "--samples", "--page", "-"], stdin=subprocess.PIPE,
+                          stdout=subprocess.PIPE, bufsize=0) as process:
+        process.stdin.write(data)
+        process.stdin.flush()
+        shown = b""
+        while b"Fix:" not in shown:
+            line = process.stdout.readline()
+            assert line, "ended without a page"
+            shown += line
+        shown += process.communicate()[0]
+        assert process.returncode == 0
+    assert shown.endswith(output(replay, log := DATA / "walk-south-west.txt").encode()), "the last page"
+    samples = [line for line in shown.decode().splitlines() if line.startswith("{")]
+    assert samples == output(replay, "--samples", log).splitlines(), "every sample"
 
 
 SATELLITES = {120: -15.5, 122: -142, 124: 21.5, 126: 25, 127: 64, 128: 55, 129: 140, 134: 178, 135: -133, 137: 145,
@@ -114,8 +158,8 @@ def check_satellites(rows, lines, latitude, longitude):
     assert lines == ["".join(line) for line in visible], lines
 
 
-def sky(replay, log, stdin=b""):
-    lines = output(replay, "--sky", log, stdin=stdin).splitlines()
+def sky(replay, log, stdin=b"", valid=True):
+    lines = output(replay, "--sky", log, stdin=stdin, valid=valid).splitlines()
     assert len(lines) == 16, lines
     for line in lines[:13]:
         assert re.fullmatch(r"\d{3}( -?\d+\.\d{9}){2}", line), line
@@ -132,7 +176,7 @@ def geodetic(year, month, day, hour, minute, second, latitude, longitude):
 
 
 def check_sky(replay):
-    rows, lines = sky(replay, "-", b"nothing")
+    rows, lines = sky(replay, "-", b"nothing", valid=False)
     assert set(rows.values()) == {(-90.0, 0.0)} and lines == ["", "", ""], "no fix"
 
     rows, lines = sky(replay, DATA / "walk-south-west.txt")
@@ -171,6 +215,9 @@ def main():
         check_stream(replay, f"{nmea.name} and {sirf.name}", interleave(nmea.read_bytes(), sirf.read_bytes()))
     if folder == DATA:
         check_options(replay)
+        check_nothing_valid(replay)
+        check_failing_output(replay)
+        check_follow(replay)
         check_sky(replay)
     return 0
 
