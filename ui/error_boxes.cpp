@@ -21,6 +21,10 @@ constexpr uint32_t PostedCaptionCount = sizeof PostedCaptions / sizeof *PostedCa
 // must not fill the screen.
 std::atomic<uint8_t> CaptionIsPosted[PostedCaptionCount];
 
+// Counts of the reader's boxes, posted by it and done with by the user-interface thread (shown and closed, or
+// dropped). Each has one writer.
+std::atomic<uint32_t> PostedCount, DoneCount;
+
 // Boxes that wait for the one that is up; user-interface thread.
 struct WaitingBox {
     PostedBox kind;
@@ -62,15 +66,35 @@ void ShowRefusal(uint8_t refused, uint8_t polled)
                  L"firmware.");
     else
         Format(text, L"Command %u\r\rCommand or parameter not accepted.", refused);
-    MessageBoxW(MainWindow.load(), text, L"NAcknowledgment", MB_OK | MB_ICONINFORMATION);
-    // Closing a box enables its owner, which an open dialog needs disabled.
-    if (ActiveDialogWindow.load() && MainWindow.load()) EnableWindow(MainWindow.load(), FALSE);
+    InfoBox(L"NAcknowledgment", text);
 }
 
-// The caption may be posted again.
-void ForgetCaption(uint32_t caption)
+bool Post(PostedBox kind, uint32_t value)
 {
-    if (caption < PostedCaptionCount) CaptionIsPosted[caption].store(0);
+    HWND window = MainWindow.load();
+    return window &&
+           PostMessageW(window, MessagePostedBox, static_cast<WPARAM>(kind), static_cast<LPARAM>(value));
+}
+
+// A further box may be posted in its place.
+void BeDone(const WaitingBox& box)
+{
+    if (box.kind == PostedBox::LastError) {
+        const uint32_t caption = box.value >> 16;
+        if (caption < PostedCaptionCount) CaptionIsPosted[caption].store(0);
+    } else if (DoneCount.load() != PostedCount.load()) { // other programs' messages do not count
+        DoneCount.store(DoneCount.load() + 1);
+    }
+}
+
+// A dialog may have been opened while the main window's box was up. Closing the box enables and activates the
+// main window then; the dialog needs it disabled, and the keyboard for itself.
+void ReturnToDialog()
+{
+    const HWND dialog = ActiveDialogWindow.load(), window = MainWindow.load();
+    if (!dialog || !window) return;
+    EnableWindow(window, FALSE);
+    if (GetActiveWindow() == window) SetFocus(dialog);
 }
 
 void Show(const WaitingBox& box)
@@ -80,7 +104,6 @@ void Show(const WaitingBox& box)
     case PostedBox::LastError:
         if (high >= PostedCaptionCount) return;
         ShowError(low, PostedCaptions[high]);
-        ForgetCaption(high);
         return;
     case PostedBox::CouldOnlyWrite: ShowShortWrite(high, low); return;
     case PostedBox::RefusedCommand:
@@ -93,9 +116,10 @@ void Show(const WaitingBox& box)
 
 HWND BoxOwner()
 {
-    if (HWND active = GetActiveWindow()) return active;
-    if (HWND dialog = ActiveDialogWindow.load()) return dialog;
-    return MainWindow.load();
+    const HWND candidates[] = {GetActiveWindow(), ActiveDialogWindow.load(), MainWindow.load()};
+    for (HWND window : candidates)
+        if (window && IsWindowEnabled(window)) return window;
+    return nullptr;
 }
 
 void InfoBox(const wchar_t* caption, const wchar_t* text)
@@ -118,7 +142,7 @@ void PostLastError(const wchar_t* caption)
         if (!TextEquals(caption, PostedCaptions[i])) continue;
         if (CaptionIsPosted[i].load()) return;
         CaptionIsPosted[i].store(1);
-        PostBox(PostedBox::LastError, i << 16 | (error & 0xFFFF));
+        Post(PostedBox::LastError, i << 16 | (error & 0xFFFF));
         return;
     }
 }
@@ -143,15 +167,18 @@ void ShowShortWrite(uint32_t written, uint32_t count)
 
 void PostBox(PostedBox kind, uint32_t value)
 {
-    if (HWND window = MainWindow.load())
-        PostMessageW(window, MessagePostedBox, static_cast<WPARAM>(kind), static_cast<LPARAM>(value));
+    constexpr uint32_t Enough = MaxWaitingBoxes + 1; // one is up
+    const uint32_t posted = PostedCount.load();
+    if (posted - DoneCount.load() >= Enough) return;
+    PostedCount.store(posted + 1); // first: the box may be done with before the call returns
+    if (!Post(kind, value)) PostedCount.store(posted);
 }
 
 void ShowPostedBox(WPARAM kind, LPARAM value)
 {
     const WaitingBox arrived = {static_cast<PostedBox>(kind), static_cast<uint32_t>(value)};
     if (WaitingCount == MaxWaitingBoxes) {
-        if (arrived.kind == PostedBox::LastError) ForgetCaption(arrived.value >> 16);
+        BeDone(arrived);
         return;
     }
     Waiting[WaitingCount++] = arrived;
@@ -162,6 +189,8 @@ void ShowPostedBox(WPARAM kind, LPARAM value)
         for (uint32_t i = 1; i < WaitingCount; ++i) Waiting[i - 1] = Waiting[i];
         --WaitingCount;
         Show(box);
+        BeDone(box);
+        ReturnToDialog();
     }
     WaitingCount = 0;
     PostedBoxIsUp = false;
@@ -170,6 +199,8 @@ void ShowPostedBox(WPARAM kind, LPARAM value)
 void ResetErrorBoxes()
 {
     for (auto& posted : CaptionIsPosted) posted.store(0);
+    PostedCount.store(0);
+    DoneCount.store(0);
     WaitingCount = 0;
     PostedBoxIsUp = false;
 }

@@ -13,8 +13,9 @@
 // The thread that may show boxes; set once at start.
 extern std::atomic<DWORD> UserInterfaceThread;
 
-// Window that a box belongs to: the active window; when another program is in front, the open dialog or else
-// the main window, so that the box stays modal.
+// Window that a box belongs to: the first of active window (none when another program is in front), open
+// dialog and main window that is enabled, so that the box is modal and closing it enables nothing that must
+// be disabled. Null when none is.
 HWND BoxOwner();
 
 // Box with the information icon.
@@ -46,7 +47,8 @@ enum class PostedBox : uint8_t {
     RefusedCommand, // value: refused message id * 2^8 + id that was being polled
 };
 
-// Reader thread: asks the user-interface thread for a box.
+// Reader thread: asks the user-interface thread for a box. Posts nothing while one is up and eight wait: a
+// receiver that refuses everything at the speed of a fast line would leave that thread no time.
 void PostBox(PostedBox kind, uint32_t value);
 
 // User-interface thread, on MessagePostedBox: shows the box, then those that arrived while it was up, in

@@ -351,9 +351,20 @@ ROWS = (
     ("ui/error_boxes.cpp", "MaxWaitingBoxes = 8;", "MaxWaitingBoxes = 7;", "eight boxes wait", "ui_tests"),
     ("ui/error_boxes.cpp", "        if (CaptionIsPosted[i].load()) return;\n", "", "a call that fails at every sample "
      "shows one box", "ui_tests"),
-    ("ui/error_boxes.cpp", "EnableWindow(MainWindow.load(), FALSE);", ";", "a box over a dialog leaves the main window "
+    ("ui/error_boxes.cpp", "    EnableWindow(window, FALSE);\n", "", "a box over a dialog leaves the main window "
      "disabled", "ui_tests"),
-    ("ui/error_boxes.cpp", "    if (HWND active = GetActiveWindow()) return active;\n", "", "a box belongs to the "
+    ("ui/error_boxes.cpp", "    if (GetActiveWindow() == window) SetFocus(dialog);\n", "",
+     "a dialog that opens behind a box gets the keyboard", "ui_tests"),
+    ("ui/error_boxes.cpp", "    InfoBox(L\"NAcknowledgment\", text);", "    MessageBoxW(MainWindow.load(), text, "
+     "L\"NAcknowledgment\", MB_OK | MB_ICONINFORMATION);", "an open dialog has the keyboard again after a refusal",
+     "ui_tests"),
+    ("ui/error_boxes.cpp", "if (window && IsWindowEnabled(window))", "if (window)", "no disabled window owns a box",
+     "ui_tests"),
+    ("ui/error_boxes.cpp", "    if (posted - DoneCount.load() >= Enough) return;\n", "",
+     "the reader posts nothing while enough boxes wait", "ui_tests"),
+    ("ui/error_boxes.cpp", "else if (DoneCount.load() != PostedCount.load())", "else",
+     "other programs' messages stop no boxes", "ui_tests"),
+    ("ui/error_boxes.cpp", "candidates[] = {GetActiveWindow(), ", "candidates[] = {", "a box belongs to the "
      "active window", "ui_tests"),
     ("ui/dialog_support.cpp", "return GetLastError() == ERROR_ACCESS_DENIED;", "return false;", "a type that may not be "
      "asked for is a keypad device", "ui_tests"),

@@ -1,6 +1,9 @@
 #include "ui/error_boxes.h"
 
+#include "resources/resource_ids.h"
 #include "tests/unit/support/product_test.h"
+#include "ui/dialog_controls.h"
+#include "ui/dialog_support.h"
 
 namespace
 {
@@ -118,6 +121,34 @@ TEST_F(ErrorBoxes, RefusalsAreWorded)
     }
 }
 
+// A receiver that refuses at the speed of a fast line must not fill the queue of the user interface.
+TEST_F(ErrorBoxes, ReaderPostsNothingWhileEnoughBoxesWait)
+{
+    HeadlessCountCalls();
+    for (uint32_t i = 0; i < 1000; ++i) PostBox(PostedBox::RefusedCommand, 128u << 8);
+    uint32_t posted = 0;
+    for (const auto& [call, count] : HeadlessCountedCalls())
+        if (call == "PostMessageW") posted = count;
+    HeadlessClearFaults();
+    EXPECT_EQ(posted, 9u);
+    HeadlessPumpMessages();
+    EXPECT_EQ(HeadlessBoxes().size(), 9u);
+    PostBox(PostedBox::RefusedCommand, 128u << 8); // all have been answered
+    HeadlessPumpMessages();
+    EXPECT_EQ(HeadlessBoxes().size(), 10u);
+}
+
+TEST_F(ErrorBoxes, BoxesThatCouldNotBePostedOrAreNotTheReadersDoNotCount)
+{
+    HeadlessFailCall("PostMessageW", 1, ERROR_NOT_ENOUGH_MEMORY, FailMode::FromHereOn);
+    for (int i = 0; i < 20; ++i) PostBox(PostedBox::CouldOnlyWrite, 99u);
+    HeadlessClearFaults();
+    for (int i = 0; i < 20; ++i) ShowPostedBox(200, 0); // another program's messages
+    PostBox(PostedBox::CouldOnlyWrite, 99u);
+    HeadlessPumpMessages();
+    EXPECT_EQ(HeadlessBoxes().size(), 1u);
+}
+
 TEST_F(ErrorBoxes, StrayMessagesShowNothing)
 {
     ShowPostedBox(200, 0);
@@ -144,6 +175,133 @@ TEST_F(ErrorBoxes, RefusalLeavesTheWindowBehindADialogDisabled)
     PostBox(PostedBox::RefusedCommand, 128u << 8);
     HeadlessPumpMessages();
     EXPECT_FALSE(IsWindowEnabled(MainWindow.load()));
+}
+
+// ---- Boxes over an open dialog ------------------------------------------------------------------------
+
+INT_PTR CALLBACK PowerMaskProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message != WM_INITDIALOG) return HandleCommonMessages(dialog, message, wParam, lParam);
+    InitDialogCommon(dialog);
+    PublishDialog(DialogKind::PowerMask, dialog);
+    return TRUE;
+}
+
+// In both layouts.
+class BoxesOverADialog : public ErrorBoxes, public testing::WithParamInterface<const wchar_t*>
+{
+protected:
+    static constexpr int Field = 1404; // not the first one
+
+    BoxesOverADialog()
+    {
+        HeadlessSetPlatformType(GetParam());
+        ChooseLayout();
+    }
+
+    // Opens a dialog in which a field has the focus, and does something.
+    static void InDialog(const std::function<void(HWND)>& act)
+    {
+        HeadlessUser([&act] {
+            const HWND dialog = HeadlessTopDialog();
+            SetFocus(GetDlgItem(dialog, Field));
+            act(dialog);
+            HeadlessCommand(dialog, IDCANCEL);
+        });
+        ShowDialog(DIALOG_SIRF_POWER_MASK, PowerMaskProcedure);
+    }
+
+    static void Refuse()
+    {
+        PostBox(PostedBox::RefusedCommand, 140u << 8);
+        HeadlessPumpMessages();
+    }
+
+    static void ExpectKeyboardIn(HWND dialog)
+    {
+        EXPECT_TRUE(IsWindowEnabled(dialog));
+        EXPECT_FALSE(IsWindowEnabled(MainWindow.load()));
+        EXPECT_EQ(GetActiveWindow(), dialog);
+        EXPECT_EQ(HeadlessFocus(dialog), Field);
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Layouts, BoxesOverADialog, testing::Values(L"", L"SmartPhone"),
+                         [](const auto& layout) { return layout.index ? "Keypad" : "TouchScreen"; });
+
+TEST_P(BoxesOverADialog, RefusalGivesTheKeyboardBackToTheField)
+{
+    InDialog([](HWND dialog) {
+        for (uint32_t round = 1; round <= 2; ++round) {
+            Refuse();
+            ASSERT_EQ(HeadlessBoxes().size(), round);
+            EXPECT_EQ(HeadlessBoxes().back().owner, dialog);
+            ExpectKeyboardIn(dialog);
+        }
+    });
+    EXPECT_TRUE(IsWindowEnabled(MainWindow.load()));
+}
+
+TEST_P(BoxesOverADialog, RefusalsInARowGiveTheKeyboardBackToTheField)
+{
+    InDialog([](HWND dialog) {
+        PostBox(PostedBox::RefusedCommand, 140u << 8);
+        Refuse();
+        ASSERT_EQ(HeadlessBoxes().size(), 2u);
+        EXPECT_EQ(HeadlessBoxes()[1].owner, dialog);
+        ExpectKeyboardIn(dialog);
+    });
+}
+
+TEST_P(BoxesOverADialog, RefusalDuringABoxOfTheDialogsOwnBelongsToThatBox)
+{
+    InDialog([](HWND dialog) {
+        bool boxWasUsable = false, dialogWasUsable = true;
+        HeadlessDuringBox([&] {
+            const HWND own = GetActiveWindow();
+            Refuse();
+            ASSERT_EQ(HeadlessBoxes().size(), 2u);
+            EXPECT_EQ(HeadlessBoxes()[1].owner, own);
+            boxWasUsable = IsWindowEnabled(own) && GetActiveWindow() == own;
+            dialogWasUsable = IsWindowEnabled(dialog);
+        });
+        InfoBox(L"Tracking Mask", L"Range 20-50 dB-Hz");
+        EXPECT_TRUE(boxWasUsable);
+        EXPECT_FALSE(dialogWasUsable);
+        ExpectKeyboardIn(dialog);
+    });
+}
+
+// Another program is in front, and what is left of this one is a dialog with a box, whose window is not
+// known.
+TEST_P(BoxesOverADialog, NoDisabledWindowOwnsABox)
+{
+    InDialog([](HWND dialog) {
+        HeadlessDuringBox([] {
+            HeadlessOtherProgramInFront(true);
+            EXPECT_EQ(BoxOwner(), nullptr);
+            HeadlessOtherProgramInFront(false);
+        });
+        InfoBox(L"Tracking Mask", L"Range 20-50 dB-Hz");
+        ExpectKeyboardIn(dialog);
+    });
+}
+
+// The main window's own box is up when a dialog opens.
+TEST_P(BoxesOverADialog, BoxThatWasThereBeforeTheDialogGivesItTheKeyboard)
+{
+    HWND opened = nullptr;
+    HeadlessDuringBox([&] {
+        opened = CreateWindowExW(0, L"MainWindow", L"", WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr, nullptr,
+                                 nullptr);
+        PublishDialog(DialogKind::PowerMask, opened);
+    });
+    SetFocus(MainWindow.load());
+    Refuse();
+    EXPECT_FALSE(IsWindowEnabled(MainWindow.load()));
+    EXPECT_EQ(GetFocus(), opened);
+    WithdrawDialog();
+    DestroyWindow(opened);
 }
 
 TEST_F(ErrorBoxes, BoxesBelongToTheActiveWindowElseToTheDialogElseToTheMainWindow)
