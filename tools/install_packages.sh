@@ -56,6 +56,9 @@ packaging  lintian              checks the Debian packages
 packaging  nsis                 makes the installer for Windows
 packaging  pandoc               makes the guide as one HTML file
 packaging  zip                  makes the portable archive
+
+web        chromium             tests of the page, without a display
+web        firefox-esr          tests of the page with a real serial port
 '
 
 sets=(running testing packaging web)

@@ -1,0 +1,24 @@
+import js from "@eslint/js";
+import globals from "globals";
+
+export default [
+    js.configs.recommended,
+    {
+        files: ["page/**/*.js"],
+        languageOptions: { globals: { ...globals.browser, ...globals.serviceworker } },
+        linterOptions: { reportUnusedDisableDirectives: "error" },
+        rules: {
+            eqeqeq: "error",
+            "no-implicit-globals": "error",
+            "no-restricted-properties": [
+                "error",
+                // A receiver's texts hold any character: they are shown as texts only.
+                { property: "innerHTML" },
+                { property: "outerHTML" },
+                { property: "insertAdjacentHTML" },
+            ],
+            "no-var": "error",
+            "prefer-const": "error",
+        },
+    },
+];
