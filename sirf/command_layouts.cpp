@@ -118,13 +118,15 @@ constexpr CommandField DgpsModeFields[] = {
     {Number, CONTROL_DGPS_TIMEOUT, 2, 1, 0, 255, L"DGPS TimeOut", L"Range 0-255 s"},
 };
 
-// Wider than the text says, on purpose: the number is tested as typed, against limits in tenths.
-constexpr int32_t MinMaskTyped = -200, MaxMaskTyped = 900;
-constexpr const wchar_t* MaskRange = L"Range -20.0 to 90.0 \u00B0";
+constexpr CommandField MaskField(uint16_t control, uint8_t offset, const wchar_t* caption)
+{
+    // On purpose dialogs test the number of degrees as typed against limits in tenths.
+    return {Tenths, control, offset, 2, -20, 90, caption, L"Range -20.0 to 90.0 \u00B0", {}, nullptr, 10};
+}
 
 constexpr CommandField ElevationMaskFields[] = {
-    {Tenths, CONTROL_ELEVATION_TRACKING, 1, 2, MinMaskTyped, MaxMaskTyped, L"Tracking Mask", MaskRange},
-    {Tenths, CONTROL_ELEVATION_NAVIGATION, 3, 2, MinMaskTyped, MaxMaskTyped, L"Navigation Mask", MaskRange},
+    MaskField(CONTROL_ELEVATION_TRACKING, 1, L"Tracking Mask"),
+    MaskField(CONTROL_ELEVATION_NAVIGATION, 3, L"Navigation Mask"),
 };
 
 constexpr CommandField PowerMaskFields[] = {
@@ -158,6 +160,29 @@ constexpr CommandField SbasFields[] = {
     ListField(CONTROL_SBAS_TIMEOUT, 3, L"Timeout", SbasTimeouts),
 };
 
+constexpr uint8_t PrnIsChosen = 0x08, TimeoutIsChosen = 0x01; // flags of a command 170
+constexpr uint32_t PrnOffset = 1, FlagsOffset = 3;
+
+// The satellite's entry becomes its number, and a flag says that there is one.
+void EncodeSbas(uint8_t* payload)
+{
+    if (!payload[PrnOffset]) return;
+    payload[PrnOffset] = static_cast<uint8_t>(payload[PrnOffset] + SbasEntryToPrn);
+    payload[FlagsOffset] |= PrnIsChosen;
+}
+
+// The satellite becomes its list entry, the flags become the one that chooses the time-out.
+void DecodeSbas(uint8_t* payload)
+{
+    constexpr uint8_t FirstPrn = 120, Auto = 0, NoEntry = 0xFF;
+    const uint8_t prn = payload[PrnOffset];
+    if (!prn || !(payload[FlagsOffset] & PrnIsChosen))
+        payload[PrnOffset] = Auto;
+    else
+        payload[PrnOffset] = prn < FirstPrn ? NoEntry : static_cast<uint8_t>(prn - SbasEntryToPrn);
+    payload[FlagsOffset] &= TimeoutIsChosen;
+}
+
 constexpr CommandField AdvancedPowerManagementFields[] = {
     CheckField(CONTROL_APM_ENABLED, 1, 1, L"APM Enabled"),
     {Number, CONTROL_APM_CYCLES, 2, 1, 0, 255, L"Number of Fixes", L"Range 0-255"},
@@ -180,10 +205,12 @@ constexpr CommandField SetMessageRateFields[] = {
 // Not constant expressions: a faulty layout stops the compiler here.
 void FieldIsMisplaced() {}
 void PayloadIsTooLong() {}
+void FieldsAreTooMany() {}
 
-// A layout whose fields lie inside the payload, behind the message id, without overlapping.
+// A layout whose fields lie inside the payload, after the message id, without overlapping.
 consteval CommandLayout Layout(uint8_t command, uint8_t length, DialogKind dialog,
-                               std::span<const CommandField> fields)
+                               std::span<const CommandField> fields,
+                               SettingsPoll poll = SettingsPoll::Settings)
 {
     uint32_t used = 1;
     for (const CommandField& field : fields) {
@@ -192,7 +219,15 @@ consteval CommandLayout Layout(uint8_t command, uint8_t length, DialogKind dialo
         used |= bytes;
     }
     if (length > MaxCommandLength) PayloadIsTooLong();
-    return {command, length, dialog, fields};
+    if (fields.size() > MaxCommandFields) FieldsAreTooMany();
+    return {command, length, dialog, poll, fields};
+}
+
+consteval CommandLayout Layout(CommandLayout layout, void (*encode)(uint8_t*), void (*decode)(uint8_t*))
+{
+    layout.encode = encode;
+    layout.decode = decode;
+    return layout;
 }
 
 } // namespace
@@ -211,10 +246,11 @@ constexpr CommandLayout StaticNavigationLayout =
     Layout(143, 2, Kind::StaticNavigation, StaticNavigationFields);
 constexpr CommandLayout TricklePowerLayout = Layout(151, 9, Kind::TricklePower, TricklePowerFields);
 constexpr CommandLayout LowPowerLayout = Layout(167, 15, Kind::LowPower, LowPowerFields);
-constexpr CommandLayout SbasLayout = Layout(170, 6, Kind::Sbas, SbasFields);
-constexpr CommandLayout AdvancedPowerManagementLayout =
-    Layout(53, 12, Kind::AdvancedPowerManagement, AdvancedPowerManagementFields);
-constexpr CommandLayout SetMessageRateLayout = Layout(166, 8, Kind::SirfSetMessageRate, SetMessageRateFields);
+constexpr CommandLayout SbasLayout = Layout(Layout(170, 6, Kind::Sbas, SbasFields), EncodeSbas, DecodeSbas);
+constexpr CommandLayout AdvancedPowerManagementLayout = Layout(
+    53, 12, Kind::AdvancedPowerManagement, AdvancedPowerManagementFields, SettingsPoll::NavigationParameters);
+constexpr CommandLayout SetMessageRateLayout =
+    Layout(166, 8, Kind::SirfSetMessageRate, SetMessageRateFields, SettingsPoll::Nothing);
 
 constexpr std::span<const wchar_t* const> DgpsSourceNames = DgpsSources;
 constexpr std::span<const wchar_t* const> UpdateRateTexts = UpdateRates;

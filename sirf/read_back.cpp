@@ -7,6 +7,7 @@
 #include "resources/resource_ids.h"
 #include "sirf/command_layouts.h"
 #include "sirf/message_fields.h"
+#include "sirf/setting_values.h"
 #include "text/copy.h"
 #include "text/format.h"
 #include "ui/active_dialog.h"
@@ -47,36 +48,24 @@ void ShowCheck(HWND dialog, int control, bool checked)
     SendDlgItemMessageW(dialog, control, BM_SETCHECK, checked ? BST_CHECKED : BST_UNCHECKED, 0);
 }
 
-// Shows a payload number as its control holds it. Numbers are shown without a sign, on purpose: a negative
-// one reads as a large one.
-void ShowField(HWND dialog, const CommandField& field, uint32_t value)
+void ShowValue(HWND dialog, const CommandField& field, int64_t value)
 {
-    switch (field.kind) {
-    case FieldKind::Number:
-    case FieldKind::NumberList: ShowNumber(dialog, field.control, value); return;
-    case FieldKind::Hundredths: ShowNumber(dialog, field.control, value / 100); return;
-    case FieldKind::FivePercent: ShowNumber(dialog, field.control, value * 5); return;
-    case FieldKind::Check: ShowCheck(dialog, field.control, value != 0); return;
-    case FieldKind::Tenths: {
-        wchar_t text[16];
-        Format(text, L"%.1f", value * 0.1);
-        SetDlgItemTextW(dialog, field.control, text);
-        return;
-    }
-    case FieldKind::List: {
-        const bool exists = value < field.entries.size();
+    if (field.kind == FieldKind::Check) {
+        ShowCheck(dialog, field.control, value != 0);
+    } else if (field.kind == FieldKind::List) {
         SendDlgItemMessageW(dialog, field.control, ListMessages.setSelection,
-                            exists ? value : static_cast<WPARAM>(-1), 0);
-        return;
-    }
+                            AcceptsValue(field, value) ? static_cast<WPARAM>(value) : static_cast<WPARAM>(-1),
+                            0);
+    } else {
+        wchar_t text[ValueTextCapacity];
+        WriteValue(field, value, text);
+        SetDlgItemTextW(dialog, field.control, text);
     }
 }
 
-// Shows the settings of a command, given as the command's payload.
-void ShowSettings(HWND dialog, const CommandLayout& layout, const uint8_t* payload)
+void ShowValues(HWND dialog, const CommandLayout& layout, const SettingValues& values)
 {
-    for (const CommandField& field : layout.fields)
-        ShowField(dialog, field, ReadBigEndian(payload + field.offset, field.width));
+    for (size_t i = 0; i < layout.fields.size(); ++i) ShowValue(dialog, layout.fields[i], values[i]);
 }
 
 // ---- Settings that are not shown as they come ---------------------------------------------------------
@@ -99,43 +88,9 @@ void ShowResetConfiguration(HWND dialog, uint8_t map)
 }
 
 // DGPS Source: the beacon's frequency and bit rate count only for that source.
-void ClearUnusedBeacon(uint8_t* payload)
+void ClearUnusedBeacon(SettingValues& values)
 {
-    if (payload[1] != InternalBeacon) std::memset(payload + 2, 0, DgpsSourceLayout.length - 2u);
-}
-
-// SBAS: the satellite becomes its list entry, the flags become the one that chooses the time-out.
-void ChooseSbasEntries(uint8_t* payload)
-{
-    constexpr uint8_t FirstPrn = 120, PrnIsChosen = 0x08, TimeoutIsChosen = 0x01, Auto = 0, NoEntry = 0xFF;
-    const uint8_t prn = payload[1], flags = payload[3];
-    if (!prn || !(flags & PrnIsChosen))
-        payload[1] = Auto;
-    else
-        payload[1] = prn < FirstPrn ? NoEntry : static_cast<uint8_t>(prn - SbasEntryToPrn);
-    payload[3] = flags & TimeoutIsChosen;
-}
-
-// Advanced Power Management: its settings as its own command would set them.
-void ShowPowerManagement(HWND dialog)
-{
-    constexpr uint32_t Enabled = 57, Cycles = 59, TimeBetweenFixes = 61, MaxErrors = 62, MaxResponseTime = 63,
-                       Priorities = 64;
-    const uint8_t* const answer = NavigationParameterRecord;
-    const uint8_t payload[] = {
-        AdvancedPowerManagementLayout.command,
-        static_cast<uint8_t>(answer[Enabled] >> 7),
-        answer[Cycles],
-        answer[TimeBetweenFixes],
-        0,
-        static_cast<uint8_t>(answer[MaxErrors] >> 4),
-        static_cast<uint8_t>(answer[MaxErrors] & 15),
-        answer[MaxResponseTime],
-        static_cast<uint8_t>(answer[Priorities] >> 2 & 3),
-        static_cast<uint8_t>(answer[Enabled] & 31),
-        static_cast<uint8_t>(answer[Priorities] & 3),
-    };
-    ShowSettings(dialog, AdvancedPowerManagementLayout, payload);
+    if (values[0] != InternalBeacon) values[1] = values[2] = 0;
 }
 
 // ---- DGPS ---------------------------------------------------------------------------------------------
@@ -203,15 +158,18 @@ void ShowOkToSend(const uint8_t* payload)
 void ShowNavigationParameters(const uint8_t* payload)
 {
     constexpr Field<uint32_t> MaxSearchTimeMs{49}, MaxOffTimeMs{53};
-    constexpr uint8_t WithPowerManagement = 1; // of byte 1
     KeepRecord(NavigationParameterRecord, payload, NavigationParametersLength);
     if (HWND dialog = OpenDialogOfKind(DialogKind::LowPower)) {
         ShowNumber(dialog, CONTROL_LOW_POWER_MAX_OFF_TIME, Get(NavigationParameterRecord, MaxOffTimeMs));
         ShowNumber(dialog, CONTROL_LOW_POWER_MAX_SEARCH_TIME,
                    Get(NavigationParameterRecord, MaxSearchTimeMs));
     }
-    if (NavigationParameterRecord[1] != WithPowerManagement) return;
-    if (HWND dialog = OpenDialogOfKind(DialogKind::AdvancedPowerManagement)) ShowPowerManagement(dialog);
+    SettingValues values;
+    const CommandLayout& layout = AdvancedPowerManagementLayout;
+    HWND dialog = OpenDialogOfKind(layout.dialog);
+    if (dialog &&
+        ReadAnswer(layout, NavigationParameterRecord, NavigationParametersLength, Signs::Dropped, values))
+        ShowValues(dialog, layout, values);
 }
 
 void ShowDgpsStatus(const uint8_t* payload)
@@ -283,16 +241,14 @@ void ShowCommandParameters(const uint8_t* payload, uint32_t length)
 {
     KeepRecord(ParameterRecord, payload, length);
     const CommandLayout* const layout = FindPolledCommand(ParameterRecord[1]);
-    if (!layout || length < layout->length + 1u) return;
+    SettingValues values;
+    if (!layout || !ReadAnswer(*layout, payload, length, Signs::Dropped, values)) return;
     HWND dialog = OpenDialogOfKind(layout->dialog);
     if (!dialog) return;
-
-    uint8_t settings[MaxCommandLength]; // the command's payload, its message id first
-    KeepRecord(settings, ParameterRecord + 1, sizeof settings);
-    if (layout == &InitializeDataSourceLayout) ShowResetConfiguration(dialog, settings[24]);
-    if (layout == &DgpsSourceLayout) ClearUnusedBeacon(settings);
-    if (layout == &SbasLayout) ChooseSbasEntries(settings);
-    ShowSettings(dialog, *layout, settings);
+    if (layout == &InitializeDataSourceLayout)
+        ShowResetConfiguration(dialog, ParameterRecord[1 + ResetConfigurationOffset]);
+    if (layout == &DgpsSourceLayout) ClearUnusedBeacon(values);
+    ShowValues(dialog, *layout, values);
 }
 
 void ShowSbasSatellites(const TrackedSatellite* satellites, uint32_t count)

@@ -75,7 +75,7 @@ template <typename Char> int32_t ParseInteger(const Char* text)
     return static_cast<int32_t>(negative ? -magnitude : magnitude);
 }
 
-bool ParseWholeNumber(const wchar_t* text, int32_t& value)
+template <typename Char> bool ParseWholeNumber(const Char* text, int32_t& value)
 {
     text = SkipBlanks(text);
     const bool negative = TakeSign(text);
@@ -115,7 +115,37 @@ template <typename Char> double ParseDecimal(const Char* text)
     return negative ? -value : value;
 }
 
+template <typename Char> bool ParseFixedPoint(const Char* text, uint32_t decimals, int64_t& value)
+{
+    constexpr int64_t Limit = static_cast<int64_t>(MaxDecimal);
+    text = SkipBlanks(text);
+    const bool negative = TakeSign(text);
+    int64_t magnitude = 0;
+    uint32_t digits = 0, places = 0;
+    bool point = false;
+    for (;; ++text) {
+        if (*text == '.' && !point && decimals) {
+            point = true;
+            continue;
+        }
+        if (!IsDigit(*text)) break;
+        if (point && places == decimals) return false;
+        magnitude = magnitude * 10 + static_cast<int64_t>(*text - '0');
+        if (magnitude > Limit) return false;
+        ++digits;
+        if (point) ++places;
+    }
+    if (!digits || *SkipBlanks(text)) return false;
+    for (; places < decimals; ++places) magnitude *= 10;
+    value = negative ? -magnitude : magnitude;
+    return true;
+}
+
 template int32_t ParseInteger(const char*);
 template int32_t ParseInteger(const wchar_t*);
+template bool ParseWholeNumber(const char*, int32_t&);
+template bool ParseWholeNumber(const wchar_t*, int32_t&);
 template double ParseDecimal(const char*);
 template double ParseDecimal(const wchar_t*);
+template bool ParseFixedPoint(const char*, uint32_t, int64_t&);
+template bool ParseFixedPoint(const wchar_t*, uint32_t, int64_t&);

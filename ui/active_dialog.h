@@ -2,36 +2,9 @@
 #pragma once
 
 #include <atomic>
-#include <cstdint>
 
 #include "platform/platform.h"
-
-enum class DialogKind : uint32_t {
-    None = 0,
-    About = 1,
-    Communication = 2,
-    SetSerialPort = 3,
-    NavigationInitialization = 4,
-    NmeaSetMessageRate = 5,
-    DevelopmentData = 6,
-    SelectDatum = 7,
-    AdvancedPowerManagement = 8,
-    InitializeDataSource = 9,
-    SwitchToNmea = 10,
-    PollSoftwareVersion = 11,
-    DgpsSource = 12,
-    ModeControl = 13,
-    DopMask = 14,
-    DgpsMode = 15,
-    ElevationMask = 16,
-    PowerMask = 17,
-    StaticNavigation = 18,
-    TricklePower = 19,
-    SirfSetMessageRate = 20,
-    LowPower = 21,
-    Sbas = 22,
-    GraphOptions = 23,
-};
+#include "ui/dialog_kind.h"
 
 // The top-level window; written once by the user-interface thread, null before it exists and after.
 extern std::atomic<HWND> MainWindow;

@@ -9,24 +9,14 @@
 namespace
 {
 
-constexpr uint32_t NumberTextCapacity = 256;
-constexpr uint32_t DecimalTextCapacity = 21; // twenty characters and the terminator
+constexpr uint32_t MaxDecimalCharacters = 20; // what is typed beyond them is not read
 
 bool IsKeypadList(HWND dialog, int control)
 {
     return LayoutOffset() && SendDlgItemMessageW(dialog, control, LB_GETCOUNT, 0, 0) > 0;
 }
 
-template <uint32_t Capacity> void ReadControlText(HWND dialog, int control, wchar_t (&text)[Capacity])
-{
-    text[0] = 0;
-    if (IsKeypadList(dialog, control))
-        GetSelectedListText(dialog, control, text, Capacity);
-    else
-        GetDlgItemTextW(dialog, control, text, Capacity);
-}
-
-// Whether a notification, of whatever kind of control, is about the focus.
+// True for a focus notification from any control.
 bool TellsOfFocus(uint16_t code)
 {
     return code == BN_SETFOCUS || code == LBN_SETFOCUS || code == CBN_SETFOCUS || code == EN_SETFOCUS;
@@ -52,9 +42,18 @@ void MakeListLeafable(HWND dialog, int control)
     if (LayoutOffset()) SendDlgItemMessageW(dialog, control, SetListMode, 0, Leaf);
 }
 
+void ReadControlText(HWND dialog, int control, wchar_t (&text)[ControlTextCapacity])
+{
+    text[0] = 0;
+    if (IsKeypadList(dialog, control))
+        GetSelectedListText(dialog, control, text, ControlTextCapacity);
+    else
+        GetDlgItemTextW(dialog, control, text, ControlTextCapacity);
+}
+
 bool ReadNumber(HWND dialog, int control, int32_t& value)
 {
-    wchar_t text[NumberTextCapacity];
+    wchar_t text[ControlTextCapacity];
     ReadControlText(dialog, control, text);
     return ParseWholeNumber(text, value);
 }
@@ -73,8 +72,9 @@ bool ReadNumberInRange(HWND dialog, int control, int32_t low, int32_t high, cons
 
 double ReadDecimal(HWND dialog, int control)
 {
-    wchar_t text[DecimalTextCapacity];
+    wchar_t text[ControlTextCapacity];
     ReadControlText(dialog, control, text);
+    text[MaxDecimalCharacters] = 0;
     return ParseDecimal(text);
 }
 

@@ -20,6 +20,10 @@ void MakeListLeafable(HWND dialog, int control);
 
 // ---- Numbers ------------------------------------------------------------------------------------------
 
+// A control's text, cut to its room; of a list box the selected entry.
+constexpr uint32_t ControlTextCapacity = 256;
+void ReadControlText(HWND dialog, int control, wchar_t (&text)[ControlTextCapacity]);
+
 // The whole number at the start of a control's text: blanks, a sign, digits; what stands behind is ignored.
 // Of a list box the selected entry is the text. False, with `value` untouched, when no number of 32 bits
 // stands there.

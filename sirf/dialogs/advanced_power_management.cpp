@@ -7,6 +7,6 @@ void ShowAdvancedPowerManagementDialog()
 {
     static constexpr SirfDialog Dialog = {DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT,
                                           &AdvancedPowerManagementLayout, CONTROL_APM_GET, CONTROL_APM_SET,
-                                          SirfPoll::NavigationParameters};
+                                          SettingsPoll::NavigationParameters};
     ShowSirfDialog(Dialog);
 }

@@ -15,54 +15,24 @@ namespace
 
 const SirfDialog* Current = nullptr; // modal, so there is one
 
+constexpr uint32_t MaxDecimalCharacters = 20; // what is typed beyond them is not read
+
 // ---- Fields -------------------------------------------------------------------------------------------
 
-bool ReadWholeNumber(HWND dialog, const CommandField& field, int32_t& value)
-{
-    return ReadNumber(dialog, field.control, value) && value >= field.low && value <= field.high &&
-           (!field.accepts || field.accepts(value));
-}
-
-// A negative number becomes the two's complement that the receiver takes it for.
-bool ReadTenths(HWND dialog, const CommandField& field, int32_t& value)
-{
-    const double number = ReadDecimal(dialog, field.control);
-    if (number < field.low || number > field.high) return false;
-    value = static_cast<int32_t>(number * 10.0 + 0.5);
-    return true;
-}
-
-// The payload number that a control holds; false when it is not acceptable.
-bool ReadField(HWND dialog, const CommandField& field, int32_t& value)
+// The value that a control holds; false when it is not acceptable.
+bool ReadField(HWND dialog, const CommandField& field, int64_t& value)
 {
     switch (field.kind) {
-    case FieldKind::Number:
-    case FieldKind::NumberList: return ReadWholeNumber(dialog, field, value);
-    case FieldKind::Hundredths:
-        if (!ReadWholeNumber(dialog, field, value)) return false;
-        value *= 100;
-        return true;
-    case FieldKind::FivePercent:
-        if (!ReadWholeNumber(dialog, field, value)) return false;
-        value /= 5;
-        return true;
-    case FieldKind::Tenths: return ReadTenths(dialog, field, value);
-    case FieldKind::List:
-        value = GetListSelection(dialog, field.control);
-        return value >= field.low && value <= field.high;
-    case FieldKind::Check:
-        value = static_cast<int32_t>(GetCheck(dialog, field.control));
-        return value != static_cast<int32_t>(BST_INDETERMINATE);
+    case FieldKind::List: value = GetListSelection(dialog, field.control); break;
+    case FieldKind::Check: value = GetCheck(dialog, field.control); break; // undecided is none of its values
+    default: {
+        wchar_t text[ControlTextCapacity];
+        ReadControlText(dialog, field.control, text);
+        if (field.kind == FieldKind::Tenths) text[MaxDecimalCharacters] = 0;
+        return ParseValue(field, text, Reading::Typed, value);
     }
-    return false;
-}
-
-void PutField(const CommandField& field, uint32_t value, uint8_t* payload)
-{
-    for (uint32_t i = field.width; i > 0; --i) {
-        payload[field.offset + i - 1] = static_cast<uint8_t>(value);
-        value >>= 8;
     }
+    return AcceptsValue(field, value, Reading::Typed);
 }
 
 // Lists are filled. On touch screens and desktops boxes are undecided until the receiver has answered.
@@ -83,16 +53,16 @@ void PrepareField(HWND dialog, const CommandField& field)
 void Poll()
 {
     switch (Current->poll) {
-    case SirfPoll::Settings: SendPollParameter(Current->layout->command); return;
-    case SirfPoll::NavigationParameters: SendPollNavigationParameters(); return;
-    case SirfPoll::Nothing: return;
+    case SettingsPoll::Settings: SendPollParameter(Current->layout->command); return;
+    case SettingsPoll::NavigationParameters: SendPollNavigationParameters(); return;
+    case SettingsPoll::Nothing: return;
     }
 }
 
 // Only a poll that the user has asked for is named when the receiver refuses it.
 void Get()
 {
-    if (Current->poll == SirfPoll::Settings) PendingPollId.store(Current->layout->command);
+    if (Current->poll == SettingsPoll::Settings) PendingPollId.store(Current->layout->command);
     Poll();
 }
 
@@ -102,8 +72,8 @@ void Set(HWND dialog)
         Current->set(dialog);
         return;
     }
-    uint8_t payload[MaxCommandLength] = {Current->layout->command};
-    if (PackFields(dialog, Current->layout->fields, payload)) SirfSend(payload, Current->layout->length);
+    SettingValues values;
+    if (ReadFields(dialog, Current->layout->fields, values.data())) SendCommand(*Current->layout, values);
 }
 
 // ---- Dialog -------------------------------------------------------------------------------------------
@@ -155,17 +125,21 @@ void ShowSirfDialog(const SirfDialog& dialog)
     ShowDialog(dialog.number, CommandProcedure);
 }
 
-bool PackFields(HWND dialog, std::span<const CommandField> fields, uint8_t* payload)
+bool ReadFields(HWND dialog, std::span<const CommandField> fields, int64_t* values)
 {
-    for (const CommandField& field : fields) {
-        int32_t value;
-        if (!ReadField(dialog, field, value)) {
+    for (const CommandField& field : fields)
+        if (!ReadField(dialog, field, *values++)) {
             InfoBox(field.caption, field.refusal);
             return false;
         }
-        PutField(field, static_cast<uint32_t>(value), payload);
-    }
     return true;
+}
+
+void SendCommand(const CommandLayout& layout, const SettingValues& values)
+{
+    uint8_t payload[MaxCommandLength];
+    PackCommand(layout, values, payload);
+    SirfSend(payload, layout.length);
 }
 
 bool IsClick(UINT message, WPARAM wParam, uint16_t& button)

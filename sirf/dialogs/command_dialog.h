@@ -9,19 +9,13 @@
 
 #include "platform/platform.h"
 #include "sirf/command_layouts.h"
-
-// How a dialog learns the receiver's settings.
-enum class SirfPoll : uint8_t {
-    Settings,             // by the command's own settings (message id 168)
-    NavigationParameters, // by the collection of many (152), where the receiver has them there only
-    Nothing,              // not at all
-};
+#include "sirf/setting_values.h"
 
 struct SirfDialog {
     uint16_t number; // of its templates, without the layout's offset
     const CommandLayout* layout;
-    uint16_t getButton, setButton; // 0: it has none
-    SirfPoll poll = SirfPoll::Settings;
+    uint16_t getButton, setButton;              // 0: it has none
+    SettingsPoll poll = SettingsPoll::Settings; // how it learns the receiver's settings
 
     // Where a dialog differs from its layout; null where it does not.
     void (*open)(HWND dialog) = nullptr; // when its lists are filled, before it is published
@@ -33,16 +27,19 @@ struct SirfDialog {
 
 void ShowSirfDialog(const SirfDialog& dialog);
 
-// Reads the fields in their order into their places of the payload. The first one that is not acceptable is
-// refused with its box: false.
-bool PackFields(HWND dialog, std::span<const CommandField> fields, uint8_t* payload);
+// Reads the fields in their order into as many values. The first one that is not acceptable is refused with
+// its box: false.
+bool ReadFields(HWND dialog, std::span<const CommandField> fields, int64_t* values);
 
-// Whether a message is the click on a button; its number. Nothing else that controls notify is acted upon:
+// Sends a command to the receiver.
+void SendCommand(const CommandLayout& layout, const SettingValues& values);
+
+// True for the click on a button; its number. Nothing else that controls notify is acted upon:
 // most of it is caused by the receiver's answers, which the reader thread writes into them.
 bool IsClick(UINT message, WPARAM wParam, uint16_t& button);
 
-// Whether SiRF binary has been recognised, so that a poll will be understood.
+// True if SiRF binary has been recognised, so that a poll will be understood.
 bool ReceiverSpeaksSirf();
 
-// Set when the receiver begins anew: by a command for it, or at the rate that it was told; read by nothing.
+// Set when the receiver begins anew, by a command or at another rate; read by nothing.
 extern std::atomic<uint8_t> InitializeSent;

@@ -10,8 +10,6 @@
 namespace
 {
 
-constexpr uint32_t ResetConfigurationOffset = 24;
-
 struct ResetOption {
     uint16_t control;
     uint8_t bits;
@@ -35,18 +33,12 @@ constexpr ResetBox ResetBoxes[] = {
 };
 
 // Position, clock and time, which only a warm start with initialisation is given; the channels stand last.
-std::span<const CommandField> StartFields()
-{
-    return InitializeDataSourceLayout.fields.first(6);
-}
-std::span<const CommandField> ChannelField()
-{
-    return InitializeDataSourceLayout.fields.subspan(6);
-}
+constexpr uint32_t StartFieldCount = 6;
 
 void EnableStartFields(HWND dialog, bool enable)
 {
-    for (const CommandField& field : StartFields()) EnableControl(dialog, field.control, enable);
+    for (const CommandField& field : InitializeDataSourceLayout.fields.first(StartFieldCount))
+        EnableControl(dialog, field.control, enable);
 }
 
 void Open(HWND dialog)
@@ -87,14 +79,16 @@ bool AddBoxes(HWND dialog, uint8_t& bits)
 void Set(HWND dialog)
 {
     const CommandLayout& layout = InitializeDataSourceLayout;
-    uint8_t payload[MaxCommandLength] = {layout.command};
+    SettingValues values = {};
     const ResetOption* const option = ChosenOption(dialog);
     if (!option) return;
-    if (option->control == CONTROL_INIT_WARM_START_INIT && !PackFields(dialog, StartFields(), payload))
-        return;
-    if (!PackFields(dialog, ChannelField(), payload)) return;
-    payload[ResetConfigurationOffset] = option->bits;
-    if (!AddBoxes(dialog, payload[ResetConfigurationOffset])) return;
+    const uint32_t first = option->control == CONTROL_INIT_WARM_START_INIT ? 0 : StartFieldCount;
+    if (!ReadFields(dialog, layout.fields.subspan(first), values.data() + first)) return;
+    uint8_t configuration = option->bits;
+    if (!AddBoxes(dialog, configuration)) return;
+    uint8_t payload[MaxCommandLength];
+    PackCommand(layout, values, payload);
+    payload[ResetConfigurationOffset] = configuration;
     SirfSend(payload, layout.length);
     InitializeSent.store(1);
 }

@@ -6,6 +6,6 @@
 void ShowLowPowerDialog()
 {
     static constexpr SirfDialog Dialog = {DIALOG_SIRF_LOW_POWER, &LowPowerLayout, CONTROL_LOW_POWER_GET,
-                                          CONTROL_LOW_POWER_SET, SirfPoll::NavigationParameters};
+                                          CONTROL_LOW_POWER_SET, SettingsPoll::NavigationParameters};
     ShowSirfDialog(Dialog);
 }

@@ -22,7 +22,7 @@ void ShowSirfSetMessageRateDialog()
         .layout = &SetMessageRateLayout,
         .getButton = 0,
         .setButton = CONTROL_RATE_SET,
-        .poll = SirfPoll::Nothing,
+        .poll = SettingsPoll::Nothing,
         .open = PrepareLists,
     };
     ShowSirfDialog(Dialog);

@@ -2,8 +2,6 @@
 
 #include "resources/resource_ids.h"
 #include "sirf/dialogs/command_dialog.h"
-#include "sirf/frame_sender.h"
-#include "sirf/message_fields.h"
 #include "text/format.h"
 #include "ui/error_boxes.h"
 
@@ -12,10 +10,10 @@ namespace
 
 // A receiver that is on for an instant every few seconds hardly hears the command that would wake it up, so
 // the user is asked first.
-bool UserAcceptsPeriod(const uint8_t* payload)
+bool UserAcceptsPeriod(const SettingValues& values)
 {
     constexpr float LongSeconds = 10.0f;
-    const uint32_t dutyTenths = ReadBigEndian(payload + 3, 2), onTimeMs = ReadBigEndian(payload + 5, 4);
+    const uint32_t dutyTenths = static_cast<uint32_t>(values[1]), onTimeMs = static_cast<uint32_t>(values[2]);
     if (dutyTenths == 0) return true;
     const float seconds = static_cast<float>(onTimeMs) / static_cast<float>(dutyTenths); // ms by 0.1 %
     if (seconds < LongSeconds) return true;
@@ -31,9 +29,9 @@ bool UserAcceptsPeriod(const uint8_t* payload)
 void Set(HWND dialog)
 {
     const CommandLayout& layout = TricklePowerLayout;
-    uint8_t payload[MaxCommandLength] = {layout.command};
-    if (PackFields(dialog, layout.fields, payload) && UserAcceptsPeriod(payload))
-        SirfSend(payload, layout.length);
+    SettingValues values;
+    if (ReadFields(dialog, layout.fields, values.data()) && UserAcceptsPeriod(values))
+        SendCommand(layout, values);
 }
 
 } // namespace

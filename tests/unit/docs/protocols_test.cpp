@@ -71,7 +71,9 @@ std::string KindName(FieldKind kind)
 Row RowOf(const CommandField& field)
 {
     return {std::to_string(field.offset), std::to_string(field.width), Narrow(field.caption),
-            KindName(field.kind), std::to_string(field.low) + " to " + std::to_string(field.high)};
+            KindName(field.kind),
+            std::to_string(field.low * field.typedTimes) + " to " +
+                std::to_string(field.high * field.typedTimes)};
 }
 
 // Commands without rows: their payloads are too irregular, and their tests know them.

@@ -188,7 +188,7 @@ class Sirf(unittest.TestCase):
         documented = documented_fields("Message 19")
         for name, place in fields(routine(ReadBack, "ShowNavigationParameters")).items():
             self.assertEqual(documented.pop(name), place)
-        power = re.search(r"constexpr uint32_t (Enabled = [^;]*);", ReadBack)[1]
+        power = re.search(r"constexpr uint32_t (Enabled = [^;]*);", code("sirf/setting_values.cpp"))[1]
         self.assertEqual(documented, {name: (int(place), "u8") for name, place in re.findall(r"(\w+) = (\d+)", power)})
 
     def test_corrections(self):
@@ -252,9 +252,9 @@ Facts = [
     ("sirf/message_decoder.cpp", r"ChannelAzimuth\) \* (\d) / 2", lambda n: f"in {n / 2} degrees"),
     ("sirf/message_decoder.cpp", r"PollParameter = (\d+)", lambda n: f"A refused poll ({n})"),
     ("sirf/read_back.cpp", r"MaxCharacters = (\d+)", lambda n: f"up to {n} characters or a zero"),
-    ("sirf/read_back.cpp", r"WithPowerManagement = (\d+)", lambda n: f"If offset 1 is {n} (WithPowerManagement)"),
-    ("sirf/read_back.cpp", r"answer\[Enabled\] >> (\d)", lambda n: f"bit {n}: on; bits 0 to 4: duty cycle, 5 %"),
-    ("sirf/read_back.cpp", r"answer\[Priorities\] >> (\d) & 3", lambda n: f"bits {n} and {n + 1} accuracy"),
+    ("sirf/setting_values.cpp", r"WithPowerManagement = (\d+)", lambda n: f"If offset 1 is {n} (WithPowerManagement)"),
+    ("sirf/setting_values.cpp", r"message\[Enabled\] >> (\d)", lambda n: f"bit {n}: on; bits 0 to 4: duty cycle, 5 %"),
+    ("sirf/setting_values.cpp", r"message\[Priorities\] >> (\d) & 3", lambda n: f"bits {n} and {n + 1} accuracy"),
     ("sirf/command_layouts.cpp", r"hertz >= (\d+)", lambda n: f"The frequency is 0 or at least {n}, the bit rate 0, "),
     ("sirf/command_layouts.h", r"SbasEntryToPrn = (\d+)", lambda n: f"the entry and {n}: {n + 1} to {n + 19}."),
 ]

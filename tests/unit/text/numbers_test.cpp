@@ -59,6 +59,46 @@ TEST(Numbers, WholeNumbersOrNone)
     }
 }
 
+TEST(Numbers, FixedPointTextsAsAWhole)
+{
+    const struct {
+        const char* text;
+        uint32_t decimals;
+        bool found;
+        int64_t value;
+    } rows[] = {
+        {"12", 0, true, 12},
+        {" \t-12 ", 0, true, -12},
+        {"7.5", 1, true, 75},
+        {"+7.5", 2, true, 750},
+        {"-.5", 1, true, -5},
+        {"5.", 1, true, 50},
+        {"7", 1, true, 70},
+        {"7.55", 1, false, 0},
+        {"7.", 0, false, 0},
+        {"7.5", 0, false, 0},
+        {"7,5", 1, false, 0},
+        {"1.2.3", 2, false, 0},
+        {"5x", 0, false, 0},
+        {"1e2", 1, false, 0},
+        {"- 5", 0, false, 0},
+        {"1 2", 0, false, 0},
+        {"", 0, false, 0},
+        {"-", 0, false, 0},
+        {".", 1, false, 0},
+        {"1000000000000000", 0, true, 1000000000000000},
+        {"1000000000000001", 0, false, 0},
+        {"99999999999999999999999999", 0, false, 0},
+    };
+    for (const auto& row : rows) {
+        int64_t value = 77;
+        EXPECT_EQ(ParseFixedPoint(row.text, row.decimals, value), row.found) << row.text;
+        EXPECT_EQ(value, row.found ? row.value : 77) << row.text;
+    }
+    int64_t value = 0;
+    EXPECT_FALSE(ParseFixedPoint(L"\u22125", 0, value)); // the minus sign of typography
+}
+
 struct DecimalRow {
     const char *name, *text;
     double value;
