@@ -17,6 +17,7 @@ void BeginProtocol(std::atomic<uint8_t>& recognised)
 
 void StoreWorkingPort()
 {
+    if (!IsPortIndex(CommPortIdx.load())) return;
     SettingsSetDword(L"CommPortIdx", CommPortIdx.load());
     SettingsSetDword(L"BaudrateIdx", BaudrateIdx.load());
 }

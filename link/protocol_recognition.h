@@ -9,7 +9,8 @@
 // Sets the protocol's flag, shows the protocol in an open Communication dialog and empties the text page.
 void BeginProtocol(std::atomic<uint8_t>& recognised);
 
-// Stores the port and rate at which data has really arrived, so that the next start opens them.
+// Stores the port and rate at which data has really arrived, so that the next start opens them. Nothing when
+// the port is none of the table, as in a program that opens its ports itself.
 void StoreWorkingPort();
 
 // Stores the rate list's selection of an open dialog that switches the receiver's protocol, as the rate that

@@ -6,6 +6,8 @@
 #include "nmea/sentence_decoder.h"
 #include "platform/platform.h"
 
+std::atomic<SentenceObserver> ObserveSentence{nullptr};
+
 namespace
 {
 
@@ -19,6 +21,7 @@ AssemblerState State = AssemblerState::Idle;
 char NmeaSentenceBuffer[BodyCapacity + SentenceSlack];
 uint8_t Length = 0; // 8 bits on purpose: an overlong body wraps
 uint8_t Checksum = 0;
+bool HadChecksum = false;
 uint32_t StartTick = 0; // ms, at the '$'
 
 bool IsPrintable(uint8_t b)
@@ -44,6 +47,8 @@ void EndBody()
 void DeliverSentence()
 {
     NmeaSentenceBuffer[Length] = 0;
+    if (const SentenceObserver observe = ObserveSentence.load(std::memory_order_relaxed))
+        observe(NmeaSentenceBuffer, Length, HadChecksum);
     NmeaDispatcher(NmeaSentenceBuffer);
     NmeaMessageCount.store(NmeaMessageCount.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
 }
@@ -57,6 +62,7 @@ void NmeaAssembler(uint8_t b)
     case AssemblerState::Idle:
         if (b == '$') {
             Checksum = Length = 0;
+            HadChecksum = false;
             StartTick = GetTickCount();
             State = AssemblerState::Body;
         }
@@ -91,6 +97,7 @@ void NmeaAssembler(uint8_t b)
         break;
     case AssemblerState::SecondDigit:
         if (IsHexDigit(b) && Checksum == HexValue(b)) {
+            HadChecksum = true;
             State = AssemblerState::WantCr;
             return;
         }

@@ -1,7 +1,13 @@
 // Cuts NMEA 0183 sentences out of the receiver's byte stream.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
+
+// Sees each accepted sentence before it is decoded: its body without '$' and checksum, and if it had a
+// checksum. Null: nobody looks. Set while nothing is received; called by the reader thread.
+using SentenceObserver = void (*)(const char* body, uint32_t length, bool hadChecksum);
+extern std::atomic<SentenceObserver> ObserveSentence;
 
 // Feeds one byte; reader thread. A sentence that ends properly, with the right checksum or without one, goes
 // to NmeaDispatcher and is counted in NmeaMessageCount. Everything else is dropped silently. Bodies of more

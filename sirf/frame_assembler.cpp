@@ -6,6 +6,8 @@
 #include "platform/platform.h"
 #include "sirf/message_decoder.h"
 
+std::atomic<PayloadObserver> ObservePayload{nullptr};
+
 namespace
 {
 
@@ -78,6 +80,8 @@ void SirfFramer(uint8_t b)
         return;
     case FramerState::End2:
         if (b == EndByte2) {
+            if (const PayloadObserver observe = ObservePayload.load(std::memory_order_relaxed))
+                observe(Buffer, Length);
             SirfMessageDecoder(Buffer, Length);
             SirfMessageCount.store(SirfMessageCount.load(std::memory_order_relaxed) + 1,
                                    std::memory_order_relaxed);

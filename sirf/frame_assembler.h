@@ -2,7 +2,13 @@
 // all numbers big-endian.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
+
+// Sees each accepted frame's payload as it was sent, wrapped or not, before it is decoded. Null: nobody
+// looks. Set while nothing is received; called by the reader thread.
+using PayloadObserver = void (*)(const uint8_t* payload, uint32_t length);
+extern std::atomic<PayloadObserver> ObservePayload;
 
 // Feeds one byte; reader thread. A frame with the right checksum (15 bits are compared) and end goes to
 // SirfMessageDecoder and is counted in SirfMessageCount. Everything else is dropped silently, and the search

@@ -8,39 +8,44 @@ std::atomic<uint8_t> WrapEE{0}, PendingPollId{0};
 namespace
 {
 
-constexpr uint32_t FrameBytes = 8; // start, length, checksum and end
-constexpr uint32_t MaxSentPayload = 255;
-
-void PutWord(uint32_t value)
+void PutWord(uint8_t*& place, uint32_t value)
 {
-    PortWrite(static_cast<uint8_t>(value >> 8));
-    PortWrite(static_cast<uint8_t>(value));
+    *place++ = static_cast<uint8_t>(value >> 8);
+    *place++ = static_cast<uint8_t>(value);
 }
 
 } // namespace
 
-void SirfSend(const uint8_t* payload, uint16_t length)
+uint32_t FrameSirfCommand(const uint8_t* payload, uint8_t length, uint8_t (&frame)[MaxSirfCommand])
 {
-    if (length > MaxSentPayload || !IsPortOpen()) return;
     const bool wrap = WrapEE.load();
-    const uint32_t wireLength = length + (wrap ? 1u : 0u);
-    if (WriteQueueSpace() < wireLength + FrameBytes) {
-        InfoBox(L"SirfSend", L"Buffer Full");
-        return;
-    }
-    PutWord(0xA0A2);
-    PutWord(wireLength & 0x7FFF);
+    uint8_t* place = frame;
+    PutWord(place, 0xA0A2);
+    PutWord(place, length + (wrap ? 1u : 0u));
     uint32_t sum = 0;
     if (wrap) {
-        PortWrite(WrapId);
+        *place++ = WrapId;
         sum = WrapId;
     }
     for (uint32_t i = 0; i < length; ++i) {
-        PortWrite(payload[i]);
+        *place++ = payload[i];
         sum += payload[i];
     }
-    PutWord(sum);
-    PutWord(0xB0B3);
+    PutWord(place, sum);
+    PutWord(place, 0xB0B3);
+    return static_cast<uint32_t>(place - frame);
+}
+
+void SirfSend(const uint8_t* payload, uint16_t length)
+{
+    if (length > MaxSirfCommandPayload || !IsPortOpen()) return;
+    uint8_t frame[MaxSirfCommand];
+    const uint32_t count = FrameSirfCommand(payload, static_cast<uint8_t>(length), frame);
+    if (WriteQueueSpace() < count) {
+        InfoBox(L"SirfSend", L"Buffer Full");
+        return;
+    }
+    for (uint32_t i = 0; i < count; ++i) PortWrite(frame[i]);
     PortWriteBuffer();
 }
 

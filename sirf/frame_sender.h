@@ -15,6 +15,13 @@ extern std::atomic<uint8_t> WrapEE;
 // the user-interface thread before it polls, cleared by the reader thread with the answer or the refusal.
 extern std::atomic<uint8_t> PendingPollId;
 
+// Longest payload of a command, and its frame when it is wrapped.
+constexpr uint32_t MaxSirfCommandPayload = 255, MaxSirfCommand = MaxSirfCommandPayload + 9;
+
+// Frames a payload of `length` bytes, its first the message id, into `frame`, wrapped if the receiver wraps;
+// returns the frame's length.
+uint32_t FrameSirfCommand(const uint8_t* payload, uint8_t length, uint8_t (&frame)[MaxSirfCommand]);
+
 // Frames a payload of `length` bytes, its first the message id, and sends it. Without an open port, or for
 // more than 255 bytes, nothing happens. When the queue cannot take the whole frame nothing is queued and
 // "Buffer Full" ("SirfSend") is shown. The checksum is sent with all its 16 bits, on purpose.

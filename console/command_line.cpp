@@ -1,0 +1,77 @@
+#include "console/command_line.h"
+
+#include <algorithm>
+
+#include "console/commands/commands.h"
+
+namespace console
+{
+
+std::span<const Command> Commands()
+{
+    static constexpr Command All[] = {
+        {"probe", "find the receiver by listening, and print protocol and rate", DefineProbe},
+    };
+    return All;
+}
+
+CommandLine::CommandLine()
+    : app_("Checks and changes the settings of GPS receivers with SiRF chipsets, from a terminal.",
+           "toravanectl")
+{
+    app_.allow_windows_style_options(false);
+    app_.fallthrough();
+    app_.require_subcommand(1);
+    app_.set_help_flag("-h,--help", "print this help and end");
+    app_.set_version_flag("-V,--version", "toravanectl " TORAVANE_VERSION, "print the version and end");
+    app_.add_option("-p,--port", port_, "serial port; else the only one there is")
+        ->envname("TORAVANE_PORT")
+        ->type_name("PORT");
+    app_.add_option("-b,--rate", rate_, "line rate in bits/s, 1200 to 115200; else it is found")
+        ->envname("TORAVANE_RATE")
+        ->type_name("RATE");
+    app_.add_option("-t,--timeout", timeout_, "how long an answer of the receiver is waited for (2)")
+        ->type_name("SECONDS");
+    app_.add_flag("--json", flags_.json, "print one JSON object instead of text");
+    app_.add_flag("-n,--dry-run", flags_.dryRun, "open no port, print what would be sent");
+    app_.add_flag("-y,--yes", flags_.yes, "yes to what would be asked");
+    app_.add_flag("-v,--verbose", flags_.verbose, "each sentence and frame on standard error");
+    app_.add_flag("-q,--quiet", flags_.quiet, "no notes on standard error");
+    for (const Command& command : Commands()) {
+        CLI::App* const sub = app_.add_subcommand(command.name, command.summary);
+        actions_.emplace_back(sub, command.define(*sub));
+    }
+}
+
+Action CommandLine::Parse(std::vector<std::string> arguments, Options& options)
+{
+    std::reverse(arguments.begin(), arguments.end()); // as CLI11 takes them
+    try {
+        app_.parse(std::move(arguments));
+    } catch (const CLI::ParseError& error) {
+        options.json = flags_.json;
+        if (error.get_exit_code() == 0) throw;
+        Fail(FailureKind::Usage, std::string(error.what()) + " (--help explains)");
+    }
+    options = flags_;
+    Action action;
+    for (const auto& [sub, run] : actions_) {
+        if (!sub->parsed()) continue;
+        action = run;
+        chosen = sub->get_name();
+        for (const CLI::App* inner : sub->get_subcommands()) chosen += ' ' + inner->get_name();
+    }
+    if (!port_.empty()) options.port = port_;
+    if (!rate_.empty()) options.rate = ParseRate(rate_);
+    if (!timeout_.empty()) options.timeoutSeconds = ParseSeconds(timeout_, "--timeout");
+    if (options.json && options.dryRun)
+        Fail(FailureKind::Usage, "--dry-run has no JSON form: leave out --json");
+    return action;
+}
+
+std::string CommandLine::Help() const
+{
+    return app_.help();
+}
+
+} // namespace console

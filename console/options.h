@@ -1,0 +1,33 @@
+// The options that every command has.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace console
+{
+
+struct Options {
+    std::optional<std::string> port;
+    std::optional<uint32_t> rate;
+    double timeoutSeconds = 2;
+    bool json = false, dryRun = false, yes = false, verbose = false, quiet = false;
+};
+
+// A number of seconds from 0.001 to a year. Throws Failure of the kind Usage, which names `what`.
+double ParseSeconds(const std::string& text, const std::string& what);
+
+// One of the rates of the product's table. Throws likewise.
+uint32_t ParseRate(const std::string& text);
+
+// A whole number in a range, both included. Throws likewise.
+int64_t ParseWhole(const std::string& text, int64_t low, int64_t high, const std::string& what);
+
+// Parts of "NAME=VALUE". Throws likewise when there is no name or no value.
+struct Assignment {
+    std::string name, value;
+};
+Assignment ParseAssignment(const std::string& text);
+
+} // namespace console

@@ -1,0 +1,15 @@
+// The rate that worked last at each port, kept in the user's own folder. Only a hint: whatever cannot be read
+// or written is passed over.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace console
+{
+
+std::optional<uint32_t> RememberedRate(const std::string& port);
+void RememberRate(const std::string& port, uint32_t rate);
+
+} // namespace console

@@ -1,0 +1,41 @@
+// How a run ends: exit status, kind of failure and message.
+#pragma once
+
+#include <string>
+#include <utility>
+
+namespace console
+{
+
+enum class FailureKind {
+    Usage,
+    Port,
+    Silent,
+    Noise,
+    Refused,
+    Differs,
+    NoAnswer,
+    Lost,
+    Protocol,
+    Failed,
+    Interrupted,
+};
+
+struct KindRow {
+    const char* name; // as in the JSON output
+    int exitStatus;
+};
+
+// Name and exit status of a kind.
+const KindRow& Describe(FailureKind kind);
+
+// Thrown by whatever cannot go on. The message is one line, without the program's name.
+struct Failure {
+    FailureKind kind;
+    std::string message;
+    bool quiet = false; // the result has said it all: nothing goes to standard error
+};
+
+[[noreturn]] void Fail(FailureKind kind, std::string message);
+
+} // namespace console

@@ -1,0 +1,147 @@
+#include "console/session.h"
+
+#include <memory>
+
+#include "nmea/command_encoder.h"
+#include "sirf/frame_sender.h"
+
+namespace console
+{
+
+namespace
+{
+
+// Bytes are read in portions: at full rate that is fifty reads a second, whatever the driver delivers at
+// once.
+constexpr auto ReadRest = std::chrono::milliseconds(20);
+
+constexpr auto WriteLimit = std::chrono::seconds(3);
+
+void PrintTraffic(char direction, std::span<const uint8_t> frame)
+{
+    std::fprintf(stderr, "%c %s\n", direction, FrameText(frame).c_str());
+}
+
+} // namespace
+
+Frame FrameNmea(std::string_view body)
+{
+    uint8_t sentence[MaxNmeaCommand];
+    const uint32_t count = FrameNmeaCommand(body.data(), static_cast<uint8_t>(body.size()), sentence);
+    return Frame(sentence, sentence + count);
+}
+
+Frame FrameSirf(std::span<const uint8_t> payload)
+{
+    uint8_t frame[MaxSirfCommand];
+    const uint32_t count = FrameSirfCommand(payload.data(), static_cast<uint8_t>(payload.size()), frame);
+    return Frame(frame, frame + count);
+}
+
+std::string ChoosePort(const Options& options)
+{
+    if (options.port) return *options.port;
+    const std::vector<PortInfo> ports = ListPorts();
+    if (ports.size() == 1) return ports[0].port;
+    std::string message = "no serial port found: give one with --port";
+    if (!ports.empty()) message = "several serial ports: choose one with --port:";
+    for (const PortInfo& info : ports) message += ' ' + info.port;
+    Fail(FailureKind::Usage, message);
+}
+
+Session::Session(Context& context, const std::string& port, uint32_t rate)
+    : context_(context), port_(loop_.Context()), rest_(loop_.Context()), name_(port), rate_(rate)
+{
+    port_.assign(OpenPort(port, rate));
+    if (context.options.verbose) {
+        verbose_.sentence = [](const Sentence& sentence) {
+            const std::string body = '$' + std::string(sentence.body);
+            Frame frame(body.begin(), body.end());
+            if (sentence.hadChecksum) frame = FrameNmea(sentence.body);
+            PrintTraffic('<', frame);
+        };
+        verbose_.message = [](const Message& message) {
+            const uint8_t length[] = {static_cast<uint8_t>(message.wire.size() >> 8),
+                                      static_cast<uint8_t>(message.wire.size())};
+            uint32_t sum = 0;
+            for (const uint8_t b : message.wire) sum += b;
+            Frame frame = {0xA0, 0xA2, length[0], length[1]};
+            frame.insert(frame.end(), message.wire.begin(), message.wire.end());
+            frame.insert(frame.end(),
+                         {static_cast<uint8_t>(sum >> 8 & 0x7F), static_cast<uint8_t>(sum), 0xB0, 0xB3});
+            PrintTraffic('<', frame);
+        };
+    }
+    ForgetPartialMessage();
+    Read();
+}
+
+Session::~Session()
+{
+    ReleasePort(port_.native_handle());
+}
+
+void Session::Read()
+{
+    port_.async_read_some(asio::buffer(buffer_),
+                          [this](const asio::error_code& error, size_t count) { Received(error, count); });
+}
+
+void Session::Received(const asio::error_code& error, size_t count)
+{
+    if (error == asio::error::operation_aborted) return;
+    if (error) {
+        loop_.Stop({FailureKind::Failed, HasVanished(error) ? name_ + ": the device has vanished"
+                                                            : name_ + ": " + error.message()});
+        return;
+    }
+    bytesReceived_ += count;
+    Feed({buffer_, count});
+    if (count == sizeof buffer_) {
+        Read();
+        return;
+    }
+    rest_.expires_after(ReadRest);
+    rest_.async_wait([this](const asio::error_code& cancelled) {
+        if (!cancelled) Read();
+    });
+}
+
+void Session::SetRate(uint32_t rate)
+{
+    SetPortRate(port_.native_handle(), rate);
+    rate_ = rate;
+    ForgetPartialMessage();
+}
+
+void Session::Send(const Frame& frame)
+{
+    if (context_.options.verbose) PrintTraffic('>', frame);
+    SendRaw(frame);
+}
+
+void Session::SendRaw(std::span<const uint8_t> bytes)
+{
+    struct Sending {
+        Frame bytes;
+        bool done = false;
+        asio::error_code error;
+    };
+    // Owned by the handler too: an interruption may end the wait while the write is still under way.
+    const auto sending = std::make_shared<Sending>();
+    sending->bytes.assign(bytes.begin(), bytes.end());
+    asio::async_write(port_, asio::buffer(sending->bytes), [sending](const asio::error_code& error, size_t) {
+        sending->done = true;
+        sending->error = error;
+    });
+    if (!loop_.WaitFor([&] { return sending->done; }, WriteLimit)) {
+        asio::error_code ignored;
+        port_.cancel(ignored);
+        Fail(FailureKind::Failed, name_ + ": the port takes no bytes");
+    }
+    if (!sending->error) return;
+    if (HasVanished(sending->error)) Fail(FailureKind::Failed, name_ + ": the device has vanished");
+    Fail(FailureKind::Failed, name_ + ": " + sending->error.message());
+}
+
+} // namespace console

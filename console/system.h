@@ -1,0 +1,58 @@
+// What differs between the systems: serial ports, terminals, places of files. One source file for each
+// system.
+#pragma once
+
+#include <asio.hpp>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace console
+{
+
+struct PortInfo {
+    std::string port;        // what it is opened by
+    std::string description; // may be empty
+    std::string usb;         // "067b:2303", empty when it is none
+    std::string serial;      // number of the device, may be empty
+    std::string state;       // "free", "busy" or "denied"
+    std::string holder;      // "gpsd (812)", where it can be known
+};
+
+// The machine's serial ports, sorted. Opens none of them.
+std::vector<PortInfo> ListPorts();
+
+// State and holder of one port, as in the list; nothing when there is no such port.
+std::optional<PortInfo> InspectPort(const std::string& port);
+
+using NativePort = asio::serial_port::native_handle_type;
+
+// Opens a port for this process alone, raw, 8 data bits, no parity, one stop bit, no handshake. Throws
+// Failure of the kind Port, which says if it is missing, denied or busy, and what helps.
+NativePort OpenPort(const std::string& port, uint32_t rate);
+
+// Sets the rate once everything written has gone out, and forgets what has been received. Throws Failure.
+void SetPortRate(NativePort port, uint32_t rate);
+
+// Lets others open it again; the handle itself is closed by its owner.
+void ReleasePort(NativePort port);
+
+// True for the errors that reading or writing gives when the device has gone.
+bool HasVanished(const asio::error_code& error);
+
+// Where the program keeps what it remembers; empty when the system names no place.
+std::filesystem::path StateFolder();
+
+// Standard streams as the program needs them: bytes unchanged, and a closed pipe is an error, not an end.
+void PrepareStandardStreams();
+
+bool InputIsTerminal();
+bool OutputIsTerminal();
+bool ErrorIsTerminal();
+
+// The arguments in UTF-8, the program's name not among them.
+std::vector<std::string> ProgramArguments(int count, char** arguments);
+
+} // namespace console
