@@ -1,5 +1,7 @@
 #include "graph/channels.h"
 
+#include "graph/latest_fix.h"
+
 namespace
 {
 
@@ -68,4 +70,5 @@ void ResetChannels()
         channel.Current = Origin;
     }
     FixTime = {};
+    ResetLatestFix();
 }

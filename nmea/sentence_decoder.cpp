@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "graph/channels.h"
+#include "graph/latest_fix.h"
 #include "graph/recorder.h"
 #include "link/link_state.h"
 #include "link/protocol_recognition.h"
@@ -23,7 +24,8 @@ namespace
 constexpr double MetresPerDegree = 111325.0;
 constexpr double RadiansPerDegree = 0.017453292519943295;
 constexpr double DegreesPerMinute = 0.016666666666666666;
-constexpr double MetresPerSecondPerKnot = 0.5147777777777778; // a mile of 1853.2 m, on purpose
+constexpr double MetresPerSecondPerKnot = 0.5147777777777778;  // a mile of 1853.2 m, on purpose
+constexpr double TrueMetresPerSecondPerKnot = 1852.0 / 3600.0; // for what is written down
 
 // The fields of the current sentence; 0 is its name.
 constexpr uint32_t MaxFields = 20;
@@ -34,6 +36,7 @@ uint8_t FieldCount = 0;
 double Latitude = 0;  // degrees, south negative
 double Longitude = 0; // degrees, 0 to 360: west is 360 - value
 Satellite SatelliteView[SatelliteCount];
+FixMode DimensionsOfGsa = FixMode::Unknown;
 
 // ---- Fields -------------------------------------------------------------------------------------------
 
@@ -94,11 +97,14 @@ void TakeTime(uint32_t index) // hhmmss[.sss]
 
 void TakeDate(uint32_t index) // ddmmyy
 {
+    const bool isWhole = std::strlen(Field(index)) == 6;
     const Triple date = CutTriple(Field(index));
     FixTime.wDay = date.first;
     FixTime.wMonth = date.second;
     FixTime.wYear = static_cast<uint16_t>(date.third + 2000);
     ShowUtcLine(FixTime);
+    // GPS began in 1980: an old receiver's 97 is 1997.
+    if (isWhole) ReportDate(date.third + (date.third < 80 ? 2000u : 1900u), date.second, date.first);
 }
 
 // Degrees of "dd...mm.mmmm" with `degreeDigits` digits of degrees; false when the field does not look like
@@ -119,27 +125,29 @@ double RoundToFloat(double value)
     return static_cast<double>(static_cast<float>(value));
 }
 
-void TakeLatitude(uint32_t index)
+bool TakeLatitude(uint32_t index)
 {
     double angle;
-    if (!ReadAngle(Field(index), 2, angle)) return;
+    if (!ReadAngle(Field(index), 2, angle)) return false;
     const char hemisphere = *Field(index + 1);
     ShowLatitude(angle, static_cast<unsigned char>(hemisphere));
     Latitude = hemisphere == 'S' ? -angle : angle;
     SetChannelValue(ChannelNorthing, RoundToFloat(Latitude * MetresPerDegree));
     ShowNorthing(GraphChannel[ChannelNorthing].Value);
+    return true;
 }
 
-void TakeLongitude(uint32_t index)
+bool TakeLongitude(uint32_t index)
 {
     double angle;
-    if (!ReadAngle(Field(index), 3, angle)) return;
+    if (!ReadAngle(Field(index), 3, angle)) return false;
     const char hemisphere = *Field(index + 1);
     ShowLongitude(angle, static_cast<unsigned char>(hemisphere));
     Longitude = hemisphere == 'W' ? 360.0 - angle : angle;
     SetChannelValue(ChannelEasting,
                     RoundToFloat(std::cos(Latitude * RadiansPerDegree) * Longitude * MetresPerDegree));
     ShowEasting(GraphChannel[ChannelEasting].Value);
+    return true;
 }
 
 void TakeHdop(uint32_t index)
@@ -153,7 +161,9 @@ void TakeHdop(uint32_t index)
 void TakeSpeedKnots(uint32_t index)
 {
     if (!HasField(index)) return;
-    const float speed = static_cast<float>(ParseDecimal(Field(index)) * MetresPerSecondPerKnot);
+    const double knots = ParseDecimal(Field(index));
+    LatestFix.SpeedMetresPerSecond = knots * TrueMetresPerSecondPerKnot;
+    const float speed = static_cast<float>(knots * MetresPerSecondPerKnot);
     ShowSpeed(speed);
     SetChannelValue(ChannelSpeed, speed);
 }
@@ -161,9 +171,43 @@ void TakeSpeedKnots(uint32_t index)
 void TakeCourse(uint32_t index)
 {
     if (!HasField(index)) return;
-    const float course = static_cast<float>(ParseDecimal(Field(index)));
+    LatestFix.CourseDegrees = ParseDecimal(Field(index));
+    const float course = static_cast<float>(LatestFix.CourseDegrees);
     ShowCourse(course);
     SetChannelValue(ChannelCourse, course);
+}
+
+// ---- What is written down (graph/latest_fix.h) ---------------------------------------------------------
+
+// Two or three dimensions stand in GSA alone; without one a fix with an altitude counts as three.
+FixMode ModeOfQuality()
+{
+    if (!HasField(6) || ParseInteger(Field(6)) == 0) return FixMode::None;
+    if (DimensionsOfGsa == FixMode::TwoD || DimensionsOfGsa == FixMode::ThreeD) return DimensionsOfGsa;
+    return HasField(9) ? FixMode::ThreeD : FixMode::TwoD;
+}
+
+void ReportPosition()
+{
+    if (std::fabs(Latitude) > 90.0 || Longitude < 0.0 || Longitude > 360.0) return;
+    LatestFix.LatitudeDegrees = Latitude;
+    LatestFix.LongitudeDegrees = Longitude > 180.0 ? Longitude - 360.0 : Longitude;
+}
+
+void ReportNumbersOfGga()
+{
+    if (HasField(7)) LatestFix.SatellitesInFix = ParseInteger(Field(7));
+    if (HasField(8)) LatestFix.Hdop = ParseDecimal(Field(8));
+    if (HasField(9)) LatestFix.AltitudeMslMetres = ParseDecimal(Field(9));
+    if (HasField(11)) LatestFix.GeoidSeparationMetres = ParseDecimal(Field(11));
+    LatestFix.AltitudeEllipsoidMetres = LatestFix.AltitudeMslMetres + LatestFix.GeoidSeparationMetres;
+}
+
+void ReportSatellitesInView()
+{
+    BeginSatelliteReport();
+    for (const Satellite& each : SatelliteView)
+        ReportSatellite({each.prn, each.elevationDegrees, each.azimuthDegrees, each.carrierToNoiseDbHz});
 }
 
 // ---- Sentences ----------------------------------------------------------------------------------------
@@ -172,9 +216,12 @@ void TakeCourse(uint32_t index)
 void DecodeGga()
 {
     if (FieldCount != 15) return;
+    BeginFixReport(ModeOfQuality());
+    LatestFix.HasTimeOfDay = std::strlen(Field(1)) >= 6;
     TakeTime(1);
-    TakeLatitude(2);
-    TakeLongitude(4);
+    const bool hasLatitude = TakeLatitude(2), hasLongitude = TakeLongitude(4);
+    if (hasLatitude && hasLongitude) ReportPosition();
+    ReportNumbersOfGga();
     if (HasField(7)) SetChannelValue(ChannelSvsInFix, ParseInteger(Field(7)));
     TakeHdop(8);
     float altitude = 0;
@@ -208,9 +255,13 @@ void DecodeGll()
 void DecodeGsa()
 {
     if (FieldCount != 18) return;
+    constexpr FixMode Modes[] = {FixMode::Unknown, FixMode::None, FixMode::TwoD, FixMode::ThreeD};
+    const int32_t dimensions = ParseInteger(Field(2));
+    DimensionsOfGsa = dimensions >= 1 && dimensions <= 3 ? Modes[dimensions] : FixMode::Unknown;
     TakeHdop(16);
     if (HasField(17)) {
-        const float vdop = static_cast<float>(ParseDecimal(Field(17)));
+        LatestFix.Vdop = ParseDecimal(Field(17));
+        const float vdop = static_cast<float>(LatestFix.Vdop);
         ShowVdop(vdop);
         SetChannelValue(ChannelVdop, vdop);
     }
@@ -239,6 +290,7 @@ void DecodeGsv()
         SatelliteView[i].carrierToNoiseDbHz = 0;
     }
     ShowSatellites(SatelliteView);
+    ReportSatellitesInView();
     RepaintMainWindow();
 }
 
@@ -269,6 +321,14 @@ void DecodeVtg()
     TakeCourse(1);
     TakeSpeedKnots(5);
     RepaintMainWindow();
+}
+
+// $GPZDA,time,day,month,year,zone hours,zone minutes; nothing of it is shown
+void DecodeZda()
+{
+    if (FieldCount != 7) return;
+    ReportDate(static_cast<uint32_t>(ParseInteger(Field(4))), static_cast<uint32_t>(ParseInteger(Field(3))),
+               static_cast<uint32_t>(ParseInteger(Field(2))));
 }
 
 // ---- Receiver text ------------------------------------------------------------------------------------
@@ -333,7 +393,7 @@ constexpr Sentence Sentences[] = {
     {"GPGGA", CONTROL_STAMP_GGA, DecodeGga},           {"GPGLL", CONTROL_STAMP_GLL, DecodeGll},
     {"GPGSA", CONTROL_STAMP_GSA, DecodeGsa},           {"GPGSV", CONTROL_STAMP_GSV, DecodeGsv},
     {"GPMSS", CONTROL_STAMP_MSS, IgnoreSentence},      {"GPRMC", CONTROL_STAMP_RMC, DecodeRmc},
-    {"GPVTG", CONTROL_STAMP_VTG, DecodeVtg},           {"GPZDA", CONTROL_STAMP_ZDA, IgnoreSentence},
+    {"GPVTG", CONTROL_STAMP_VTG, DecodeVtg},           {"GPZDA", CONTROL_STAMP_ZDA, DecodeZda},
     {"PSRF150", CONTROL_STAMP_SRF150, IgnoreSentence},
 };
 constexpr Sentence TextKind = {TextSentence, CONTROL_STAMP_SRFTXT, DecodeText};
@@ -382,6 +442,7 @@ void ResetNmeaDecoder()
 {
     FieldCount = 0;
     Latitude = Longitude = 0;
+    DimensionsOfGsa = FixMode::Unknown;
     for (Satellite& satellite : SatelliteView) satellite = {};
     ReceiverMessagesText[0] = 0;
     ClearOnNextAppend.store(0);

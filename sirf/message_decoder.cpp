@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "graph/channels.h"
+#include "graph/latest_fix.h"
 #include "graph/recorder.h"
 #include "link/link_state.h"
 #include "link/protocol_recognition.h"
@@ -60,6 +61,13 @@ void StoreFixTime(uint32_t hour, uint32_t minute, uint32_t second)
     FixTime.wSecond = static_cast<uint16_t>(second);
 }
 
+// Fix type of a navigation message, 0 to 7.
+FixMode ModeOfFixType(uint32_t fixType)
+{
+    if (fixType == 0) return FixMode::None;
+    return fixType == 4 || fixType == 6 ? FixMode::ThreeD : FixMode::TwoD;
+}
+
 // ---- Message id 2: fix, and before the first message id 41 also time and position --------------------
 
 constexpr Field<int32_t> EcefXMetres{1}, EcefYMetres{5}, EcefZMetres{9};
@@ -110,6 +118,14 @@ void TakeEcefPosition()
     const GeodeticPosition position =
         PositionFromEcef(Get(NavigationRecord, EcefXMetres), Get(NavigationRecord, EcefYMetres),
                          Get(NavigationRecord, EcefZMetres));
+    // Neither UTC nor a height above mean sea level.
+    BeginFixReport(ModeOfFixType(Get(NavigationRecord, Mode1) & 7u));
+    LatestFix.LatitudeDegrees = position.latitudeDegrees;
+    LatestFix.LongitudeDegrees = position.longitudeDegrees;
+    LatestFix.AltitudeEllipsoidMetres = position.heightMetres;
+    LatestFix.Hdop = GraphChannel[ChannelHdop].Value;
+    LatestFix.SatellitesInFix = Get(NavigationRecord, SvsInFix);
+
     SetChannelValue(ChannelNorthing, position.latitudeDegrees * MetresPerDegree);
     SetChannelValue(ChannelEasting, std::cos(position.latitudeDegrees * RadiansPerDegree) *
                                         position.longitudeDegrees * MetresPerDegree);
@@ -145,7 +161,7 @@ constexpr Field<int32_t> AltitudeEllipsoidCm{31}, AltitudeMslCm{35};
 constexpr Field<uint8_t> MapDatum{39};
 constexpr Field<uint16_t> SpeedCmPerS{40}, CourseCentidegrees{42};
 constexpr Field<uint32_t> EhpeCm{50}, EvpeCm{54};
-constexpr Field<uint8_t> HdopFifths41{89};
+constexpr Field<uint8_t> SvsInFix41{88}, HdopFifths41{89};
 
 constexpr uint16_t NoCourse = 0x8000, NoSpeed = 0x1000, FixTypeBits = 7;
 
@@ -169,6 +185,28 @@ bool TakeGeodeticTime()
     return false;
 }
 
+void ReportGeodeticNavigation(bool utcIsKnown)
+{
+    const uint8_t* const record = GeodeticRecord;
+    const bool hasSpeed = !(Get(record, NavType) & NoSpeed), hasCourse = !(Get(record, NavValid) & NoCourse);
+    BeginFixReport(ModeOfFixType(Get(record, NavType) & FixTypeBits));
+    LatestFix.HasTimeOfDay = utcIsKnown;
+    if (utcIsKnown) ReportDate(Get(record, UtcYear), Get(record, UtcMonth), Get(record, UtcDay));
+    LatestFix.LatitudeDegrees = Get(record, Latitude1e7Deg) / 1e7;
+    LatestFix.LongitudeDegrees = Get(record, Longitude1e7Deg) / 1e7;
+    LatestFix.AltitudeEllipsoidMetres = Get(record, AltitudeEllipsoidCm) / 1e2;
+    LatestFix.AltitudeMslMetres = Get(record, AltitudeMslCm) / 1e2;
+    LatestFix.GeoidSeparationMetres =
+        (static_cast<double>(Get(record, AltitudeEllipsoidCm)) - Get(record, AltitudeMslCm)) / 1e2;
+    LatestFix.Hdop = Get(record, HdopFifths41) / 5.0;
+    LatestFix.SatellitesInFix = Get(record, SvsInFix41);
+    if (LatestFix.Mode == FixMode::None) return;
+    LatestFix.HorizontalErrorMetres = Get(record, EhpeCm) / 1e2;
+    LatestFix.VerticalErrorMetres = Get(record, EvpeCm) / 1e2;
+    LatestFix.SpeedMetresPerSecond = hasSpeed ? Get(record, SpeedCmPerS) / 1e2 : NAN;
+    LatestFix.CourseDegrees = hasCourse ? Get(record, CourseCentidegrees) / 1e2 : NAN;
+}
+
 void DecodeGeodeticNavigation(const Message& message)
 {
     EndCorrections();
@@ -184,6 +222,7 @@ void DecodeGeodeticNavigation(const Message& message)
     SetChannelValue(ChannelHdop, Get(record, HdopFifths41) * 0.2);
 
     const bool utcIsKnown = TakeGeodeticTime(), hasFix = Get(record, NavType) & FixTypeBits;
+    ReportGeodeticNavigation(utcIsKnown);
     if (hasFix && utcIsKnown && OpenDialogOfKind(DialogKind::Sbas))
         UpdateSkyObjects(FixTime.wYear, static_cast<uint8_t>(FixTime.wMonth),
                          static_cast<uint8_t>(FixTime.wDay), static_cast<uint8_t>(FixTime.wHour),
@@ -240,12 +279,16 @@ TrackedSatellite ReadChannel(const uint8_t* channel)
 void DecodeMeasuredTracking(const Message& message)
 {
     KeepRecord(TrackingRecord, message.bytes, message.length);
-    TrackedSatellite satellites[MaxShownChannels];
+    TrackedSatellite satellites[MaxShownChannels] = {};
     const uint32_t count = std::min<uint32_t>(TrackingRecord[ChannelCountOffset], MaxShownChannels);
     for (uint32_t i = 0; i < count; ++i)
         satellites[i] = ReadChannel(TrackingRecord + FirstTrackedChannel + TrackedChannelBytes * i);
     ShowSirfChannels(satellites, count);
     ShowSbasSatellites(satellites, count);
+    BeginSatelliteReport();
+    for (uint32_t i = 0; i < count; ++i)
+        ReportSatellite({satellites[i].svId, satellites[i].elevationDegrees, satellites[i].azimuthDegrees,
+                         satellites[i].meanCarrierToNoiseDbHz});
 }
 
 // ---- Answers, refusals, texts ------------------------------------------------------------------------

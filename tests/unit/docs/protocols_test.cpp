@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "graph/channels.h"
+#include "graph/latest_fix.h"
 #include "sirf/command_layouts.h"
 #include "sirf/message_decoder.h"
 #include "sirf/message_names.h"
@@ -229,6 +230,7 @@ const Observed Message41[] = {
     {"CourseCentidegrees", 34567, [] { return ChannelOf(ChannelCourse); }},
     {"EhpeCm", 123456, [] { return ChannelOf(ChannelEhpe); }},
     {"EvpeCm", 123456, [] { return ChannelOf(ChannelEvpe); }},
+    {"SvsInFix41", 9, [] { return 1.0 * LatestFix.SatellitesInFix; }},
     {"HdopFifths41", 7, [] { return ChannelOf(ChannelHdop); }},
 };
 

@@ -65,7 +65,7 @@ class Nmea(unittest.TestCase):
 
     def test_fields_of_each_sentence(self):
         decoded = {name: body for name, body in sentences().items() if body}
-        self.assertEqual(len(decoded), 6)
+        self.assertEqual(len(decoded), 7)
         for name, body in decoded.items():
             with self.subTest(name):
                 documented = [number for row in rows(name) for number in numbers(row[0])]

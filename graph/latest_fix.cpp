@@ -1,0 +1,80 @@
+#include "graph/latest_fix.h"
+
+#include <limits>
+
+namespace
+{
+
+constexpr double NotKnown = std::numeric_limits<double>::quiet_NaN();
+
+constexpr FixReport Nothing = {.LatitudeDegrees = NotKnown,
+                               .LongitudeDegrees = NotKnown,
+                               .AltitudeMslMetres = NotKnown,
+                               .AltitudeEllipsoidMetres = NotKnown,
+                               .GeoidSeparationMetres = NotKnown,
+                               .SpeedMetresPerSecond = NotKnown,
+                               .CourseDegrees = NotKnown,
+                               .Hdop = NotKnown,
+                               .Vdop = NotKnown,
+                               .HorizontalErrorMetres = NotKnown,
+                               .VerticalErrorMetres = NotKnown,
+                               .SatellitesInFix = -1,
+                               .Mode = FixMode::Unknown,
+                               .HasTimeOfDay = false,
+                               .Year = 0,
+                               .Month = 0,
+                               .Day = 0,
+                               .InView = {},
+                               .InViewCount = 0,
+                               .InViewReports = 0};
+
+uint32_t DaysInMonth(uint32_t year, uint32_t month)
+{
+    constexpr uint8_t Days[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    const bool leapYear = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
+    return month == 2 && leapYear ? 29 : Days[month - 1];
+}
+
+} // namespace
+
+FixReport LatestFix = Nothing;
+
+void BeginFixReport(FixMode mode)
+{
+    LatestFix.LatitudeDegrees = LatestFix.LongitudeDegrees = NotKnown;
+    LatestFix.AltitudeMslMetres = LatestFix.AltitudeEllipsoidMetres = NotKnown;
+    LatestFix.GeoidSeparationMetres = LatestFix.Hdop = NotKnown;
+    LatestFix.SatellitesInFix = -1;
+    LatestFix.Mode = mode;
+    LatestFix.HasTimeOfDay = false;
+    if (mode != FixMode::None) return;
+    // A receiver without a fix does not move as it did with the last one.
+    LatestFix.SpeedMetresPerSecond = LatestFix.CourseDegrees = LatestFix.Vdop = NotKnown;
+    LatestFix.HorizontalErrorMetres = LatestFix.VerticalErrorMetres = NotKnown;
+}
+
+void ReportDate(uint32_t year, uint32_t month, uint32_t day)
+{
+    if (year < 1980 || year > 9999 || month < 1 || month > 12) return;
+    if (day < 1 || day > DaysInMonth(year, month)) return;
+    LatestFix.Year = static_cast<uint16_t>(year);
+    LatestFix.Month = static_cast<uint16_t>(month);
+    LatestFix.Day = static_cast<uint16_t>(day);
+}
+
+void BeginSatelliteReport()
+{
+    LatestFix.InViewCount = 0;
+    ++LatestFix.InViewReports;
+}
+
+void ReportSatellite(const SatelliteInView& satellite)
+{
+    if (satellite.Number == 0 || LatestFix.InViewCount == MaxSatellitesInView) return;
+    LatestFix.InView[LatestFix.InViewCount++] = satellite;
+}
+
+void ResetLatestFix()
+{
+    LatestFix = Nothing;
+}

@@ -1,0 +1,48 @@
+// What the receiver reported last, in full precision and common units: for whoever writes it down. The text
+// page and the chart have values of their own, which are rounded and kept otherwise.
+#pragma once
+
+#include <cstdint>
+
+constexpr uint32_t MaxSatellitesInView = 12;
+
+struct SatelliteInView {
+    uint32_t Number; // as the receiver numbers it, never 0
+    uint32_t ElevationDegrees, AzimuthDegrees, CarrierToNoiseDbHz;
+};
+
+enum class FixMode : uint8_t { Unknown, None, TwoD, ThreeD };
+
+// Each number is a NaN while it is not known. Position, altitudes, HDOP and satellites belong to the latest
+// sample of the chart: what its message did not have is not known. The rest is the latest that was reported.
+struct FixReport {
+    double LatitudeDegrees, LongitudeDegrees;          // north and east positive, longitude -180 to 180
+    double AltitudeMslMetres, AltitudeEllipsoidMetres; // above mean sea level, above the ellipsoid
+    double GeoidSeparationMetres;                      // of the geoid above the ellipsoid
+    double SpeedMetresPerSecond, CourseDegrees;        // over ground
+    double Hdop, Vdop;
+    double HorizontalErrorMetres, VerticalErrorMetres; // estimated
+    int32_t SatellitesInFix;                           // -1: not known
+    FixMode Mode;
+    bool HasTimeOfDay;         // FixTime is the UTC that the latest sample's message gave
+    uint16_t Year, Month, Day; // of the calendar, UTC; Day 0: not known
+    SatelliteInView InView[MaxSatellitesInView];
+    uint32_t InViewCount;
+    uint32_t InViewReports; // lists received; wraps
+};
+
+// Written and read by the reader thread.
+extern FixReport LatestFix;
+
+// Begins the report of a sample's message: forgets what belongs to the latest sample.
+void BeginFixReport(FixMode mode);
+
+// Nothing for a day that the calendar does not have.
+void ReportDate(uint32_t year, uint32_t month, uint32_t day);
+
+void ReportSatellite(
+    const SatelliteInView& satellite); // after the list was begun; more than it can hold are left
+void BeginSatelliteReport();
+
+// Nothing known, as when the program starts.
+void ResetLatestFix();
