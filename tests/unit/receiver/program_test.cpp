@@ -1,5 +1,7 @@
 // The program as its users start it.
 
+#include "temporary_path.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -142,7 +144,7 @@ std::string Bytes(std::initializer_list<int> values)
 
 TEST(Program, BadInputIsOneLineAndExitCode2)
 {
-    const std::string script = testing::TempDir() + "receiver_program_script.txt";
+    const std::string script = TemporaryPath("receiver_program_script.txt");
     std::ofstream(script) << "1 hop\n";
     for (const std::vector<std::string>& arguments : {std::vector<std::string>{"--frobnicate"},
                                                       {"--rate", "1"},
@@ -173,7 +175,7 @@ TEST(Program, HelpAndVersion)
 
 TEST(Program, SpeaksOnItsTerminalUntilItIsEnded)
 {
-    const std::string link = testing::TempDir() + "receiver_program_link";
+    const std::string link = TemporaryPath("receiver_program_link");
     Program program({"--link", link});
     const std::string path = program.Line();
     EXPECT_EQ(std::filesystem::read_symlink(link), path);
@@ -209,8 +211,8 @@ TEST(Program, SwitchesProtocolAndRateThereAndBack)
 
 TEST(Program, TheTerminalGoesAwayAndComesBack)
 {
-    const std::string link = testing::TempDir() + "receiver_program_vanish";
-    const std::string script = testing::TempDir() + "receiver_program_vanish.txt";
+    const std::string link = TemporaryPath("receiver_program_vanish");
+    const std::string script = TemporaryPath("receiver_program_vanish.txt");
     std::ofstream(script) << "3 vanish 5\n12 quit\n";
     Program program({"--link", link, "--script", script, "--speed", "5"});
     const std::string first = program.Line();
@@ -228,8 +230,8 @@ TEST(Program, TheTerminalGoesAwayAndComesBack)
 
 TEST(Program, PlaysALogForItsFirstListenerAndRecordsTheHost)
 {
-    const std::string log = testing::TempDir() + "receiver_program_log.txt";
-    const std::string record = testing::TempDir() + "receiver_program_record.txt";
+    const std::string log = TemporaryPath("receiver_program_log.txt");
+    const std::string record = TemporaryPath("receiver_program_record.txt");
     std::ofstream(log) << "# a comment\n$GPXXX,1*23\r\n" + std::string(300, 'y') + "$GPXXX,2*20\r\n";
     Program program({"--play", log, "--rate", "9600", "--record", record});
     const std::string path = program.Line();

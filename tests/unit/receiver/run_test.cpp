@@ -4,6 +4,7 @@
 #include "receiver/nmea_output.h"
 #include "receiver/session.h"
 #include "receiver/sirf_output.h"
+#include "temporary_path.h"
 
 #include <gtest/gtest.h>
 
@@ -66,7 +67,7 @@ std::vector<Action> Script(std::initializer_list<std::pair<double, const char*>>
 
 std::string File(const std::string& name, const std::string& content)
 {
-    const std::string path = testing::TempDir() + name;
+    const std::string path = TemporaryPath(name);
     std::ofstream(path, std::ios::binary) << content;
     return path;
 }

@@ -1,6 +1,7 @@
 // The pseudo-terminal, with a host that opens it, sets its rate, closes it and comes back.
 
 #include "receiver/terminal.h"
+#include "temporary_path.h"
 
 #include <gtest/gtest.h>
 
@@ -117,7 +118,7 @@ TEST(Terminal, AHostThatDoesNotReadDoesNotBlock)
 
 TEST(Terminal, LinkFollowsTheTerminalAndGoesWithIt)
 {
-    const std::string link = testing::TempDir() + "receiver_link";
+    const std::string link = TemporaryPath("receiver_link");
     std::filesystem::remove(link);
     std::filesystem::create_symlink("/nowhere", link); // of a run that was killed
     Terminal terminal;
@@ -132,7 +133,7 @@ TEST(Terminal, LinkFollowsTheTerminalAndGoesWithIt)
 
 TEST(Terminal, AFileInTheLinksPlaceIsLeftAlone)
 {
-    const std::string path = testing::TempDir() + "receiver_no_link";
+    const std::string path = TemporaryPath("receiver_no_link");
     std::ofstream(path) << "precious";
     Terminal terminal;
     std::string error;

@@ -2,6 +2,7 @@
 
 #include "bench.h"
 #include "receiver/navigation.h"
+#include "temporary_path.h"
 
 #include <gtest/gtest.h>
 
@@ -158,7 +159,7 @@ TEST(Track, EightCrossesItsOriginAndChangesHeight)
 
 TEST(Track, GpxFileWithTimes)
 {
-    const std::string path = testing::TempDir() + "receiver_track.gpx";
+    const std::string path = TemporaryPath("receiver_track.gpx");
     std::ofstream(path)
         << "<gpx><wpt lat=\"1\" lon=\"1\"/><trk><trkseg>\n"
            "<trkpt lat=\"47.0\" lon=\"8.0\"><ele>400</ele><time>2008-06-21T10:00:00Z</time></trkpt>\n"
@@ -182,7 +183,7 @@ TEST(Track, GpxFileWithTimes)
 
 TEST(Track, GpxFileWithoutTimesIsDrivenAtTheGivenSpeed)
 {
-    const std::string path = testing::TempDir() + "receiver_route.gpx";
+    const std::string path = TemporaryPath("receiver_route.gpx");
     std::ofstream(path)
         << "<gpx><rte><rtept lat=\"0\" lon=\"0\"/><rtept lat=\"0\" lon=\"0.001\"/></rte></gpx>";
     std::string error;
@@ -197,7 +198,7 @@ TEST(Track, BadGpxFilesAreNamed)
     std::string error;
     EXPECT_FALSE(ReadGpx("/nowhere/x.gpx", 5.0, error));
     EXPECT_EQ(error, "/nowhere/x.gpx: cannot be read");
-    const std::string path = testing::TempDir() + "receiver_empty.gpx";
+    const std::string path = TemporaryPath("receiver_empty.gpx");
     std::ofstream(path) << "<gpx></gpx>";
     EXPECT_FALSE(ReadGpx(path, 5.0, error));
     EXPECT_EQ(error, path + ": no track point with lat and lon");
