@@ -5,10 +5,33 @@
 #include "nmea/sentence_assembler.h"
 #include "sirf/frame_assembler.h"
 
-void RouteReceivedByte(uint8_t b)
+uint32_t RouteUpToMessage(const uint8_t* bytes, uint32_t count)
 {
-    NmeaAssembler(b);
-    SirfFramer(b);
-    BytesReceived.store(BytesReceived.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
-    if (LogFileHandle.load(std::memory_order_relaxed) != INVALID_HANDLE_VALUE) LogWriteByte(b);
+    uint32_t routed = 0;
+    bool complete = false;
+    while (routed < count && !complete) {
+        // Bytes with which neither assembler does anything to be noticed go together. Only then is the order
+        // of all that can be noticed the same as byte by byte.
+        const uint8_t* const next = bytes + routed;
+        uint32_t quiet = SirfQuietBytesAtMost(count - routed); // for nothing, so that little is searched
+        if (quiet) quiet = NmeaQuietBytes(next, quiet);
+        if (quiet) quiet = SirfQuietBytes(next, quiet);
+        if (quiet) {
+            NmeaTakeQuiet(next, quiet);
+            SirfTakeQuiet(next, quiet);
+            routed += quiet;
+            if (routed == count) break;
+        }
+        const uint8_t b = bytes[routed++];
+        const bool completesSentence = NmeaAssembler(b), completesFrame = SirfFramer(b);
+        complete = completesSentence || completesFrame;
+    }
+    BytesReceived.store(BytesReceived.load(std::memory_order_relaxed) + routed, std::memory_order_relaxed);
+    if (LogFileHandle.load(std::memory_order_relaxed) != INVALID_HANDLE_VALUE) LogWrite(bytes, routed);
+    return routed;
+}
+
+void RouteReceived(const uint8_t* bytes, uint32_t count)
+{
+    for (uint32_t routed = 0; routed < count;) routed += RouteUpToMessage(bytes + routed, count - routed);
 }

@@ -92,10 +92,10 @@ void Feed(std::span<const uint8_t> bytes)
     for (const Listener* listener : Listeners)
         if (listener->bytes) listener->bytes(bytes);
     uint32_t messages = MessageCount(), samples = GraphSampleCount.load();
-    for (const uint8_t b : bytes) {
-        RouteReceivedByte(b);
+    while (!bytes.empty()) {
+        bytes = bytes.subspan(RouteUpToMessage(bytes.data(), static_cast<uint32_t>(bytes.size())));
         if (messages == MessageCount()) continue;
-        messages = MessageCount(); // a byte completes one message at most
+        messages = MessageCount();
         const bool sampled = samples != GraphSampleCount.load();
         samples = GraphSampleCount.load();
         for (const Listener* listener : Listeners) {

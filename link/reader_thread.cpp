@@ -3,17 +3,20 @@
 #include "link/link_state.h"
 #include "link/write_queue.h"
 
+std::atomic<uint8_t> ReadsMayBlock{0};
+
 constexpr DWORD IdleSleepMs = 50;
+constexpr DWORD RunBytes = 1024; // more than a port at full speed collects in that time
 
 DWORD WINAPI ReaderThread(void*)
 {
     HANDLE port = PortHandle.load();
     while (port != INVALID_HANDLE_VALUE) {
-        uint8_t b;
+        uint8_t run[RunBytes];
         DWORD count = 0; // a failed call must not count as a byte
         // While data flows the handle is not tested: a closed one fails the next read.
-        while (ReadFile(port, &b, 1, &count, nullptr) && count == 1) {
-            RouteReceivedByte(b);
+        while (ReadFile(port, run, ReadsMayBlock.load() ? 1 : RunBytes, &count, nullptr) && count) {
+            RouteReceived(run, count);
             port = PortHandle.load();
             count = 0;
         }

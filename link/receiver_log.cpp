@@ -42,7 +42,17 @@ bool HasExtension(const wchar_t* path)
     return has;
 }
 
-// Whether the user has chosen a name; it is in `path` then.
+// After a write that failed.
+void EndLog(HANDLE log)
+{
+    const DWORD error = GetLastError();
+    if (!ReplaceHandle(LogFileHandle, log, INVALID_HANDLE_VALUE)) return;
+    SetLastError(error);
+    ShowLastError(L"WriteFile File");
+    if (!CloseHandle(log)) ShowLastError(L"CloseHandle File");
+}
+
+// True if the user has chosen a name; it is in `path` then.
 bool AskForPath(wchar_t (&path)[PathCapacity])
 {
     OPENFILENAMEW dialog = {};
@@ -94,15 +104,22 @@ bool LogClose()
     return false;
 }
 
-void LogWriteByte(uint8_t b)
+void LogWrite(const uint8_t* bytes, uint32_t count)
 {
     const HANDLE log = LogFileHandle.load();
     if (log == INVALID_HANDLE_VALUE) return;
-    DWORD written = 0;
-    if (WriteFile(log, &b, 1, &written, nullptr)) return;
-    const DWORD error = GetLastError();
-    if (!ReplaceHandle(LogFileHandle, log, INVALID_HANDLE_VALUE)) return;
-    SetLastError(error);
-    ShowLastError(L"WriteFile File");
-    if (!CloseHandle(log)) ShowLastError(L"CloseHandle File");
+    DWORD portion = count;
+    for (uint32_t done = 0; done < count;) {
+        DWORD written = 0;
+        if (WriteFile(log, bytes + done, portion, &written, nullptr)) {
+            done += portion;
+            continue;
+        }
+        if (portion == 1) {
+            EndLog(log);
+            return;
+        }
+        done += written; // a full disk may have room for some of the rest
+        portion = 1;
+    }
 }

@@ -7,7 +7,7 @@
 #include "platform/platform.h"
 
 // The open log, INVALID_HANDLE_VALUE when there is none. The user-interface thread opens and closes it; the
-// reader thread tests it before each byte and takes it out when it cannot be written.
+// reader thread tests it before each write and takes it out when it cannot be written.
 extern std::atomic<HANDLE> LogFileHandle;
 
 // Opens the log under a name that the user chooses, or, on a keypad device, that the local time gives; true
@@ -18,6 +18,6 @@ bool LogOpen();
 // Closes the log; true if one was closed. Failure shows "CloseHandle File".
 bool LogClose();
 
-// Reader thread: appends one byte. The first failure ends the log and posts one box, "WriteFile File"; a log
-// that the user has closed or replaced meanwhile is left alone.
-void LogWriteByte(uint8_t b);
+// Reader thread: appends bytes, as many as there is room for. The first byte that fails ends the log and
+// posts one box, "WriteFile File"; a log that the user has closed or replaced meanwhile is left alone.
+void LogWrite(const uint8_t* bytes, uint32_t count);

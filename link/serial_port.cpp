@@ -22,8 +22,6 @@ namespace
 constexpr DWORD DcbLength = 28;
 constexpr uint32_t SettleMs = 2000, PropertiesRetryMs = 1000, EndPollMs = 10;
 
-bool ReadsMayBlock = false; // the driver has refused the time-outs
-
 bool ReadProperties()
 {
     std::memset(&PortProperties, 0, sizeof PortProperties);
@@ -77,8 +75,9 @@ bool SetTimeouts(COMMTIMEOUTS& timeouts, uint32_t baud)
     timeouts.ReadTotalTimeoutConstant = 0;
     timeouts.WriteTotalTimeoutMultiplier = baud / 20000 + 1; // ms per byte
     timeouts.WriteTotalTimeoutConstant = 0;
-    ReadsMayBlock = !SetCommTimeouts(PortHandle.load(), &timeouts);
-    return GoOnAfter(!ReadsMayBlock, L"SetCommTimeouts");
+    const BOOL set = SetCommTimeouts(PortHandle.load(), &timeouts);
+    ReadsMayBlock.store(!set);
+    return GoOnAfter(set, L"SetCommTimeouts");
 }
 
 } // namespace
@@ -159,7 +158,7 @@ void PortClose()
     WriteHead = WriteTail = 0;
     if (IsPortOpen()) {
         LinkClosing.store(1);
-        if (ReaderThreadHandle && ReadsMayBlock) CancelThreadIo(ReaderThreadHandle);
+        if (ReaderThreadHandle && ReadsMayBlock.load()) CancelThreadIo(ReaderThreadHandle);
         SetCommMask(PortHandle.load(), 0); // releases a call that waits for events
         PortCloseHandle();
     } else if (!LinkClosing.load()) {

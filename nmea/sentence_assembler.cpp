@@ -53,11 +53,45 @@ void DeliverSentence()
     NmeaMessageCount.store(NmeaMessageCount.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
 }
 
+// Bytes that only lengthen the body.
+bool IsBodyByte(uint8_t b)
+{
+    return IsPrintable(b) && b != '*';
+}
+
 } // namespace
 
-// A case that keeps the sentence returns; falling out of the switch is the one place that drops it.
-void NmeaAssembler(uint8_t b)
+uint32_t NmeaQuietBytes(const uint8_t* bytes, uint32_t count)
 {
+    uint32_t quiet = 0;
+    switch (State) {
+    case AssemblerState::Idle: {
+        const void* const start = std::memchr(bytes, '$', count);
+        return start ? static_cast<uint32_t>(static_cast<const uint8_t*>(start) - bytes) : count;
+    }
+    case AssemblerState::Body:
+        while (quiet < count && IsBodyByte(bytes[quiet])) ++quiet;
+        return quiet;
+    default: return 0;
+    }
+}
+
+void NmeaTakeQuiet(const uint8_t* bytes, uint32_t count)
+{
+    if (State != AssemblerState::Body) return;
+    uint8_t length = Length, checksum = Checksum;
+    for (uint32_t i = 0; i < count; ++i) {
+        NmeaSentenceBuffer[length++] = static_cast<char>(bytes[i]);
+        checksum ^= bytes[i];
+    }
+    Length = length;
+    Checksum = checksum;
+}
+
+// A case that keeps the sentence returns; falling out of the switch is the one place that drops it.
+bool NmeaAssembler(uint8_t b)
+{
+    bool complete = false;
     switch (State) {
     case AssemblerState::Idle:
         if (b == '$') {
@@ -66,53 +100,54 @@ void NmeaAssembler(uint8_t b)
             StartTick = GetTickCount();
             State = AssemblerState::Body;
         }
-        return;
+        return false;
     case AssemblerState::Body:
         if (b == '*') {
             EndBody();
             State = AssemblerState::FirstDigit;
-            return;
+            return false;
         }
         if (b == Cr) {
             EndBody();
             State = AssemblerState::WantLf;
-            return;
+            return false;
         }
-        if (IsPrintable(b)) {
-            NmeaSentenceBuffer[Length++] = static_cast<char>(b);
-            Checksum = static_cast<uint8_t>(Checksum ^ b);
-            return;
+        if (IsBodyByte(b)) {
+            NmeaTakeQuiet(&b, 1);
+            return false;
         }
         break;
     case AssemblerState::FirstDigit:
         if (b == Cr) {
             State = AssemblerState::WantLf;
-            return;
+            return false;
         }
         if (IsHexDigit(b)) {
             Checksum = static_cast<uint8_t>(Checksum - 16 * HexValue(b));
             State = AssemblerState::SecondDigit;
-            return;
+            return false;
         }
         break;
     case AssemblerState::SecondDigit:
         if (IsHexDigit(b) && Checksum == HexValue(b)) {
             HadChecksum = true;
             State = AssemblerState::WantCr;
-            return;
+            return false;
         }
         break;
     case AssemblerState::WantCr:
         if (b == Cr) {
             State = AssemblerState::WantLf;
-            return;
+            return false;
         }
         break;
     case AssemblerState::WantLf:
-        if (b == Lf) DeliverSentence();
+        complete = b == Lf;
+        if (complete) DeliverSentence();
         break;
     }
     State = AssemblerState::Idle;
+    return complete;
 }
 
 void ResetNmeaAssembler()

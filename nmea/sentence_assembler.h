@@ -10,13 +10,20 @@ using SentenceObserver = void (*)(const char* body, uint32_t length, bool hadChe
 extern std::atomic<SentenceObserver> ObserveSentence;
 
 // Feeds one byte; reader thread. A sentence that ends properly, with the right checksum or without one, goes
-// to NmeaDispatcher and is counted in NmeaMessageCount. Everything else is dropped silently. Bodies of more
-// than 64 characters measure EffectiveBaud.
+// to NmeaDispatcher and is counted in NmeaMessageCount; true if this byte completed one. Everything else is
+// dropped silently. Bodies of more than 64 characters measure EffectiveBaud.
 //
 // Lenient on purpose: a '*' directly before the line end passes untested; so does a sentence without a '*'.
 // A '$' within a sentence is a character like any other. A body of more than 255 characters wraps to the
 // start of its buffer: what is dispatched is the part behind the wrap.
-void NmeaAssembler(uint8_t b);
+bool NmeaAssembler(uint8_t b);
+
+// How many of the next `count` bytes are quiet: the assembler would only skip them, or store them in the
+// body. A byte that begins or ends something is not quiet, but not each one that is left out ends something.
+uint32_t NmeaQuietBytes(const uint8_t* bytes, uint32_t count);
+
+// Feeds bytes that NmeaQuietBytes has found quiet, or the first of them.
+void NmeaTakeQuiet(const uint8_t* bytes, uint32_t count);
 
 // Everything as when the program starts.
 void ResetNmeaAssembler();

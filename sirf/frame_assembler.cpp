@@ -1,5 +1,6 @@
 #include "sirf/frame_assembler.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "link/link_state.h"
@@ -33,53 +34,85 @@ uint16_t Sum = 0;       // of the payload; at the end its difference from the re
 uint32_t StartTick = 0; // ms, when the length was accepted
 uint8_t Buffer[SirfBufferSize];
 
+// Bytes that are searched for a start in one go. Few, because the other assembler may stop at any of them,
+// and the rest would be searched again.
+constexpr uint32_t SearchedBytes = 64;
+
 } // namespace
 
-// A case that keeps the frame returns; falling out of the switch is the one place that drops it.
-void SirfFramer(uint8_t b)
+uint32_t SirfQuietBytesAtMost(uint32_t count)
 {
+    switch (State) {
+    case FramerState::Start1: return std::min(count, SearchedBytes);
+    case FramerState::Payload: return std::min<uint32_t>(count, Length - Count - 1u);
+    default: return 0;
+    }
+}
+
+uint32_t SirfQuietBytes(const uint8_t* bytes, uint32_t count)
+{
+    count = SirfQuietBytesAtMost(count);
+    if (State != FramerState::Start1) return count;
+    const void* const start = std::memchr(bytes, StartByte1, count);
+    return start ? static_cast<uint32_t>(static_cast<const uint8_t*>(start) - bytes) : count;
+}
+
+void SirfTakeQuiet(const uint8_t* bytes, uint32_t count)
+{
+    if (State != FramerState::Payload) return;
+    uint32_t sum = Sum;
+    for (uint32_t i = 0; i < count; ++i) sum += bytes[i];
+    Sum = static_cast<uint16_t>(sum);
+    std::memcpy(Buffer + Count, bytes, count);
+    Count = static_cast<uint16_t>(Count + count);
+}
+
+// A case that keeps the frame returns; falling out of the switch is the one place that drops it.
+bool SirfFramer(uint8_t b)
+{
+    bool complete = false;
     switch (State) {
     case FramerState::Start1:
         if (b == StartByte1) State = FramerState::Start2;
-        return;
+        return false;
     case FramerState::Start2:
         if (b != StartByte2) break;
         State = FramerState::LengthHigh;
-        return;
+        return false;
     case FramerState::LengthHigh:
         Length = b;
         State = FramerState::LengthLow;
-        return;
+        return false;
     case FramerState::LengthLow:
         Length = static_cast<uint16_t>(Length << 8 | b);
         if (Length == 0 || Length > MaxSirfPayload) break;
         Count = Sum = 0;
         StartTick = GetTickCount();
         State = FramerState::Payload;
-        return;
+        return false;
     case FramerState::Payload:
-        Sum = static_cast<uint16_t>(Sum + b);
-        Buffer[Count++] = b;
+        SirfTakeQuiet(&b, 1);
         if (Count == Length) {
             if (Length == MeasuredLength) MeasureEffectiveBaud(Length, StartTick);
             State = FramerState::ChecksumHigh;
         }
-        return;
+        return false;
     case FramerState::ChecksumHigh:
         Sum = static_cast<uint16_t>((Sum & 0x7FFF) - (b & 0x7F) * 256);
         State = FramerState::ChecksumLow;
-        return;
+        return false;
     case FramerState::ChecksumLow:
         Sum = static_cast<uint16_t>(Sum - b);
         if (Sum != 0) break;
         State = FramerState::End1;
-        return;
+        return false;
     case FramerState::End1:
         if (b != EndByte1) break;
         State = FramerState::End2;
-        return;
+        return false;
     case FramerState::End2:
-        if (b == EndByte2) {
+        complete = b == EndByte2;
+        if (complete) {
             if (const PayloadObserver observe = ObservePayload.load(std::memory_order_relaxed))
                 observe(Buffer, Length);
             SirfMessageDecoder(Buffer, Length);
@@ -89,6 +122,7 @@ void SirfFramer(uint8_t b)
         break;
     }
     State = FramerState::Start1;
+    return complete;
 }
 
 void ResetSirfFramer()

@@ -100,11 +100,12 @@ void Receive(std::string_view bytes)
 {
     constexpr size_t BytesBetweenPaints = 256;
     constexpr uint32_t Milliseconds = 40;
-    for (size_t i = 0; i < bytes.size(); ++i) {
-        RouteReceivedByte(static_cast<uint8_t>(bytes[i]));
-        if (i % BytesBetweenPaints == BytesBetweenPaints - 1) HeadlessPass(Milliseconds);
+    for (;; bytes.remove_prefix(BytesBetweenPaints)) {
+        const std::string_view run = bytes.substr(0, BytesBetweenPaints);
+        RouteReceived(reinterpret_cast<const uint8_t*>(run.data()), static_cast<uint32_t>(run.size()));
+        HeadlessPass(Milliseconds);
+        if (bytes.size() < BytesBetweenPaints) return;
     }
-    HeadlessPass(Milliseconds);
 }
 
 void ShowChart()

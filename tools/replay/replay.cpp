@@ -34,14 +34,19 @@ void ZeroAtFirstSample()
     RecordGraphSample();
 }
 
-// One byte through the reception, and the sample that it may complete; more than one it cannot.
-void FeedByte(unsigned char byte, const ReplayOptions& options)
+// Bytes through the reception, message by message, with the sample that each may make; more than one it
+// cannot.
+void FeedBytes(const unsigned char* bytes, size_t count, const ReplayOptions& options)
 {
-    const uint32_t samples = GraphSampleCount.load();
-    RouteReceivedByte(byte);
-    if (samples == GraphSampleCount.load()) return;
-    if (options.samples) PrintSample();
-    if (options.zero && GraphSampleCount.load() == 1) ZeroAtFirstSample();
+    while (count) {
+        const uint32_t samples = GraphSampleCount.load();
+        const uint32_t routed = RouteUpToMessage(bytes, static_cast<uint32_t>(count));
+        bytes += routed;
+        count -= routed;
+        if (samples == GraphSampleCount.load()) continue;
+        if (options.samples) PrintSample();
+        if (options.zero && GraphSampleCount.load() == 1) ZeroAtFirstSample();
+    }
 }
 
 // The page as it is now, if it is another than last time.
@@ -69,7 +74,7 @@ void Feed(const std::string& name, const ReplayOptions& options, std::string& sh
     unsigned char buffer[65536];
     errno = 0;
     while (const size_t count = ReadSome(file, buffer, sizeof buffer, options.follow)) {
-        for (size_t i = 0; i < count; ++i) FeedByte(buffer[i], options);
+        FeedBytes(buffer, count, options);
         if (!options.follow) continue;
         if (options.page) PrintChangedPage(shownPage);
         if (const int failed = FinishOutput(ReplayName)) std::exit(failed);

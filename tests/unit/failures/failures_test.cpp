@@ -178,7 +178,7 @@ TEST(Failures, Log)
         LogOpen();
     };
     write.act = [] {
-        for (const char b : {'1', '2', '3'}) RouteReceivedByte(static_cast<uint8_t>(b));
+        for (const uint8_t b : {'1', '2', '3'}) RouteReceived(&b, 1);
     };
     write.state = [] { return std::to_string(HeadlessFileContent(L"\\a.txt").size()) + " bytes"; };
     write.finish = [=] {
@@ -195,8 +195,9 @@ uint32_t Second;
 void ReceiveFix()
 {
     const std::string time = std::to_string(120000 + Second++ % 60);
-    for (const char c : Sentence("GPGGA," + time + ".000,3723.2475,N,12158.3416,W,1,07,1.0,9.0,M,,,,0000"))
-        RouteReceivedByte(static_cast<uint8_t>(c));
+    const std::string fix =
+        Sentence("GPGGA," + time + ".000,3723.2475,N,12158.3416,W,1,07,1.0,9.0,M,,,,0000");
+    RouteReceived(reinterpret_cast<const uint8_t*>(fix.data()), static_cast<uint32_t>(fix.size()));
 }
 
 std::string Shown()

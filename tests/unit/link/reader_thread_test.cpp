@@ -63,6 +63,27 @@ TEST_F(Reader, PortionsDoNotMatter)
     }
 }
 
+// A driver without time-outs makes a read wait until it has all that it asks for.
+TEST_F(Reader, AsksForOneByteWhereReadsMayBlock)
+{
+    HeadlessPort& port = HeadlessAddPort(3);
+    HeadlessFailCall("SetCommTimeouts", 1, ERROR_GEN_FAILURE);
+    ASSERT_TRUE(PortOpen(L"COM3:", 4800));
+    const auto reads = [&port](const char* bytes) {
+        HeadlessCountCalls();
+        HeadlessReceive(port, bytes);
+        Sleep(60);
+        for (const HeadlessCallCount& call : HeadlessCountedCalls())
+            if (call.call == "ReadFile") return call.count;
+        return 0u;
+    };
+    EXPECT_GE(reads("abcdefghij"), 10u);
+    PortClose();
+    ASSERT_TRUE(PortOpen(L"COM3:", 4800));
+    EXPECT_LE(reads("abcdefghij"), 4u);
+    EXPECT_EQ(BytesReceived.load(), 20u);
+}
+
 TEST_F(Reader, FailedReadIsNoByte)
 {
     HeadlessPort& port = HeadlessAddPort(3);

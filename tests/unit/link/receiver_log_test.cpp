@@ -35,11 +35,22 @@ TEST_F(ReceiverLog, FirstFailureEndsTheLogWithOneBox)
 {
     OpenLog(L"\\a");
     HeadlessFailCall("WriteFile", 2, ERROR_DISK_FULL, FailMode::FromHereOn);
-    Feed("abc");
+    for (const char* byte : {"a", "b", "c"}) Feed(byte);
     ASSERT_EQ(HeadlessBoxes().size(), 1u);
     EXPECT_EQ(HeadlessBoxes()[0].caption, L"WriteFile File");
     EXPECT_EQ(LogFileHandle.load(), INVALID_HANDLE_VALUE);
     EXPECT_EQ(HeadlessFileContent(L"\\a"), "a");
+}
+
+TEST_F(ReceiverLog, WhatFitsOfARunIsWritten)
+{
+    OpenLog(L"\\a");
+    HeadlessDiskFullAfter(5);
+    Feed("abc");
+    Feed("defgh");
+    EXPECT_EQ(HeadlessBoxes().size(), 1u);
+    EXPECT_EQ(LogFileHandle.load(), INVALID_HANDLE_VALUE);
+    EXPECT_EQ(HeadlessFileContent(L"\\a"), "abcde");
 }
 
 TEST_F(ReceiverLog, FailingCloseForgetsTheLogAllTheSame)

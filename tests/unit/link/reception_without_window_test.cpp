@@ -21,8 +21,9 @@ TEST(ReceptionWithoutWindow, SendsNothing)
     const HeadlessPort& port = HeadlessAddPort(3);
     PortHandle.store(
         CreateFileW(L"COM3:", GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-    for (const char c : std::string_view("$GPZDA,100035,21,06,2008,00,00\r\n$GPZDA\r\n"))
-        RouteReceivedByte(static_cast<uint8_t>(c));
+    const std::string_view sentences = "$GPZDA,100035,21,06,2008,00,00\r\n$GPZDA\r\n";
+    RouteReceived(reinterpret_cast<const uint8_t*>(sentences.data()),
+                  static_cast<uint32_t>(sentences.size()));
     EXPECT_EQ(NmeaMessageCount.load(), 2u);
     EXPECT_EQ(ProtocolMode(), ProtocolNmea);
     EXPECT_EQ(TimesAsked, 1u);

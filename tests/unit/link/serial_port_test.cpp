@@ -300,14 +300,14 @@ TEST_F(SerialPort, NothingIsDecodedWhileThePortCloses)
 {
     HeadlessPort& port = HeadlessAddPort(3);
     std::string messages;
-    for (int i = 0; i < 500; ++i) messages += "$A\r\n";
+    for (int i = 0; i < 20000; ++i) messages += "$A\r\n";
     uint32_t reading = 0;
     for (uint32_t round = 1; round <= 100; ++round) {
         HeadlessInterleave(round);
         ASSERT_TRUE(PortOpen(L"COM3:", 115200));
         HeadlessReceive(port, messages);
         Sleep(40 + round % 20);
-        reading += NmeaMessageCount.load() % 500 != 0;
+        reading += NmeaMessageCount.load() % 20000 != 0;
         ResetProtocolMode();
         PortClose();
         ASSERT_EQ(ProtocolMode(), ProtocolNone) << round;

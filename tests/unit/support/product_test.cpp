@@ -67,7 +67,7 @@ HeadlessTemplate ProductTest::FindTemplate(uint32_t number)
 
 void ProductTest::Feed(std::string_view bytes)
 {
-    for (const char b : bytes) RouteReceivedByte(static_cast<uint8_t>(b));
+    RouteReceived(reinterpret_cast<const uint8_t*>(bytes.data()), static_cast<uint32_t>(bytes.size()));
 }
 
 void ProductTest::FeedSentence(std::string_view body)

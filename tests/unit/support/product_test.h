@@ -20,7 +20,7 @@ protected:
     // Port COM3:, open, without a reader thread: what the program sends is in its `writes`.
     HeadlessPort& OpenPort();
 
-    // Through the reader's path, byte by byte.
+    // Through the reader's path, in one run.
     static void Feed(std::string_view bytes);
 
     // A window in place of the program's own, of the client size that is set: it shows posted boxes.
