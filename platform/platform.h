@@ -3,7 +3,7 @@
 // Product code includes this header and no other platform header. What the calls do is the platform's
 // published contract; each implementation says where it differs:
 //   platform/windows   the desktop system, and what Windows CE has and the desktop lacks
-//   platform/headless  the whole interface in memory, under the control of a test or a tool
+//   platform/headless  the whole interface in memory (platform/memory), under the control of a test or a tool
 #pragma once
 
 #include <atomic>

@@ -5,8 +5,7 @@
 #include <cwchar>
 #include <utility>
 
-namespace headless
-{
+using namespace memory;
 
 namespace
 {
@@ -37,31 +36,25 @@ int AnswerOf(UINT type)
     return answer;
 }
 
-// A modal window of the system's own: its owner is disabled while it is up, messages are dispatched, and the
-// steps of the user that belong to it run. Returns false if it was destroyed meanwhile, with its owner.
-bool ShowModal(HWND owner, const std::wstring& caption, std::vector<std::function<void()>> steps)
+// Messages are dispatched while a box is up, and the steps of the user that belong to it run.
+void RunSteps(HWND box, const std::vector<std::function<void()>>& steps)
 {
-    const HWND handle =
-        MakeWindow(Kind::Box, {nullptr, nullptr, L"#32770"}, caption, WS_POPUP | WS_CAPTION, owner, 0);
-    Show(handle, true);
-    const bool ownerWasEnabled = FindWin(owner) && !Enable(owner, false);
     YieldTurn();
     PumpMessages();
     for (const auto& step : steps) {
-        if (!FindWin(handle)) break;
+        if (!FindWin(box)) break;
         {
             const InProgram program;
             step();
         }
         PumpMessages();
     }
-    if (ownerWasEnabled) Enable(owner, true);
-    const bool there = FindWin(handle) != nullptr;
-    Destroy(handle);
-    return there;
 }
 
 } // namespace
+
+namespace headless
+{
 
 void ResetBoxes()
 {
@@ -75,7 +68,17 @@ void ResetBoxes()
 
 } // namespace headless
 
-using namespace headless;
+namespace memory
+{
+
+int AwaitAnswer(HWND window, const Box& box)
+{
+    Boxes.push_back({box.text, box.caption, box.type, box.owner, &Me() == &UserInterfaceThread()});
+    RunSteps(window, std::exchange(StepsDuringBox, {}));
+    return FindWin(window) ? AnswerOf(box.type) : 0;
+}
+
+} // namespace memory
 
 const std::vector<HeadlessBox>& HeadlessBoxes()
 {
@@ -113,16 +116,6 @@ void HeadlessClearSaveDialogs()
     SaveDialogs.clear();
 }
 
-int MessageBoxW(HWND owner, const wchar_t* text, const wchar_t* caption, UINT type)
-{
-    if (Fails(Call::MessageBoxW)) return 0;
-    if (owner && !NeedWindow(owner)) return 0;
-    Boxes.push_back(
-        {text ? text : L"", caption ? caption : L"", type, owner, &Me() == &UserInterfaceThread()});
-    const bool closed = ShowModal(owner, caption ? caption : L"", std::exchange(StepsDuringBox, {}));
-    return closed ? AnswerOf(type) : 0;
-}
-
 BOOL GetSaveFileNameW(OPENFILENAMEW* dialog)
 {
     if (Fails(Call::GetSaveFileNameW)) return FALSE;
@@ -132,7 +125,8 @@ BOOL GetSaveFileNameW(OPENFILENAMEW* dialog)
         filters += (filters.empty() ? L"" : L"|") + std::wstring(filter);
     SaveDialogs.push_back({dialog->lpstrFile, filters, dialog->lpstrDefExt ? dialog->lpstrDefExt : L"",
                            dialog->nFilterIndex, dialog->Flags, dialog->nMaxFile, dialog->hwndOwner});
-    if (!ShowModal(dialog->hwndOwner, L"Save As", {}) || SavePath.empty()) return FALSE;
+    const bool closed = ShowModal(dialog->hwndOwner, L"Save As", [](HWND window) { RunSteps(window, {}); });
+    if (!closed || SavePath.empty()) return FALSE;
     if (SavePath.size() >= dialog->nMaxFile) return FALSE;
     std::copy_n(SavePath.c_str(), SavePath.size() + 1, dialog->lpstrFile);
     dialog->nFilterIndex = SaveFilter;

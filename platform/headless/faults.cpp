@@ -3,16 +3,15 @@
 
 #include <array>
 
-namespace headless
-{
+using namespace memory;
 
 namespace
 {
 
 constexpr std::array CallNames = {
-#define HEADLESS_CALL(name) #name,
-    HEADLESS_FAILABLE_CALLS(HEADLESS_CALL)
-#undef HEADLESS_CALL
+#define MEMORY_CALL(name) #name,
+    MEMORY_FAILABLE_CALLS(MEMORY_CALL)
+#undef MEMORY_CALL
 };
 
 struct Fault {
@@ -43,6 +42,9 @@ void Arm(const Fault& fault)
 
 } // namespace
 
+namespace memory
+{
+
 bool FaultsArmed;
 
 bool FaultHit(Call call)
@@ -64,6 +66,11 @@ bool FaultHit(Call call)
     return hit;
 }
 
+} // namespace memory
+
+namespace headless
+{
+
 void ResetFaults()
 {
     Faults.clear();
@@ -72,8 +79,6 @@ void ResetFaults()
 }
 
 } // namespace headless
-
-using namespace headless;
 
 void HeadlessFailCall(const char* call, uint32_t n, DWORD error, FailMode mode)
 {
@@ -89,7 +94,7 @@ void HeadlessFailAnyCall(uint32_t n, DWORD error, FailMode mode)
 
 void HeadlessClearFaults()
 {
-    ResetFaults();
+    headless::ResetFaults();
 }
 
 void HeadlessCountCalls()

@@ -15,7 +15,7 @@
 #include <string_view>
 #include <vector>
 
-#include "system.h"
+#include "platform/memory/looks.h"
 
 // Everything back to the state of a freshly started system: clock, registry, ports, files, boxes, windows,
 // faults, script. Threads other than the caller's must have ended.
@@ -59,14 +59,7 @@ uint32_t HeadlessLiveThreads();                    // beside the caller's
 // ---- Serial ports -------------------------------------------------------------------------------------
 
 // A scripted port. A port that was not added cannot be opened (ERROR_FILE_NOT_FOUND).
-struct HeadlessPort {
-    // What the driver reports and accepts; a test may change all of it before the port is opened.
-    COMMPROP properties;
-    DCB dcb;
-    COMMTIMEOUTS timeouts;
-    DWORD errors;
-    COMSTAT status;
-
+struct HeadlessPort : memory::LineState { // all of which a test may change before the port is opened
     // What the program did.
     std::string sent;                // all bytes written
     std::vector<std::string> writes; // the same, one entry per WriteFile
@@ -217,10 +210,7 @@ std::vector<bool> HeadlessInvalidations(HWND window);
 void HeadlessClearInvalidations(HWND window);
 
 // What the last paint of a window wrote: each text with its place, each shape as "Ellipse l t r b" and so on.
-struct HeadlessTextOut {
-    int x, y;
-    std::wstring text;
-};
+using HeadlessTextOut = memory::TextOut;
 std::vector<HeadlessTextOut> HeadlessPaintedTexts(HWND window);
 std::vector<std::string> HeadlessPaintedShapes(HWND window);
 std::vector<uint32_t> HeadlessPixels(HWND window); // 0x00RRGGBB, row by row from the top, client area
@@ -229,18 +219,8 @@ std::vector<uint32_t> HeadlessPixels(HWND window); // 0x00RRGGBB, row by row fro
 std::vector<std::wstring> HeadlessMenu(HWND window);
 
 // Dialog template by resource number: the numbers of its controls, whether or not a dialog is open.
-struct HeadlessTemplateControl {
-    int id;
-    std::wstring className, text;
-    DWORD style;
-    int x, y, width, height; // dialog units
-};
-struct HeadlessTemplate {
-    std::wstring caption;
-    DWORD style;
-    int width, height;
-    std::vector<HeadlessTemplateControl> controls;
-};
+using HeadlessTemplateControl = memory::TemplateControl;
+using HeadlessTemplate = memory::Template;
 bool HeadlessFindTemplate(uint32_t number, HeadlessTemplate& found);
 
 // ---- What the program has not given back --------------------------------------------------------------

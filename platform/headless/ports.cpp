@@ -8,8 +8,7 @@
 
 #include <algorithm>
 
-namespace headless
-{
+using namespace memory;
 
 namespace
 {
@@ -105,8 +104,20 @@ uint64_t NextArrival(const Port& port)
     return std::min(QueueTime(port), StreamTime(port));
 }
 
-struct PortObject : Object {
+struct PortObject : Line {
     Port* port = nullptr;
+
+    LineState& State() override { return *port; }
+
+    bool SetState(const DCB& dcb) override
+    {
+        Arrive(*port); // what has come until now came at the old rate
+        port->dcb = dcb;
+        port->rates.push_back(dcb.BaudRate);
+        return true;
+    }
+
+    void Escape(DWORD function) override { port->escapes.push_back(function); }
 
     bool Read(void* buffer, DWORD count, DWORD& read) override;
 
@@ -160,26 +171,10 @@ bool PortObject::Read(void* buffer, DWORD count, DWORD& read)
     return true;
 }
 
-Port* FindPort(HANDLE handle)
-{
-    const auto object = std::dynamic_pointer_cast<PortObject>(FindObject(handle));
-    if (!object) Fail(ERROR_INVALID_HANDLE);
-    return object ? object->port : nullptr;
-}
-
 } // namespace
 
-bool ParsePortName(const std::wstring& name, uint32_t& number)
+namespace memory
 {
-    if (name.size() < 5 || name.size() > 7 || Lower(name.substr(0, 3)) != L"com" || name.back() != L':')
-        return false;
-    number = 0;
-    for (size_t i = 3; i + 1 < name.size(); ++i) {
-        if (name[i] < L'0' || name[i] > L'9') return false;
-        number = number * 10 + static_cast<uint32_t>(name[i] - L'0');
-    }
-    return true;
-}
 
 HANDLE OpenPort(uint32_t number)
 {
@@ -199,14 +194,17 @@ HANDLE OpenPort(uint32_t number)
     return NewHandle(object);
 }
 
+} // namespace memory
+
+namespace headless
+{
+
 void ResetPorts()
 {
     Ports.clear();
 }
 
 } // namespace headless
-
-using namespace headless;
 
 HeadlessPort& HeadlessAddPort(uint32_t number)
 {
@@ -215,32 +213,7 @@ HeadlessPort& HeadlessAddPort(uint32_t number)
     port = std::make_unique<Port>();
     port->number = number;
     port->noise = number + 1;
-    // An ordinary UART at rest.
-    port->properties = {};
-    port->properties.wPacketLength = sizeof(COMMPROP);
-    port->properties.wPacketVersion = 2;
-    port->properties.dwServiceMask = 1;
-    port->properties.dwMaxTxQueue = 16;
-    port->properties.dwMaxRxQueue = 2048;
-    port->properties.dwMaxBaud = 0x20000;
-    port->properties.dwProvSubType = 1;
-    port->properties.dwProvCapabilities = 0xFF;
-    port->properties.dwSettableParams = 0x7F;
-    port->properties.dwSettableBaud = 0x6FFFF;
-    port->properties.wSettableData = 0xF;
-    port->properties.wSettableStopParity = 0x1F07;
-    port->dcb = {};
-    port->dcb.DCBlength = sizeof(DCB);
-    port->dcb.BaudRate = 9600;
-    port->dcb.fBinary = 1;
-    port->dcb.fDtrControl = 1;
-    port->dcb.ByteSize = 8;
-    port->dcb.XonLim = port->dcb.XoffLim = 512;
-    port->dcb.XonChar = 17;
-    port->dcb.XoffChar = 19;
-    port->timeouts = {};
-    port->errors = 0;
-    port->status = {};
+    static_cast<LineState&>(*port) = OrdinaryLine();
     return *port;
 }
 
@@ -274,77 +247,4 @@ void HeadlessStream(HeadlessPort& port, std::string_view bytes, uint32_t byteMic
     Arrive(line);
     line.stream = {std::string(bytes), Now(), byteMicroseconds, false};
     WakeAll(WakePort);
-}
-
-BOOL GetCommProperties(HANDLE port, COMMPROP* properties)
-{
-    if (Fails(Call::GetCommProperties)) return FALSE;
-    const Port* found = FindPort(port);
-    if (!found) return FALSE;
-    *properties = found->properties;
-    return TRUE;
-}
-
-BOOL GetCommState(HANDLE port, DCB* dcb)
-{
-    if (Fails(Call::GetCommState)) return FALSE;
-    const Port* found = FindPort(port);
-    if (!found) return FALSE;
-    *dcb = found->dcb;
-    return TRUE;
-}
-
-BOOL SetCommState(HANDLE port, DCB* dcb)
-{
-    if (Fails(Call::SetCommState)) return FALSE;
-    Port* found = FindPort(port);
-    if (!found) return FALSE;
-    if (dcb->DCBlength != sizeof(DCB)) return Fail(ERROR_INVALID_PARAMETER);
-    Arrive(*found); // what has come until now came at the old rate
-    found->dcb = *dcb;
-    found->rates.push_back(dcb->BaudRate);
-    return TRUE;
-}
-
-BOOL GetCommTimeouts(HANDLE port, COMMTIMEOUTS* timeouts)
-{
-    if (Fails(Call::GetCommTimeouts)) return FALSE;
-    const Port* found = FindPort(port);
-    if (!found) return FALSE;
-    *timeouts = found->timeouts;
-    return TRUE;
-}
-
-BOOL SetCommTimeouts(HANDLE port, COMMTIMEOUTS* timeouts)
-{
-    if (Fails(Call::SetCommTimeouts)) return FALSE;
-    Port* found = FindPort(port);
-    if (!found) return FALSE;
-    found->timeouts = *timeouts;
-    return TRUE;
-}
-
-BOOL ClearCommError(HANDLE port, DWORD* errors, COMSTAT* status)
-{
-    if (Fails(Call::ClearCommError)) return FALSE;
-    const Port* found = FindPort(port);
-    if (!found) return FALSE;
-    if (errors) *errors = found->errors;
-    if (status) *status = found->status;
-    return TRUE;
-}
-
-BOOL EscapeCommFunction(HANDLE port, DWORD function)
-{
-    if (Fails(Call::EscapeCommFunction)) return FALSE;
-    Port* found = FindPort(port);
-    if (!found) return FALSE;
-    found->escapes.push_back(function);
-    return TRUE;
-}
-
-BOOL SetCommMask(HANDLE port, DWORD)
-{
-    if (Fails(Call::SetCommMask)) return FALSE;
-    return FindPort(port) != nullptr;
 }

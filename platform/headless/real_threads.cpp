@@ -20,7 +20,7 @@ void AnnotateIgnoreWritesBegin(const char* file, int line);
 void AnnotateIgnoreWritesEnd(const char* file, int line);
 }
 
-namespace headless
+namespace memory
 {
 
 const bool RealThreads = true;
@@ -62,7 +62,7 @@ void EnterPlatform()
 {
     if (Depth++ != 0) return;
     Take();
-    SetNow(RealNow());
+    headless::SetNow(RealNow());
 }
 
 void LeavePlatform()
@@ -81,7 +81,7 @@ InProgram::~InProgram()
     if (depth == 0) return;
     Take();
     Depth = depth;
-    SetNow(RealNow());
+    headless::SetNow(RealNow());
 }
 
 void PauseReally()
@@ -100,16 +100,16 @@ void TakeOver(const void* what)
     __tsan_acquire(const_cast<void*>(what));
 }
 
-} // namespace headless
+} // namespace memory
 
 // Called by the compiler's instructions at the beginning and the end of every function of the platform.
 extern "C" {
 void __cyg_profile_func_enter(void*, void*)
 {
-    headless::EnterPlatform();
+    memory::EnterPlatform();
 }
 void __cyg_profile_func_exit(void*, void*)
 {
-    headless::LeavePlatform();
+    memory::LeavePlatform();
 }
 }

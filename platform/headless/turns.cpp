@@ -1,7 +1,7 @@
 // The usual platform, on which exactly one thread runs at a time: nothing that real threads need is needed.
 #include "platform/headless/internal.h"
 
-namespace headless
+namespace memory
 {
 
 const bool RealThreads = false;
@@ -15,4 +15,4 @@ void TakeOver(const void*) {}
 InProgram::InProgram() : depth(0) {}
 InProgram::~InProgram() = default;
 
-} // namespace headless
+} // namespace memory

@@ -3,15 +3,10 @@
 
 #include <algorithm>
 
-namespace headless
-{
+using namespace memory;
 
 namespace
 {
-
-constexpr DWORD StaticNotify = 0x100, EditReadOnly = 0x800;
-constexpr UINT EnChange = 0x300, EnUpdate = 0x400, CbnSelectionChange = 1, CbnEditChange = 5,
-               CbnEditUpdate = 6, LbnSelectionChange = 1;
 
 struct Step {
     std::function<void()> act;
@@ -38,6 +33,9 @@ std::wstring ShownText(const Window& control)
 
 } // namespace
 
+namespace memory
+{
+
 uint64_t UserStepTime()
 {
     return Script.empty() ? Never : Script.front().due;
@@ -56,6 +54,11 @@ bool RunUserStep()
     return true;
 }
 
+} // namespace memory
+
+namespace headless
+{
+
 void ResetUser()
 {
     Script.clear();
@@ -63,86 +66,74 @@ void ResetUser()
 
 } // namespace headless
 
-using namespace headless;
-
 void HeadlessUser(std::function<void()> step, uint32_t delay)
 {
     Script.push_back({std::move(step), uint64_t{delay} * 1000, Never});
     Wake(UserInterfaceThread(), WakeInput);
 }
 
+bool HeadlessRunMessages()
+{
+    for (;;) {
+        MSG message;
+        switch (NextMessage(message, nullptr, 0, 0, nullptr, Idle::Return)) {
+        case Next::Quit: return true;
+        case Next::Stopped: return false;
+        case Next::Message: Translate(message); Dispatch(message);
+        }
+    }
+}
+
+void HeadlessPumpMessages()
+{
+    PumpMessages();
+}
+
+void HeadlessPass(uint32_t milliseconds)
+{
+    Thread& me = Me();
+    const uint64_t end = Now() + uint64_t{milliseconds} * 1000;
+    do {
+        PumpMessages();
+        Wait(std::min(end, me.quit ? Never : NextTimer(me)), WakeSent | WakeInput, {"a message"});
+    } while (Now() < end);
+    PumpMessages();
+}
+
 bool HeadlessClick(HWND dialog, int control)
 {
-    const Window& found = ControlOf(dialog, control);
-    const HWND handle = found.handle;
-    if (!IsUsable(found)) return false;
-    if (found.kind == Kind::Static) {
-        if (found.style & StaticNotify) Notify(handle, STN_CLICKED);
-        return (found.style & StaticNotify) != 0;
-    }
-    Focus(handle);
-    if (found.kind == Kind::Button) ClickButton(handle);
-    return true;
+    return Press(ControlOf(dialog, control).handle);
 }
 
 bool HeadlessType(HWND dialog, int control, const std::wstring& text)
 {
-    Window* found = &ControlOf(dialog, control);
-    const HWND handle = found->handle;
-    const bool edit = found->kind == Kind::Edit, combo = IsEditableCombo(*found);
-    if (!edit && !combo)
+    const Window& found = ControlOf(dialog, control);
+    if (!TakesText(found))
         Stop("the user types into control " + std::to_string(control) + ", which takes no text");
-    if (!IsUsable(*found) || (edit && (found->style & EditReadOnly))) return false;
-    Focus(handle);
-    found = FindWin(handle); // the program may have acted on the focus
-    if (!found) return false;
-    found->text = found->limit != 0 ? text.substr(0, found->limit) : text;
-    if (combo) found->selection = -1;
-    Invalidate(*found, nullptr, true);
-    Notify(handle, edit ? EnUpdate : CbnEditUpdate);
-    Notify(handle, edit ? EnChange : CbnEditChange);
-    return true;
+    return Type(found.handle, text);
 }
 
 bool HeadlessChoose(HWND dialog, int control, int index)
 {
-    Window* found = &ControlOf(dialog, control);
-    const HWND handle = found->handle;
-    const bool combo = found->kind == Kind::Combo;
-    const auto entry = static_cast<size_t>(index);
-    if ((!combo && found->kind != Kind::List) || index < 0 || entry >= found->items.size())
+    const Window& found = ControlOf(dialog, control);
+    if (!HasEntry(found, index))
         Stop("the user chooses entry " + std::to_string(index) + " of control " + std::to_string(control) +
              ", which does not have it");
-    if (!IsUsable(*found)) return false;
-    Focus(handle);
-    found = FindWin(handle);
-    if (!found || entry >= found->items.size()) return false;
-    found->selection = index;
-    if (combo) found->text = found->items[entry];
-    Invalidate(*found, nullptr, true);
-    Notify(handle, combo ? CbnSelectionChange : LbnSelectionChange);
-    return true;
+    return Choose(found.handle, index);
 }
 
 bool HeadlessCommand(HWND window, int command)
 {
-    const Window* found = FindWin(window);
-    if (!found) Stop("a command to a window that does not exist");
-    const std::vector<MenuEntry> menu = MenuOf(window);
-    const bool offered = std::any_of(menu.begin(), menu.end(), [&](const MenuEntry& entry) {
-        return entry.id == static_cast<UINT>(command) && command != 0;
-    });
-    if (!menu.empty() && !offered) Stop("the menu has no command " + std::to_string(command));
-    if (!IsUsable(*found)) return false;
-    Send(window, WM_COMMAND, MAKEWPARAM(static_cast<WORD>(command), 0), 0);
-    return true;
+    if (!FindWin(window)) Stop("a command to a window that does not exist");
+    if (!HasCommand(window, static_cast<UINT>(command)))
+        Stop("the menu has no command " + std::to_string(command));
+    return ChooseCommand(window, static_cast<UINT>(command));
 }
 
 bool HeadlessKey(HWND window, WPARAM key, wchar_t character)
 {
-    const Window* found = FindWin(window);
-    if (!found) Stop("a key to a window that does not exist");
-    return IsUsable(*found) && Post(*found->thread, {window, WM_KEYDOWN, key, 0, Tick(), {0, 0}}, character);
+    if (!FindWin(window)) Stop("a key to a window that does not exist");
+    return PressKey(window, key, character);
 }
 
 std::wstring HeadlessText(HWND dialog, int control)

@@ -1,10 +1,10 @@
 // Message queues. A message sent to a window of another thread waits until that thread serves it: in
 // GetMessageW and PeekMessageW, and while it itself waits for the answer to a message that it has sent.
-#include "platform/headless/internal.h"
+#include "platform/memory/memory.h"
 
 #include <algorithm>
 
-namespace headless
+namespace memory
 {
 
 namespace
@@ -32,13 +32,6 @@ Timer* DueTimer(Thread& thread, HWND filter)
             (!due || timer.due < due->due))
             due = &timer;
     return due;
-}
-
-uint64_t NextTimer(const Thread& thread)
-{
-    uint64_t next = Never;
-    for (const Timer& timer : thread.timers) next = std::min(next, timer.due);
-    return next;
 }
 
 // The first message that is there: posted ones, then the end, then paints, then timers.
@@ -102,6 +95,13 @@ bool HasInput(Thread& thread, DWORD mask)
 }
 
 } // namespace
+
+uint64_t NextTimer(const Thread& thread)
+{
+    uint64_t next = Never;
+    for (const Timer& timer : thread.timers) next = std::min(next, timer.due);
+    return next;
+}
 
 // Runs a window's procedure, on the window's own thread.
 LRESULT CallProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
@@ -233,37 +233,9 @@ void PumpMessages()
     }
 }
 
-} // namespace headless
+} // namespace memory
 
-using namespace headless;
-
-bool HeadlessRunMessages()
-{
-    for (;;) {
-        MSG message;
-        switch (NextMessage(message, nullptr, 0, 0, nullptr, Idle::Return)) {
-        case Next::Quit: return true;
-        case Next::Stopped: return false;
-        case Next::Message: Translate(message); Dispatch(message);
-        }
-    }
-}
-
-void HeadlessPumpMessages()
-{
-    PumpMessages();
-}
-
-void HeadlessPass(uint32_t milliseconds)
-{
-    Thread& me = Me();
-    const uint64_t end = Now() + uint64_t{milliseconds} * 1000;
-    do {
-        PumpMessages();
-        Wait(std::min(end, me.quit ? Never : NextTimer(me)), WakeSent | WakeInput, {"a message"});
-    } while (Now() < end);
-    PumpMessages();
-}
+using namespace memory;
 
 LRESULT SendMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {

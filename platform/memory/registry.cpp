@@ -1,10 +1,10 @@
 // The registry: two roots of keys in memory. Names keep their letters and compare without case.
-#include "platform/headless/internal.h"
+#include "platform/memory/memory.h"
 
 #include <algorithm>
 #include <cstring>
 
-namespace headless
+namespace memory
 {
 
 namespace
@@ -13,15 +13,10 @@ namespace
 constexpr DWORD QueryRight = 1, SetRight = 2, EnumerateRight = 8, WriteRights = 6, AllRights = ~DWORD{0};
 constexpr uintptr_t FirstKey = 0x1000;
 
-struct Value {
-    DWORD type;
-    std::string data;
-};
-
 struct Key {
     std::wstring name;
     std::map<std::wstring, std::shared_ptr<Key>> keys; // by name in lower case
-    std::map<std::wstring, Value> values;
+    std::map<std::wstring, StoredValue> values;
 };
 
 struct OpenedKey {
@@ -65,7 +60,7 @@ bool IsRoot(HKEY key)
 
 Root& RootOf(HKEY root)
 {
-    if (!IsRoot(root)) Stop("a registry root that the headless platform does not have");
+    if (!IsRoot(root)) Stop("a registry root that this system does not have");
     return Roots[root];
 }
 
@@ -113,11 +108,6 @@ LONG OpenKey(HKEY root, const wchar_t* path, DWORD access, bool create, HKEY* ke
     return ERROR_SUCCESS;
 }
 
-void SetValue(HKEY root, const wchar_t* path, const wchar_t* name, DWORD type, std::string data)
-{
-    Walk(RootOf(root).key, path, true)->values[Lower(name ? name : L"")] = {type, std::move(data)};
-}
-
 void ListValues(const Key& key, const std::wstring& path, std::vector<std::wstring>& lines)
 {
     constexpr const wchar_t* Digits = L"0123456789ABCDEF";
@@ -139,66 +129,30 @@ std::string BytesOf(const void* data, size_t size)
 
 } // namespace
 
-void ResetRegistry()
-{
-    Roots.clear();
-    OpenedKeys.clear();
-    NextKey = FirstKey;
-}
-
-} // namespace headless
-
-using namespace headless;
-
-uint32_t HeadlessOpenKeys()
+uint32_t OpenKeyCount()
 {
     return static_cast<uint32_t>(OpenedKeys.size());
 }
 
-void HeadlessRegistrySetDword(HKEY root, const wchar_t* path, const wchar_t* name, uint32_t value)
-{
-    SetValue(root, path, name, REG_DWORD, BytesOf(&value, sizeof value));
-}
-
-void HeadlessRegistrySetText(HKEY root, const wchar_t* path, const wchar_t* name, const wchar_t* text)
-{
-    SetValue(root, path, name, REG_SZ, BytesOf(text, (std::wcslen(text) + 1) * sizeof(wchar_t)));
-}
-
-void HeadlessRegistrySetBytes(HKEY root, const wchar_t* path, const wchar_t* name, DWORD type,
-                              std::string_view bytes)
-{
-    std::string data(bytes);
-    if (type == REG_SZ || type == REG_MULTI_SZ) {
-        data.clear();
-        for (size_t i = 0; i + 1 < bytes.size(); i += 2) {
-            const wchar_t character = static_cast<wchar_t>(static_cast<uint8_t>(bytes[i]) |
-                                                           static_cast<uint8_t>(bytes[i + 1]) << 8);
-            data += BytesOf(&character, sizeof character);
-        }
-        if (bytes.size() % 2 != 0) data += bytes.back();
-    }
-    SetValue(root, path, name, type, std::move(data));
-}
-
-void HeadlessRegistryCreateKey(HKEY root, const wchar_t* path)
+void MakeKey(HKEY root, const wchar_t* path)
 {
     Walk(RootOf(root).key, path, true);
 }
 
-bool HeadlessRegistryGetDword(HKEY root, const wchar_t* path, const wchar_t* name, uint32_t& value)
+void SetValue(HKEY root, const wchar_t* path, const wchar_t* name, StoredValue value)
 {
-    const std::shared_ptr<Key> key = Walk(RootOf(root).key, path, false);
-    if (!key) return false;
-    const auto found = key->values.find(Lower(name));
-    if (found == key->values.end() || found->second.type != REG_DWORD ||
-        found->second.data.size() != sizeof value)
-        return false;
-    std::memcpy(&value, found->second.data.data(), sizeof value);
-    return true;
+    Walk(RootOf(root).key, path, true)->values[Lower(name ? name : L"")] = std::move(value);
 }
 
-std::vector<std::wstring> HeadlessRegistryValues()
+const StoredValue* FindValue(HKEY root, const wchar_t* path, const wchar_t* name)
+{
+    const std::shared_ptr<Key> key = Walk(RootOf(root).key, path, false);
+    if (!key) return nullptr;
+    const auto found = key->values.find(Lower(name));
+    return found == key->values.end() ? nullptr : &found->second;
+}
+
+std::vector<std::wstring> AllValues()
 {
     std::vector<std::wstring> lines;
     ListValues(*RootOf(HKEY_CURRENT_USER).key, L"user", lines);
@@ -206,10 +160,21 @@ std::vector<std::wstring> HeadlessRegistryValues()
     return lines;
 }
 
-void HeadlessRegistryRefuseWrites(HKEY root, bool refuse)
+void RefuseWrites(HKEY root, bool refuse)
 {
     RootOf(root).refusesWrites = refuse;
 }
+
+void ResetRegistry()
+{
+    Roots.clear();
+    OpenedKeys.clear();
+    NextKey = FirstKey;
+}
+
+} // namespace memory
+
+using namespace memory;
 
 LONG RegOpenKeyExW(HKEY root, const wchar_t* path, DWORD, DWORD access, HKEY* key)
 {
@@ -233,7 +198,7 @@ LONG RegQueryValueExW(HKEY key, const wchar_t* name, DWORD*, DWORD* type, BYTE* 
     if (data && !size) return ERROR_INVALID_PARAMETER;
     const auto found = opened->values.find(Lower(name ? name : L""));
     if (found == opened->values.end()) return ERROR_FILE_NOT_FOUND;
-    const Value& value = found->second;
+    const StoredValue& value = found->second;
     if (type) *type = value.type;
     if (!size) return ERROR_SUCCESS;
     const DWORD capacity = *size;
@@ -250,7 +215,9 @@ LONG RegSetValueExW(HKEY key, const wchar_t* name, DWORD, DWORD type, const BYTE
     LONG error = ERROR_SUCCESS;
     const std::shared_ptr<Key> opened = Opened(key, SetRight, error);
     if (!opened) return error;
-    opened->values[Lower(name ? name : L"")] = {type, BytesOf(data, size)};
+    StoredValue& value = opened->values[Lower(name ? name : L"")];
+    value = {type, BytesOf(data, size)};
+    ValueStored(name ? name : L"", &value);
     return ERROR_SUCCESS;
 }
 
@@ -260,7 +227,9 @@ LONG RegDeleteValueW(HKEY key, const wchar_t* name)
     LONG error = ERROR_SUCCESS;
     const std::shared_ptr<Key> opened = Opened(key, SetRight, error);
     if (!opened) return error;
-    return opened->values.erase(Lower(name ? name : L"")) != 0 ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
+    if (opened->values.erase(Lower(name ? name : L"")) == 0) return ERROR_FILE_NOT_FOUND;
+    ValueStored(name ? name : L"", nullptr);
+    return ERROR_SUCCESS;
 }
 
 LONG RegEnumKeyExW(HKEY key, DWORD index, wchar_t* name, DWORD* nameCount, DWORD*, wchar_t*, DWORD*, void*)

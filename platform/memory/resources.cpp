@@ -1,5 +1,5 @@
 // The program's resources: the compiled resource script stands in the binary as it is, and is read here.
-#include "platform/headless/internal.h"
+#include "platform/memory/memory.h"
 
 #include <algorithm>
 #include <optional>
@@ -7,16 +7,16 @@
 // Placed by the assembler, so that the build needs no generated source.
 asm(".section .rodata\n"
     ".balign 4\n"
-    ".global HeadlessResources\n"
-    "HeadlessResources:\n"
-    ".incbin \"" HEADLESS_RESOURCES "\"\n"
-    ".global HeadlessResourcesEnd\n"
-    "HeadlessResourcesEnd:\n"
+    ".global Resources\n"
+    "Resources:\n"
+    ".incbin \"" COMPILED_RESOURCES "\"\n"
+    ".global ResourcesEnd\n"
+    "ResourcesEnd:\n"
     ".byte 0\n"
     ".previous\n");
-extern "C" const uint8_t HeadlessResources[], HeadlessResourcesEnd[];
+extern "C" const uint8_t Resources[], ResourcesEnd[];
 
-namespace headless
+namespace memory
 {
 
 namespace
@@ -109,7 +109,7 @@ struct Resource {
 std::vector<Resource> ReadResources()
 {
     std::vector<Resource> resources;
-    Reader reader({HeadlessResources, HeadlessResourcesEnd});
+    Reader reader({Resources, ResourcesEnd});
     while (!reader.AtEnd()) {
         const size_t start = reader.Position();
         const uint32_t dataSize = reader.U32(), headerSize = reader.U32();
@@ -161,9 +161,9 @@ bool ReadMenu(Reader& reader, int depth, std::vector<MenuEntry>& entries)
     }
 }
 
-HeadlessTemplateControl ReadControl(Reader& reader, bool extended)
+TemplateControl ReadControl(Reader& reader, bool extended)
 {
-    HeadlessTemplateControl control{};
+    TemplateControl control{};
     reader.Align();
     if (extended) {
         reader.U32(); // help
@@ -186,7 +186,7 @@ HeadlessTemplateControl ReadControl(Reader& reader, bool extended)
 
 } // namespace
 
-bool FindTemplate(const wchar_t* name, HeadlessTemplate& found)
+bool FindTemplate(const wchar_t* name, Template& found)
 {
     std::optional<Reader> reader = Find(Dialog, NameOf(name));
     if (!reader) return false;
@@ -285,14 +285,9 @@ bool FindText(UINT id, std::wstring& found)
     return (!reader->Bad() && !found.empty()) || Fail(ERROR_RESOURCE_NAME_NOT_FOUND);
 }
 
-} // namespace headless
+} // namespace memory
 
-using namespace headless;
-
-bool HeadlessFindTemplate(uint32_t number, HeadlessTemplate& found)
-{
-    return FindTemplate(MAKEINTRESOURCEW(number), found);
-}
+using namespace memory;
 
 int LoadStringW(HINSTANCE, UINT id, wchar_t* text, int capacity)
 {

@@ -1,9 +1,9 @@
 // Run-time libraries, and what the system says about itself.
-#include "platform/headless/internal.h"
+#include "platform/memory/memory.h"
 
 #include <algorithm>
 
-namespace headless
+namespace memory
 {
 
 namespace
@@ -57,37 +57,37 @@ void ResetLibraries()
     PlatformType = OemInfo = NoText();
 }
 
-} // namespace headless
-
-using namespace headless;
-
-void HeadlessSetPlatformType(const wchar_t* type, DWORD error)
+void SetPlatformType(const wchar_t* type, DWORD error)
 {
     PlatformType = {type ? type : L"", error};
 }
 
-void HeadlessSetOemInfo(const wchar_t* text, DWORD error)
+void SetOemInfo(const wchar_t* text, DWORD error)
 {
     OemInfo = {text ? text : L"", error};
 }
 
-void HeadlessAddExport(const wchar_t* library, const wchar_t* name, FARPROC procedure)
+void AddExport(const wchar_t* library, const wchar_t* name, FARPROC procedure)
 {
     LibraryNamed(library).names[name] = procedure;
 }
 
-void HeadlessAddExport(const wchar_t* library, uint32_t number, FARPROC procedure)
+void AddExport(const wchar_t* library, uint32_t number, FARPROC procedure)
 {
     LibraryNamed(library).numbers[number] = procedure;
 }
 
-std::vector<std::wstring> HeadlessLoadedLibraries()
+std::vector<std::wstring> LoadedLibraries()
 {
     std::vector<std::wstring> names;
     for (const Library& library : Libraries)
         if (library.loads != 0) names.push_back(library.name);
     return names;
 }
+
+} // namespace memory
+
+using namespace memory;
 
 BOOL GetVersionExW(OSVERSIONINFOW* version)
 {

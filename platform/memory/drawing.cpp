@@ -1,13 +1,13 @@
 // Device contexts with real pixels: windows, bitmaps, and bitmaps whose memory the program shares. Text is
 // drawn as a pattern that depends on the character only; what is written to windows is recorded too.
-#include "platform/headless/internal.h"
+#include "platform/memory/memory.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <cwchar>
 #include <utility>
 
-namespace headless
+namespace memory
 {
 
 namespace
@@ -375,6 +375,21 @@ void PaintControl(HWND control)
     FreeDc(dc);
 }
 
+uint32_t GdiObjectCount()
+{
+    const auto count =
+        std::count_if(Objects.begin(), Objects.end(), [](const auto& o) { return !o.second.stock; });
+    return static_cast<uint32_t>(count) + static_cast<uint32_t>(Contexts.size());
+}
+
+const Picture& PictureOf(HWND window)
+{
+    const HDC dc = NewWindowDc(window);
+    SurfaceOf(*FindDc(dc)); // which makes it as large as the window
+    FreeDc(dc);
+    return FindWin(window)->picture;
+}
+
 void ResetDrawing()
 {
     Objects.clear();
@@ -383,37 +398,9 @@ void ResetDrawing()
     NextDc = FirstDc;
 }
 
-} // namespace headless
+} // namespace memory
 
-using namespace headless;
-
-uint32_t HeadlessGdiObjects()
-{
-    const auto count =
-        std::count_if(Objects.begin(), Objects.end(), [](const auto& o) { return !o.second.stock; });
-    return static_cast<uint32_t>(count) + static_cast<uint32_t>(Contexts.size());
-}
-
-std::vector<HeadlessTextOut> HeadlessPaintedTexts(HWND window)
-{
-    const Window* found = FindWin(window);
-    return found ? found->texts : std::vector<HeadlessTextOut>();
-}
-
-std::vector<std::string> HeadlessPaintedShapes(HWND window)
-{
-    const Window* found = FindWin(window);
-    return found ? found->shapes : std::vector<std::string>();
-}
-
-std::vector<uint32_t> HeadlessPixels(HWND window)
-{
-    if (!FindWin(window)) return {};
-    const HDC dc = NewWindowDc(window);
-    SurfaceOf(*FindDc(dc));
-    FreeDc(dc);
-    return FindWin(window)->picture.pixels;
-}
+using namespace memory;
 
 HFONT CreateTextPageFont()
 {

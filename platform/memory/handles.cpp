@@ -1,10 +1,10 @@
 // Handles of files, ports and threads. A number is used once only, so that a stale handle shows.
-#include "platform/headless/internal.h"
+#include "platform/memory/memory.h"
 
 #include <cwctype>
 #include <unordered_map>
 
-namespace headless
+namespace memory
 {
 
 namespace
@@ -49,6 +49,11 @@ std::shared_ptr<Object> FindObject(HANDLE handle)
     return nullptr;
 }
 
+uint32_t OpenHandleCount()
+{
+    return static_cast<uint32_t>(Objects.size());
+}
+
 void ResetHandles()
 {
     Objects.clear();
@@ -64,14 +69,9 @@ std::wstring Lower(std::wstring_view text)
     return lower;
 }
 
-} // namespace headless
+} // namespace memory
 
-using namespace headless;
-
-uint32_t HeadlessOpenHandles()
-{
-    return static_cast<uint32_t>(Objects.size());
-}
+using namespace memory;
 
 HANDLE CreateFileW(const wchar_t* name, DWORD access, DWORD share, void*, DWORD disposition, DWORD, HANDLE)
 {
@@ -110,4 +110,16 @@ BOOL CloseHandle(HANDLE handle)
     return TRUE;
 }
 
-void CancelThreadIo(HANDLE) {} // reads of scripted ports return at once
+HANDLE ExchangeHandle(std::atomic<HANDLE>& place, HANDLE value)
+{
+    PlatformCall();
+    return place.exchange(value);
+}
+
+bool ReplaceHandle(std::atomic<HANDLE>& place, HANDLE expected, HANDLE value)
+{
+    PlatformCall();
+    return place.compare_exchange_strong(expected, value);
+}
+
+void CancelThreadIo(HANDLE) {} // reads of ports end with the port

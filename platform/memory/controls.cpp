@@ -1,9 +1,9 @@
 // The system's controls: what they keep, the messages they answer and the notifications they send.
-#include "platform/headless/internal.h"
+#include "platform/memory/memory.h"
 
 #include <algorithm>
 
-namespace headless
+namespace memory
 {
 
 namespace
@@ -286,4 +286,4 @@ LRESULT ControlProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam
     }
 }
 
-} // namespace headless
+} // namespace memory

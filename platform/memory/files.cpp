@@ -1,9 +1,9 @@
 // Files in memory and the special folders.
-#include "platform/headless/internal.h"
+#include "platform/memory/memory.h"
 
 #include <algorithm>
 
-namespace headless
+namespace memory
 {
 
 namespace
@@ -26,6 +26,7 @@ std::map<int, std::wstring> Folders = UsualFolders;
 
 struct FileObject : Object {
     std::shared_ptr<Contents> contents;
+    std::wstring path;
     DWORD access = 0;
     size_t position = 0;
 
@@ -53,7 +54,11 @@ struct FileObject : Object {
         return true;
     }
 
-    void Close() override { --contents->opens; }
+    void Close() override
+    {
+        --contents->opens;
+        if (access & GENERIC_WRITE) FileClosed(path);
+    }
 };
 
 std::shared_ptr<Contents> FindFile(const std::wstring& path)
@@ -82,8 +87,38 @@ HANDLE OpenFile(const std::wstring& name, DWORD access, DWORD share, DWORD dispo
     ++contents->opens;
     auto object = std::make_shared<FileObject>();
     object->contents = contents;
+    object->path = name;
     object->access = access;
     return NewHandle(object);
+}
+
+std::string* FindFileBytes(const std::wstring& path)
+{
+    const std::shared_ptr<Contents> contents = FindFile(path);
+    return contents ? &contents->bytes : nullptr;
+}
+
+void WriteWholeFile(const std::wstring& path, std::string_view bytes)
+{
+    std::shared_ptr<Contents>& contents = Files[Lower(path)];
+    if (!contents) contents = std::make_shared<Contents>();
+    contents->bytes = bytes;
+}
+
+void DeleteWholeFile(const std::wstring& path)
+{
+    Files.erase(Lower(path));
+}
+
+void SetFreeBytes(uint64_t bytes)
+{
+    FreeBytes = bytes;
+}
+
+void SetFolder(int folder, const std::wstring& path)
+{
+    Folders[folder] = path;
+    if (path.empty()) Folders.erase(folder);
 }
 
 void ResetFiles()
@@ -93,38 +128,9 @@ void ResetFiles()
     Folders = UsualFolders;
 }
 
-} // namespace headless
+} // namespace memory
 
-using namespace headless;
-
-bool HeadlessFileExists(const std::wstring& path)
-{
-    return FindFile(path) != nullptr;
-}
-
-std::string HeadlessFileContent(const std::wstring& path)
-{
-    const std::shared_ptr<Contents> contents = FindFile(path);
-    return contents ? contents->bytes : std::string();
-}
-
-void HeadlessWriteFile(const std::wstring& path, std::string_view content)
-{
-    std::shared_ptr<Contents>& contents = Files[Lower(path)];
-    if (!contents) contents = std::make_shared<Contents>();
-    contents->bytes = content;
-}
-
-void HeadlessDiskFullAfter(uint64_t bytes)
-{
-    FreeBytes = bytes;
-}
-
-void HeadlessSetFolder(int folder, const std::wstring& path)
-{
-    Folders[folder] = path;
-    if (path.empty()) Folders.erase(folder);
-}
+using namespace memory;
 
 BOOL SHGetSpecialFolderPathW(HWND, wchar_t* path, int folder, BOOL)
 {

@@ -1,10 +1,10 @@
 // Last error and error texts.
-#include "platform/headless/internal.h"
+#include "platform/memory/memory.h"
 
 #include <algorithm>
 #include <set>
 
-namespace headless
+namespace memory
 {
 
 namespace
@@ -14,19 +14,19 @@ std::map<void*, std::unique_ptr<wchar_t[]>> Texts; // allocated and not freed
 
 } // namespace
 
+uint32_t UnfreedTexts()
+{
+    return static_cast<uint32_t>(Texts.size());
+}
+
 void ResetErrors()
 {
     Texts.clear();
 }
 
-} // namespace headless
+} // namespace memory
 
-using namespace headless;
-
-uint32_t HeadlessUnfreedTexts()
-{
-    return static_cast<uint32_t>(Texts.size());
-}
+using namespace memory;
 
 DWORD GetLastError()
 {
@@ -42,7 +42,7 @@ DWORD FormatMessageW(DWORD flags, const void*, DWORD error, DWORD, wchar_t* buff
 {
     if (Fails(Call::FormatMessageW)) return 0;
     if (!(flags & FORMAT_MESSAGE_FROM_SYSTEM) || !buffer) return Fail(ERROR_INVALID_PARAMETER);
-    const std::wstring text = L"Error text " + std::to_wstring(error) + L".\r\n";
+    const std::wstring text = ErrorText(error);
     const DWORD length = static_cast<DWORD>(text.size());
     if (flags & FORMAT_MESSAGE_ALLOCATE_BUFFER) {
         auto copy = std::make_unique<wchar_t[]>(length + 1);

@@ -1,7 +1,7 @@
 // Menus and the command bar that shows one.
-#include "platform/headless/internal.h"
+#include "platform/memory/memory.h"
 
-namespace headless
+namespace memory
 {
 
 namespace
@@ -41,17 +41,9 @@ void ResetMenus()
     NextMenu = FirstMenu;
 }
 
-} // namespace headless
+} // namespace memory
 
-using namespace headless;
-
-std::vector<std::wstring> HeadlessMenu(HWND window)
-{
-    std::vector<std::wstring> lines;
-    for (const MenuEntry& entry : MenuOf(window))
-        lines.push_back(std::to_wstring(entry.depth) + L" " + std::to_wstring(entry.id) + L" " + entry.text);
-    return lines;
-}
+using namespace memory;
 
 HMENU LoadMenuW(HINSTANCE, const wchar_t* name)
 {

@@ -1,9 +1,9 @@
 // Modal dialogs, made from the program's templates, and access to their controls.
-#include "platform/headless/internal.h"
+#include "platform/memory/memory.h"
 
 #include <algorithm>
 
-namespace headless
+namespace memory
 {
 
 namespace
@@ -12,10 +12,10 @@ namespace
 constexpr WPARAM KeyEnter = 13, KeyEscape = 27;
 constexpr DWORD ButtonType = 0xF, DefaultButton = 1;
 
-void MakeControls(HWND dialog, const HeadlessTemplate& source)
+void MakeControls(HWND dialog, const Template& source)
 {
     const SIZE cell = FontCell();
-    for (const HeadlessTemplateControl& row : source.controls) {
+    for (const TemplateControl& row : source.controls) {
         const WindowClass windowClass = {nullptr, nullptr, row.className};
         const HWND handle = MakeWindow(KindOfClass(row.className), windowClass, row.text,
                                        row.style | WS_CHILD, dialog, row.id);
@@ -95,11 +95,7 @@ bool DialogKey(const MSG& message)
     return true;
 }
 
-} // namespace headless
-
-using namespace headless;
-
-HWND HeadlessTopDialog()
+HWND TopDialog()
 {
     HWND top = nullptr;
     for (const HWND handle : AllWindows()) {
@@ -109,10 +105,14 @@ HWND HeadlessTopDialog()
     return top;
 }
 
+} // namespace memory
+
+using namespace memory;
+
 INT_PTR DialogBoxParamW(HINSTANCE, const wchar_t* name, HWND owner, DLGPROC procedure, LPARAM parameter)
 {
     if (Fails(Call::DialogBoxParamW)) return -1;
-    HeadlessTemplate source;
+    Template source;
     if ((owner && !NeedWindow(owner)) || !FindTemplate(name, source)) return -1;
     while (FindWin(owner) && FindWin(owner)->parent) owner = FindWin(owner)->parent; // only such windows own
     const HWND handle = MakeWindow(Kind::Dialog, {nullptr, nullptr, L"#32770"}, source.caption,

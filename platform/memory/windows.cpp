@@ -1,9 +1,9 @@
 // Windows as records. A window's procedure runs on the thread that made the window.
-#include "platform/headless/internal.h"
+#include "platform/memory/memory.h"
 
 #include <algorithm>
 
-namespace headless
+namespace memory
 {
 
 namespace
@@ -319,6 +319,33 @@ Kind KindOfClass(const std::wstring& className)
     return found == kinds.end() ? Kind::Plain : found->second;
 }
 
+HWND MainWindowOf()
+{
+    for (const auto& [handle, window] : Windows)
+        if (!window->parent && window->kind == Kind::Plain && !window->destroying) return handle;
+    return nullptr;
+}
+
+void SetMainClientSize(SIZE size)
+{
+    MainClient = size;
+}
+
+void SetFontCell(SIZE cell)
+{
+    Cell = cell;
+}
+
+HWND BroughtToFront()
+{
+    return LastInFront;
+}
+
+void PutOtherProgramInFront(bool inFront)
+{
+    OtherProgramInFront = inFront;
+}
+
 void ResetWindows()
 {
     Windows.clear();
@@ -330,54 +357,9 @@ void ResetWindows()
     OtherProgramInFront = false;
 }
 
-} // namespace headless
+} // namespace memory
 
-using namespace headless;
-
-HWND HeadlessMainWindow()
-{
-    for (const auto& [handle, window] : Windows)
-        if (!window->parent && window->kind == Kind::Plain && !window->destroying) return handle;
-    return nullptr;
-}
-
-std::wstring HeadlessTitle(HWND window)
-{
-    const Window* found = FindWin(window);
-    if (!found) Stop("the title of a window that does not exist");
-    return found->text;
-}
-
-void HeadlessSetClientSize(int width, int height)
-{
-    MainClient = {width, height};
-}
-
-void HeadlessSetScreenFont(int width, int height)
-{
-    Cell = {width, height};
-}
-
-HWND HeadlessBroughtToFront()
-{
-    return LastInFront;
-}
-
-void HeadlessOtherProgramInFront(bool inFront)
-{
-    OtherProgramInFront = inFront;
-}
-
-std::vector<bool> HeadlessInvalidations(HWND window)
-{
-    const Window* found = FindWin(window);
-    return found ? found->invalidations : std::vector<bool>();
-}
-
-void HeadlessClearInvalidations(HWND window)
-{
-    if (Window* found = FindWin(window)) found->invalidations.clear();
-}
+using namespace memory;
 
 void BringToFront(HWND window)
 {
@@ -385,7 +367,7 @@ void BringToFront(HWND window)
     LastInFront = window;
 }
 
-void FitMainWindow(HWND, int, int) {} // the size is the test's
+void FitMainWindow(HWND, int, int) {} // the size is chosen before the program starts
 
 ATOM RegisterClassW(const WNDCLASSW* windowClass)
 {

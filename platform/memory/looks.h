@@ -1,0 +1,41 @@
+// Records of the system in memory that tests, too, look at.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/memory/system.h"
+
+namespace memory
+{
+
+// Dialog template; places in dialog units.
+struct TemplateControl {
+    int id;
+    std::wstring className, text;
+    DWORD style;
+    int x, y, width, height;
+};
+struct Template {
+    std::wstring caption;
+    DWORD style;
+    int width, height;
+    std::vector<TemplateControl> controls;
+};
+
+// A line of text that a paint has written, and its upper left corner.
+struct TextOut {
+    int x, y;
+    std::wstring text;
+};
+
+// What the driver of a serial port reports and has been told.
+struct LineState {
+    COMMPROP properties;
+    DCB dcb;
+    COMMTIMEOUTS timeouts;
+    DWORD errors;
+    COMSTAT status;
+};
+
+} // namespace memory
