@@ -87,9 +87,12 @@ for size in Image.open(sys.argv[1]).ico.sizes():
     Image.open(sys.argv[1]).ico.getimage(size).save(file)
 END
 sed "s/@VERSION@/$version/; s/@DATE@/$date/" packaging/toravane.1 >$debian/man/toravane.1
-packaging/manual_page.py build/tools/toravane-receiver "$version" "$date" >$debian/man/toravane-receiver.1
-help2man --no-info --section 1 --version-string "$version" --name "shows what Toravane makes of recorded receiver logs" \
-    build/tools/toravane-replay >$debian/man/toravane-replay.1
+# manual TOOL SUMMARY: a tool's manual page, made from its --help.
+manual() {
+    help2man --no-info --section 1 --version-string "$version" --name "$2" "build/tools/$1" >"$debian/man/$1.1"
+}
+manual toravane-receiver "a SiRF receiver in software, on a pseudo-terminal"
+manual toravane-replay "shows what Toravane makes of recorded receiver logs"
 (cd $debian && debian/rules binary >/dev/null)
 mv $work/*.deb $output
 

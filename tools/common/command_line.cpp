@@ -1,21 +1,24 @@
 #include "common/command_line.h"
 
 #include <cerrno>
-#include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <sstream>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace
 {
 
-template <typename Number> std::optional<Number> Between(std::string_view text, Number low, Number high)
+// A standard stream that was closed keeps its number, so that no file that is opened later takes it. What is
+// written to it fails, as it would have before.
+void HoldStandardStreams()
 {
-    Number value{};
-    const char* const end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, value);
-    if (error != std::errc() || rest != end || !(value >= low && value <= high)) return std::nullopt;
-    return value;
+    int descriptor = 0;
+    do descriptor = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+    if (descriptor >= 0) close(descriptor);
 }
 
 } // namespace
@@ -37,6 +40,7 @@ int FinishOutput(const std::string& tool)
 
 std::optional<int> ParseCommandLine(CLI::App& app, int argumentCount, const char* const* arguments)
 {
+    HoldStandardStreams();
     try {
         app.parse(argumentCount, arguments);
         return std::nullopt;
@@ -48,14 +52,4 @@ std::optional<int> ParseCommandLine(CLI::App& app, int argumentCount, const char
     } catch (const CLI::Error& error) {
         return FailTool(app.get_name(), std::string(error.what()) + " (--help explains)");
     }
-}
-
-std::optional<double> NumberBetween(std::string_view text, double low, double high)
-{
-    return Between(text, low, high);
-}
-
-std::optional<int> WholeNumberBetween(std::string_view text, int low, int high)
-{
-    return Between(text, low, high);
 }

@@ -21,7 +21,3 @@ int FinishOutput(const std::string& tool);
 
 // Refuses an empty text.
 extern const CLI::Validator NotEmpty;
-
-// The whole text as a number of these limits; nothing for anything else. No sign '+', no blanks.
-std::optional<double> NumberBetween(std::string_view text, double low, double high);
-std::optional<int> WholeNumberBetween(std::string_view text, int low, int high);

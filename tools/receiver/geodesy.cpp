@@ -54,7 +54,12 @@ Geodetic Moved(const Geodetic& from, const Local& by)
     Geodetic to = from;
     to.latitudeDeg += by.north / r.meridian / DegToRad;
     const double parallel = r.normal * std::cos(from.latitudeDeg * DegToRad);
-    to.longitudeDeg = WrapLongitude(from.longitudeDeg + by.east / parallel / DegToRad);
+    to.longitudeDeg += by.east / parallel / DegToRad;
+    if (std::abs(to.latitudeDeg) > 90.0) { // over a pole
+        to.latitudeDeg = std::copysign(180.0, to.latitudeDeg) - to.latitudeDeg;
+        to.longitudeDeg += 180.0;
+    }
+    to.longitudeDeg = WrapLongitude(to.longitudeDeg);
     to.heightM += by.up;
     return to;
 }

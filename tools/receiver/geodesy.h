@@ -8,6 +8,8 @@ namespace receiver
 
 constexpr double DegToRad = std::numbers::pi / 180.0;
 
+constexpr double MostHeightM = 20000.0; // and the least is its negative
+
 struct Geodetic {
     double latitudeDeg = 0, longitudeDeg = 0; // north and east positive, longitude in [-180, 180)
     double heightM = 0;                       // above the ellipsoid

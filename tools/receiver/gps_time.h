@@ -39,6 +39,8 @@ UtcDate DaysEarlier(const UtcDate& date, int32_t days);
 // 1023 that it can be; negative when it is ahead.
 int32_t EpochsBehind(int32_t week, int32_t pivotWeek);
 
+GpsTime TimeOfThisMachine();
+
 // "YYYY-MM-DDThh:mm:ss" from 1980-01-06 on, nothing for anything else.
 std::optional<GpsTime> ParseDate(std::string_view text);
 

@@ -1,10 +1,11 @@
+#include "common/files.h"
+#include "common/numbers.h"
 #include "gps_time.h"
 #include "track.h"
 
 #include <cmath>
-#include <cstdlib>
-#include <fstream>
-#include <sstream>
+
+#include <pugixml.hpp>
 
 namespace receiver
 {
@@ -12,61 +13,40 @@ namespace receiver
 namespace
 {
 
-// The value of attribute `name` inside a start tag, NaN without one.
-double Attribute(std::string_view tag, std::string_view name)
-{
-    for (const char quote : {'"', '\''}) {
-        const std::string key = " " + std::string(name) + "=" + quote;
-        const size_t at = tag.find(key);
-        if (at == std::string_view::npos) continue;
-        const std::string value(tag.substr(at + key.size(), 32));
-        char* end = nullptr;
-        const double number = std::strtod(value.c_str(), &end);
-        if (end != value.c_str()) return number;
-    }
-    return std::nan("");
-}
-
-// The text of the element `name` inside `body`, empty without one.
-std::string_view ElementText(std::string_view body, std::string_view name)
-{
-    const std::string open = "<" + std::string(name) + ">";
-    const size_t from = body.find(open);
-    if (from == std::string_view::npos) return {};
-    const size_t start = from + open.size();
-    const size_t end = body.find('<', start);
-    return end == std::string_view::npos ? std::string_view{} : body.substr(start, end - start);
-}
-
 struct RawPoint {
     Geodetic place;
-    double time = std::nan(""); // seconds of GPS time
+    std::optional<double> time; // seconds of GPS time
 };
 
-std::vector<RawPoint> PointsNamed(std::string_view text, std::string_view element)
+std::optional<RawPoint> PointOf(const pugi::xml_node& element)
+{
+    const auto latitude = NumberBetween(element.attribute("lat").value(), -90.0, 90.0);
+    const auto longitude = NumberBetween(element.attribute("lon").value(), -180.0, 180.0);
+    if (!latitude || !longitude) return std::nullopt;
+    RawPoint point;
+    point.place = {*latitude, *longitude,
+                   NumberBetween(element.child_value("ele"), -MostHeightM, MostHeightM).value_or(0)};
+    constexpr size_t toTheSecond = 19; // fractions and zone are not looked at
+    if (const auto time = ParseDate(std::string_view(element.child_value("time")).substr(0, toTheSecond)))
+        point.time = time->Seconds();
+    return point;
+}
+
+std::vector<RawPoint> PointsNamed(const pugi::xml_document& document, std::string_view name)
 {
     std::vector<RawPoint> points;
-    const std::string open = "<" + std::string(element) + " ", close = "</" + std::string(element);
-    for (size_t at = text.find(open); at != std::string_view::npos; at = text.find(open, at + 1)) {
-        const size_t tagEnd = text.find('>', at);
-        if (tagEnd == std::string_view::npos) break;
-        const std::string_view tag = text.substr(at, tagEnd - at);
-        RawPoint point;
-        point.place.latitudeDeg = Attribute(tag, "lat");
-        point.place.longitudeDeg = Attribute(tag, "lon");
-        if (!(std::abs(point.place.latitudeDeg) < 89.9) || !(std::abs(point.place.longitudeDeg) <= 180.0))
-            continue;
-        if (!tag.ends_with('/')) {
-            const size_t bodyEnd = text.find(close, tagEnd);
-            const std::string_view body = text.substr(tagEnd + 1, bodyEnd - tagEnd - 1);
-            const std::string height(ElementText(body, "ele"));
-            const double heightM = std::strtod(height.c_str(), nullptr);
-            if (std::abs(heightM) < 20000.0) point.place.heightM = heightM;
-            const std::string_view time = ElementText(body, "time");
-            if (const auto parsed = ParseDate(time.substr(0, 19))) point.time = parsed->Seconds();
+    struct Walker : pugi::xml_tree_walker {
+        Walker(std::vector<RawPoint>& to, std::string_view wanted) : points(to), name(wanted) {}
+        bool for_each(pugi::xml_node& node) override
+        {
+            if (node.name() != name) return true;
+            if (const auto point = PointOf(node)) points.push_back(*point);
+            return true;
         }
-        points.push_back(point);
-    }
+        std::vector<RawPoint>& points;
+        std::string_view name;
+    } walker(points, name);
+    pugi::xml_node(document).traverse(walker);
     return points;
 }
 
@@ -74,19 +54,18 @@ std::vector<RawPoint> PointsNamed(std::string_view text, std::string_view elemen
 
 std::optional<std::vector<TrackPoint>> ReadGpx(const std::string& path, double speedMps, std::string& error)
 {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
-        error = path + ": cannot be read";
+    const auto content = ReadWholeFile(path, error);
+    if (!content) return std::nullopt;
+    pugi::xml_document document;
+    const pugi::xml_parse_result result =
+        document.load_buffer(content->data(), content->size(), pugi::parse_default | pugi::parse_trim_pcdata);
+    if (!result) {
+        error = path + ": " + result.description() + " at byte " + std::to_string(result.offset);
         return std::nullopt;
     }
-    std::ostringstream content;
-    content << file.rdbuf();
-    const std::string text = content.str();
-
     std::vector<RawPoint> raw;
-    for (const char* element : {"trkpt", "rtept", "wpt"}) {
-        if (raw.empty()) raw = PointsNamed(text, element);
-    }
+    for (const char* name : {"trkpt", "rtept", "wpt"})
+        if (raw.empty()) raw = PointsNamed(document, name);
     if (raw.empty()) {
         error = path + ": no track point with lat and lon";
         return std::nullopt;
@@ -97,9 +76,9 @@ std::optional<std::vector<TrackPoint>> ReadGpx(const std::string& path, double s
         if (!points.empty()) {
             const RawPoint& last = raw[points.size() - 1];
             const Local way = Offset(last.place, point.place);
-            const double byTime = point.time - last.time;
-            seconds = points.back().seconds +
-                      (byTime > 0 ? byTime : std::max(0.01, std::hypot(way.east, way.north) / speedMps));
+            const double byTime = point.time && last.time ? *point.time - *last.time : 0;
+            const double bySpeed = std::max(0.01, std::hypot(way.east, way.north) / speedMps);
+            seconds = points.back().seconds + (byTime > 0 ? byTime : bySpeed);
         }
         points.push_back({seconds, point.place});
     }

@@ -1,14 +1,17 @@
 // toravane-receiver: the receiver on a pseudo-terminal, in real time (or faster).
 
+#include "common/command_line.h"
 #include "options.h"
 #include "session.h"
 #include "terminal.h"
 
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
-#include <fstream>
+#include <cstring>
+#include <memory>
 
 using namespace receiver;
 
@@ -24,19 +27,27 @@ void OnSignal(int)
 
 int Fail(const std::string& error)
 {
-    std::fprintf(stderr, "toravane-receiver: %s\n", error.c_str());
-    return 2;
+    return FailTool(ProgramName, error);
 }
 
+using File = std::unique_ptr<std::FILE, decltype(&std::fclose)>;
+
+std::string RecordError(const Options& options)
+{
+    return options.record + ": " + std::strerror(errno);
+}
+
+// Makes the terminal and prints its path.
 bool Announce(Terminal& terminal, const Options& options, uint32_t rate, std::string& error)
 {
     if (!terminal.Open(options.link, rate, error)) return false;
     std::printf("%s\n", terminal.Path().c_str());
-    std::fflush(stdout);
-    return true;
+    if (!std::fflush(stdout)) return true;
+    error = std::string("standard output: ") + std::strerror(errno);
+    return false;
 }
 
-int Run(const Options& options, Session& session, std::ofstream& record)
+int Run(const Options& options, Session& session, std::FILE* record)
 {
     using Clock = std::chrono::steady_clock;
     Terminal terminal;
@@ -57,10 +68,9 @@ int Run(const Options& options, Session& session, std::ofstream& record)
         if (!present && session.PlayEnded()) break;
 
         const Bytes fromHost = terminal.Read();
-        if (record.is_open() && !fromHost.empty()) {
-            record.write(reinterpret_cast<const char*>(fromHost.data()),
-                         static_cast<std::streamsize>(fromHost.size()));
-            record.flush();
+        if (record && !fromHost.empty()) {
+            std::fwrite(fromHost.data(), 1, fromHost.size(), record);
+            if (std::fflush(record)) return Fail(RecordError(options));
         }
         const uint32_t hostRate = terminal.HostRate();
         terminal.Write(session.Step(now, fromHost, hostRate));
@@ -84,17 +94,9 @@ int Run(const Options& options, Session& session, std::ofstream& record)
 int main(int argc, char** argv)
 {
     Options options;
-    std::string error;
-    if (!ParseOptions(std::vector<std::string>(argv + 1, argv + argc), options, error)) return Fail(error);
-    if (options.help) {
-        std::fputs(HelpText, stdout);
-        return 0;
-    }
-    if (options.version) {
-        std::puts("toravane-receiver " TORAVANE_VERSION);
-        return 0;
-    }
+    if (const auto exitCode = ParseOptions(argc, argv, options)) return *exitCode;
 
+    std::string error;
     std::vector<Action> script;
     if (!options.script.empty()) {
         auto read = ReadScript(options.script, error);
@@ -107,10 +109,10 @@ int main(int argc, char** argv)
         if (!log) return Fail(error);
         player.emplace(std::move(*log), options.repeat);
     }
-    std::ofstream record;
+    File record(nullptr, std::fclose);
     if (!options.record.empty()) {
-        record.open(options.record, std::ios::binary | std::ios::trunc);
-        if (!record) return Fail(options.record + ": cannot be written");
+        record.reset(std::fopen(options.record.c_str(), "wb"));
+        if (!record) return Fail(RecordError(options));
     }
 
     struct sigaction action {
@@ -121,5 +123,5 @@ int main(int argc, char** argv)
 
     Session session(options.config, std::move(script), std::move(player));
     for (const Action& fault : options.startFaults) session.Perform(fault);
-    return Run(options, session, record);
+    return Run(options, session, record.get());
 }

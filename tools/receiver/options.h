@@ -1,25 +1,27 @@
+// The command line of toravane-receiver.
 #pragma once
-// The command line.
 
 #include "script.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace receiver
 {
 
+constexpr const char* ProgramName = "toravane-receiver";
+
 struct Options {
     Config config;
     std::string link, play, script, record;
     std::vector<Action> startFaults; // from --fault, in order
     double speed = 1, durationS = 0; // duration 0: until stopped
-    bool repeat = false, verbose = false, help = false, version = false;
+    bool repeat = false, verbose = false;
 };
 
-// False with a one-line text in `error`. After --help or --version the rest is not looked at.
-bool ParseOptions(const std::vector<std::string>& arguments, Options& options, std::string& error);
-
-extern const char* const HelpText;
+// Fills `options`. Nothing when the receiver is to start; otherwise the program's exit code: after --help and
+// --version, or after one line on standard error about what is wrong.
+std::optional<int> ParseOptions(int argumentCount, const char* const* arguments, Options& options);
 
 } // namespace receiver

@@ -1,20 +1,17 @@
 #include "player.h"
 
+#include "common/files.h"
+
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 
 namespace receiver
 {
 
 std::optional<Bytes> ReadLog(const std::string& path, std::string& error)
 {
-    std::ifstream file(path, std::ios::binary);
-    Bytes log{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    if (!file.is_open() || file.bad()) {
-        error = path + ": cannot be read";
-        return std::nullopt;
-    }
+    const auto content = ReadWholeFile(path, error);
+    if (!content) return std::nullopt;
+    Bytes log(content->begin(), content->end());
     auto at = log.begin();
     while (at != log.end() && *at == '#') {
         at = std::find(at, log.end(), '\n');

@@ -1,57 +1,17 @@
 #include "script.h"
 
+#include "common/files.h"
+#include "common/numbers.h"
+
 #include <algorithm>
-#include <charconv>
-#include <cmath>
-#include <fstream>
+#include <array>
+#include <sstream>
 
 namespace receiver
 {
 
 namespace
 {
-
-enum class Value : uint8_t {
-    None,
-    Chance,
-    Count,
-    CountOrNone,
-    Seconds,
-    Rate,
-    Track,
-    Restart,
-    Switch,
-    Commands,
-    Alteration,
-    Text
-};
-
-struct VerbRow {
-    std::string_view name;
-    Verb verb;
-    Value value;
-};
-constexpr VerbRow VerbRows[] = {
-    {"lose", Verb::Lose, Value::Chance},
-    {"flip", Verb::Flip, Value::Chance},
-    {"checksum", Verb::Checksum, Value::Chance},
-    {"burst", Verb::Burst, Value::Count},
-    {"silence", Verb::Silence, Value::Seconds},
-    {"freeze", Verb::Freeze, Value::Seconds},
-    {"freeze-after-switch", Verb::FreezeAfterSwitch, Value::Seconds},
-    {"switch-lands-at", Verb::SwitchLandsAt, Value::Rate},
-    {"ignore-switches", Verb::IgnoreSwitches, Value::CountOrNone},
-    {"mute", Verb::Mute, Value::Commands},
-    {"alter", Verb::Alter, Value::Alteration},
-    {"vanish", Verb::Vanish, Value::Seconds},
-    {"tunnel", Verb::Tunnel, Value::Seconds},
-    {"track", Verb::Track, Value::Track},
-    {"restart", Verb::Restart, Value::Restart},
-    {"switch", Verb::Switch, Value::Switch},
-    {"refuse", Verb::Refuse, Value::Commands},
-    {"text", Verb::Text, Value::Text},
-    {"quit", Verb::Quit, Value::None},
-};
 
 constexpr std::string_view Blanks = " \t\r";
 
@@ -71,76 +31,151 @@ std::string_view Word(std::string_view& text)
     return word;
 }
 
-bool ParseDouble(std::string_view text, double low, double high, double& value)
+// Each takes the text after an action's name; false when it makes no sense.
+using Taker = bool (*)(std::string_view text, Action& action);
+
+bool TakeNothing(std::string_view text, Action&)
 {
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return error == std::errc() && end == text.data() + text.size() && value >= low && value <= high;
+    return text.empty();
 }
 
-bool ParseByte(std::string_view text, int& value)
+template <int Low, int High> bool TakeNumber(std::string_view text, Action& action)
 {
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return error == std::errc() && end == text.data() + text.size() && value >= 0 && value <= 255;
+    const auto number = NumberBetween(text, Low, High);
+    action.number = number.value_or(0);
+    return number.has_value();
 }
 
-bool ParseRate(std::string_view text, double& rate)
+template <int Low> bool TakeCount(std::string_view text, Action& action)
 {
-    return ParseDouble(text, 1, 115200, rate) && std::floor(rate) == rate &&
-           IsLineRate(static_cast<uint32_t>(rate));
+    const auto count = WholeNumberBetween(text, Low, 1000000);
+    action.number = count.value_or(0);
+    return count.has_value();
 }
 
-bool ParseValue(Value kind, std::string_view rest, Action& action)
+bool TakeRate(std::string_view text, Action& action)
 {
-    action.text = std::string(rest);
-    switch (kind) {
-    case Value::None: return rest.empty();
-    case Value::Chance: return ParseDouble(rest, 0, 1, action.number);
-    case Value::Count:
-    case Value::CountOrNone:
-        return ParseDouble(rest, kind == Value::Count ? 1 : 0, 1000000, action.number) &&
-               std::floor(action.number) == action.number;
-    case Value::Seconds: return ParseDouble(rest, 0, 1000000, action.number);
-    case Value::Rate: return rest == "0" || ParseRate(rest, action.number);
-    case Value::Track: return TrackByName(rest).has_value();
-    case Value::Restart: return rest == "hot" || rest == "warm" || rest == "cold" || rest == "factory";
-    case Value::Switch: {
-        action.text = std::string(Word(rest));
-        return ProtocolByName(action.text) && ParseRate(rest, action.number);
-    }
-    case Value::Commands: {
-        CommandList commands;
-        return ParseCommandList(rest, commands);
-    }
-    case Value::Alteration: return ParseAlteration(rest).has_value();
-    case Value::Text: return !rest.empty() && rest.size() <= 80;
-    }
-    return false;
+    const auto rate = LineRateByName(text);
+    action.number = rate.value_or(0);
+    return rate || text == "0";
+}
+
+bool TakeTrack(std::string_view text, Action&)
+{
+    return TrackByName(text).has_value();
+}
+
+bool TakeRestart(std::string_view text, Action&)
+{
+    return text == "factory" || RestartByName(text);
+}
+
+bool TakeSwitch(std::string_view text, Action& action)
+{
+    action.text = std::string(Word(text));
+    const auto rate = LineRateByName(text);
+    action.number = rate.value_or(0);
+    return rate && ProtocolByName(action.text);
+}
+
+bool TakeCommands(std::string_view text, Action&)
+{
+    CommandList commands;
+    return ParseCommandList(text, commands);
+}
+
+bool TakeAlteration(std::string_view text, Action&)
+{
+    return ParseAlteration(text).has_value();
+}
+
+bool TakeText(std::string_view text, Action&)
+{
+    return !text.empty() && text.size() <= 80;
+}
+
+struct VerbRow {
+    std::string_view name;
+    Verb verb;
+    Taker take;
+    std::string_view takes; // for an error
+    bool isFault = false;   // can stand from the start on
+};
+constexpr std::string_view Chance = "a number from 0 to 1", Seconds = "seconds from 0 to 1000000",
+                           Commands = "a list like 170,?139,PSRF106";
+constexpr VerbRow VerbRows[] = {
+    {"lose", Verb::Lose, TakeNumber<0, 1>, Chance, true},
+    {"flip", Verb::Flip, TakeNumber<0, 1>, Chance, true},
+    {"checksum", Verb::Checksum, TakeNumber<0, 1>, Chance, true},
+    {"freeze-after-switch", Verb::FreezeAfterSwitch, TakeNumber<0, 1000000>, Seconds, true},
+    {"switch-lands-at", Verb::SwitchLandsAt, TakeRate,
+     "0, 1200, 2400, 4800, 9600, 19200, 38400, 57600 or 115200", true},
+    {"ignore-switches", Verb::IgnoreSwitches, TakeCount<0>, "a whole number from 0 to 1000000", true},
+    {"mute", Verb::Mute, TakeCommands, Commands, true},
+    {"alter", Verb::Alter, TakeAlteration, "MID:OFFSET:VALUE, 0 to 255 each", true},
+    {"burst", Verb::Burst, TakeCount<1>, "a whole number from 1 to 1000000"},
+    {"silence", Verb::Silence, TakeNumber<0, 1000000>, Seconds},
+    {"freeze", Verb::Freeze, TakeNumber<0, 1000000>, Seconds},
+    {"vanish", Verb::Vanish, TakeNumber<0, 1000000>, Seconds},
+    {"tunnel", Verb::Tunnel, TakeNumber<0, 1000000>, Seconds},
+    {"track", Verb::Track, TakeTrack, TrackNames},
+    {"restart", Verb::Restart, TakeRestart, "hot, warm, cold or factory"},
+    {"switch", Verb::Switch, TakeSwitch, "nmea or sirf, and a line rate"},
+    {"refuse", Verb::Refuse, TakeCommands, Commands},
+    {"text", Verb::Text, TakeText, "1 to 80 characters"},
+    {"quit", Verb::Quit, TakeNothing, "nothing"},
+};
+
+std::string Names(bool faultsOnly)
+{
+    std::string names;
+    for (const VerbRow& row : VerbRows)
+        if (row.isFault || !faultsOnly) (names += names.empty() ? "" : ", ") += row.name;
+    return names;
 }
 
 } // namespace
 
+bool IsFault(std::string_view name)
+{
+    const auto row = std::ranges::find(VerbRows, name, &VerbRow::name);
+    return row != std::end(VerbRows) && row->isFault;
+}
+
+std::string FaultNames()
+{
+    return Names(true);
+}
+
+std::optional<Restart> RestartByName(std::string_view name)
+{
+    if (name == "hot") return Restart::Hot;
+    if (name == "warm") return Restart::Warm;
+    if (name == "cold") return Restart::Cold;
+    return std::nullopt;
+}
+
 std::optional<Action> ParseAction(std::string_view text, std::string& error)
 {
     const std::string name(Word(text));
-    for (const VerbRow& row : VerbRows) {
-        if (row.name != name) continue;
-        Action action;
-        action.verb = row.verb;
-        if (ParseValue(row.value, text, action)) return action;
-        error = "bad value for " + name + ": '" + std::string(text) + "'";
+    const auto row = std::ranges::find(VerbRows, name, &VerbRow::name);
+    if (row == std::end(VerbRows)) {
+        error = "unknown action '" + name + "', not one of " + Names(false);
         return std::nullopt;
     }
-    error = "unknown action '" + name + "'";
+    Action action;
+    action.verb = row->verb;
+    action.text = std::string(text);
+    if (row->take(text, action)) return action;
+    error = name + " takes " + std::string(row->takes) + ", not '" + std::string(text) + "'";
     return std::nullopt;
 }
 
 std::optional<std::vector<Action>> ReadScript(const std::string& path, std::string& error)
 {
-    std::ifstream file(path);
-    if (!file) {
-        error = path + ": cannot be read";
-        return std::nullopt;
-    }
+    const auto content = ReadWholeFile(path, error);
+    if (!content) return std::nullopt;
+    std::istringstream file(*content);
     std::vector<Action> actions;
     std::string line;
     for (int number = 1; std::getline(file, line); ++number) {
@@ -148,9 +183,9 @@ std::optional<std::vector<Action>> ReadScript(const std::string& path, std::stri
         if (rest.empty()) continue;
         const std::string where = path + ":" + std::to_string(number) + ": ";
         const std::string time(Word(rest));
-        double at = 0;
-        if (!ParseDouble(time, 0, 1e9, at)) {
-            error = where + "bad time '" + time + "'";
+        const auto at = NumberBetween(time, 0, 1e9);
+        if (!at) {
+            error = where + "'" + time + "' is no time, a number of seconds from 0 to 1000000000";
             return std::nullopt;
         }
         auto action = ParseAction(rest, error);
@@ -158,7 +193,7 @@ std::optional<std::vector<Action>> ReadScript(const std::string& path, std::stri
             error = where + error;
             return std::nullopt;
         }
-        action->at = at;
+        action->at = *at;
         actions.push_back(*action);
     }
     std::stable_sort(actions.begin(), actions.end(),
@@ -175,9 +210,9 @@ bool ParseCommandList(std::string_view list, CommandList& commands)
         if (sentence) item.remove_prefix(4);
         const bool poll = !sentence && item.starts_with("?");
         if (poll) item.remove_prefix(1);
-        int number = 0;
-        if (!ParseByte(item, number) || number == 0) return false;
-        (sentence ? commands.psrf : poll ? commands.polls : commands.mids).insert(number);
+        const auto number = WholeNumberBetween(item, 1, 255);
+        if (!number) return false;
+        (sentence ? commands.psrf : poll ? commands.polls : commands.mids).insert(*number);
         if (comma == list.size()) return true;
         list.remove_prefix(comma + 1);
     }
@@ -185,15 +220,16 @@ bool ParseCommandList(std::string_view list, CommandList& commands)
 
 std::optional<Alteration> ParseAlteration(std::string_view text)
 {
-    std::array<int, 3> numbers{};
+    std::array<uint8_t, 3> numbers{};
     for (size_t i = 0; i < numbers.size(); ++i) {
         const size_t colon = i + 1 < numbers.size() ? text.find(':') : text.size();
-        if (colon == std::string_view::npos || !ParseByte(text.substr(0, colon), numbers[i]))
-            return std::nullopt;
+        if (colon == std::string_view::npos) return std::nullopt;
+        const auto number = NumberWithin<uint8_t>(text.substr(0, colon), 0, 255);
+        if (!number) return std::nullopt;
+        numbers[i] = *number;
         text.remove_prefix(std::min(colon + 1, text.size()));
     }
-    return Alteration{static_cast<uint8_t>(numbers[0]), static_cast<uint8_t>(numbers[1]),
-                      static_cast<uint8_t>(numbers[2])};
+    return Alteration{numbers[0], numbers[1], numbers[2]};
 }
 
 std::optional<Protocol> ProtocolByName(std::string_view name)

@@ -40,6 +40,13 @@ struct Action {
     std::string text;
 };
 
+// The faults that can stand from the start on, by their names.
+bool IsFault(std::string_view name);
+std::string FaultNames(); // "lose, flip, ..."
+
+// "hot", "warm" or "cold".
+std::optional<Restart> RestartByName(std::string_view name);
+
 // One action without its time, such as "lose 0.01". On failure nothing and a text in `error`.
 std::optional<Action> ParseAction(std::string_view text, std::string& error);
 

@@ -1,5 +1,7 @@
 #include "settings.h"
 
+#include "common/numbers.h"
+
 #include <algorithm>
 #include <cassert>
 #include <string_view>
@@ -58,6 +60,13 @@ constexpr uint8_t FactoryNmeaSeconds[NmeaMessageCount] = {1, 1, 5, 5, 1, 1, 0, 0
 bool IsLineRate(uint32_t rate)
 {
     return std::ranges::find(LineRates, rate) != LineRates.end();
+}
+
+std::optional<uint32_t> LineRateByName(std::string_view name)
+{
+    const auto rate = WholeNumberBetween(name, 0, 115200);
+    if (!rate || !IsLineRate(static_cast<uint32_t>(*rate))) return std::nullopt;
+    return static_cast<uint32_t>(*rate);
 }
 
 Settings FactorySettings(Protocol protocol, uint32_t lineRate)

@@ -6,7 +6,9 @@
 #include <array>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <span>
+#include <string_view>
 
 namespace receiver
 {
@@ -15,7 +17,9 @@ enum class Protocol : uint8_t { SirfBinary = 0, Nmea = 1 }; // the numbers of PS
 
 // The line rates that the receiver can be switched to, bits per second.
 constexpr std::array<uint32_t, 8> LineRates = {1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200};
+constexpr std::string_view LineRateNames = "1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200";
 bool IsLineRate(uint32_t rate);
+std::optional<uint32_t> LineRateByName(std::string_view name);
 
 // NMEA message numbers of PSRF103 and MID 129. 7 and 9 are "user" messages: kept, never sent.
 enum NmeaMessage : uint8_t { Gga, Gll, Gsa, Gsv, Rmc, Vtg, Mss, User8, Zda, User10, NmeaMessageCount };

@@ -29,7 +29,8 @@ struct Track {
     std::vector<TrackPoint> points; // Points only: at least one, times ascending
 };
 
-// "still", "circle", "walk", "eight"; nothing for another name.
+// One of TrackNames; nothing for another name.
+constexpr std::string_view TrackNames = "still, circle, walk, eight";
 std::optional<TrackKind> TrackByName(std::string_view name);
 
 // The motion after this many seconds. Circle: 200 m at 10 m/s. Eight: 12 m/s at most, rising and

@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "common/command_line.h"
+#include "common/numbers.h"
 
 namespace
 {

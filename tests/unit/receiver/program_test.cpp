@@ -152,6 +152,10 @@ TEST(Program, BadInputIsOneLineAndExitCode2)
                                                       {"--script", "/nowhere/x"},
                                                       {"--play", "/nowhere/x"},
                                                       {"--record", "/nowhere/x"},
+                                                      {"--script", "/"},
+                                                      {"--play", "/"},
+                                                      {"--record", "/"},
+                                                      {"--track", "/"},
                                                       {"--link", "/nowhere/x"}}) {
         Program program(arguments);
         const std::string error = program.Errors();
@@ -166,11 +170,44 @@ TEST(Program, BadInputIsOneLineAndExitCode2)
 TEST(Program, HelpAndVersion)
 {
     Program help({"--help"});
-    EXPECT_NE(help.Rest().find("EXIT STATUS"), std::string::npos);
+    EXPECT_NE(help.Rest().find("Exit status:"), std::string::npos);
     EXPECT_EQ(help.Wait(), 0);
     Program version({"--version"});
     EXPECT_EQ(version.Rest().find("toravane-receiver "), 0u);
     EXPECT_EQ(version.Wait(), 0);
+}
+
+// Runs the program by the shell, with its outputs somewhere else; exit code and standard error.
+std::pair<int, std::string> Redirected(const std::string& options, const std::string& redirection)
+{
+    const std::string errors = TemporaryPath("receiver_program_errors.txt");
+    const std::string command =
+        "timeout 10 " RECEIVER_PROGRAM " " + options + " " + redirection + " 2>" + errors;
+    const int status = std::system(command.c_str());
+    std::ostringstream text;
+    text << std::ifstream(errors).rdbuf();
+    std::filesystem::remove(errors);
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, text.str()};
+}
+
+TEST(Program, OutputThatCannotBeWrittenIsAnError)
+{
+    using Result = std::pair<int, std::string>;
+    const Result full = {2, "toravane-receiver: standard output: No space left on device\n"};
+    const Result closed = {2, "toravane-receiver: standard output: Bad file descriptor\n"};
+    for (const char* option : {"--help", "--version", ""}) {
+        EXPECT_EQ(Redirected(option, ">/dev/full"), full) << option;
+        EXPECT_EQ(Redirected(option, ">&-"), closed) << option;
+    }
+}
+
+TEST(Program, ARecordThatCannotBeKeptIsAnError)
+{
+    Program program({"--record", "/dev/full"});
+    const Port port(program.Line(), B4800);
+    port.Write("hello");
+    EXPECT_EQ(program.Errors(), "toravane-receiver: /dev/full: No space left on device\n");
+    EXPECT_EQ(program.Wait(), 2);
 }
 
 TEST(Program, SpeaksOnItsTerminalUntilItIsEnded)

@@ -355,18 +355,24 @@ TEST(Script, BadLinesAreNamed)
         const char *line, *error;
     };
     static constexpr Row rows[] = {
-        {"x quit", "bad time 'x'"},
-        {"-1 quit", "bad time '-1'"},
-        {"1 jump", "unknown action 'jump'"},
-        {"1", "unknown action ''"},
-        {"1 lose 2", "bad value for lose: '2'"},
-        {"1 burst 1.5", "bad value for burst: '1.5'"},
-        {"1 silence", "bad value for silence: ''"},
-        {"1 track moon", "bad value for track: 'moon'"},
-        {"1 restart lukewarm", "bad value for restart: 'lukewarm'"},
-        {"1 switch nmea 1201", "bad value for switch: 'nmea 1201'"},
-        {"1 refuse PSRF", "bad value for refuse: 'PSRF'"},
-        {"1 quit now", "bad value for quit: 'now'"},
+        {"x quit", "'x' is no time, a number of seconds from 0 to 1000000000"},
+        {"-1 quit", "'-1' is no time, a number of seconds from 0 to 1000000000"},
+        {"1 jump",
+         "unknown action 'jump', not one of "
+         "lose, flip, checksum, freeze-after-switch, switch-lands-at, ignore-switches, mute, alter, burst, "
+         "silence, freeze, vanish, tunnel, track, restart, switch, refuse, text, quit"},
+        {"1",
+         "unknown action '', not one of "
+         "lose, flip, checksum, freeze-after-switch, switch-lands-at, ignore-switches, mute, alter, burst, "
+         "silence, freeze, vanish, tunnel, track, restart, switch, refuse, text, quit"},
+        {"1 lose 2", "lose takes a number from 0 to 1, not '2'"},
+        {"1 burst 1.5", "burst takes a whole number from 1 to 1000000, not '1.5'"},
+        {"1 silence", "silence takes seconds from 0 to 1000000, not ''"},
+        {"1 track moon", "track takes still, circle, walk, eight, not 'moon'"},
+        {"1 restart lukewarm", "restart takes hot, warm, cold or factory, not 'lukewarm'"},
+        {"1 switch nmea 1201", "switch takes nmea or sirf, and a line rate, not 'nmea 1201'"},
+        {"1 refuse PSRF", "refuse takes a list like 170,?139,PSRF106, not 'PSRF'"},
+        {"1 quit now", "quit takes nothing, not 'now'"},
     };
     for (const Row& row : rows) {
         const std::string path = File("receiver_bad_script.txt", std::string("0 lose 0\n") + row.line + "\n");
@@ -377,7 +383,7 @@ TEST(Script, BadLinesAreNamed)
     }
     std::string error;
     EXPECT_FALSE(ReadScript("/nowhere/s", error));
-    EXPECT_EQ(error, "/nowhere/s: cannot be read");
+    EXPECT_EQ(error, "/nowhere/s: No such file or directory");
 }
 
 TEST(Player, PlaysTheLogAtLineRateWithoutItsHead)
@@ -410,7 +416,7 @@ TEST(Player, FilesThatCannotBePlayedAreNamed)
 {
     std::string error;
     EXPECT_FALSE(ReadLog("/nowhere/log", error));
-    EXPECT_EQ(error, "/nowhere/log: cannot be read");
+    EXPECT_EQ(error, "/nowhere/log: No such file or directory");
     const std::string path = File("receiver_comments.txt", "# only\n# comments");
     EXPECT_FALSE(ReadLog(path, error));
     EXPECT_EQ(error, path + ": nothing to play");

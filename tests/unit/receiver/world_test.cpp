@@ -193,11 +193,51 @@ TEST(Track, GpxFileWithoutTimesIsDrivenAtTheGivenSpeed)
     EXPECT_NEAR((*points)[1].seconds, 111.3 / 5.0, 0.1);
 }
 
+TEST(Track, GpxFilesMayHaveCommentsNamespacesAndPoles)
+{
+    const std::string path = TemporaryPath("receiver_pole.gpx");
+    std::ofstream(path)
+        << "<?xml version='1.0'?><gpx xmlns='x'><!-- <trkpt lat='1' lon='1'/> --><trk>\n"
+           "<name>A &amp; B</name><trkseg>"
+           "<trkpt lat='89.99' lon='10'/><trkpt lat='90' lon='10'><ele> 5 </ele></trkpt>"
+           "<trkpt lat='90.01' lon='10'/><trkpt lat='89.99' lon='-170'/></trkseg></trk></gpx>";
+    std::string error;
+    const auto points = ReadGpx(path, 5.0, error);
+    std::filesystem::remove(path);
+    ASSERT_TRUE(points) << error;
+    ASSERT_EQ(points->size(), 3u);
+    EXPECT_EQ((*points)[1].place.latitudeDeg, 90.0);
+    EXPECT_EQ((*points)[1].place.heightM, 5.0);
+    Track track;
+    track.kind = TrackKind::Points;
+    track.points = *points;
+    for (double seconds = 0; seconds < points->back().seconds; seconds += 1.0) {
+        const Motion motion = MotionAt(track, seconds);
+        EXPECT_GT(motion.place.latitudeDeg, 89.98) << seconds;
+        EXPECT_LE(motion.place.latitudeDeg, 90.0) << seconds;
+    }
+}
+
+TEST(Geodesy, AWayOverThePoleComesDownOnTheOtherSide)
+{
+    const Geodetic place = Moved({89.9999, 10.0, 0}, {0, 22.34, 0}); // the pole is 11.17 m away
+    EXPECT_NEAR(place.latitudeDeg, 89.9999, 1e-6);
+    EXPECT_NEAR(place.longitudeDeg, -170.0, 1e-9);
+    EXPECT_NEAR(Moved({-89.9999, 10.0, 0}, {0, -22.34, 0}).latitudeDeg, -89.9999, 1e-6);
+}
+
 TEST(Track, BadGpxFilesAreNamed)
 {
     std::string error;
+    EXPECT_FALSE(ReadGpx(testing::TempDir(), 5.0, error));
+    EXPECT_EQ(error, testing::TempDir() + ": Is a directory");
+    const std::string broken = TemporaryPath("receiver_broken.gpx");
+    std::ofstream(broken) << "<gpx><trkpt lat='1' lon='1'></gpx>";
+    EXPECT_FALSE(ReadGpx(broken, 5.0, error));
+    EXPECT_EQ(error, broken + ": Start-end tags mismatch at byte 30");
+    std::filesystem::remove(broken);
     EXPECT_FALSE(ReadGpx("/nowhere/x.gpx", 5.0, error));
-    EXPECT_EQ(error, "/nowhere/x.gpx: cannot be read");
+    EXPECT_EQ(error, "/nowhere/x.gpx: No such file or directory");
     const std::string path = TemporaryPath("receiver_empty.gpx");
     std::ofstream(path) << "<gpx></gpx>";
     EXPECT_FALSE(ReadGpx(path, 5.0, error));
