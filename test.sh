@@ -37,20 +37,26 @@ python_tests() {
     /usr/bin/python3 -B -m pytest -p no:cacheprovider --durations=5 -v "$1"
 }
 
-# bash_scripts, python_programs: every file of that kind, those without a suffix too.
+# programs INTERPRETER SUFFIX: every file for that interpreter, those without a suffix too.
 programs() {
-    git ls-files -z | xargs -0 grep -lE "^#!.*$1" --
+    { git ls-files "*.$2"; git ls-files -z | xargs -0 grep -lE "^#!.*$1" --; } | sort -u
 }
-bash_scripts() {
-    programs bash
+check_shell_scripts() {
+    programs bash sh | xargs shellcheck
 }
-python_programs() {
-    { git ls-files '*.py'; programs python3; } | sort -u
+check_python_programs() {
+    local files
+    files=$(programs python3 py)
+    # Imports may follow the lines that make them possible; an operator may begin a line.
+    xargs pyflakes3 <<<"$files" && xargs pycodestyle --max-line-length=130 --ignore=E402,W503,E731 <<<"$files"
 }
 
 if step "packages" tools/install_packages.sh testing packaging web; then
     step "format" check_format
     step "include graph" tools/check_includes
+    step "shell scripts" check_shell_scripts
+    step "Python programs" check_python_programs
+    step "commands" python_tests tests/commands
     step "rows of the mutation check" tests/mutation/mutate.py --check
     step "user guide" tools/check_guide
     test_preset native

@@ -3,6 +3,7 @@
 
 import argparse
 import contextlib
+import difflib
 import os
 import shutil
 import signal
@@ -40,6 +41,14 @@ examples:
   toravane StaticNavigationOff  to be pressed before each walk"""
 
 
+def refuse_word(parser, word):
+    """Ends with an error about a word that is neither an action nor the path of a device."""
+    lower = {action.lower(): action for action in Actions}
+    near = difflib.get_close_matches(word.lower(), lower, 1)
+    parser.error(f"'{word}' is no action; did you mean {lower[near[0]]}?" if near else
+                 f"'{word}' is neither {' nor '.join(Actions)} nor a device like /dev/ttyUSB0")
+
+
 def parse_arguments():
     parser = argparse.ArgumentParser(prog="toravane", usage=Usage, description=Description, epilog=Examples,
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
@@ -50,6 +59,8 @@ def parse_arguments():
     parser.add_argument("--version", action="version", version="toravane " + (Here / "version").read_text().strip())
     words = sys.argv[1:]
     action = [words.pop(0)] if words and words[0] in Actions else []
+    if words and not action and not words[0].startswith(("-", "/", ".")):
+        refuse_word(parser, words[0])
     return parser.parse_args(words, argparse.Namespace(action=action))
 
 
@@ -78,8 +89,10 @@ def list_adapters():
         problem = problem_with(device)
         if problem:
             say(problem)
-    if not found:
-        say("No serial adapter is plugged in. A built-in port is used by its name: toravane /dev/ttyS0")
+    if found:
+        return 0
+    say("No serial adapter is plugged in. A built-in port is used by its name: toravane /dev/ttyS0")
+    return 1
 
 
 def start_beside(prefix, display, arguments):

@@ -1,4 +1,5 @@
 #!/bin/bash
+# shellcheck disable=SC2016 # what the other system runs is expanded there
 # Usage: tests/packages/clean_root.sh [FOLDER]
 #
 # Installs the .deb of build/packages/ in a new Debian 12 system, with nothing but what apt brings for it, and uses it

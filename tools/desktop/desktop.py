@@ -7,7 +7,9 @@ import os
 import subprocess
 from pathlib import Path
 
-from prefix import Rates, Wine, display_reachable, say, stop  # some of them for those who import this one
+from prefix import Rates, Wine, display_reachable, say, stop
+
+__all__ = ["Rates", "Wine", "display_reachable", "say"]  # for those who import this module
 
 Root = Path(__file__).resolve().parents[2]
 Build = Root / "build"

@@ -22,15 +22,33 @@ ColdStartSeconds = 60  # until the software receiver has found satellites, posit
 FirstLookSeconds = 8
 
 
+def fail(text, code=1):
+    print("run.sh:", text, file=sys.stderr)
+    sys.exit(code)
+
+
+class Parser(argparse.ArgumentParser):
+    """One line for an error, which ./run.sh answers for; its --help is its own."""
+
+    def error(self, message):
+        fail(f"{message.removeprefix('argument ')} (--help explains)", 2)
+
+
+def rate(text):
+    if text not in map(str, Rates):
+        raise argparse.ArgumentTypeError(f"'{text}' is none of {', '.join(map(str, Rates))}")
+    return int(text)
+
+
 def parse_arguments():
-    parser = argparse.ArgumentParser(usage="./run.sh [--help] [--pocketpc | --smartphone] [--sirf] [--cold] [DEVICE [RATE]]", add_help=False)
+    parser = Parser(add_help=False, allow_abbrev=False)
     layout = parser.add_mutually_exclusive_group()
     for name in ("pocketpc", "smartphone"):
         layout.add_argument("--" + name, dest="handheld", action="store_const", const=name)
     parser.add_argument("--sirf", action="store_true")
     parser.add_argument("--cold", action="store_true")
     parser.add_argument("device", nargs="?", metavar="DEVICE")
-    parser.add_argument("rate", nargs="?", metavar="RATE", type=int, choices=Rates)
+    parser.add_argument("rate", nargs="?", metavar="RATE", type=rate)
     arguments = parser.parse_args()
     if arguments.device and (arguments.sirf or arguments.cold):
         parser.error("--sirf and --cold are for the software receiver; a real one decides for itself")
@@ -111,7 +129,7 @@ def run_unattended(wine, display, program, seconds, handheld):
 def main():
     arguments = parse_arguments()
     if arguments.device and (problem := problem_with(arguments.device)):
-        sys.exit(problem)
+        fail(problem)
     build("tools", "toravane-receiver")
     build("desktop")
 
@@ -157,3 +175,5 @@ if __name__ == "__main__":
         sys.exit(main())
     except KeyboardInterrupt:
         sys.exit(1)
+    except (OSError, RuntimeError, subprocess.SubprocessError) as problem:
+        fail(problem)

@@ -1,0 +1,74 @@
+"""The commands that people start, as they answer before any window: ./run.sh and the launcher of the package."""
+
+import glob
+import shutil
+import subprocess
+from pathlib import Path
+
+import pytest
+
+Root = Path(__file__).resolve().parents[2]
+
+
+def run(*command):
+    done = subprocess.run(list(map(str, command)), capture_output=True, text=True, stdin=subprocess.DEVNULL, timeout=60)
+    return done.returncode, done.stdout, done.stderr
+
+
+@pytest.fixture
+def launcher(tmp_path):
+    """The launcher with its modules beside it, as the package installs it."""
+    for file in ("packaging/launcher.py", "tools/desktop/ports.py", "tools/desktop/prefix.py"):
+        shutil.copy(Root / file, tmp_path)
+    (tmp_path / "version").write_text("2.20\n")
+    return tmp_path / "launcher.py"
+
+
+def test_launcher_names_its_actions_when_one_is_mistyped(launcher):
+    for word in ("StaticNavigationof", "staticnavigationon", "COM3", "--colour"):
+        code, out, error = run(launcher, word)
+        assert (code, out) == (2, "")
+        assert error.splitlines()[-1].startswith("toravane: ") and word in error.splitlines()[-1]
+    assert "did you mean StaticNavigationOff?" in run(launcher, "StaticNavigationof")[2]
+    assert "did you mean StaticNavigationOn?" in run(launcher, "staticnavigationon")[2]
+    assert "a device like /dev/ttyUSB0" in run(launcher, "COM3")[2]
+
+
+def test_launcher_lists_nothing_with_an_error(launcher):
+    plugged = [name for pattern in ("ttyUSB*", "ttyACM*", "rfcomm*") for name in glob.glob("/dev/" + pattern)]
+    code, out, error = run(launcher, "--list")
+    assert error == ""
+    if plugged:
+        assert code == 0 and all(name in out for name in plugged)
+    else:
+        assert code == 1 and out.startswith("No serial adapter is plugged in.")
+
+
+@pytest.mark.parametrize("arguments, error", [
+    (["--colour"], "run.sh: unrecognized arguments: --colour (--help explains)\n"),
+    (["/dev/null", "4801"], "run.sh: RATE: '4801' is none of 1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200 "
+                            "(--help explains)\n"),
+    (["--sirf", "/dev/null"], "run.sh: --sirf and --cold are for the software receiver; a real one decides for itself "
+                              "(--help explains)\n"),
+    (["/dev/nowhere"], "run.sh: /dev/nowhere: no such device; is the receiver plugged in?\n"),
+    (["/etc/passwd"], "run.sh: /etc/passwd: not a serial port\n"),
+])
+def test_run_names_itself_in_its_errors(arguments, error):
+    code, out, text = run(Root / "run.sh", *arguments)
+    assert (code, out, text) == (2 if "explains" in error else 1, "", error)
+
+
+def test_run_explains_itself():
+    for option in ("-h", "--help"):
+        code, out, error = run(Root / "run.sh", option)
+        assert (code, error) == (0, "") and out.startswith("Usage: ./run.sh")
+    with open("/dev/full", "w") as full:
+        assert subprocess.run([Root / "run.sh", "--help"], stdout=full, stderr=subprocess.DEVNULL).returncode != 0
+
+
+def test_scripts_that_begin_with_an_interpreter_are_executable():
+    listed = subprocess.run(["git", "ls-files", "-z"], cwd=Root, check=True, capture_output=True, text=True).stdout
+    files = [Root / name for name in listed.split("\0") if name and (Root / name).is_file()]
+    scripts = [file for file in files if file.read_bytes()[:2] == b"#!"]
+    assert len(scripts) > 10
+    assert [file for file in scripts if not file.stat().st_mode & 0o111] == []
