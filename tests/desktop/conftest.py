@@ -1,6 +1,29 @@
+import sys
+from pathlib import Path
+
 import pytest
 
 import harness
+
+Root = Path(__file__).resolve().parents[2]
+
+
+def pytest_addoption(parser):
+    parser.addoption("--page", action="store_true", help="run the tests with the page in a browser, where they apply")
+
+
+def pytest_collection_modifyitems(config, items):
+    """Leaves out what the page cannot have; each test or file with its reason."""
+    if not config.getoption("--page"):
+        return
+    sys.path[:0] = [str(Root / "tests" / "web"), str(Root / "tools")]
+    from desktop_only import Reasons
+    for item in items:
+        test = item.originalname or item.name
+        file = Path(item.fspath).stem
+        reason = Reasons.get(f"{file}::{test}", Reasons.get(file))
+        if reason:
+            item.add_marker(pytest.mark.skip(reason=reason))
 
 
 @pytest.hookimpl(hookwrapper=True)
@@ -11,7 +34,16 @@ def pytest_runtest_makereport(item, call):
 
 
 @pytest.fixture(scope="session")
-def desktop_session():
+def desktop_session(request):
+    if request.config.getoption("--page"):
+        from page_user import PageUser
+        from serve_page import Server
+        server = Server()
+        user = PageUser(server)
+        yield user
+        user.leave()
+        server.close()
+        return
     user = harness.User()
     yield user
     user.leave()

@@ -13,10 +13,11 @@ import threading
 import time
 
 Flags = (
-    "--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run", "--disable-background-networking",
-    "--disable-component-update", "--disable-sync", "--disable-extensions", "--disable-default-apps", "--mute-audio",
-    "--hide-scrollbars", "--force-color-profile=srgb", "--remote-debugging-pipe",
-)  # fmt: skip
+    "--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
+    "--disable-background-networking", "--disable-component-update", "--disable-sync", "--disable-extensions",
+    "--disable-default-apps", "--mute-audio", "--hide-scrollbars", "--force-color-profile=srgb",
+    "--remote-debugging-pipe",
+)
 
 
 class BrowserError(Exception):
@@ -42,7 +43,7 @@ class Chromium:
             ["chromium", *Flags, f"--user-data-dir={self.profile}", "about:blank"],
             stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
             preexec_fn=place_pipes, pass_fds=(3, 4),
-        )  # fmt: skip
+        )
         for end in (to_browser, from_browser, *ends):
             os.close(end)
         self._numbers = itertools.count(1)
@@ -107,7 +108,7 @@ class Chromium:
 KeyCodes = {
     "Enter": 13, "Escape": 27, "Tab": 9, "ArrowLeft": 37, "ArrowUp": 38, "ArrowRight": 39, "ArrowDown": 40, "F10": 121,
     "Home": 36, "End": 35, "Backspace": 8, " ": 32,
-}  # fmt: skip
+}
 
 
 class Tab:
@@ -206,14 +207,23 @@ class Tab:
         for kind in ("mousePressed", "mouseReleased"):
             self.call("Input.dispatchMouseEvent", type=kind, x=x, y=y, button="left", clickCount=1)
 
-    def accessible(self):
-        """Everything that a screen reader finds: a list of (role, name, description, value, node)."""
-        found = []
-        for node in self.call("Accessibility.getFullAXTree")["nodes"]:
-            if not node.get("ignored"):
-                text = [node.get(part, {}).get("value", "") for part in ("role", "name", "description", "value")]
-                found.append((*text, node.get("backendDOMNodeId")))
-        return found
+    def find_all(self, role, name=None):
+        """The elements of that role and name, as assistive software finds them; what is hidden is not found."""
+        root = self.call("Runtime.evaluate", expression="document")["result"]["objectId"]
+        wanted = {"role": role} | ({} if name is None else {"accessibleName": name})
+        nodes = self.call("Accessibility.queryAXTree", objectId=root, **wanted)["nodes"]
+        return [Element(self, node) for node in nodes if not node.get("ignored") and "backendDOMNodeId" in node]
+
+    def find(self, role, name, seconds=8):
+        """The one element of that role and name, as soon as it is there."""
+        end = time.monotonic() + seconds
+        while True:
+            found = self.find_all(role, name)
+            if len(found) == 1:
+                return found[0]
+            if time.monotonic() > end:
+                raise AssertionError(f"{len(found)} elements of role {role} are named {name!r}")
+            time.sleep(0.02)
 
     def screenshot(self, file):
         data = self.call("Page.captureScreenshot", format="png")["data"]
@@ -229,10 +239,76 @@ class Tab:
             if value:
                 return value
             if time.monotonic() > end:
-                raise AssertionError(f"did not happen within {seconds} s: {what}; the page complained: {self.complaints}")
+                raise AssertionError(f"did not happen within {seconds} s: {what}; complaints: {self.complaints}")
             time.sleep(0.02)
 
     def close(self):
         self._work.put((None, None))
         self.browser.call("Target.disposeBrowserContext", browserContextId=self.context)
         shutil.rmtree(self.downloads, ignore_errors=True)
+
+
+class Element:
+    """An element that was found by role and name."""
+
+    def __init__(self, tab, node):
+        self.tab = tab
+        self.role, self.name, self.description = (node.get(part, {}).get("value", "")
+                                                  for part in ("role", "name", "description"))
+        self.properties = {entry["name"]: entry["value"].get("value") for entry in node.get("properties", ())}
+        self._node = node["backendDOMNodeId"]
+
+    def __repr__(self):
+        return f"<{self.role} {self.name!r}>"
+
+    def run(self, function, *arguments):
+        """Calls a function, given as text, with the element as `this`."""
+        handle = self.tab.call("DOM.resolveNode", backendNodeId=self._node)["object"]["objectId"]
+        answer = self.tab.call("Runtime.callFunctionOn", objectId=handle, functionDeclaration=function,
+                               arguments=[{"value": value} for value in arguments], returnByValue=True,
+                               awaitPromise=True, userGesture=True)
+        if "exceptionDetails" in answer:
+            details = answer["exceptionDetails"]
+            raise BrowserError(details.get("exception", {}).get("description", details["text"]))
+        return answer["result"].get("value")
+
+    @property
+    def text(self):
+        return self.run("function () { return 'value' in this ? this.value : this.textContent }")
+
+    @property
+    def has_focus(self):
+        return self.run("function () { return document.activeElement === this }")
+
+    def click(self):
+        """With the mouse, where the element is."""
+        x, y, is_free = self.run("""function () {
+            this.scrollIntoView({block: "nearest"});
+            const {left, top, width, height} = this.getBoundingClientRect();
+            const at = [left + width / 2, top + height / 2];
+            const there = document.elementFromPoint(...at);
+            return [...at, !!there && (this.contains(there) || there.contains(this) || this.labels?.[0] === there)];
+        }""")
+        assert is_free, f"something covers {self}"
+        self.tab.click_at(x, y)
+
+    def focus(self):
+        self.run("function () { this.focus() }")
+
+    def fill(self, text):
+        """Types a text in the place of what stands there."""
+        self.run("function () { this.focus(); this.select() }")
+        if text:
+            self.tab.call("Input.insertText", text=text)
+        else:
+            self.tab.key("Backspace")
+
+    def choose(self, text):
+        """An entry of a list."""
+        assert self.run("""function (text) {
+            const option = [...this.options].find((one) => one.textContent === text);
+            if (!option) return false;
+            this.value = option.value;
+            this.dispatchEvent(new Event("change", {bubbles: true}));
+            return true;
+        }""", text), f"{self} has no entry {text!r}"

@@ -134,14 +134,13 @@ function makeDialog(window) {
     title.id = `caption-${window.handle}`;
     const bar = make("div", "caption");
     const client = make("div", "client");
-    const cross = make("button", "", "\u00d7");
+    const cross = make("button", "cross", "\u00d7");
     cross.type = "button";
     cross.setAttribute("aria-label", "Close dialog");
     cross.onclick = () => program.close(window.handle);
-    bar.append(title, cross);
-    // The cross comes last with the Tab key, as its place is not among the controls.
-    dialog.append(bar, client);
-    cross.tabIndex = 0;
+    bar.append(title);
+    // The cross comes last with the Tab key: the first place belongs to the template's first field.
+    dialog.append(bar, client, cross);
     dialog.setAttribute("aria-labelledby", title.id);
     dialog.addEventListener("cancel", (event) => {
         event.preventDefault();
@@ -263,6 +262,7 @@ function makeCombo(window) {
         const index = window.items.indexOf(input.value);
         if (!chosen && index >= 0) return choose(index);
         window.hasTyped = true;
+        arrow.selectedIndex = -1;
         program.type(window.handle, input.value);
     };
     input.onkeydown = (event) => {
@@ -349,6 +349,8 @@ export function created(handle, parent, kind, id, style, where, text) {
         owner.children.push(window);
         owner.element.querySelector(".client")?.append(window.element);
     } else return;
+    window.element.dataset.window = String(handle);
+    window.element.dataset.control = String(id);
     place(window);
 }
 
@@ -427,6 +429,7 @@ export function setVisible(handle, visible) {
         element.showModal();
         const wanted = window.children.find((child) => child.handle === wantedFocus) ?? firstStop(window);
         wanted?.field.focus();
+        if (wanted?.field instanceof HTMLInputElement) wanted.field.select();
         focusIsTheirs = false;
     } else if (!visible && element.open) {
         window.state = 0;
@@ -598,6 +601,7 @@ export function showBox(handle, title, text, buttons, usual) {
     document.body.append(dialog);
     const window = makeWin(handle, 0, "box", text);
     window.element = window.field = dialog;
+    dialog.dataset.window = String(handle);
     windows.set(handle, window);
     dialog.showModal();
     /** @type {HTMLElement | null} */ (dialog.querySelector(".usual"))?.focus();

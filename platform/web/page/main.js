@@ -276,11 +276,13 @@ async function start(prepare) {
     });
     serial.servePorts(program, portBroken);
     for (const [name, value] of Object.entries(settings.storedSettings())) program.setting(name, value);
-    program.size(chartColumns(), ChartRows);
+    chart.width = chartColumns();
+    chart.height = ChartRows;
+    program.size(chart.width, chart.height);
     if (log) program.log(log.bytes, speed());
     prepare?.(program);
     program.start();
-    Object.assign(window, { toravane: { program, page } }); // for a look from the browser's console
+    Object.assign(window, { toravane: { program, page, windows: dialogs.windows } }); // for a look from the browser's console
 }
 
 /** @param {File} file */

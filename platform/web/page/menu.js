@@ -26,7 +26,7 @@ function itemsOf(list) {
 /** @param {HTMLElement} item of the bar */
 function menuOf(item) {
     const menu = item.nextElementSibling;
-    return menu instanceof HTMLElement ? menu : null;
+    return menu instanceof HTMLElement && menu.role === "menu" ? menu : null;
 }
 
 function closeMenus() {
@@ -77,6 +77,7 @@ export function showMenu(entries, choose) {
         item.setAttribute("role", "menuitem");
         item.tabIndex = -1;
         item.textContent = text;
+        item.dataset.command = command;
         if (depth === "0") {
             const cell = document.createElement("div");
             cell.setAttribute("role", "none");

@@ -34,7 +34,18 @@ const isValue = (window) => !!window && window.element.matches(".shown");
 /** @param {Win | undefined} window */
 const isTick = (window) => !!window && window.element.matches(".tick");
 /** @param {Win | undefined} window */
+const isButton = (window) => window?.kind === "button";
+/** @param {Win | undefined} window */
 const isField = (window) => !!window && (isValue(window) || window.element.matches("input, select, textarea, .combo"));
+
+/**
+ * True if both stand in one line.
+ * @param {Win} label
+ * @param {Win} control
+ */
+function isBeside({ place: label }, { place: control }) {
+    return label.y < control.y + control.height && control.y < label.y + label.height;
+}
 
 /**
  * @param {Win} field
@@ -103,12 +114,8 @@ export function nameFields(dialog) {
         } else if (isField(next)) {
             if (isValue(next)) next.field.setAttribute("aria-labelledby", label.field.id);
             else /** @type {HTMLLabelElement} */ (label.field).htmlFor = next.field.id;
-        } else if (isTick(next)) group(label, runFrom(children, i + 1, isTick));
-        else if (next.kind === "button")
-            group(
-                label,
-                runFrom(children, i + 1, (child) => child?.kind === "button"),
-            );
+        } else if (isTick(next) && isBeside(label, next)) group(label, runFrom(children, i + 1, isTick));
+        else if (isButton(next) && isBeside(label, next)) group(label, runFrom(children, i + 1, isButton));
         else if (isHeading(next)) group(label, pairsFrom(children, i + 1));
     }
 }

@@ -1,0 +1,249 @@
+"""A user of the page, who can do what the user of the desktop program can: the same tests run with either.
+
+What is read are the page's own elements, and what is done goes through keys, mouse and their events.
+"""
+
+import base64
+import io
+import json
+import os
+import shutil
+import tempfile
+from pathlib import Path
+
+import harness
+from chromium import Chromium
+from harness import desktop, raw, wait_for
+from serial_bridge import Bridge
+
+Usb = {"usbVendorId": 0x067B, "usbProductId": 0x2303}
+Names = {str(number): "USB 067b:2303" for number in range(1, 9)}  # so that each port keeps its number
+Keys = {0x0D: "Enter", 0x1B: "Escape", 0x25: "ArrowLeft", 0x26: "ArrowUp", 0x27: "ArrowRight", 0x28: "ArrowDown",
+        0x79: "F10", 0x09: "Tab", 0x20: " "}
+
+Eyes = """
+self.eyes = {
+    windows() {
+        const found = [...document.querySelectorAll("dialog[open]")].map((dialog) => ({
+            window: Number(dialog.dataset.window), class: "#32770", enabled: 0,
+            text: dialog.querySelector("h2").textContent,
+            client: [], outer: [],
+        }));
+        if (found.length) found.at(-1).enabled = 1;
+        const chart = document.getElementById("chart");
+        if (!document.querySelector("#view").hidden)
+            found.unshift({window: 0, class: "Toravane", text: document.title, enabled: found.length ? 0 : 1,
+                           client: [0, 0, chart.width, chart.height], outer: []});
+        return found;
+    },
+    controls(window) {
+        const dialog = document.querySelector(`dialog[data-window="${window}"]`);
+        if (!dialog) return [];
+        if (dialog.matches(".box")) {
+            const text = toravane.windows.get(window).text;
+            const shown = dialog.querySelector("p").textContent;
+            if (shown !== text.replace(/\\r\\n?/g, "\\n")) throw Error("the box shows another text: " + shown);
+            const buttons = [...dialog.querySelectorAll(".buttons button")].map((button, index) => (
+                {window: `${window}/${index}`, class: "Button", id: index, text: button.textContent, enabled: 1,
+                 checked: 0}));
+            return [{window: -1, class: "Static", id: 0xffff, text, enabled: 1, checked: 0}, ...buttons];
+        }
+        return [...dialog.querySelectorAll("[data-control]")].map((element) => {
+            const field = element.matches(".tick, .combo") ? element.querySelector("input") : element;
+            const kind = element.matches(".tick, button:not(.colour)") ? "Button" :
+                element.matches("select[size]") ? "ListBox" :
+                element.matches("select, .combo") ? "ComboBox" :
+                element.matches("input, textarea") ? "Edit" : "Static";
+            const text = element.matches("select") ? (element.selectedOptions[0]?.textContent ?? "") :
+                element.matches("textarea") ? field.value.replace(/\\n/g, "\\r\\n") :
+                element.matches("input, .combo") ? field.value : element.textContent;
+            const place = element.getBoundingClientRect();
+            return {window: Number(element.dataset.window), class: kind, id: Number(element.dataset.control), text,
+                    enabled: field.disabled ? 0 : 1, visible: element.hidden ? 0 : 1,
+                    checked: field.indeterminate ? 2 : field.checked ? 1 : 0,
+                    outer: [place.left, place.top, place.right, place.bottom].map(Math.round)};
+        });
+    },
+    find: (window) => typeof window === "string" ?
+        document.querySelectorAll(`[data-window="${window.split("/")[0]}"] .buttons button`)[window.split("/")[1]] :
+        document.querySelector(`.client [data-window="${window}"]`),
+    list: (window) => eyes.find(window).matches("select") ? eyes.find(window) :
+        eyes.find(window).querySelector("select"),
+    centre(element) {
+        element.scrollIntoView({block: "nearest"});
+        const {left, top, width, height} = element.getBoundingClientRect();
+        const [x, y] = [left + width / 2, top + height / 2];
+        const there = document.elementFromPoint(x, y);
+        return [x, y, there && (element.contains(there) || there.contains(element))];
+    },
+};
+"""
+
+
+class PageDriver:
+    """What tools/desktop/driver.py offers, of a page."""
+
+    def __init__(self, user):
+        self.user = user
+
+    def run(self, expression):
+        return self.user.tab.run(expression)
+
+    def windows(self):
+        return self.run("self.eyes && document.body ? eyes.windows() : []") if self.user.tab else []
+
+    def controls(self, window):
+        return self.run(f"eyes.controls({window})")
+
+    def main_window(self):
+        return next((w for w in self.windows() if w["class"] == "Toravane" and w["text"] == "Toravane"), None)
+
+    def click(self, button):
+        """With the mouse, as far as the browser lets it: what cannot be used is not pressed."""
+        x, y, reachable = self.run(f"eyes.centre(eyes.find({json.dumps(button)}))")
+        assert reachable, f"something covers the button {button}"
+        self.user.tab.click_at(x, y)
+
+    def set_text(self, control, text):
+        self.run(f"(() => {{const e = eyes.find({control});"
+                 " const f = e.matches('.combo') ? e.querySelector('input') : e; f.focus(); f.select()})()")
+        if text:
+            self.user.tab.call("Input.insertText", text=text)
+        else:
+            self.user.tab.key("Backspace")
+
+    def items(self, control):
+        items, selection = self.run(f"[[...eyes.list({control}).options].map(o => o.textContent),"
+                                    f" eyes.list({control}).selectedIndex]")
+        return items, selection
+
+    def select(self, control, index):
+        self.run(f"(() => {{const list = eyes.list({control}); list.selectedIndex = {index};"
+                 " list.dispatchEvent(new Event('change', {bubbles: true}))})()")
+
+    def post(self, window, message, wparam=0, _=0):
+        if message == raw.WM_COMMAND:
+            self.run(f"document.querySelector('[data-command=\"{wparam}\"]').click()")
+        elif message == raw.WM_SYSCOMMAND and wparam == raw.SC_CLOSE:
+            self.run(f"document.querySelector('dialog[data-window=\"{window}\"] .cross').click()")
+        elif message == raw.WM_CLOSE and window == 0:
+            self.run("document.querySelector('[data-command=\"406\"]').click()")
+        else:
+            raise NotImplementedError(f"message {message:#x} to {window}")
+
+    def focus(self, _):
+        return self.run("Number(document.activeElement?.closest('[data-window]')?.dataset.window ?? 0)")
+
+    def key(self, virtual_key):
+        self.user.tab.key(Keys.get(virtual_key) or chr(virtual_key).lower())
+
+    def page(self, _):
+        return [line.rstrip() for line in self.run("[...document.querySelectorAll('.line')].map(l => l.textContent)")]
+
+
+class Wires:
+    """Which terminal is at the other end of each port: links, as Wine keeps them."""
+
+    def __init__(self):
+        self.prefix = Path(tempfile.mkdtemp(prefix="toravane-ports-"))
+        (self.prefix / "dosdevices").mkdir()
+
+    def map_port(self, number, device):
+        link = self.prefix / "dosdevices" / f"com{number}"
+        link.unlink(missing_ok=True)
+        link.symlink_to(device)
+
+    def device(self, port):
+        """Of the browser's port, which is the program's less one."""
+        link = self.prefix / "dosdevices" / f"com{port + 1}"
+        return os.readlink(link) if link.is_symlink() else None
+
+    def close(self):
+        shutil.rmtree(self.prefix, ignore_errors=True)
+
+
+class PageProgram:
+    def __init__(self, user):
+        self.user = user
+
+    def running(self):
+        return self.user.driver.main_window() is not None
+
+    def wait_end(self, seconds=15):
+        wait_for("the program ends", lambda: not self.running(), seconds)
+        return 0
+
+
+class PageUser(harness.User):
+    """Sits at a browser, with ports 1 to 8 granted. What only a desktop has fails at once."""
+
+    def __init__(self, server):
+        self.server = server
+        self.browser = Chromium()
+        self.wine = Wires()
+        self.driver = PageDriver(self)
+        self.tab = self.bridge = None
+        self.values = {}
+        self.programs, self.receivers, self.lines = [], [], []
+
+    def leave(self):
+        self.tidy()
+        self.browser.close()
+        self.wine.close()
+
+    def tidy(self):
+        if self.tab:
+            self.bridge.close()
+            self.tab.close()
+            self.tab = self.bridge = None
+        for receiver in self.receivers:
+            desktop.stop(receiver)
+        for line in self.lines:
+            line.close()
+        for left in (self.programs, self.receivers, self.lines):
+            left.clear()
+        for link in (self.wine.prefix / "dosdevices").iterdir():
+            link.unlink()
+        self.values = {}
+
+    def store(self, **values):
+        self.values |= values
+        if self.tab:
+            for name, value in values.items():
+                self.tab.run(f"localStorage.setItem({json.dumps(name)}, '{value}')")
+
+    def stored(self, name):
+        value = self.tab.run(f"localStorage.getItem({json.dumps(name)})")
+        return None if value is None else int(value)
+
+    def start(self, *arguments, environment=None, file=None):
+        assert not arguments and not environment and not file, "a page has no command line and one layout"
+        settings = self.values
+        if self.tab:  # a new start keeps what is stored
+            settings = self.tab.run("({...localStorage})") | {name: str(value) for name, value in settings.items()}
+            self.bridge.close()
+            self.tab.close()
+        self.values = {}
+        self.tab = self.browser.tab()
+        self.bridge = Bridge(self.tab, [Usb] * 8, self.wine.device)
+        self.tab.before_load(Eyes)
+        self.tab.visit(self.server.address + "icon.svg")  # of the same origin: only its settings matter
+        for name, value in ({"Ports": json.dumps(Names)} | settings).items():
+            self.tab.run(f"localStorage.setItem({json.dumps(name)}, {json.dumps(str(value))})")
+        self.tab.visit(self.server.address)
+        self.tab.wait("the program runs", "document.querySelectorAll('.line').length === 19")
+        program = PageProgram(self)
+        self.programs.append(program)
+        return program
+
+    def close(self):
+        self.driver.post(0, raw.WM_CLOSE)
+
+    def screenshot(self, name):
+        safe = "".join(c if c.isalnum() or c in "-." else "_" for c in name)
+        return self.tab.screenshot(harness.Output.parent / "web-tests" / f"{safe}.png")
+
+    def picture(self):
+        from PIL import Image
+        data = self.tab.run("document.getElementById('chart').toDataURL()").partition(",")[2]
+        return Image.open(io.BytesIO(base64.b64decode(data))).convert("RGB")
