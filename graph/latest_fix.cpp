@@ -24,6 +24,7 @@ constexpr FixReport Nothing = {.LatitudeDegrees = NotKnown,
                                .Year = 0,
                                .Month = 0,
                                .Day = 0,
+                               .DatedSecondOfDay = 0,
                                .InView = {},
                                .InViewCount = 0,
                                .InViewReports = 0};
@@ -53,13 +54,14 @@ void BeginFixReport(FixMode mode)
     LatestFix.HorizontalErrorMetres = LatestFix.VerticalErrorMetres = NotKnown;
 }
 
-void ReportDate(uint32_t year, uint32_t month, uint32_t day)
+void ReportDate(uint32_t year, uint32_t month, uint32_t day, uint32_t secondOfDay)
 {
     if (year < 1980 || year > 9999 || month < 1 || month > 12) return;
     if (day < 1 || day > DaysInMonth(year, month)) return;
     LatestFix.Year = static_cast<uint16_t>(year);
     LatestFix.Month = static_cast<uint16_t>(month);
     LatestFix.Day = static_cast<uint16_t>(day);
+    LatestFix.DatedSecondOfDay = static_cast<int32_t>(secondOfDay);
 }
 
 void BeginSatelliteReport()

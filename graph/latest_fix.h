@@ -26,6 +26,7 @@ struct FixReport {
     FixMode Mode;
     bool HasTimeOfDay;         // FixTime is the UTC that the latest sample's message gave
     uint16_t Year, Month, Day; // of the calendar, UTC; Day 0: not known
+    int32_t DatedSecondOfDay;  // of the message that brought the date
     SatelliteInView InView[MaxSatellitesInView];
     uint32_t InViewCount;
     uint32_t InViewReports; // lists received; wraps
@@ -38,7 +39,7 @@ extern FixReport LatestFix;
 void BeginFixReport(FixMode mode);
 
 // Nothing for a day that the calendar does not have.
-void ReportDate(uint32_t year, uint32_t month, uint32_t day);
+void ReportDate(uint32_t year, uint32_t month, uint32_t day, uint32_t secondOfDay);
 
 void ReportSatellite(
     const SatelliteInView& satellite); // after the list was begun; more than it can hold are left

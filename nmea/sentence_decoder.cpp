@@ -95,7 +95,14 @@ void TakeTime(uint32_t index) // hhmmss[.sss]
         if (HWND dialog = OpenDialogOfKind(kind)) ShowTimeOfDay(dialog, CONTROL_NMEA_TIME);
 }
 
-void TakeDate(uint32_t index) // ddmmyy
+// Second of the day of "hhmmss[.sss]"; of any other text some number.
+uint32_t SecondOfDay(const char* time)
+{
+    const uint32_t digits = static_cast<uint32_t>(ParseInteger(time)) % 1000000;
+    return (digits / 10000 * 60 + digits / 100 % 100) * 60 + digits % 100;
+}
+
+void TakeDate(uint32_t index) // ddmmyy, of RMC
 {
     const bool isWhole = std::strlen(Field(index)) == 6;
     const Triple date = CutTriple(Field(index));
@@ -104,7 +111,9 @@ void TakeDate(uint32_t index) // ddmmyy
     FixTime.wYear = static_cast<uint16_t>(date.third + 2000);
     ShowUtcLine(FixTime);
     // GPS began in 1980: an old receiver's 97 is 1997.
-    if (isWhole) ReportDate(date.third + (date.third < 80 ? 2000u : 1900u), date.second, date.first);
+    if (isWhole)
+        ReportDate(date.third + (date.third < 80 ? 2000u : 1900u), date.second, date.first,
+                   SecondOfDay(Field(1)));
 }
 
 // Degrees of "dd...mm.mmmm" with `degreeDigits` digits of degrees; false when the field does not look like
@@ -328,7 +337,7 @@ void DecodeZda()
 {
     if (FieldCount != 7) return;
     ReportDate(static_cast<uint32_t>(ParseInteger(Field(4))), static_cast<uint32_t>(ParseInteger(Field(3))),
-               static_cast<uint32_t>(ParseInteger(Field(2))));
+               static_cast<uint32_t>(ParseInteger(Field(2))), SecondOfDay(Field(1)));
 }
 
 // ---- Receiver text ------------------------------------------------------------------------------------

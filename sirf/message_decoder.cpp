@@ -191,7 +191,10 @@ void ReportGeodeticNavigation(bool utcIsKnown)
     const bool hasSpeed = !(Get(record, NavType) & NoSpeed), hasCourse = !(Get(record, NavValid) & NoCourse);
     BeginFixReport(ModeOfFixType(Get(record, NavType) & FixTypeBits));
     LatestFix.HasTimeOfDay = utcIsKnown;
-    if (utcIsKnown) ReportDate(Get(record, UtcYear), Get(record, UtcMonth), Get(record, UtcDay));
+    if (utcIsKnown)
+        ReportDate(Get(record, UtcYear), Get(record, UtcMonth), Get(record, UtcDay),
+                   (Get(record, UtcHour) * 60u + Get(record, UtcMinute)) * 60u +
+                       Get(record, UtcMilliseconds) / 1000u);
     LatestFix.LatitudeDegrees = Get(record, Latitude1e7Deg) / 1e7;
     LatestFix.LongitudeDegrees = Get(record, Longitude1e7Deg) / 1e7;
     LatestFix.AltitudeEllipsoidMetres = Get(record, AltitudeEllipsoidCm) / 1e2;

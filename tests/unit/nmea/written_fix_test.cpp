@@ -101,6 +101,14 @@ TEST_F(WrittenFix, DatesComeFromRmcAndZda)
     }
 }
 
+TEST_F(WrittenFix, ADateHasTheTimeOfItsSentence)
+{
+    FeedSentence("GPRMC,235958.000,V,,,,,,,210608,,,N");
+    EXPECT_EQ(LatestFix.DatedSecondOfDay, 86398);
+    FeedSentence("GPZDA,000001.000,22,06,2008,,");
+    EXPECT_EQ(LatestFix.DatedSecondOfDay, 1);
+}
+
 TEST_F(WrittenFix, SatellitesAreThoseOfAWholeGroup)
 {
     FeedSentence("GPGSV,2,1,05,06,69,120,44,11,69,030,44,16,55,300,42,15,36,210,39");

@@ -46,6 +46,7 @@ TEST_F(WrittenSirfFix, IsThatOfMessage41)
     EXPECT_EQ(LatestFix.Year, 2024);
     EXPECT_EQ(LatestFix.Month, 2);
     EXPECT_EQ(LatestFix.Day, 29);
+    EXPECT_EQ(LatestFix.DatedSecondOfDay, 86398);
 }
 
 TEST_F(WrittenSirfFix, HasTheModeOfTheFixType)

@@ -1,0 +1,99 @@
+#include "console/sample.h"
+
+#include <cmath>
+#include <cstdio>
+
+#include "graph/channels.h"
+
+namespace console
+{
+
+namespace
+{
+
+// The time of day of the latest message that had one; nothing if it is none of a clock.
+std::optional<int32_t> CurrentSecondOfDay()
+{
+    if (FixTime.wHour > 23 || FixTime.wMinute > 59 || FixTime.wSecond > 60) return {};
+    return FixTime.wHour * 3600 + FixTime.wMinute * 60 + FixTime.wSecond;
+}
+
+// The date is younger than the sample or as old: GGA has none of its own. If it was reported in the evening,
+// and the sample is of the morning, midnight has passed.
+std::optional<int64_t> TimeOf(int32_t secondOfDay)
+{
+    const Date date = {LatestFix.Year, LatestFix.Month, LatestFix.Day};
+    if (!IsDate(date)) return {};
+    const bool isNextDay = secondOfDay + SecondsPerDay / 2 < LatestFix.DatedSecondOfDay;
+    return (DaysOf(date) + (isNextDay ? 1 : 0)) * SecondsPerDay + secondOfDay;
+}
+
+} // namespace
+
+bool Sample::IsPoint() const
+{
+    const bool hasFix = fix.Mode == FixMode::TwoD || fix.Mode == FixMode::ThreeD;
+    return hasFix && !std::isnan(fix.LatitudeDegrees) && !std::isnan(fix.LongitudeDegrees);
+}
+
+Date DateOfTime(int64_t seconds)
+{
+    return DateOf(seconds / SecondsPerDay);
+}
+
+std::string FormatTime(int64_t seconds)
+{
+    const int rest = static_cast<int>(seconds % SecondsPerDay);
+    char text[32];
+    std::snprintf(text, sizeof text, "T%02d:%02d:%02dZ", rest / 3600, rest / 60 % 60, rest % 60);
+    return FormatDate(DateOfTime(seconds)) + text;
+}
+
+void CorrectSample(Sample& sample, const Reference& reference)
+{
+    if (!sample.time) return;
+    sample.rawTime = sample.time;
+    const Correction correction = CorrectDate(DateOfTime(*sample.time), reference, ReleaseDate());
+    *sample.time += correction.epochs * DaysPerEpoch * SecondsPerDay;
+}
+
+SampleGatherer::SampleGatherer(std::function<void(const Sample&)> give) : give_(std::move(give))
+{
+    listener_.sample = [this] { Take(); };
+    listener_.decoded = [this] { Complete(); };
+}
+
+void SampleGatherer::Take()
+{
+    Flush();
+    Sample sample = {};
+    sample.fix = LatestFix;
+    if (LatestFix.HasTimeOfDay) sample.secondOfDay = CurrentSecondOfDay();
+    if (sample.secondOfDay) sample.time = TimeOf(*sample.secondOfDay);
+    waiting_ = sample;
+    justTaken_ = true;
+}
+
+void SampleGatherer::Complete()
+{
+    if (!waiting_ || std::exchange(justTaken_, false)) return;
+    if (!waiting_->secondOfDay || waiting_->secondOfDay != CurrentSecondOfDay()) {
+        Flush();
+        return;
+    }
+    FixReport& fix = waiting_->fix;
+    fix.SpeedMetresPerSecond = LatestFix.SpeedMetresPerSecond;
+    fix.CourseDegrees = LatestFix.CourseDegrees;
+    fix.Vdop = LatestFix.Vdop;
+    waiting_->time = TimeOf(*waiting_->secondOfDay);
+}
+
+void SampleGatherer::Flush()
+{
+    if (!waiting_) return;
+    const Sample whole = *waiting_;
+    waiting_.reset();
+    give_(whole);
+}
+
+} // namespace console

@@ -1,0 +1,57 @@
+// Samples: what the receiver reported for one moment, gathered from all the messages that belong to it.
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "console/dates.h"
+#include "console/reception.h"
+#include "graph/latest_fix.h"
+
+namespace console
+{
+
+constexpr int64_t SecondsPerDay = 86400;
+
+struct Sample {
+    FixReport fix;
+    std::optional<int64_t> time;        // seconds since 1 January 1970, UTC; nothing while no date is known
+    std::optional<int64_t> rawTime;     // as reported, when dates are corrected
+    std::optional<int32_t> secondOfDay; // UTC; may be known without a date
+
+    // True for a point of a track: its message had a position and a fix.
+    bool IsPoint() const;
+};
+
+// "2008-06-21T10:00:35Z"
+std::string FormatTime(int64_t seconds);
+
+// Date of a time.
+Date DateOfTime(int64_t seconds);
+
+// Adds the epochs that the correction of the sample's date adds, and keeps the reported time.
+void CorrectSample(Sample& sample, const Reference& reference);
+
+// Gathers samples for as long as it exists: one for each sample that the chart records, with speed, course
+// and date of the messages that follow it for the same second.
+class SampleGatherer
+{
+public:
+    explicit SampleGatherer(std::function<void(const Sample&)> give);
+
+    // Gives what is still waiting for more messages of its second.
+    void Flush();
+
+    bool IsWaiting() const { return waiting_.has_value(); }
+
+private:
+    void Take();
+    void Complete();
+
+    std::function<void(const Sample&)> give_;
+    std::optional<Sample> waiting_;
+    bool justTaken_ = false;
+    Listener listener_;
+};
+
+} // namespace console

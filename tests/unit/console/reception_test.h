@@ -1,0 +1,50 @@
+// Fixture of tests that feed bytes: a reception that has heard nothing yet.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "console/reception.h"
+#include "graph/channels.h"
+#include "graph/latest_fix.h"
+#include "headless.h"
+#include "link/link_state.h"
+#include "nmea/sentence_assembler.h"
+#include "nmea/sentence_decoder.h"
+#include "sirf/frame_assembler.h"
+#include "sirf/message_decoder.h"
+
+class ReceptionTest : public testing::Test
+{
+protected:
+    ReceptionTest()
+    {
+        HeadlessReset();
+        ResetLinkState();
+        ResetChannels();
+        ResetNmeaAssembler();
+        ResetNmeaDecoder();
+        ResetSirfFramer();
+        ResetSirfDecoder();
+    }
+
+    static void Bytes(const std::string& bytes)
+    {
+        console::Feed({reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()});
+    }
+
+    // A sentence without checksum, which is accepted too.
+    static void Say(const std::string& body) { Bytes("$" + body + "\r\n"); }
+
+    // A payload with start, length, sum and end around it.
+    static void Message(const std::string& payload)
+    {
+        unsigned sum = 0;
+        for (const char c : payload) sum += static_cast<uint8_t>(c);
+        const auto word = [](size_t value) {
+            return std::string{static_cast<char>(value >> 8), static_cast<char>(value & 0xFF)};
+        };
+        Bytes("\xA0\xA2" + word(payload.size()) + payload + word(sum & 0x7FFF) + "\xB0\xB3");
+    }
+};
