@@ -1,4 +1,6 @@
 // The About box; greets the user of a first start.
 #pragma once
 
-void ShowAboutDialog();
+#include "ui/dialog.h"
+
+extern const Dialog AboutDialog;

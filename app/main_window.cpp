@@ -10,28 +10,10 @@
 #include "link/link_state.h"
 #include "link/receiver_log.h"
 #include "link/serial_port.h"
-#include "nmea/dialogs/development_data_dialog.h"
-#include "nmea/dialogs/navigation_initialization_dialog.h"
-#include "nmea/dialogs/select_datum_dialog.h"
-#include "nmea/dialogs/set_message_rate_dialog.h"
-#include "nmea/dialogs/set_serial_port_dialog.h"
+#include "nmea/dialogs/command_dialog.h"
 #include "resources/resource_ids.h"
 #include "settings/settings_store.h"
-#include "sirf/dialogs/advanced_power_management.h"
-#include "sirf/dialogs/dgps_mode.h"
-#include "sirf/dialogs/dgps_source.h"
-#include "sirf/dialogs/dop_mask.h"
-#include "sirf/dialogs/elevation_mask.h"
-#include "sirf/dialogs/initialize_data_source.h"
-#include "sirf/dialogs/low_power.h"
-#include "sirf/dialogs/mode_control.h"
-#include "sirf/dialogs/poll_software_version.h"
-#include "sirf/dialogs/power_mask.h"
-#include "sirf/dialogs/sbas.h"
-#include "sirf/dialogs/set_message_rate.h"
-#include "sirf/dialogs/static_navigation.h"
-#include "sirf/dialogs/switch_to_nmea.h"
-#include "sirf/dialogs/trickle_power.h"
+#include "sirf/dialogs/command_dialog.h"
 #include "ui/active_dialog.h"
 #include "ui/dialog_support.h"
 #include "ui/error_boxes.h"
@@ -54,49 +36,16 @@ ShellActivateInfo Activation;
 
 // ---- Commands -----------------------------------------------------------------------------------------
 
-struct Command {
-    uint16_t item;
-    void (*show)();
-};
-
-constexpr Command Commands[] = {
-    {COMMAND_ABOUT, ShowAboutDialog},
-    {COMMAND_COMMUNICATION, ShowCommunicationDialog},
-    {COMMAND_GRAPH, ShowGraphOptionsDialog},
-    {DIALOG_NMEA_SET_SERIAL_PORT, ShowSetSerialPortDialog},
-    {DIALOG_NMEA_NAVIGATION_INITIALIZATION, ShowNavigationInitializationDialog},
-    {DIALOG_NMEA_SET_MESSAGE_RATE, ShowNmeaMessageRateDialog},
-    {DIALOG_NMEA_DEVELOPMENT_DATA, ShowDevelopmentDataDialog},
-    {DIALOG_NMEA_SELECT_DATUM, ShowSelectDatumDialog},
-    {DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, ShowAdvancedPowerManagementDialog},
-    {DIALOG_SIRF_INITIALIZE_DATA_SOURCE, ShowInitializeDataSourceDialog},
-    {DIALOG_SIRF_SWITCH_TO_NMEA, ShowSwitchToNmeaDialog},
-    {DIALOG_SIRF_DGPS_SOURCE, ShowDgpsSourceDialog},
-    {DIALOG_SIRF_MODE_CONTROL, ShowModeControlDialog},
-    {DIALOG_SIRF_DOP_MASK, ShowDopMaskDialog},
-    {DIALOG_SIRF_DGPS_MODE, ShowDgpsModeDialog},
-    {DIALOG_SIRF_ELEVATION_MASK, ShowElevationMaskDialog},
-    {DIALOG_SIRF_POWER_MASK, ShowPowerMaskDialog},
-    {DIALOG_SIRF_STATIC_NAVIGATION, ShowStaticNavigationDialog},
-    {DIALOG_SIRF_TRICKLE_POWER, ShowTricklePowerDialog},
-    {DIALOG_SIRF_SET_MESSAGE_RATE, ShowSirfSetMessageRateDialog},
-    {DIALOG_SIRF_LOW_POWER, ShowLowPowerDialog},
-    {DIALOG_SIRF_SBAS, ShowSbasDialog},
-    {DIALOG_SIRF_POLL_SOFTWARE_VERSION, ShowPollSoftwareVersionDialog},
-};
-
+// True if an item of the menu has been carried out. Most items have the number of the dialog that they open.
 bool RunCommand(HWND window, uint16_t item)
 {
-    if (item == COMMAND_EXIT) {
-        SendMessageW(window, WM_CLOSE, 0, 0);
-        return true;
+    switch (item) {
+    case COMMAND_EXIT: SendMessageW(window, WM_CLOSE, 0, 0); return true;
+    case COMMAND_ABOUT: OpenDialog(AboutDialog); return true;
+    case COMMAND_COMMUNICATION: OpenDialog(CommunicationDialog); return true;
+    case COMMAND_GRAPH: OpenDialog(GraphOptionsDialog); return true;
+    default: return ShowNmeaDialog(item) || ShowSirfDialog(item);
     }
-    for (const Command& command : Commands)
-        if (command.item == item) {
-            command.show();
-            return true;
-        }
-    return false;
 }
 
 // ---- Creation and destruction -------------------------------------------------------------------------
@@ -212,7 +161,7 @@ void RunStartActions(HWND window)
         return;
     }
     if (!hasPort && !hasRate)
-        ShowAboutDialog();
+        OpenDialog(AboutDialog);
     else if (HasCommandLine())
         RunCommandLine(hasPort, hasRate);
 }

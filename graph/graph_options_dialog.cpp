@@ -112,24 +112,24 @@ void ApplyGraphOptions(HWND dialog)
 // ---- Commands -----------------------------------------------------------------------------------------
 
 // The dialog may have covered a part of the main window only, which can show something else now.
-void ApplyAndClose(HWND dialog)
+void Apply(HWND dialog)
 {
     ApplyGraphOptions(dialog);
-    WithdrawDialog();
-    EndDialog(dialog, IDOK);
     if (HWND window = MainWindow.load()) InvalidateRect(window, nullptr, TRUE);
 }
 
 void Show(HWND dialog)
 {
     GraphMode = GraphModeValue::Chart;
-    ApplyAndClose(dialog);
+    Apply(dialog);
+    CloseDialog(dialog);
 }
 
 void Hide(HWND dialog)
 {
     GraphMode = GraphModeValue::TextPage;
-    ApplyAndClose(dialog);
+    Apply(dialog);
+    CloseDialog(dialog);
 }
 
 void Save(HWND dialog)
@@ -173,30 +173,15 @@ void ChooseChannelColor(HWND dialog, uint32_t channel)
     ShowWindow(field, SW_SHOW);
 }
 
-struct Command {
-    uint16_t control;
-    void (*run)(HWND dialog);
-};
-constexpr Command Commands[] = {
-    {IDOK, ApplyAndClose},      {IDCANCEL, ApplyAndClose},  {CONTROL_GRAPH_SHOW, Show},
-    {CONTROL_GRAPH_HIDE, Hide}, {CONTROL_GRAPH_SAVE, Save}, {CONTROL_GRAPH_ZERO, Zero},
+constexpr DialogButton Buttons[] = {
+    {IDOK, Apply},
+    {IDCANCEL, Apply},
+    {CONTROL_GRAPH_SHOW, Show},
+    {CONTROL_GRAPH_HIDE, Hide},
+    {CONTROL_GRAPH_SAVE, Save},
+    {CONTROL_GRAPH_ZERO, Zero},
     {CONTROL_GRAPH_HELP, Help},
 };
-
-bool RunCommand(HWND dialog, uint16_t control)
-{
-    const uint32_t channel = control - static_cast<uint32_t>(CONTROL_GRAPH_COLOR);
-    if (channel < ChannelCount) {
-        ChooseChannelColor(dialog, channel);
-        return true;
-    }
-    for (const Command& command : Commands)
-        if (command.control == control) {
-            command.run(dialog);
-            return true;
-        }
-    return false;
-}
 
 // ---- Colour fields ------------------------------------------------------------------------------------
 
@@ -234,30 +219,29 @@ void DeleteColorBrushes()
     }
 }
 
-INT_PTR CALLBACK GraphOptionsProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
+INT_PTR HandleColors(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
 {
     switch (message) {
-    case WM_INITDIALOG:
-        InitDialogCommon(dialog);
-        ShowSettings(dialog);
-        PublishDialog(DialogKind::GraphOptions, dialog);
-        return TRUE;
-    case WM_COMMAND:
-        if (HIWORD(wParam) == BN_CLICKED && RunCommand(dialog, LOWORD(wParam))) return TRUE;
-        break;
+    case WM_COMMAND: {
+        const uint32_t channel = LOWORD(wParam) - static_cast<uint32_t>(CONTROL_GRAPH_COLOR);
+        if (channel < ChannelCount && HIWORD(wParam) == BN_CLICKED) ChooseChannelColor(dialog, channel);
+        return FALSE;
+    }
     case WM_CTLCOLORSTATIC:
         return reinterpret_cast<INT_PTR>(
             PaintColorField(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam)));
     case WM_DRAWITEM: DrawColorButton(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam)); return TRUE;
-    case WM_DESTROY: DeleteColorBrushes(); break;
-    default: break;
+    case WM_DESTROY: DeleteColorBrushes(); return FALSE;
+    default: return FALSE;
     }
-    return HandleCommonMessages(dialog, message, wParam, lParam);
 }
 
 } // namespace
 
-void ShowGraphOptionsDialog()
-{
-    ShowDialog(DIALOG_GRAPH_OPTIONS, GraphOptionsProcedure);
-}
+constexpr Dialog GraphOptionsDialog = {
+    .number = DIALOG_GRAPH_OPTIONS,
+    .kind = DialogKind::GraphOptions,
+    .buttons = Buttons,
+    .fill = ShowSettings,
+    .handle = HandleColors,
+};

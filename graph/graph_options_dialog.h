@@ -5,4 +5,6 @@
 // stored only by "Save".
 #pragma once
 
-void ShowGraphOptionsDialog();
+#include "ui/dialog.h"
+
+extern const Dialog GraphOptionsDialog;

@@ -85,14 +85,16 @@ int32_t ReadPortSelection(HWND dialog)
 
 // ---- Initialisation -----------------------------------------------------------------------------------
 
-// Returns whether a control has been given the focus.
-bool ShowPortState(HWND dialog)
+void ShowPortState(HWND dialog)
 {
     const bool open = IsPortOpen();
     EnableSelection(dialog, !open);
     EnableControl(dialog, CONTROL_COM_CLOSE, open);
-    if (open) FocusControl(dialog, CONTROL_COM_CLOSE);
-    return open;
+}
+
+int FirstFocus()
+{
+    return IsPortOpen() ? CONTROL_COM_CLOSE : 0;
 }
 
 void ShowLogState(HWND dialog)
@@ -102,21 +104,18 @@ void ShowLogState(HWND dialog)
     EnableControl(dialog, CONTROL_COM_LOG_CLOSE, open);
 }
 
-INT_PTR Initialise(HWND dialog)
+void Fill(HWND dialog)
 {
-    InitDialogCommon(dialog);
-    PublishDialog(DialogKind::Communication, dialog);
     FillList(dialog, CONTROL_COM_PORT, PortNameTable);
     LabelPorts(dialog);
     FillBaudrates(dialog, CONTROL_COM_BAUDRATE);
     if (IsPortIndex(CommPortIdx.load())) SelectListEntry(dialog, CONTROL_COM_PORT, CommPortIdx.load());
     if (IsBaudIndex(BaudrateIdx.load())) SelectListEntry(dialog, CONTROL_COM_BAUDRATE, BaudrateIdx.load());
     ShowProtocol(dialog);
-    const bool focused = ShowPortState(dialog);
+    ShowPortState(dialog);
     ShowLogState(dialog);
     MakeListLeafable(dialog, CONTROL_COM_BAUDRATE);
     StartStatistics(dialog);
-    return !focused;
 }
 
 // ---- Commands -----------------------------------------------------------------------------------------
@@ -222,11 +221,7 @@ void OnEnd(HWND dialog)
     if (!KillTimer(dialog, StatisticsTimer)) ShowLastError(L"KillTimer");
 }
 
-struct ButtonAction {
-    int control;
-    void (*run)(HWND dialog);
-};
-constexpr ButtonAction ButtonActions[] = {
+constexpr DialogButton Buttons[] = {
     {CONTROL_COM_OPEN, OnOpen},
     {CONTROL_COM_CLOSE, OnClose},
     {CONTROL_COM_FIND_BAUD, OnFindBaud},
@@ -237,24 +232,20 @@ constexpr ButtonAction ButtonActions[] = {
     {IDCANCEL, OnEnd},
 };
 
-INT_PTR CALLBACK CommunicationProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
+INT_PTR OnTimer(HWND dialog, UINT message, WPARAM, LPARAM)
 {
-    switch (message) {
-    case WM_INITDIALOG: return Initialise(dialog);
-    case WM_TIMER: ShowStatistics(dialog); return TRUE;
-    case WM_COMMAND:
-        if (HIWORD(wParam) != BN_CLICKED) break;
-        for (const ButtonAction& action : ButtonActions)
-            if (action.control == LOWORD(wParam)) action.run(dialog);
-        break;
-    default: break;
-    }
-    return HandleCommonMessages(dialog, message, wParam, lParam); // which ends it on OK and Cancel
+    if (message != WM_TIMER) return FALSE;
+    ShowStatistics(dialog);
+    return TRUE;
 }
 
 } // namespace
 
-void ShowCommunicationDialog()
-{
-    ShowDialog(DIALOG_COMMUNICATION, CommunicationProcedure);
-}
+constexpr Dialog CommunicationDialog = {
+    .number = DIALOG_COMMUNICATION,
+    .kind = DialogKind::Communication,
+    .buttons = Buttons,
+    .fill = Fill,
+    .firstFocus = FirstFocus,
+    .handle = OnTimer,
+};

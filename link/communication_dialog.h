@@ -2,5 +2,7 @@
 // and opens and closes the receiver's log.
 #pragma once
 
-// Shows the dialog until it is closed; the port and the log stay as they are then. User-interface thread.
-void ShowCommunicationDialog();
+#include "ui/dialog.h"
+
+// The port and the log stay as they are when it is closed.
+extern const Dialog CommunicationDialog;

@@ -2,14 +2,12 @@
 
 #include "resources/resource_ids.h"
 #include "sirf/message_names.h"
+#include "sirf/start_fields.h"
 
 namespace
 {
 
 using enum FieldKind;
-
-constexpr const wchar_t* BadSelection = L"Bad selection";
-constexpr const wchar_t* Undecided = L"Indeterminate";
 
 // ---- Lists --------------------------------------------------------------------------------------------
 
@@ -30,23 +28,10 @@ constexpr const wchar_t* SbasTimeouts[] = {L"Default", L"User input"};
 constexpr const wchar_t* ApmErrors[] = {L"1", L"5", L"10", L"20", L"40", L"80", L"160", L"No Max"};
 constexpr const wchar_t* ApmAccuracyPriorities[] = {L"No Preference", L"Max Response Time",
                                                     L"Max Horizontal Error"};
-constexpr const wchar_t* UpdateRates[] = {L"0", L"1", L"2", L"5", L"10"};
 constexpr const wchar_t* ApmTimingPriorities[] = {L"No Preference", L"Time Between Fixes",
                                                   L"Power Duty Cycle"};
 
 // ---- Fields -------------------------------------------------------------------------------------------
-
-constexpr CommandField ListField(uint16_t control, uint8_t offset, const wchar_t* caption,
-                                 std::span<const wchar_t* const> entries)
-{
-    return {List,    control,      offset, 1, 0, static_cast<int32_t>(entries.size()) - 1,
-            caption, BadSelection, entries};
-}
-
-constexpr CommandField CheckField(uint16_t control, uint8_t offset, uint8_t width, const wchar_t* caption)
-{
-    return {Check, control, offset, width, 0, 1, caption, Undecided};
-}
 
 bool IsBeaconFrequency(int32_t hertz)
 {
@@ -59,18 +44,7 @@ bool IsBeaconBitRate(int32_t bitsPerSecond)
            bitsPerSecond == 200;
 }
 
-constexpr int32_t MaxEcef = 10000000;
-constexpr const wchar_t* EcefRange = L"Range -10000000 to 10000000 m";
-
-constexpr CommandField InitializeDataSourceFields[] = {
-    {Number, CONTROL_INIT_ECEF_X, 1, 4, -MaxEcef, MaxEcef, L"ECEF X", EcefRange},
-    {Number, CONTROL_INIT_ECEF_Y, 5, 4, -MaxEcef, MaxEcef, L"ECEF Y", EcefRange},
-    {Number, CONTROL_INIT_ECEF_Z, 9, 4, -MaxEcef, MaxEcef, L"ECEF Z", EcefRange},
-    {Number, CONTROL_INIT_CLOCK_OFFSET, 13, 4, 0, 1000000, L"Clock Offset", L"Range 0-1000000 Hz"},
-    {Hundredths, CONTROL_INIT_TIME_OF_WEEK, 17, 4, 0, 604800, L"Time of Week", L"Range 0-604800 s"},
-    {Number, CONTROL_INIT_WEEK, 21, 2, 0, 10000, L"Week Number", L"Range 0-10000"},
-    {Number, CONTROL_INIT_CHANNELS, 23, 1, 1, 12, L"Channels", L"Range 1-12"},
-};
+constexpr auto InitializeDataSourceFields = StartFields(CONTROL_INIT_ECEF_X);
 
 constexpr CommandField DgpsSourceFields[] = {
     ListField(CONTROL_DGPS_SOURCE, 1, L"DGPS Source", DgpsSources),
@@ -196,8 +170,8 @@ constexpr CommandField AdvancedPowerManagementFields[] = {
 };
 
 constexpr CommandField SetMessageRateFields[] = {
-    {NumberList, CONTROL_RATE_SECONDS, 3, 1, 0, 30, L"Message Rate", L"Range 0-30 s", UpdateRates},
-    {NumberList, CONTROL_RATE_MESSAGE_ID, 2, 1, 1, 255, L"Message ID", L"Range 1-255", MessageNames},
+    {Number, CONTROL_RATE_SECONDS, 3, 1, 0, 30, L"Message Rate", L"Range 0-30 s", UpdateRateTexts},
+    {NamedNumber, CONTROL_RATE_MESSAGE_ID, 2, 1, 1, 255, L"Message ID", L"Range 1-255", MessageNames},
 };
 
 // ---- Layouts ------------------------------------------------------------------------------------------
@@ -208,25 +182,16 @@ void PayloadIsTooLong() {}
 void FieldsAreTooMany() {}
 
 // A layout whose fields lie inside the payload, after the message id, without overlapping.
-consteval CommandLayout Layout(uint8_t command, uint8_t length, DialogKind dialog,
-                               std::span<const CommandField> fields,
-                               SettingsPoll poll = SettingsPoll::Settings)
+consteval CommandLayout Checked(CommandLayout layout)
 {
     uint32_t used = 1;
-    for (const CommandField& field : fields) {
+    for (const CommandField& field : layout.fields) {
         const uint32_t bytes = ((1u << field.width) - 1) << field.offset;
-        if (field.offset + field.width > length || (used & bytes)) FieldIsMisplaced();
+        if (field.offset + field.width > layout.length || (used & bytes)) FieldIsMisplaced();
         used |= bytes;
     }
-    if (length > MaxCommandLength) PayloadIsTooLong();
-    if (fields.size() > MaxCommandFields) FieldsAreTooMany();
-    return {command, length, dialog, poll, fields};
-}
-
-consteval CommandLayout Layout(CommandLayout layout, void (*encode)(uint8_t*), void (*decode)(uint8_t*))
-{
-    layout.encode = encode;
-    layout.decode = decode;
+    if (layout.length > MaxCommandLength) PayloadIsTooLong();
+    if (layout.fields.size() > MaxCommandFields) FieldsAreTooMany();
     return layout;
 }
 
@@ -235,42 +200,77 @@ consteval CommandLayout Layout(CommandLayout layout, void (*encode)(uint8_t*), v
 using Kind = DialogKind;
 
 constexpr CommandLayout InitializeDataSourceLayout =
-    Layout(128, 25, Kind::InitializeDataSource, InitializeDataSourceFields);
-constexpr CommandLayout DgpsSourceLayout = Layout(133, 7, Kind::DgpsSource, DgpsSourceFields);
-constexpr CommandLayout ModeControlLayout = Layout(136, 14, Kind::ModeControl, ModeControlFields);
-constexpr CommandLayout DopMaskLayout = Layout(137, 5, Kind::DopMask, DopMaskFields);
-constexpr CommandLayout DgpsModeLayout = Layout(138, 3, Kind::DgpsMode, DgpsModeFields);
-constexpr CommandLayout ElevationMaskLayout = Layout(139, 5, Kind::ElevationMask, ElevationMaskFields);
-constexpr CommandLayout PowerMaskLayout = Layout(140, 3, Kind::PowerMask, PowerMaskFields);
+    Checked({128, 25, InitializeDataSourceFields, Kind::InitializeDataSource,
+             DIALOG_SIRF_INITIALIZE_DATA_SOURCE, CONTROL_INIT_SET, CONTROL_INIT_GET});
+constexpr CommandLayout DgpsSourceLayout =
+    Checked({133, 7, DgpsSourceFields, Kind::DgpsSource, DIALOG_SIRF_DGPS_SOURCE, CONTROL_DGPS_SOURCE_SET,
+             CONTROL_DGPS_SOURCE_GET});
+constexpr CommandLayout ModeControlLayout =
+    Checked({136, 14, ModeControlFields, Kind::ModeControl, DIALOG_SIRF_MODE_CONTROL, CONTROL_MODE_SET,
+             CONTROL_MODE_GET});
+constexpr CommandLayout DopMaskLayout =
+    Checked({137, 5, DopMaskFields, Kind::DopMask, DIALOG_SIRF_DOP_MASK, CONTROL_DOP_SET, CONTROL_DOP_GET});
+constexpr CommandLayout DgpsModeLayout =
+    Checked({138, 3, DgpsModeFields, Kind::DgpsMode, DIALOG_SIRF_DGPS_MODE, CONTROL_DGPS_MODE_SET,
+             CONTROL_DGPS_MODE_GET});
+constexpr CommandLayout ElevationMaskLayout =
+    Checked({139, 5, ElevationMaskFields, Kind::ElevationMask, DIALOG_SIRF_ELEVATION_MASK,
+             CONTROL_ELEVATION_SET, CONTROL_ELEVATION_GET});
+constexpr CommandLayout PowerMaskLayout = Checked(
+    {140, 3, PowerMaskFields, Kind::PowerMask, DIALOG_SIRF_POWER_MASK, CONTROL_POWER_SET, CONTROL_POWER_GET});
 constexpr CommandLayout StaticNavigationLayout =
-    Layout(143, 2, Kind::StaticNavigation, StaticNavigationFields);
-constexpr CommandLayout TricklePowerLayout = Layout(151, 9, Kind::TricklePower, TricklePowerFields);
-constexpr CommandLayout LowPowerLayout = Layout(167, 15, Kind::LowPower, LowPowerFields);
-constexpr CommandLayout SbasLayout = Layout(Layout(170, 6, Kind::Sbas, SbasFields), EncodeSbas, DecodeSbas);
-constexpr CommandLayout AdvancedPowerManagementLayout = Layout(
-    53, 12, Kind::AdvancedPowerManagement, AdvancedPowerManagementFields, SettingsPoll::NavigationParameters);
+    Checked({143, 2, StaticNavigationFields, Kind::StaticNavigation, DIALOG_SIRF_STATIC_NAVIGATION,
+             CONTROL_STATIC_NAVIGATION_SET, CONTROL_STATIC_NAVIGATION_GET});
+constexpr CommandLayout TricklePowerLayout =
+    Checked({151, 9, TricklePowerFields, Kind::TricklePower, DIALOG_SIRF_TRICKLE_POWER, CONTROL_TRICKLE_SET,
+             CONTROL_TRICKLE_GET});
+constexpr CommandLayout LowPowerLayout =
+    Checked({167, 15, LowPowerFields, Kind::LowPower, DIALOG_SIRF_LOW_POWER, CONTROL_LOW_POWER_SET,
+             CONTROL_LOW_POWER_GET});
+constexpr CommandLayout SbasLayout =
+    Checked({170, 6, SbasFields, Kind::Sbas, DIALOG_SIRF_SBAS, CONTROL_SBAS_SET, CONTROL_SBAS_GET,
+             SettingsPoll::Settings, EncodeSbas, DecodeSbas});
+constexpr CommandLayout AdvancedPowerManagementLayout =
+    Checked({53, 12, AdvancedPowerManagementFields, Kind::AdvancedPowerManagement,
+             DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, CONTROL_APM_SET, CONTROL_APM_GET,
+             SettingsPoll::NavigationParameters});
 constexpr CommandLayout SetMessageRateLayout =
-    Layout(166, 8, Kind::SirfSetMessageRate, SetMessageRateFields, SettingsPoll::Nothing);
+    Checked({166, 8, SetMessageRateFields, Kind::SirfSetMessageRate, DIALOG_SIRF_SET_MESSAGE_RATE,
+             CONTROL_RATE_SET, 0, SettingsPoll::Nothing});
 
 constexpr std::span<const wchar_t* const> DgpsSourceNames = DgpsSources;
-constexpr std::span<const wchar_t* const> UpdateRateTexts = UpdateRates;
+
+namespace
+{
+
+constexpr const CommandLayout* Layouts[] = {
+    &InitializeDataSourceLayout,
+    &DgpsSourceLayout,
+    &ModeControlLayout,
+    &DopMaskLayout,
+    &DgpsModeLayout,
+    &ElevationMaskLayout,
+    &PowerMaskLayout,
+    &StaticNavigationLayout,
+    &TricklePowerLayout,
+    &LowPowerLayout,
+    &SbasLayout,
+    &AdvancedPowerManagementLayout,
+    &SetMessageRateLayout,
+};
+
+} // namespace
+
+const CommandLayout* FindDialogLayout(uint16_t number)
+{
+    for (const CommandLayout* layout : Layouts)
+        if (layout->number == number) return layout;
+    return nullptr;
+}
 
 const CommandLayout* FindPolledCommand(uint8_t command)
 {
-    constexpr const CommandLayout* Polled[] = {
-        &InitializeDataSourceLayout,
-        &DgpsSourceLayout,
-        &ModeControlLayout,
-        &DopMaskLayout,
-        &DgpsModeLayout,
-        &ElevationMaskLayout,
-        &PowerMaskLayout,
-        &StaticNavigationLayout,
-        &TricklePowerLayout,
-        &LowPowerLayout,
-        &SbasLayout,
-    };
-    for (const CommandLayout* layout : Polled)
-        if (layout->command == command) return layout;
+    for (const CommandLayout* layout : Layouts)
+        if (layout->command == command && layout->poll == SettingsPoll::Settings) return layout;
     return nullptr;
 }

@@ -6,30 +6,8 @@
 #include <cstdint>
 #include <span>
 
+#include "text/fields.h"
 #include "ui/dialog_kind.h"
-
-// How a control holds a payload number.
-enum class FieldKind : uint8_t {
-    Number,      // text: the number itself
-    Tenths,      // text: a decimal number, sent in tenths
-    Hundredths,  // text: a whole number, sent in hundredths
-    FivePercent, // text: per cent, sent in steps of five
-    List,        // index of the selected entry
-    NumberList,  // number at the start of the text, chosen from a list or typed
-    Check,       // three-state box: 0 or 1; undecided is refused
-};
-
-struct CommandField {
-    FieldKind kind;
-    uint16_t control;
-    uint8_t offset, width; // payload bytes, the message id at 0; big-endian
-    int32_t low, high; // both included, in the control's unit; below zero: the receiver's number is signed
-    const wchar_t* caption; // of the box that refuses anything else; nothing is sent then
-    const wchar_t* refusal; // its text
-    std::span<const wchar_t* const> entries = {}; // of a list or number list
-    bool (*accepts)(int32_t value) = nullptr;     // narrower than low and high, where they do not say all
-    int32_t typedTimes = 1;                       // a dialog takes this many times low and high
-};
 
 // How the receiver reports a command's settings.
 enum class SettingsPoll : uint8_t {
@@ -41,11 +19,15 @@ enum class SettingsPoll : uint8_t {
 // What is sent as 0 has no field. A command 128 has more than its rows say: positions are sent with one kind
 // of reset only, and byte 24 comes from option buttons.
 struct CommandLayout {
-    uint8_t command; // message id
-    uint8_t length;  // payload bytes, message id included
-    DialogKind dialog;
-    SettingsPoll poll;
+    uint8_t command;                      // message id
+    uint8_t length;                       // payload bytes, message id included
     std::span<const CommandField> fields; // in the order in which they are checked
+
+    // The dialog that sets it.
+    DialogKind kind;
+    uint16_t number;                   // of its templates and its menu item
+    uint16_t setButton, getButton = 0; // 0: it has none
+    SettingsPoll poll = SettingsPoll::Settings;
 
     // Where a payload is not what the fields hold: makes what is sent of that, and that of what was received.
     void (*encode)(uint8_t* payload) = nullptr;
@@ -59,14 +41,14 @@ extern const CommandLayout InitializeDataSourceLayout, DgpsSourceLayout, ModeCon
     DgpsModeLayout, ElevationMaskLayout, PowerMaskLayout, StaticNavigationLayout, TricklePowerLayout,
     LowPowerLayout, SbasLayout, AdvancedPowerManagementLayout, SetMessageRateLayout;
 
+// The layout of the dialog with that number; null where it has none.
+const CommandLayout* FindDialogLayout(uint16_t number);
+
 // The layout of a command whose settings are polled by themselves (168); null for any other message id.
 const CommandLayout* FindPolledCommand(uint8_t command);
 
 constexpr uint8_t InternalBeacon = 3; // index into the DGPS sources
 extern const std::span<const wchar_t* const> DgpsSourceNames;
-
-// Seconds between two messages that lists offer; others can be typed.
-extern const std::span<const wchar_t* const> UpdateRateTexts;
 
 // The SBAS list begins with "Auto"; entry n is the satellite with number n + this.
 constexpr uint8_t SbasEntryToPrn = 119;

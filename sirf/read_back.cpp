@@ -11,7 +11,7 @@
 #include "text/copy.h"
 #include "text/format.h"
 #include "ui/active_dialog.h"
-#include "ui/dialog_support.h"
+#include "ui/dialog_fields.h"
 #include "ui/fix_lines.h"
 
 uint8_t OkToSendRecord[OkToSendLength];
@@ -48,24 +48,9 @@ void ShowCheck(HWND dialog, int control, bool checked)
     SendDlgItemMessageW(dialog, control, BM_SETCHECK, checked ? BST_CHECKED : BST_UNCHECKED, 0);
 }
 
-void ShowValue(HWND dialog, const CommandField& field, int64_t value)
-{
-    if (field.kind == FieldKind::Check) {
-        ShowCheck(dialog, field.control, value != 0);
-    } else if (field.kind == FieldKind::List) {
-        SendDlgItemMessageW(dialog, field.control, ListMessages.setSelection,
-                            AcceptsValue(field, value) ? static_cast<WPARAM>(value) : static_cast<WPARAM>(-1),
-                            0);
-    } else {
-        wchar_t text[ValueTextCapacity];
-        WriteValue(field, value, text);
-        SetDlgItemTextW(dialog, field.control, text);
-    }
-}
-
 void ShowValues(HWND dialog, const CommandLayout& layout, const SettingValues& values)
 {
-    for (size_t i = 0; i < layout.fields.size(); ++i) ShowValue(dialog, layout.fields[i], values[i]);
+    for (size_t i = 0; i < layout.fields.size(); ++i) ShowField(dialog, layout.fields[i], values[i]);
 }
 
 // ---- Settings that are not shown as they come ---------------------------------------------------------
@@ -166,7 +151,7 @@ void ShowNavigationParameters(const uint8_t* payload)
     }
     SettingValues values;
     const CommandLayout& layout = AdvancedPowerManagementLayout;
-    HWND dialog = OpenDialogOfKind(layout.dialog);
+    HWND dialog = OpenDialogOfKind(layout.kind);
     if (dialog &&
         ReadAnswer(layout, NavigationParameterRecord, NavigationParametersLength, Signs::Dropped, values))
         ShowValues(dialog, layout, values);
@@ -243,7 +228,7 @@ void ShowCommandParameters(const uint8_t* payload, uint32_t length)
     const CommandLayout* const layout = FindPolledCommand(ParameterRecord[1]);
     SettingValues values;
     if (!layout || !ReadAnswer(*layout, payload, length, Signs::Dropped, values)) return;
-    HWND dialog = OpenDialogOfKind(layout->dialog);
+    HWND dialog = OpenDialogOfKind(layout->kind);
     if (!dialog) return;
     if (layout == &InitializeDataSourceLayout)
         ShowResetConfiguration(dialog, ParameterRecord[1 + ResetConfigurationOffset]);

@@ -1,45 +1,11 @@
-// Values of the receiver's settings, by the rows of sirf/command_layouts.h alone: out of text and into text,
-// held against their range, into a command and out of an answer. No window and no port, so any thread and any
-// program.
-//
-// A value is the number that a person reads, counted in the field's last digit: of a field with one decimal
-// (DecimalsOf) 75 is "7.5". A list's value is the index of its entry, a box's 0 or 1.
+// The receiver's settings as values (text/fields.h), by the rows of sirf/command_layouts.h alone: into a
+// command, and out of an answer. No window and no port, so any thread and any program.
 #pragma once
 
 #include <array>
 #include <cstdint>
 
 #include "sirf/command_layouts.h"
-
-// ---- One field ----------------------------------------------------------------------------------------
-
-// How closely a value must be what the field can hold.
-enum class Reading : uint8_t {
-    Exact, // whole text, no more decimals than the field has, whole steps, the field's own range
-    Typed, // as a dialog reads: decimals are rounded, steps rounded down, field.typedTimes as wide a range
-};
-
-uint32_t DecimalsOf(const CommandField& field); // digits after the point: 1 or 0
-int32_t StepOf(const CommandField& field); // values are multiples of it: 5 of a per cent in fives, else 1
-
-// field.low and field.high count whole units. The same as values, both included, for Reading::Exact:
-int64_t LowestValue(const CommandField& field);
-int64_t HighestValue(const CommandField& field);
-
-// True for a value in the field's range (of a list: with an entry). What a receiver reports may lie outside.
-bool AcceptsValue(const CommandField& field, int64_t value, Reading reading = Reading::Exact);
-
-// The value that a text names; false, with `value` untouched, for a text that is no number or a value that
-// the field does not accept. A list's entries and a box's states have names that are their user's matter: for
-// them the text is the index, or 0 or 1. `Char` is char or wchar_t.
-template <typename Char>
-bool ParseValue(const CommandField& field, const Char* text, Reading reading, int64_t& value);
-
-// The value as text, with the field's decimals and a sign where it is below zero: "-5.0". Returns its length.
-constexpr uint32_t ValueTextCapacity = 24;
-uint32_t WriteValue(const CommandField& field, int64_t value, wchar_t (&text)[ValueTextCapacity]);
-
-// ---- A command with all its fields --------------------------------------------------------------------
 
 // Of each of a layout's fields, in the order of its rows; further ones are not looked at.
 using SettingValues = std::array<int64_t, MaxCommandFields>;

@@ -1,25 +1,14 @@
 #include "ui/dialog_controls.h"
 
 #include "text/numbers.h"
-#include "ui/active_dialog.h"
-#include "ui/dialog_scrolling.h"
 #include "ui/dialog_support.h"
-#include "ui/error_boxes.h"
 
 namespace
 {
 
-constexpr uint32_t MaxDecimalCharacters = 20; // what is typed beyond them is not read
-
 bool IsKeypadList(HWND dialog, int control)
 {
     return LayoutOffset() && SendDlgItemMessageW(dialog, control, LB_GETCOUNT, 0, 0) > 0;
-}
-
-// True for a focus notification from any control.
-bool TellsOfFocus(uint16_t code)
-{
-    return code == BN_SETFOCUS || code == LBN_SETFOCUS || code == CBN_SETFOCUS || code == EN_SETFOCUS;
 }
 
 } // namespace
@@ -58,26 +47,6 @@ bool ReadNumber(HWND dialog, int control, int32_t& value)
     return ParseWholeNumber(text, value);
 }
 
-bool ReadNumberInRange(HWND dialog, int control, int32_t low, int32_t high, const wchar_t* caption,
-                       const wchar_t* refusal, int32_t& value)
-{
-    int32_t number;
-    if (!ReadNumber(dialog, control, number) || number < low || number > high) {
-        InfoBox(caption, refusal);
-        return false;
-    }
-    value = number;
-    return true;
-}
-
-double ReadDecimal(HWND dialog, int control)
-{
-    wchar_t text[ControlTextCapacity];
-    ReadControlText(dialog, control, text);
-    text[MaxDecimalCharacters] = 0;
-    return ParseDecimal(text);
-}
-
 UINT GetCheck(HWND dialog, int control)
 {
     return static_cast<UINT>(SendDlgItemMessageW(dialog, control, BM_GETCHECK, 0, 0));
@@ -98,24 +67,4 @@ void UseNumericInput(HWND dialog, int control)
     constexpr UINT SetInputMode = 0xDE; // of edits with the shell's input method
     constexpr LPARAM NumbersOnly = 2;
     if (LayoutOffset()) SendDlgItemMessageW(dialog, control, SetInputMode, 0, NumbersOnly);
-}
-
-INT_PTR HandleCommonMessages(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
-{
-    switch (message) {
-    case WM_COMMAND:
-        if (TellsOfFocus(HIWORD(wParam))) ScrollToFocus(dialog);
-        if (HIWORD(wParam) != BN_CLICKED) return FALSE;
-        if (LOWORD(wParam) != IDOK && LOWORD(wParam) != IDCANCEL) return FALSE;
-        WithdrawDialog();
-        EndDialog(dialog, LOWORD(wParam));
-        return TRUE;
-    case WM_VSCROLL:
-        if (lParam) return FALSE; // of a spinner
-        ScrollDialog(dialog, wParam);
-        return TRUE;
-    case WM_HOTKEY: HandleHotKey(message, wParam, lParam); return TRUE;
-    case WM_DESTROY: WithdrawDialog(); return FALSE;
-    default: return FALSE;
-    }
 }

@@ -29,14 +29,6 @@ void ReadControlText(HWND dialog, int control, wchar_t (&text)[ControlTextCapaci
 // stands there.
 bool ReadNumber(HWND dialog, int control, int32_t& value);
 
-// The same if it lies in low..high, both included; otherwise shows `refusal` under `caption` and returns
-// false.
-bool ReadNumberInRange(HWND dialog, int control, int32_t low, int32_t high, const wchar_t* caption,
-                       const wchar_t* refusal, int32_t& value);
-
-// The decimal number at the start of the first 20 characters of such a text, 0 where there is none.
-double ReadDecimal(HWND dialog, int control);
-
 // ---- Boxes, buttons, edits ----------------------------------------------------------------------------
 
 UINT GetCheck(HWND dialog, int control);             // BST_...
@@ -45,10 +37,3 @@ void EnableControl(HWND dialog, int control, bool enable);
 
 // Numeric input on keypad devices; elsewhere nothing.
 void UseNumericInput(HWND dialog, int control);
-
-// ---- Life of a dialog ---------------------------------------------------------------------------------
-
-// What every dialog does with the messages that are not its own: OK and Cancel end it, it scrolls to where
-// the focus goes, the Back key goes to the shell, its destruction withdraws it. Returns the dialog
-// procedure's answer.
-INT_PTR HandleCommonMessages(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);

@@ -2,25 +2,17 @@
 
 #include "nmea/command_encoder.h"
 #include "nmea/receiver_messages.h"
-#include "ui/dialog_controls.h"
-#include "ui/dialog_support.h"
 
-INT_PTR HandleCommandDialog(const CommandDialog& description, HWND dialog, UINT message, WPARAM wParam,
-                            LPARAM lParam)
+bool ShowNmeaDialog(uint16_t number)
 {
-    if (message == WM_INITDIALOG) {
-        PublishDialog(description.kind, dialog);
-        InitDialogCommon(dialog);
-        description.fill(dialog);
-        return TRUE;
-    }
-    if (message == WM_COMMAND && HIWORD(wParam) == BN_CLICKED)
-        for (const DialogButton& button : description.buttons)
-            if (button.control == LOWORD(wParam)) {
-                button.press(dialog);
-                return TRUE;
-            }
-    return HandleCommonMessages(dialog, message, wParam, lParam);
+    constexpr const Dialog* Dialogs[] = {&SetSerialPortDialog, &NavigationInitializationDialog,
+                                         &NmeaMessageRateDialog, &DevelopmentDataDialog, &SelectDatumDialog};
+    for (const Dialog* dialog : Dialogs)
+        if (dialog->number == number) {
+            OpenDialog(*dialog);
+            return true;
+        }
+    return false;
 }
 
 void SendDialogCommand(const char* body)

@@ -1,26 +1,18 @@
-// What the NMEA command dialogs share: their set-up, their buttons, and the sending of their commands.
+// The dialogs of the menu "NMEA". Each sends one command, and has a grey box with the receiver's own text.
 // User-interface thread.
 #pragma once
 
-#include <cstdint>
-#include <span>
+#include "ui/dialog.h"
 
-#include "ui/active_dialog.h"
+// Shows the dialog with that template; false where it is none of these.
+bool ShowNmeaDialog(uint16_t number);
 
-struct DialogButton {
-    int control;
-    void (*press)(HWND dialog);
-};
+extern const Dialog SetSerialPortDialog; // another rate or protocol, and the program's own port after it
+extern const Dialog
+    NavigationInitializationDialog;        // restarts, with or without a position and time to start from
+extern const Dialog NmeaMessageRateDialog; // how often each sentence comes, and when each came last
+extern const Dialog DevelopmentDataDialog; // any sentence that the user types
+extern const Dialog SelectDatumDialog;     // the geodetic datum of the receiver's positions
 
-struct CommandDialog {
-    DialogKind kind;
-    void (*fill)(HWND dialog); // the controls' initial state
-    std::span<const DialogButton> buttons;
-};
-
-// The answer of a dialog's procedure to a message.
-INT_PTR HandleCommandDialog(const CommandDialog& description, HWND dialog, UINT message, WPARAM wParam,
-                            LPARAM lParam);
-
-// Sends a command; the grey box then shows only what the receiver says from now on.
+// Sends a command; the grey box then shows only what the receiver sends from now on.
 void SendDialogCommand(const char* body);

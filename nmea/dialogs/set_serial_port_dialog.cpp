@@ -1,5 +1,3 @@
-#include "nmea/dialogs/set_serial_port_dialog.h"
-
 #include "link/baudrate_choice.h"
 #include "link/link_state.h"
 #include "link/serial_port.h"
@@ -9,6 +7,7 @@
 #include "settings/settings_store.h"
 #include "text/format.h"
 #include "ui/dialog_controls.h"
+#include "ui/dialog_fields.h"
 #include "ui/dialog_support.h"
 #include "ui/error_boxes.h"
 
@@ -16,6 +15,9 @@ namespace
 {
 
 constexpr const wchar_t* ProtocolTexts[] = {L"SiRF", L"NMEA"}; // in the order of the command's numbers
+
+constexpr CommandField Fields[] = {
+    ListField(CONTROL_SERIAL_PROTOCOL, 0, L"Protocol", ProtocolTexts, L"Select a protocol.")};
 
 constexpr int32_t SlowestTypedRate = 1;    // index: 1200 is sent only when it is chosen from the list
 constexpr int32_t SlowestReportedRate = 2; // index: slower ones are not believed
@@ -30,7 +32,6 @@ int32_t FindRate(uint32_t baud, int32_t first)
 void Fill(HWND dialog)
 {
     FillBaudrates(dialog, CONTROL_TO_SIRF_BAUDRATE);
-    FillList(dialog, CONTROL_SERIAL_PROTOCOL, ProtocolTexts);
     SelectListEntry(dialog, CONTROL_SERIAL_PROTOCOL, 0);
     const int32_t stored = SettingsGetDword(L"SirfBaudrateIdx", -1);
     SelectListEntry(dialog, CONTROL_TO_SIRF_BAUDRATE,
@@ -54,11 +55,8 @@ int32_t ReadRate(HWND dialog)
 
 void PressSet(HWND dialog)
 {
-    const int32_t protocol = GetListSelection(dialog, CONTROL_SERIAL_PROTOCOL);
-    if (protocol != 0 && protocol != 1) {
-        InfoBox(L"Protocol", L"Select a protocol.");
-        return;
-    }
+    int64_t protocol;
+    if (!ReadFields(dialog, Fields, &protocol)) return;
     const int32_t baud = ReadRate(dialog);
     if (FindRate(static_cast<uint32_t>(baud), SlowestTypedRate) < 0 && !IsBaudIndex(SelectedRate(dialog))) {
         InfoBox(L"Baudrate", L"Select a baudrate.\n\nSee Help for more information.");
@@ -66,7 +64,7 @@ void PressSet(HWND dialog)
     }
     ResetProtocolMode();
     char body[48];
-    Format(body, "PSRF100,%d,%d,8,1,0", protocol, baud);
+    Format(body, "PSRF100,%d,%d,8,1,0", static_cast<int32_t>(protocol), baud);
     SendDialogCommand(body);
     EnableControl(dialog, CONTROL_SERIAL_FOLLOW, true);
 }
@@ -91,16 +89,13 @@ constexpr DialogButton Buttons[] = {
     {CONTROL_SERIAL_FOLLOW, PressFollow},
     {CONTROL_SERIAL_HELP, PressHelp},
 };
-constexpr CommandDialog SetSerialPort = {DialogKind::SetSerialPort, Fill, Buttons};
-
-INT_PTR CALLBACK SetSerialPortProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
-{
-    return HandleCommandDialog(SetSerialPort, dialog, message, wParam, lParam);
-}
 
 } // namespace
 
-void ShowSetSerialPortDialog()
-{
-    ShowDialog(DIALOG_NMEA_SET_SERIAL_PORT, SetSerialPortProcedure);
-}
+constexpr Dialog SetSerialPortDialog = {
+    .number = DIALOG_NMEA_SET_SERIAL_PORT,
+    .kind = DialogKind::SetSerialPort,
+    .fields = Fields,
+    .buttons = Buttons,
+    .fill = Fill,
+};

@@ -1,138 +1,125 @@
 #include "sirf/dialogs/command_dialog.h"
 
 #include "link/link_state.h"
+#include "resources/resource_ids.h"
 #include "sirf/frame_sender.h"
-#include "ui/active_dialog.h"
 #include "ui/dialog_controls.h"
-#include "ui/dialog_scrolling.h"
-#include "ui/dialog_support.h"
-#include "ui/error_boxes.h"
+#include "ui/dialog_fields.h"
 
 std::atomic<uint8_t> InitializeSent{0};
 
 namespace
 {
 
-const SirfDialog* Current = nullptr; // modal, so there is one
-
-constexpr uint32_t MaxDecimalCharacters = 20; // what is typed beyond them is not read
-
-// ---- Fields -------------------------------------------------------------------------------------------
-
-// The value that a control holds; false when it is not acceptable.
-bool ReadField(HWND dialog, const CommandField& field, int64_t& value)
-{
-    switch (field.kind) {
-    case FieldKind::List: value = GetListSelection(dialog, field.control); break;
-    case FieldKind::Check: value = GetCheck(dialog, field.control); break; // undecided is none of its values
-    default: {
-        wchar_t text[ControlTextCapacity];
-        ReadControlText(dialog, field.control, text);
-        if (field.kind == FieldKind::Tenths) text[MaxDecimalCharacters] = 0;
-        return ParseValue(field, text, Reading::Typed, value);
-    }
-    }
-    return AcceptsValue(field, value, Reading::Typed);
-}
-
-// Lists are filled. On touch screens and desktops boxes are undecided until the receiver has answered.
-void PrepareField(HWND dialog, const CommandField& field)
-{
-    switch (field.kind) {
-    case FieldKind::List:
-    case FieldKind::NumberList: FillList(dialog, field.control, field.entries); return;
-    case FieldKind::Check:
-        if (!LayoutOffset()) SetCheck(dialog, field.control, BST_INDETERMINATE);
-        return;
-    default: UseNumericInput(dialog, field.control); return;
-    }
-}
-
-// ---- Polls and commands -------------------------------------------------------------------------------
+const CommandLayout* Layout = nullptr; // of the open dialog; modal, so there is one
 
 void Poll()
 {
-    switch (Current->poll) {
-    case SettingsPoll::Settings: SendPollParameter(Current->layout->command); return;
+    switch (Layout->poll) {
+    case SettingsPoll::Settings: SendPollParameter(Layout->command); return;
     case SettingsPoll::NavigationParameters: SendPollNavigationParameters(); return;
     case SettingsPoll::Nothing: return;
     }
 }
 
-// Only a poll that the user has asked for is named when the receiver refuses it.
-void Get()
-{
-    if (Current->poll == SettingsPoll::Settings) PendingPollId.store(Current->layout->command);
-    Poll();
-}
-
 void Set(HWND dialog)
 {
-    if (Current->set) {
-        Current->set(dialog);
-        return;
-    }
     SettingValues values;
-    if (ReadFields(dialog, Current->layout->fields, values.data())) SendCommand(*Current->layout, values);
+    if (ReadFields(dialog, Layout->fields, values.data())) SendCommand(*Layout, values);
 }
 
-// ---- Dialog -------------------------------------------------------------------------------------------
+// ---- Dialogs that differ from their layout a little ---------------------------------------------------
 
-// Published before the poll: a fast receiver's answer finds the dialog.
-void Open(HWND dialog)
+// This one box is off, not undecided, until the receiver has answered.
+void ClearTrackSmoothing(HWND dialog)
 {
-    InitDialogCommon(dialog);
-    for (const CommandField& field : Current->layout->fields) PrepareField(dialog, field);
-    if (Current->open) Current->open(dialog);
-    PublishDialog(Current->layout->dialog, dialog);
-    if (ReceiverSpeaksSirf() || Current->pollsUnrecognised) Poll();
+    SetCheck(dialog, CONTROL_MODE_TRACK_SMOOTHING, BST_UNCHECKED);
 }
 
-void Paint(HWND dialog)
+void MakeRatesLeafable(HWND dialog)
 {
-    PAINTSTRUCT paint;
-    if (HDC dc = BeginPaint(dialog, &paint)) Current->draw(dc, -DialogScrolled());
-    EndPaint(dialog, &paint);
+    MakeListLeafable(dialog, CONTROL_RATE_MESSAGE_ID);
+    MakeListLeafable(dialog, CONTROL_RATE_SECONDS);
 }
 
-INT_PTR CALLBACK CommandProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
+// Low Power asks for the collection of parameters, which has two of its values, on purpose.
+void PollParameters(HWND)
 {
-    if (message == WM_INITDIALOG) {
-        Open(dialog);
-        return TRUE;
-    }
-    if (message == WM_PAINT && Current->draw) {
-        Paint(dialog);
-        return TRUE;
-    }
-    uint16_t button;
-    if (IsClick(message, wParam, button)) {
-        if (button == Current->getButton)
-            Get();
-        else if (button == Current->setButton)
-            Set(dialog);
-        else if (Current->press)
-            Current->press(dialog, button);
-    }
-    return HandleCommonMessages(dialog, message, wParam, lParam);
+    SendPollNavigationParameters();
+}
+void PollParametersUnderstood(HWND)
+{
+    if (ReceiverSpeaksSirf()) SendPollNavigationParameters();
+}
+constexpr DialogButton LowPowerButtons[] = {{CONTROL_LOW_POWER_GET, PollParameters},
+                                            {CONTROL_LOW_POWER_SET, Set}};
+
+constexpr Dialog ModeControlDialog = {
+    .number = DIALOG_SIRF_MODE_CONTROL, .kind = DialogKind::ModeControl, .fill = ClearTrackSmoothing};
+constexpr Dialog SetMessageRateDialog = {.number = DIALOG_SIRF_SET_MESSAGE_RATE,
+                                         .kind = DialogKind::SirfSetMessageRate,
+                                         .fill = MakeRatesLeafable};
+constexpr Dialog LowPowerDialog = {.number = DIALOG_SIRF_LOW_POWER,
+                                   .kind = DialogKind::LowPower,
+                                   .buttons = LowPowerButtons,
+                                   .begin = PollParametersUnderstood};
+
+constexpr const Dialog* OwnDialogs[] = {
+    &InitializeDataSourceDialog,
+    &SwitchToNmeaDialog,
+    &PollSoftwareVersionDialog,
+    &ModeControlDialog,
+    &TricklePowerDialog,
+    &SetMessageRateDialog,
+    &LowPowerDialog,
+    &SbasDialog,
+};
+
+const Dialog* FindOwnDialog(uint16_t number)
+{
+    for (const Dialog* dialog : OwnDialogs)
+        if (dialog->number == number) return dialog;
+    return nullptr;
+}
+
+// A dialog with what its layout says.
+void OpenLayoutDialog(Dialog dialog)
+{
+    const DialogButton buttons[] = {{Layout->getButton, GetSettings}, {Layout->setButton, Set}};
+    dialog.fields = Layout->fields;
+    if (dialog.buttons.empty()) dialog.buttons = buttons;
+    if (!dialog.begin) dialog.begin = PollUnderstood;
+    OpenDialog(dialog);
 }
 
 } // namespace
 
-void ShowSirfDialog(const SirfDialog& dialog)
+bool ShowSirfDialog(uint16_t number)
 {
-    Current = &dialog;
-    ShowDialog(dialog.number, CommandProcedure);
+    Layout = FindDialogLayout(number);
+    const Dialog* const own = FindOwnDialog(number);
+    if (!Layout && !own) return false;
+    if (Layout)
+        OpenLayoutDialog(own ? *own : Dialog{.number = number, .kind = Layout->kind});
+    else
+        OpenDialog(*own);
+    return true;
 }
 
-bool ReadFields(HWND dialog, std::span<const CommandField> fields, int64_t* values)
+void GetSettings(HWND)
 {
-    for (const CommandField& field : fields)
-        if (!ReadField(dialog, field, *values++)) {
-            InfoBox(field.caption, field.refusal);
-            return false;
-        }
-    return true;
+    if (Layout->poll == SettingsPoll::Settings) PendingPollId.store(Layout->command);
+    Poll();
+}
+
+void PollUnderstood(HWND)
+{
+    if (ReceiverSpeaksSirf()) Poll();
+}
+
+bool ReceiverSpeaksSirf()
+{
+    return ProtocolMode() & ProtocolSirf;
 }
 
 void SendCommand(const CommandLayout& layout, const SettingValues& values)
@@ -140,15 +127,4 @@ void SendCommand(const CommandLayout& layout, const SettingValues& values)
     uint8_t payload[MaxCommandLength];
     PackCommand(layout, values, payload);
     SirfSend(payload, layout.length);
-}
-
-bool IsClick(UINT message, WPARAM wParam, uint16_t& button)
-{
-    button = LOWORD(wParam);
-    return message == WM_COMMAND && HIWORD(wParam) == BN_CLICKED;
-}
-
-bool ReceiverSpeaksSirf()
-{
-    return ProtocolMode() & ProtocolSirf;
 }

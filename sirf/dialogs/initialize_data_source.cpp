@@ -1,10 +1,13 @@
-#include "sirf/dialogs/initialize_data_source.h"
+// Initialize Data Source: restarts the receiver in one of seven ways, with or without a position and time to
+// begin with (message id 128).
+#include <iterator>
 
 #include "resources/resource_ids.h"
 #include "sirf/dialogs/command_dialog.h"
 #include "sirf/frame_sender.h"
+#include "sirf/start_fields.h"
 #include "ui/dialog_controls.h"
-#include "ui/dialog_support.h"
+#include "ui/dialog_fields.h"
 #include "ui/error_boxes.h"
 
 namespace
@@ -21,38 +24,30 @@ constexpr ResetOption ResetOptions[] = {
     {CONTROL_INIT_WARM_START_INIT, 0x03},
 };
 
-struct ResetBox {
-    uint16_t control;
-    uint8_t bit;
-    const wchar_t* caption;
+constexpr CommandField ResetBoxes[] = {
+    CheckField(CONTROL_INIT_NAVLIB, 0, 0, L"NavLib"),
+    CheckField(CONTROL_INIT_DEBUG, 0, 0, L"Debug"),
+    CheckField(CONTROL_INIT_CLEAR, 0, 0, L"Clear"),
 };
-constexpr ResetBox ResetBoxes[] = {
-    {CONTROL_INIT_NAVLIB, 0x10, L"NavLib"},
-    {CONTROL_INIT_DEBUG, 0x20, L"Debug"},
-    {CONTROL_INIT_CLEAR, 0x80, L"Clear"},
-};
+constexpr ResetOption ResetBoxBits[] = {
+    {CONTROL_INIT_NAVLIB, 0x10}, {CONTROL_INIT_DEBUG, 0x20}, {CONTROL_INIT_CLEAR, 0x80}};
 
-// Position, clock and time, which only a warm start with initialisation is given; the channels stand last.
-constexpr uint32_t StartFieldCount = 6;
-
-void EnableStartFields(HWND dialog, bool enable)
+void EnableStartFields(HWND dialog)
 {
-    for (const CommandField& field : InitializeDataSourceLayout.fields.first(StartFieldCount))
-        EnableControl(dialog, field.control, enable);
+    EnableFields(dialog, InitializeDataSourceLayout.fields.first(StartValueCount),
+                 GetCheck(dialog, CONTROL_INIT_WARM_START_INIT) == BST_CHECKED);
 }
 
-void Open(HWND dialog)
+void Fill(HWND dialog)
 {
-    EnableStartFields(dialog, false);
-    if (LayoutOffset()) return;
-    for (const ResetBox& box : ResetBoxes) SetCheck(dialog, box.control, BST_INDETERMINATE);
+    EnableStartFields(dialog);
+    PrepareFields(dialog, ResetBoxes);
 }
 
-void Press(HWND dialog, uint16_t button)
+void PressSystemReset(HWND dialog)
 {
-    for (const ResetOption& option : ResetOptions)
-        if (option.control == button) EnableStartFields(dialog, button == CONTROL_INIT_WARM_START_INIT);
-    if (button == CONTROL_INIT_SYSTEM_RESET) SetCheck(dialog, CONTROL_INIT_CLEAR, BST_CHECKED);
+    EnableStartFields(dialog);
+    SetCheck(dialog, CONTROL_INIT_CLEAR, BST_CHECKED);
 }
 
 const ResetOption* ChosenOption(HWND dialog)
@@ -65,14 +60,10 @@ const ResetOption* ChosenOption(HWND dialog)
 
 bool AddBoxes(HWND dialog, uint8_t& bits)
 {
-    for (const ResetBox& box : ResetBoxes) {
-        const UINT state = GetCheck(dialog, box.control);
-        if (state == BST_INDETERMINATE) {
-            InfoBox(box.caption, L"Indeterminate");
-            return false;
-        }
-        if (state == BST_CHECKED) bits |= box.bit;
-    }
+    int64_t ticked[std::size(ResetBoxes)];
+    if (!ReadFields(dialog, ResetBoxes, ticked)) return false;
+    for (size_t i = 0; i < std::size(ResetBoxes); ++i)
+        if (ticked[i]) bits |= ResetBoxBits[i].bits;
     return true;
 }
 
@@ -82,7 +73,7 @@ void Set(HWND dialog)
     SettingValues values = {};
     const ResetOption* const option = ChosenOption(dialog);
     if (!option) return;
-    const uint32_t first = option->control == CONTROL_INIT_WARM_START_INIT ? 0 : StartFieldCount;
+    const uint32_t first = option->control == CONTROL_INIT_WARM_START_INIT ? 0 : StartValueCount;
     if (!ReadFields(dialog, layout.fields.subspan(first), values.data() + first)) return;
     uint8_t configuration = option->bits;
     if (!AddBoxes(dialog, configuration)) return;
@@ -93,19 +84,30 @@ void Set(HWND dialog)
     InitializeSent.store(1);
 }
 
+// Whatever has been recognised.
+void PollSettings(HWND)
+{
+    SendPollParameter(InitializeDataSourceLayout.command);
+}
+
+constexpr DialogButton Buttons[] = {
+    {CONTROL_INIT_GET, GetSettings},
+    {CONTROL_INIT_SET, Set},
+    {CONTROL_INIT_SNAP_START, EnableStartFields},
+    {CONTROL_INIT_HOT_START, EnableStartFields},
+    {CONTROL_INIT_WARM_START_INIT, EnableStartFields},
+    {CONTROL_INIT_WARM_START_NO_INIT, EnableStartFields},
+    {CONTROL_INIT_COLD_START, EnableStartFields},
+    {CONTROL_INIT_FACTORY_RESET, EnableStartFields},
+    {CONTROL_INIT_SYSTEM_RESET, PressSystemReset},
+};
+
 } // namespace
 
-void ShowInitializeDataSourceDialog()
-{
-    static constexpr SirfDialog Dialog = {
-        .number = DIALOG_SIRF_INITIALIZE_DATA_SOURCE,
-        .layout = &InitializeDataSourceLayout,
-        .getButton = CONTROL_INIT_GET,
-        .setButton = CONTROL_INIT_SET,
-        .open = Open,
-        .press = Press,
-        .set = Set,
-        .pollsUnrecognised = true,
-    };
-    ShowSirfDialog(Dialog);
-}
+constexpr Dialog InitializeDataSourceDialog = {
+    .number = DIALOG_SIRF_INITIALIZE_DATA_SOURCE,
+    .kind = DialogKind::InitializeDataSource,
+    .buttons = Buttons,
+    .fill = Fill,
+    .begin = PollSettings,
+};

@@ -1,6 +1,7 @@
-#include "sirf/dialogs/switch_to_nmea.h"
-
-#include <cmath>
+// Switch to NMEA Protocol: makes the receiver leave SiRF binary (message id 129), and the program's port
+// follow it to the new rate.
+#include <array>
+#include <iterator>
 
 #include "link/baudrate_choice.h"
 #include "link/link_state.h"
@@ -11,25 +12,43 @@
 #include "sirf/dialogs/command_dialog.h"
 #include "sirf/switch_to_nmea_command.h"
 #include "text/numbers.h"
-#include "ui/active_dialog.h"
 #include "ui/dialog_controls.h"
+#include "ui/dialog_fields.h"
 #include "ui/dialog_support.h"
 #include "ui/error_boxes.h"
 
 namespace
 {
 
-constexpr const wchar_t* RateCaptions[NmeaRateCount] = {
-    L"GGA Update Rate", L"GLL Update Rate",    L"GSA Update Rate", L"GSV Update Rate",
-    L"RMC Update Rate", L"VTG Update Rate",    L"MSS Update Rate", L"User 8 Update Rate",
-    L"ZDA Update Rate", L"User 10 Update Rate"};
+consteval std::array<CommandField, NmeaRateCount> RateFields()
+{
+    constexpr const wchar_t* Captions[NmeaRateCount] = {
+        L"GGA Update Rate", L"GLL Update Rate",    L"GSA Update Rate", L"GSV Update Rate",
+        L"RMC Update Rate", L"VTG Update Rate",    L"MSS Update Rate", L"User 8 Update Rate",
+        L"ZDA Update Rate", L"User 10 Update Rate"};
+    std::array<CommandField, NmeaRateCount> fields = {};
+    for (uint32_t i = 0; i < NmeaRateCount; ++i) {
+        fields[i] = {FieldKind::Number,
+                     static_cast<uint16_t>(CONTROL_TO_NMEA_RATES + i),
+                     0,
+                     0,
+                     0,
+                     255,
+                     Captions[i],
+                     L"Range 0-255 s",
+                     UpdateRateTexts};
+        fields[i].keepsValue = true;
+    }
+    return fields;
+}
+constexpr std::array Rates = RateFields();
 
 uint8_t Seconds[NmeaRateCount]; // between two sentences of each kind, as stored or last accepted
 
 // A rate that the list does not offer stands in its edit, where it has one.
 void ShowRate(HWND dialog, int control, uint8_t seconds)
 {
-    for (uint32_t i = 0; i < UpdateRateTexts.size(); ++i)
+    for (uint32_t i = 0; i < std::size(UpdateRateTexts); ++i)
         if (ParseInteger(UpdateRateTexts[i]) == seconds) {
             SelectListEntry(dialog, control, static_cast<int32_t>(i));
             return;
@@ -47,37 +66,27 @@ int32_t ProposedBaudrate()
     return current >= Slowest && current <= Fastest ? current : -1;
 }
 
-void Open(HWND dialog)
+void Fill(HWND dialog)
 {
-    InitDialogCommon(dialog);
     LoadNmeaRates(Seconds);
     for (uint32_t i = 0; i < NmeaRateCount; ++i) {
-        const int control = CONTROL_TO_NMEA_RATES + static_cast<int>(i);
-        FillList(dialog, control, UpdateRateTexts);
-        ShowRate(dialog, control, Seconds[i]);
+        ShowRate(dialog, Rates[i].control, Seconds[i]);
     }
     FillBaudrates(dialog, CONTROL_TO_NMEA_BAUDRATE);
     SelectListEntry(dialog, CONTROL_TO_NMEA_BAUDRATE, ProposedBaudrate());
     SetCheck(dialog, CONTROL_TO_NMEA_CHECKSUMS, BST_CHECKED);
     if (!LayoutOffset()) SetCheck(dialog, CONTROL_TO_NMEA_DEBUG, BST_INDETERMINATE);
     EnableControl(dialog, CONTROL_TO_NMEA_FOLLOW, false);
-    PublishDialog(DialogKind::SwitchToNmea, dialog);
 }
 
-// Where no number stands the rate stays as it was.
+// What was accepted is kept, also when a later rate is refused.
 bool ReadRates(HWND dialog)
 {
-    for (uint32_t i = 0; i < NmeaRateCount; ++i) {
-        const int control = CONTROL_TO_NMEA_RATES + static_cast<int>(i);
-        int32_t seconds = -1; // also for a number of more than 32 bits
-        if (!ReadNumber(dialog, control, seconds) && std::fabs(ReadDecimal(dialog, control)) < 1) continue;
-        if (seconds < 0 || seconds > 255) {
-            InfoBox(RateCaptions[i], L"Range 0-255 s");
-            return false;
-        }
-        Seconds[i] = static_cast<uint8_t>(seconds);
-    }
-    return true;
+    int64_t seconds[NmeaRateCount];
+    for (uint32_t i = 0; i < NmeaRateCount; ++i) seconds[i] = Seconds[i];
+    const bool accepted = ReadFields(dialog, Rates, seconds);
+    for (uint32_t i = 0; i < NmeaRateCount; ++i) Seconds[i] = static_cast<uint8_t>(seconds[i]);
+    return accepted;
 }
 
 // What is typed counts if it is a rate that the program knows; otherwise the selected entry does.
@@ -127,25 +136,23 @@ void FollowReceiver(HWND dialog)
     InitializeSent.store(1);
 }
 
-INT_PTR CALLBACK SwitchToNmeaProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
+void Help(HWND)
 {
-    if (message == WM_INITDIALOG) {
-        Open(dialog);
-        return TRUE;
-    }
-    uint16_t button;
-    if (IsClick(message, wParam, button)) switch (button) {
-        case CONTROL_TO_NMEA_SET: Set(dialog); break;
-        case CONTROL_TO_NMEA_FOLLOW: FollowReceiver(dialog); break;
-        case CONTROL_TO_NMEA_HELP: ShowBaudrateHelp(); break;
-        default: break;
-        }
-    return HandleCommonMessages(dialog, message, wParam, lParam);
+    ShowBaudrateHelp();
 }
+
+constexpr DialogButton Buttons[] = {
+    {CONTROL_TO_NMEA_SET, Set},
+    {CONTROL_TO_NMEA_FOLLOW, FollowReceiver},
+    {CONTROL_TO_NMEA_HELP, Help},
+};
 
 } // namespace
 
-void ShowSwitchToNmeaDialog()
-{
-    ShowDialog(DIALOG_SIRF_SWITCH_TO_NMEA, SwitchToNmeaProcedure);
-}
+constexpr Dialog SwitchToNmeaDialog = {
+    .number = DIALOG_SIRF_SWITCH_TO_NMEA,
+    .kind = DialogKind::SwitchToNmea,
+    .fields = Rates,
+    .buttons = Buttons,
+    .fill = Fill,
+};

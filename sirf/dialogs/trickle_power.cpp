@@ -1,8 +1,9 @@
-#include "sirf/dialogs/trickle_power.h"
-
+// Trickle Power: the share of the time for which the receiver is on (message id 151), with what it really
+// keeps.
 #include "resources/resource_ids.h"
 #include "sirf/dialogs/command_dialog.h"
 #include "text/format.h"
+#include "ui/dialog_fields.h"
 #include "ui/error_boxes.h"
 
 namespace
@@ -34,16 +35,9 @@ void Set(HWND dialog)
         SendCommand(layout, values);
 }
 
+constexpr DialogButton Buttons[] = {{CONTROL_TRICKLE_GET, GetSettings}, {CONTROL_TRICKLE_SET, Set}};
+
 } // namespace
 
-void ShowTricklePowerDialog()
-{
-    static constexpr SirfDialog Dialog = {
-        .number = DIALOG_SIRF_TRICKLE_POWER,
-        .layout = &TricklePowerLayout,
-        .getButton = CONTROL_TRICKLE_GET,
-        .setButton = CONTROL_TRICKLE_SET,
-        .set = Set,
-    };
-    ShowSirfDialog(Dialog);
-}
+constexpr Dialog TricklePowerDialog = {
+    .number = DIALOG_SIRF_TRICKLE_POWER, .kind = DialogKind::TricklePower, .buttons = Buttons};

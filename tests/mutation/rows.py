@@ -144,7 +144,7 @@ ROWS = (
      "a reported rate below 4800 is not believed", "nmea_dialog_tests"),
     ("nmea/dialogs/set_serial_port_dialog.cpp", "    ResetProtocolMode();\n    char body", "    char body",
      "the protocol is forgotten with the command", "nmea_dialog_tests"),
-    ("nmea/dialogs/navigation_initialization_dialog.cpp", "0, 604800, ", "0, 604799, ",
+    ("sirf/start_fields.h", "0, 604800, ", "0, 604799, ",
      "the last second of a week", "nmea_dialog_tests"),
     ("nmea/dialogs/command_dialog.cpp", "    ClearOnNextAppend.store(1);\n    NmeaSend(body);",
      "    NmeaSend(body);\n    ClearOnNextAppend.store(1);",
@@ -179,9 +179,9 @@ ROWS = (
      "a time beyond the week", "sirf_tests"),
     ("sirf/message_decoder.cpp", "(timeOfWeek < LeapMilliseconds ? WeekMilliseconds : 0)", "0",
      "the first 14 s of a week", "sirf_tests"),
-    ("sirf/dialogs/switch_to_nmea.cpp", " && std::fabs(ReadDecimal(dialog, control)) < 1", "",
-     "a rate of more than 32 bits is refused", "sirf_dialog_tests"),
-    ("sirf/dialogs/mode_control.cpp", ".open = ClearTrackSmoothing,", "", "track smoothing begins off",
+    ("ui/dialog_fields.cpp", "field.keepsValue && !HasDigit(text)", "field.keepsValue",
+     "a rate that is typed is read", "sirf_dialog_tests"),
+    ("sirf/dialogs/command_dialog.cpp", ".fill = ClearTrackSmoothing", ".fill = nullptr", "track smoothing begins off",
      "sirf_dialog_tests"),
     ("sirf/message_decoder.cpp", "if (!(Get(record, NavType) & NoSpeed)) {", "{",
      "without a new speed the old one stays", "sirf_tests"),
@@ -236,20 +236,24 @@ ROWS = (
     ("sirf/command_layouts.cpp", "5, 4, 200, 900, ", "5, 4, 200, 899, ", "an on-time of 900 ms", "sirf_dialog_tests"),
     ("sirf/setting_values.cpp", "signs == Signs::Kept && field.low < 0", "signs == Signs::Kept",
      "a time of more than 31 bits has no sign", "sirf_tests"),
-    ("sirf/setting_values.cpp", "reading == Reading::Exact && value % StepOf(field)", "value % StepOf(field) < 0",
+    ("text/fields.cpp", "reading == Reading::Exact && value % StepOf(field)", "value % StepOf(field) < 0",
      "a duty cycle between its steps is no exact value", "sirf_tests"),
     ("sirf/switch_to_nmea_command.cpp", "{1, 1, 5, 5, 1,", "{1, 1, 5, 1, 1,", "default rates", "sirf_tests"),
     ("sirf/switch_to_nmea_command.cpp", "stored >= 0 && stored <= 255", "stored >= 0 && stored <= 256",
      "a stored rate of more than a byte", "sirf_tests"),
-    ("sirf/dialogs/command_dialog.cpp",
-     "    PublishDialog(Current->layout->dialog, dialog);\n"
-     "    if (ReceiverSpeaksSirf() || Current->pollsUnrecognised) Poll();\n",
-     "    if (ReceiverSpeaksSirf() || Current->pollsUnrecognised) Poll();\n"
-     "    PublishDialog(Current->layout->dialog, dialog);\n",
+    ("ui/dialog.cpp",
+     "    PublishDialog(Current->kind, dialog);\n"
+     "    PrepareFields(dialog, Current->fields);\n"
+     "    if (Current->fill) Current->fill(dialog);\n"
+     "    if (Current->begin) Current->begin(dialog);\n",
+     "    PrepareFields(dialog, Current->fields);\n"
+     "    if (Current->fill) Current->fill(dialog);\n"
+     "    if (Current->begin) Current->begin(dialog);\n"
+     "    PublishDialog(Current->kind, dialog);\n",
      "a fast receiver's answer finds the dialog", "sirf_dialog_tests"),
-    ("sirf/setting_values.cpp", "decimal * 10.0 + 0.5", "decimal * 10.0", "tenths are rounded",
+    ("text/fields.cpp", "decimal * 10.0 + 0.5", "decimal * 10.0", "tenths are rounded",
      "sirf_dialog_tests"),
-    ("sirf/dialogs/command_dialog.cpp", "if (Current->poll == SettingsPoll::Settings) PendingPollId",
+    ("sirf/dialogs/command_dialog.cpp", "if (Layout->poll == SettingsPoll::Settings) PendingPollId",
      "PendingPollId", "only settings that were asked for are named in a refusal", "sirf_dialog_tests"),
     ("sirf/dialogs/trickle_power.cpp", "if (seconds < LongSeconds)", "if (seconds <= LongSeconds)",
      "ten seconds are long", "sirf_dialog_tests"),
@@ -407,7 +411,7 @@ ROWS = (
      "asked for is a keypad device", "ui_tests"),
     ("ui/dialog_support.cpp", "length + 1u > capacity", "length + 2u > capacity", "an entry that just fits is read",
      "communication_tests"),
-    ("sirf/dialogs/command_dialog.cpp", "MaxDecimalCharacters = 20;", "MaxDecimalCharacters = 19;",
+    ("ui/dialog_fields.cpp", "MaxDecimalCharacters = 20;", "MaxDecimalCharacters = 19;",
      "a decimal of twenty characters", "sirf_dialog_tests"),
     ("ui/active_dialog.cpp", "    if (ActiveDialogKind.load() != DialogKind::None) return;\n", "",
      "no repaint behind a dialog", "ui_tests nmea_tests"),

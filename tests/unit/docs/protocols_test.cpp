@@ -59,7 +59,7 @@ std::string KindName(FieldKind kind)
 {
     switch (kind) {
     case FieldKind::Number:
-    case FieldKind::NumberList: return "number";
+    case FieldKind::NamedNumber: return "number";
     case FieldKind::Tenths: return "tenths";
     case FieldKind::Hundredths: return "hundredths";
     case FieldKind::FivePercent: return "fives";

@@ -520,7 +520,7 @@ TEST_F(CommunicationDialog, AnyCallMayFail)
         });
         for (int attempt = 0; attempt < 2; ++attempt) // the first may fail
             HeadlessUser([] { HeadlessCommand(HeadlessTopDialog(), IDCANCEL); });
-        ShowCommunicationDialog();
+        OpenDialog(::CommunicationDialog);
         const std::string call = HeadlessFailedCall();
         hit = !call.empty();
         HeadlessClearFaults();

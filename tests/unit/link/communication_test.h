@@ -25,7 +25,7 @@ protected:
             act(dialog);
             if (HeadlessTopDialog() == dialog) HeadlessCommand(dialog, IDCANCEL);
         });
-        ShowCommunicationDialog();
+        OpenDialog(::CommunicationDialog);
     }
 
     static void Select(HWND dialog, int port, int rate)

@@ -1,4 +1,4 @@
-#include "sirf/dialogs/sbas.h"
+#include "sirf/dialogs/command_dialog.h"
 
 #include <algorithm>
 
@@ -24,7 +24,7 @@ protected:
     {
         HeadlessUser([=] { steps(HeadlessTopDialog()); });
         HeadlessUser([] { HeadlessCommand(HeadlessTopDialog(), IDCANCEL); });
-        ShowSbasDialog();
+        ShowSirfDialog(DIALOG_SIRF_SBAS);
     }
     static void Choose(HWND dialog, int prn, int mode, int timeout)
     {

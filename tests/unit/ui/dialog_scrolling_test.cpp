@@ -1,6 +1,7 @@
 #include "ui/dialog_scrolling.h"
 
-#include "sirf/dialogs/mode_control.h"
+#include "resources/resource_ids.h"
+#include "sirf/dialogs/command_dialog.h"
 #include "tests/unit/support/product_test.h"
 #include "ui/dialog_support.h"
 #include "ui/shell_libraries.h"
@@ -38,7 +39,7 @@ protected:
             look(HeadlessTopDialog());
             HeadlessCommand(HeadlessTopDialog(), IDOK);
         });
-        ShowModeControlDialog();
+        ShowSirfDialog(DIALOG_SIRF_MODE_CONTROL);
     }
     static RECT PlaceOf(HWND dialog, int control)
     {

@@ -2,7 +2,7 @@
 
 #include "resources/resource_ids.h"
 #include "tests/unit/support/product_test.h"
-#include "ui/dialog_controls.h"
+#include "ui/dialog.h"
 #include "ui/dialog_support.h"
 
 namespace
@@ -179,13 +179,7 @@ TEST_F(ErrorBoxes, RefusalLeavesTheWindowBehindADialogDisabled)
 
 // ---- Boxes over an open dialog ------------------------------------------------------------------------
 
-INT_PTR CALLBACK PowerMaskProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
-{
-    if (message != WM_INITDIALOG) return HandleCommonMessages(dialog, message, wParam, lParam);
-    InitDialogCommon(dialog);
-    PublishDialog(DialogKind::PowerMask, dialog);
-    return TRUE;
-}
+constexpr Dialog PowerMask = {.number = DIALOG_SIRF_POWER_MASK, .kind = DialogKind::PowerMask};
 
 // In both layouts.
 class BoxesOverADialog : public ErrorBoxes, public testing::WithParamInterface<const wchar_t*>
@@ -208,7 +202,7 @@ protected:
             act(dialog);
             HeadlessCommand(dialog, IDCANCEL);
         });
-        ShowDialog(DIALOG_SIRF_POWER_MASK, PowerMaskProcedure);
+        OpenDialog(PowerMask);
     }
 
     static void Refuse()

@@ -5,11 +5,7 @@
 
 #include "link/serial_port.h"
 #include "link/write_queue.h"
-#include "nmea/dialogs/development_data_dialog.h"
-#include "nmea/dialogs/navigation_initialization_dialog.h"
-#include "nmea/dialogs/select_datum_dialog.h"
-#include "nmea/dialogs/set_message_rate_dialog.h"
-#include "nmea/dialogs/set_serial_port_dialog.h"
+#include "nmea/dialogs/command_dialog.h"
 #include "tests/unit/nmea/dialogs/dialog_rows.h"
 #include "ui/dialog_controls.h"
 #include "ui/dialog_support.h"
@@ -22,13 +18,13 @@ CommandDialogTest::CommandDialogTest() : Port(OpenPort())
     RecogniseNmea();
 }
 
-void CommandDialogTest::Open(void (*show)(), const std::function<void(HWND)>& act)
+void CommandDialogTest::Open(const Dialog* shown, const std::function<void(HWND)>& act)
 {
     HeadlessUser([&] {
         act(HeadlessTopDialog());
         HeadlessCommand(HeadlessTopDialog(), IDOK);
     });
-    show();
+    OpenDialog(*shown);
 }
 
 void CommandDialogTest::Choose(HWND dialog, int control, const std::wstring& text)
@@ -70,16 +66,16 @@ namespace
 // ---- What all five have in common ---------------------------------------------------------------------
 
 struct DialogRow : NmeaDialogRow {
-    void (*show)();
+    const Dialog* shown;
     DialogKind kind;
 };
 
 constexpr DialogRow Dialogs[] = {
-    {NmeaDialogs[0], ShowSetSerialPortDialog, DialogKind::SetSerialPort},
-    {NmeaDialogs[1], ShowNavigationInitializationDialog, DialogKind::NavigationInitialization},
-    {NmeaDialogs[2], ShowNmeaMessageRateDialog, DialogKind::NmeaSetMessageRate},
-    {NmeaDialogs[3], ShowDevelopmentDataDialog, DialogKind::DevelopmentData},
-    {NmeaDialogs[4], ShowSelectDatumDialog, DialogKind::SelectDatum},
+    {NmeaDialogs[0], &SetSerialPortDialog, DialogKind::SetSerialPort},
+    {NmeaDialogs[1], &NavigationInitializationDialog, DialogKind::NavigationInitialization},
+    {NmeaDialogs[2], &NmeaMessageRateDialog, DialogKind::NmeaSetMessageRate},
+    {NmeaDialogs[3], &DevelopmentDataDialog, DialogKind::DevelopmentData},
+    {NmeaDialogs[4], &SelectDatumDialog, DialogKind::SelectDatum},
 };
 
 class CommandDialogs : public CommandDialogTest
@@ -91,7 +87,7 @@ TEST_P(CommandDialogs, PublishThemselvesWhileTheyAreOpen)
 {
     for (const DialogRow& row : Dialogs) {
         SCOPED_TRACE(row.name);
-        Open(row.show, [&](HWND dialog) {
+        Open(row.shown, [&](HWND dialog) {
             EXPECT_EQ(HeadlessTitle(dialog), row.caption);
             EXPECT_EQ(ActiveDialogKind.load(), row.kind);
             EXPECT_EQ(ActiveDialogWindow.load(), dialog);
@@ -106,7 +102,7 @@ TEST_P(CommandDialogs, AreClosedByCancelWithoutSending)
     for (const DialogRow& row : Dialogs) {
         SCOPED_TRACE(row.name);
         HeadlessUser([] { HeadlessCommand(HeadlessTopDialog(), IDCANCEL); });
-        row.show();
+        OpenDialog(*row.shown);
         EXPECT_EQ(ActiveDialogKind.load(), DialogKind::None);
         EXPECT_EQ(ActiveDialogWindow.load(), nullptr);
         EXPECT_EQ(TakeSent(), "");
@@ -117,7 +113,7 @@ TEST_P(CommandDialogs, SetSendsOneSentenceAndLeavesTheDialogOpen)
 {
     for (const DialogRow& row : Dialogs) {
         SCOPED_TRACE(row.name);
-        Open(row.show, [&](HWND dialog) {
+        Open(row.shown, [&](HWND dialog) {
             row.prepare(dialog);
             EXPECT_EQ(TakeSent(), ""); // choosing alone sends nothing
             EXPECT_TRUE(HeadlessClick(dialog, row.set));
@@ -135,7 +131,7 @@ TEST_P(CommandDialogs, ActOnClicksAlone)
     constexpr WORD BnSetFocus = 6;
     for (const DialogRow& row : Dialogs) {
         SCOPED_TRACE(row.name);
-        Open(row.show, [&](HWND dialog) {
+        Open(row.shown, [&](HWND dialog) {
             row.prepare(dialog);
             SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(static_cast<WORD>(row.set), BnSetFocus),
                          reinterpret_cast<LPARAM>(GetDlgItem(dialog, row.set)));
@@ -150,7 +146,7 @@ TEST_P(CommandDialogs, GreyBoxShowsAllThatHasArrivedWithTheNextLine)
         SCOPED_TRACE(row.name);
         ReceiverMessagesText[0] = 0;
         FeedSentence("PSRFTXT,before");
-        Open(row.show, [&](HWND dialog) {
+        Open(row.shown, [&](HWND dialog) {
             EXPECT_EQ(HeadlessText(dialog, 902), L"");
             FeedSentence("PSRFTXT,while it is open");
             EXPECT_EQ(HeadlessText(dialog, 902), L"before\r\nwhile it is open\r\n");
@@ -163,7 +159,7 @@ TEST_P(CommandDialogs, GreyBoxShowsTheAnswerAloneAfterACommand)
 {
     for (const DialogRow& row : Dialogs) {
         SCOPED_TRACE(row.name);
-        Open(row.show, [&](HWND dialog) {
+        Open(row.shown, [&](HWND dialog) {
             FeedSentence("PSRFTXT,old");
             row.prepare(dialog);
             HeadlessClick(dialog, row.set);
@@ -186,7 +182,7 @@ TEST_P(CommandDialogs, TextIsMarkedForClearingBeforeTheCommandGoesOut)
             FeedSentence("PSRFTXT,first");
             FeedSentence("PSRFTXT,second");
         };
-        Open(row.show, [&](HWND dialog) {
+        Open(row.shown, [&](HWND dialog) {
             FeedSentence("PSRFTXT,old");
             row.prepare(dialog);
             HeadlessClick(dialog, row.set);
@@ -201,7 +197,7 @@ TEST_P(CommandDialogs, FullQueueIsShownAndNothingIsSent)
 {
     for (const DialogRow& row : Dialogs) {
         SCOPED_TRACE(row.name);
-        Open(row.show, [&](HWND dialog) {
+        Open(row.shown, [&](HWND dialog) {
             row.prepare(dialog);
             WriteHead = 250;
             HeadlessClick(dialog, row.set);
@@ -217,7 +213,7 @@ TEST_P(CommandDialogs, WithoutAnOpenPortSetIsSilent)
     for (const DialogRow& row : Dialogs) {
         SCOPED_TRACE(row.name);
         ClearOnNextAppend.store(0);
-        Open(row.show, [&](HWND dialog) {
+        Open(row.shown, [&](HWND dialog) {
             row.prepare(dialog);
             HeadlessClick(dialog, row.set);
             EXPECT_TRUE(TakeBoxes().empty());

@@ -4,18 +4,19 @@
 #include <functional>
 
 #include "link/link_state.h"
+#include "nmea/dialogs/command_dialog.h"
 #include "nmea/receiver_messages.h"
 #include "resources/resource_ids.h"
 #include "tests/unit/support/product_test.h"
 
-// The parameter: whether the device has a keypad.
+// The parameter: true for a device with a keypad.
 class CommandDialogTest : public ProductTest, public testing::WithParamInterface<bool>
 {
 protected:
     CommandDialogTest();
 
     // Shows a dialog; the user does something in it and closes it.
-    static void Open(void (*show)(), const std::function<void(HWND dialog)>& act);
+    static void Open(const Dialog* shown, const std::function<void(HWND dialog)>& act);
 
     // Chooses the list entry of that text.
     static void Choose(HWND dialog, int control, const std::wstring& text);

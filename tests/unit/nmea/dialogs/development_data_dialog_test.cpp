@@ -1,4 +1,4 @@
-#include "nmea/dialogs/development_data_dialog.h"
+#include "nmea/dialogs/command_dialog.h"
 
 #include "tests/unit/nmea/dialogs/command_dialog_test.h"
 
@@ -14,7 +14,7 @@ IN_BOTH_LAYOUTS(DevelopmentDataDialog);
 
 TEST_P(DevelopmentDataDialog, InitialState)
 {
-    Open(ShowDevelopmentDataDialog,
+    Open(&::DevelopmentDataDialog,
          [](HWND dialog) { EXPECT_EQ(HeadlessText(dialog, Command), L"PSRF105,1"); });
 }
 
@@ -34,7 +34,7 @@ TEST_P(DevelopmentDataDialog, SendsWhateverIsTyped)
         {eighty, "$" + std::string(80, 'x') + "*00\r\n"},
         {eighty + L"yz", "$" + std::string(80, 'x') + "*00\r\n"}, // no more than 80
     };
-    Open(ShowDevelopmentDataDialog, [&](HWND dialog) {
+    Open(&::DevelopmentDataDialog, [&](HWND dialog) {
         for (const Row& row : Rows) {
             HeadlessType(dialog, Command, row.typed);
             HeadlessClick(dialog, Set);
@@ -46,7 +46,7 @@ TEST_P(DevelopmentDataDialog, SendsWhateverIsTyped)
 
 TEST_P(DevelopmentDataDialog, SetEmptiesTheGreyBoxAtOnce)
 {
-    Open(ShowDevelopmentDataDialog, [](HWND dialog) {
+    Open(&::DevelopmentDataDialog, [](HWND dialog) {
         FeedSentence("PSRFTXT,old");
         EXPECT_EQ(HeadlessText(dialog, GreyBox), L"old\r\n");
         HeadlessClick(dialog, Set);

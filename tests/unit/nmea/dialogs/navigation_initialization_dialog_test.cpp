@@ -1,4 +1,4 @@
-#include "nmea/dialogs/navigation_initialization_dialog.h"
+#include "nmea/dialogs/command_dialog.h"
 
 #include "tests/unit/nmea/dialogs/command_dialog_test.h"
 
@@ -25,7 +25,7 @@ IN_BOTH_LAYOUTS(NavigationInitializationDialog);
 
 TEST_P(NavigationInitializationDialog, InitialState)
 {
-    Open(ShowNavigationInitializationDialog, [](HWND dialog) {
+    Open(&::NavigationInitializationDialog, [](HWND dialog) {
         for (const int field : StartFields) {
             EXPECT_FALSE(HeadlessEnabled(dialog, field)) << field;
             EXPECT_EQ(HeadlessText(dialog, field), L"") << field;
@@ -39,7 +39,7 @@ TEST_P(NavigationInitializationDialog, InitialState)
 
 TEST_P(NavigationInitializationDialog, StartFieldsAreEnabledForWarmStartWithInitAlone)
 {
-    Open(ShowNavigationInitializationDialog, [](HWND dialog) {
+    Open(&::NavigationInitializationDialog, [](HWND dialog) {
         for (const int first : ResetTypes)
             for (const int type : {first, WarmStartInit}) { // to it from each other and back
                 HeadlessClick(dialog, type);
@@ -67,7 +67,7 @@ TEST_P(NavigationInitializationDialog, ResetTypes)
         {FactoryReset, "$PSRF101,0,0,0,0,0,0,12,8*1C\r\n"},
         {WarmStartInit, "$PSRF101,-2686727,-4303285,3851643,96000,60480000,1500,12,3*1B\r\n"},
     };
-    Open(ShowNavigationInitializationDialog, [&](HWND dialog) {
+    Open(&::NavigationInitializationDialog, [&](HWND dialog) {
         HeadlessClick(dialog, WarmStartInit);
         EnterAll(dialog, {L"-2686727", L"-4303285", L"3851643", L"96000", L"604800", L"1500"});
         for (const Row& row : Rows) {
@@ -81,7 +81,7 @@ TEST_P(NavigationInitializationDialog, ResetTypes)
 
 TEST_P(NavigationInitializationDialog, NoResetTypeIsRefusedBeforeAnythingElse)
 {
-    Open(ShowNavigationInitializationDialog, [&](HWND dialog) {
+    Open(&::NavigationInitializationDialog, [&](HWND dialog) {
         SendDlgItemMessageW(dialog, HotStart, BM_SETCHECK, BST_UNCHECKED, 0);
         HeadlessType(dialog, Channels, L"99");
         HeadlessClick(dialog, Set);
@@ -106,7 +106,7 @@ constexpr FieldRow Fields[] = {
 
 TEST_P(NavigationInitializationDialog, EndsOfTheRangesAreSent)
 {
-    Open(ShowNavigationInitializationDialog, [&](HWND dialog) {
+    Open(&::NavigationInitializationDialog, [&](HWND dialog) {
         HeadlessClick(dialog, WarmStartInit);
         for (const FieldRow& row : Fields) HeadlessType(dialog, row.field, row.lowest);
         HeadlessClick(dialog, Set);
@@ -120,7 +120,7 @@ TEST_P(NavigationInitializationDialog, EndsOfTheRangesAreSent)
 
 TEST_P(NavigationInitializationDialog, EachFieldIsRefusedOutsideItsRange)
 {
-    Open(ShowNavigationInitializationDialog, [&](HWND dialog) {
+    Open(&::NavigationInitializationDialog, [&](HWND dialog) {
         HeadlessClick(dialog, WarmStartInit);
         for (const FieldRow& row : Fields) HeadlessType(dialog, row.field, row.lowest);
         for (const FieldRow& row : Fields) {
@@ -137,7 +137,7 @@ TEST_P(NavigationInitializationDialog, EachFieldIsRefusedOutsideItsRange)
 
 TEST_P(NavigationInitializationDialog, FieldsAreCheckedInTheirOrder)
 {
-    Open(ShowNavigationInitializationDialog, [&](HWND dialog) {
+    Open(&::NavigationInitializationDialog, [&](HWND dialog) {
         HeadlessClick(dialog, WarmStartInit);
         for (const FieldRow& row : Fields) HeadlessType(dialog, row.field, L"wrong");
         for (const FieldRow& row : Fields) {
@@ -152,7 +152,7 @@ TEST_P(NavigationInitializationDialog, FieldsAreCheckedInTheirOrder)
 
 TEST_P(NavigationInitializationDialog, ChannelsCountForEveryResetType)
 {
-    Open(ShowNavigationInitializationDialog, [&](HWND dialog) {
+    Open(&::NavigationInitializationDialog, [&](HWND dialog) {
         HeadlessType(dialog, Channels, L"1");
         HeadlessClick(dialog, ColdStart);
         HeadlessClick(dialog, Set);
@@ -184,7 +184,7 @@ TEST_P(NavigationInitializationDialog, StartUpLinesFillTheFields)
         {"PSRFTXT,WK: none", Week, L"0"},
         {"PSRFTXT, WK: 9", Week, L"0"}, // must begin with it: the field keeps what it has
     };
-    Open(ShowNavigationInitializationDialog, [&](HWND dialog) {
+    Open(&::NavigationInitializationDialog, [&](HWND dialog) {
         for (const Row& row : Rows) {
             FeedSentence(row.line);
             EXPECT_EQ(HeadlessText(dialog, row.field), row.text) << row.line;
@@ -202,7 +202,7 @@ TEST_P(NavigationInitializationDialog, StartUpLinesFillTheFields)
 
 TEST_P(NavigationInitializationDialog, WarmStartSendsBackWhatWasRead)
 {
-    Open(ShowNavigationInitializationDialog, [&](HWND dialog) {
+    Open(&::NavigationInitializationDialog, [&](HWND dialog) {
         for (const char* line : {"PSRFTXT,TOW: 123456", "PSRFTXT,WK: 1480", "PSRFTXT,CLK: 96000",
                                  "PSRFTXT,CHNL: 12", "PSRFTXT,POS: 4282000 644000 4674000"})
             FeedSentence(line);

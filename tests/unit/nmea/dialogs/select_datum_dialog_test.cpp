@@ -1,4 +1,4 @@
-#include "nmea/dialogs/select_datum_dialog.h"
+#include "nmea/dialogs/command_dialog.h"
 
 #include "tests/unit/nmea/dialogs/command_dialog_test.h"
 
@@ -14,7 +14,7 @@ IN_BOTH_LAYOUTS(SelectDatumDialog);
 
 TEST_P(SelectDatumDialog, InitialState)
 {
-    Open(ShowSelectDatumDialog, [](HWND dialog) {
+    Open(&::SelectDatumDialog, [](HWND dialog) {
         EXPECT_EQ(HeadlessItems(dialog, Datum),
                   (std::vector<std::wstring>{L"WGS-84", L"Tokyo Mean", L"Tokyo Japan", L"Tokyo Korea",
                                              L"Tokyo Okinawa"}));
@@ -33,7 +33,7 @@ TEST_P(SelectDatumDialog, DatumCodes)
         {L"Tokyo Japan", "$PSRF106,179*33\r\n"},   {L"Tokyo Korea", "$PSRF106,180*35\r\n"},
         {L"Tokyo Okinawa", "$PSRF106,181*34\r\n"},
     };
-    Open(ShowSelectDatumDialog, [&](HWND dialog) {
+    Open(&::SelectDatumDialog, [&](HWND dialog) {
         for (const Row& row : Rows) {
             Choose(dialog, Datum, row.datum);
             HeadlessClick(dialog, Set);
@@ -45,7 +45,7 @@ TEST_P(SelectDatumDialog, DatumCodes)
 
 TEST_P(SelectDatumDialog, NoDatumIsRefused)
 {
-    Open(ShowSelectDatumDialog, [&](HWND dialog) {
+    Open(&::SelectDatumDialog, [&](HWND dialog) {
         Unchoose(dialog, Datum);
         HeadlessClick(dialog, Set);
         EXPECT_TRUE(Refuses(L"Datum", L"Select a datum."));

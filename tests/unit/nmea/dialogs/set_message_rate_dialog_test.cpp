@@ -1,4 +1,4 @@
-#include "nmea/dialogs/set_message_rate_dialog.h"
+#include "nmea/dialogs/command_dialog.h"
 
 #include "tests/unit/nmea/dialogs/command_dialog_test.h"
 
@@ -19,7 +19,7 @@ IN_TOUCH_LAYOUT(SetMessageRateDialogTyping);
 
 TEST_P(SetMessageRateDialog, InitialState)
 {
-    Open(ShowNmeaMessageRateDialog, [](HWND dialog) {
+    Open(&::NmeaMessageRateDialog, [](HWND dialog) {
         EXPECT_EQ(HeadlessItems(dialog, Message),
                   (std::vector<std::wstring>{L"GGA", L"GLL", L"GSA", L"GSV", L"RMC", L"VTG", L"MSS",
                                              L"User 8", L"ZDA", L"User10"}));
@@ -41,7 +41,7 @@ TEST_P(SetMessageRateDialog, MessageNumbers)
         "$PSRF103,6,0,1,1*23\r\n", "$PSRF103,7,0,1,1*22\r\n", "$PSRF103,8,0,1,1*2D\r\n",
         "$PSRF103,9,0,1,1*2C\r\n",
     };
-    Open(ShowNmeaMessageRateDialog, [&](HWND dialog) {
+    Open(&::NmeaMessageRateDialog, [&](HWND dialog) {
         Choose(dialog, Seconds, L"1");
         for (int i = 0; i < 10; ++i) {
             HeadlessChoose(dialog, Message, i);
@@ -53,7 +53,7 @@ TEST_P(SetMessageRateDialog, MessageNumbers)
 
 TEST_P(SetMessageRateDialog, RatesAndChecksums)
 {
-    Open(ShowNmeaMessageRateDialog, [&](HWND dialog) {
+    Open(&::NmeaMessageRateDialog, [&](HWND dialog) {
         Choose(dialog, Message, L"GSV");
         Choose(dialog, Seconds, L"5");
         HeadlessClick(dialog, Set);
@@ -73,7 +73,7 @@ TEST_P(SetMessageRateDialog, RatesAndChecksums)
 
 TEST_P(SetMessageRateDialog, RefusesWhatIsMissingInItsOrder)
 {
-    Open(ShowNmeaMessageRateDialog, [&](HWND dialog) {
+    Open(&::NmeaMessageRateDialog, [&](HWND dialog) {
         SendDlgItemMessageW(dialog, Checksum, BM_SETCHECK, BST_INDETERMINATE, 0);
         HeadlessClick(dialog, Set);
         EXPECT_TRUE(Refuses(L"Message", L"Select a message."));
@@ -92,7 +92,7 @@ TEST_P(SetMessageRateDialog, RefusesWhatIsMissingInItsOrder)
 
 TEST_P(SetMessageRateDialogTyping, TypedRates)
 {
-    Open(ShowNmeaMessageRateDialog, [&](HWND dialog) {
+    Open(&::NmeaMessageRateDialog, [&](HWND dialog) {
         Choose(dialog, Message, L"RMC");
         HeadlessType(dialog, Seconds, L"7");
         HeadlessClick(dialog, Set);
@@ -126,7 +126,7 @@ TEST_P(SetMessageRateDialog, StampsTheArrivalOfEachSentence)
     now.wDay = 21;
     now.wHour = 7;
     now.wMinute = 5;
-    Open(ShowNmeaMessageRateDialog, [&](HWND dialog) {
+    Open(&::NmeaMessageRateDialog, [&](HWND dialog) {
         for (const Row& row : Rows) {
             now.wSecond = static_cast<WORD>(now.wSecond + 1);
             HeadlessSetLocalTime(now);

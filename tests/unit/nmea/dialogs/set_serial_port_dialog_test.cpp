@@ -1,4 +1,4 @@
-#include "nmea/dialogs/set_serial_port_dialog.h"
+#include "nmea/dialogs/command_dialog.h"
 
 #include "link/serial_port.h"
 #include "tests/unit/nmea/dialogs/command_dialog_test.h"
@@ -22,7 +22,7 @@ IN_TOUCH_LAYOUT(SetSerialPortDialogTyping);
 
 TEST_P(SetSerialPortDialog, InitialState)
 {
-    Open(ShowSetSerialPortDialog, [](HWND dialog) {
+    Open(&::SetSerialPortDialog, [](HWND dialog) {
         EXPECT_EQ(HeadlessItems(dialog, Rate),
                   (std::vector<std::wstring>{L"1200", L"2400", L"4800", L"9600", L"19200", L"38400", L"57600",
                                              L"115200"}));
@@ -64,7 +64,7 @@ TEST_P(SetSerialPortDialog, PreselectsTheStoredRateOrElseTheReportedOne)
     for (const Row& row : Rows) {
         if (row.stored != NotStored) StoreSetting(L"SirfBaudrateIdx", row.stored);
         NmeaReportedBaud.store(row.reported);
-        Open(ShowSetSerialPortDialog, [&](HWND dialog) {
+        Open(&::SetSerialPortDialog, [&](HWND dialog) {
             EXPECT_EQ(HeadlessSelection(dialog, Rate), row.selection) << row.stored << " " << row.reported;
         });
     }
@@ -88,7 +88,7 @@ TEST_P(SetSerialPortDialog, SendsTheChosenProtocolAndRate)
         {L"NMEA", L"1200", "$PSRF100,1,1200,8,1,0*01\r\n"},
         {L"NMEA", L"38400", "$PSRF100,1,38400,8,1,0*3D\r\n"},
     };
-    Open(ShowSetSerialPortDialog, [&](HWND dialog) {
+    Open(&::SetSerialPortDialog, [&](HWND dialog) {
         for (const Row& row : Rows) {
             Choose(dialog, Protocol, row.protocol);
             Choose(dialog, Rate, row.rate);
@@ -102,7 +102,7 @@ TEST_P(SetSerialPortDialog, SendsTheChosenProtocolAndRate)
 TEST_P(SetSerialPortDialog, RefusesWhatIsMissingTheProtocolFirst)
 {
     SirfRecognised.store(1);
-    Open(ShowSetSerialPortDialog, [&](HWND dialog) {
+    Open(&::SetSerialPortDialog, [&](HWND dialog) {
         Unchoose(dialog, Protocol);
         HeadlessClick(dialog, Set);
         EXPECT_TRUE(Refuses(L"Protocol", L"Select a protocol."));
@@ -141,7 +141,7 @@ TEST_P(SetSerialPortDialogTyping, TypedRates)
         {L"fast", nullptr},
         {L"4294972096", nullptr}, // 2^32 + 4800
     };
-    Open(ShowSetSerialPortDialog, [&](HWND dialog) {
+    Open(&::SetSerialPortDialog, [&](HWND dialog) {
         Choose(dialog, Protocol, L"NMEA");
         for (const Row& row : Rows) {
             HeadlessType(dialog, Rate, row.typed);
@@ -156,7 +156,7 @@ TEST_P(SetSerialPortDialogTyping, TypedRates)
 
 TEST_P(SetSerialPortDialogTyping, OtherTextBesideASelectedEntry)
 {
-    Open(ShowSetSerialPortDialog, [&](HWND dialog) {
+    Open(&::SetSerialPortDialog, [&](HWND dialog) {
         Choose(dialog, Rate, L"9600");
         SetDlgItemTextW(dialog, Rate, L"300");
         HeadlessClick(dialog, Set);
@@ -172,7 +172,7 @@ TEST_P(SetSerialPortDialog, SetForgetsTheProtocolBeforeItSends)
     SirfRecognised.store(1);
     uint8_t modeWhenSent = 255;
     Port.onWrite = [&](HeadlessPort&, std::string_view) { modeWhenSent = ProtocolMode(); };
-    Open(ShowSetSerialPortDialog, [&](HWND dialog) {
+    Open(&::SetSerialPortDialog, [&](HWND dialog) {
         Choose(dialog, Rate, L"38400");
         HeadlessClick(dialog, Set);
         EXPECT_EQ(modeWhenSent, ProtocolNone);
@@ -183,7 +183,7 @@ TEST_P(SetSerialPortDialog, SetForgetsTheProtocolBeforeItSends)
 
 TEST_P(SetSerialPortDialog, FollowSetsTheOwnPortAndDetectsAfresh)
 {
-    Open(ShowSetSerialPortDialog, [&](HWND dialog) {
+    Open(&::SetSerialPortDialog, [&](HWND dialog) {
         Choose(dialog, Rate, L"38400");
         EXPECT_FALSE(HeadlessClick(dialog, Follow));
         HeadlessClick(dialog, Set);
@@ -202,7 +202,7 @@ TEST_P(SetSerialPortDialog, FollowSetsTheOwnPortAndDetectsAfresh)
 
 TEST_P(SetSerialPortDialogTyping, FollowWithoutARateDoesNothing)
 {
-    Open(ShowSetSerialPortDialog, [&](HWND dialog) {
+    Open(&::SetSerialPortDialog, [&](HWND dialog) {
         Choose(dialog, Rate, L"38400");
         HeadlessClick(dialog, Set);
         for (const wchar_t* typed : {L"", L"fast", L"0", L"-9600"}) {
@@ -221,7 +221,7 @@ TEST_P(SetSerialPortDialogTyping, FollowWithoutARateDoesNothing)
 TEST_P(SetSerialPortDialog, FirstFrameAfterTheSwitchStoresTheRate)
 {
     CommPortIdx.store(3);
-    Open(ShowSetSerialPortDialog, [&](HWND dialog) {
+    Open(&::SetSerialPortDialog, [&](HWND dialog) {
         Choose(dialog, Rate, L"57600");
         HeadlessClick(dialog, Set);
         HeadlessClick(dialog, Follow);
@@ -235,7 +235,7 @@ TEST_P(SetSerialPortDialog, FirstFrameAfterTheSwitchStoresTheRate)
 
 TEST_P(SetSerialPortDialog, HelpWarnsOfOtherRates)
 {
-    Open(ShowSetSerialPortDialog, [&](HWND dialog) {
+    Open(&::SetSerialPortDialog, [&](HWND dialog) {
         HeadlessClick(dialog, Help);
         EXPECT_TRUE(Refuses(
             L"Switching Baudrate",
@@ -252,7 +252,7 @@ TEST_P(SetSerialPortDialog, HelpWarnsOfOtherRates)
 
 TEST_P(SetSerialPortDialog, ShowsTheTimeOfEachProtocol)
 {
-    Open(ShowSetSerialPortDialog, [](HWND dialog) {
+    Open(&::SetSerialPortDialog, [](HWND dialog) {
         FeedSentence("GPGLL,4916.4500,N,12311.1200,W,183725.50,A");
         EXPECT_EQ(HeadlessText(dialog, 901), L"18:37:25");
         EXPECT_EQ(HeadlessText(dialog, 1518), L"");

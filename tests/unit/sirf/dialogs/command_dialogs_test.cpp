@@ -1,26 +1,9 @@
 // The dialogs that follow their command's fields, as tables: what each field accepts and refuses, what is
 // sent, and when the receiver is polled.
-#include <map>
-
 #include "link/link_state.h"
 #include "link/write_queue.h"
 #include "resources/resource_ids.h"
-#include "sirf/dialogs/advanced_power_management.h"
 #include "sirf/dialogs/command_dialog.h"
-#include "sirf/dialogs/dgps_mode.h"
-#include "sirf/dialogs/dgps_source.h"
-#include "sirf/dialogs/dop_mask.h"
-#include "sirf/dialogs/elevation_mask.h"
-#include "sirf/dialogs/initialize_data_source.h"
-#include "sirf/dialogs/low_power.h"
-#include "sirf/dialogs/mode_control.h"
-#include "sirf/dialogs/poll_software_version.h"
-#include "sirf/dialogs/power_mask.h"
-#include "sirf/dialogs/sbas.h"
-#include "sirf/dialogs/set_message_rate.h"
-#include "sirf/dialogs/static_navigation.h"
-#include "sirf/dialogs/switch_to_nmea.h"
-#include "sirf/dialogs/trickle_power.h"
 #include "sirf/frame_sender.h"
 #include "tests/unit/sirf/dialogs/dialog_test.h"
 #include "tests/unit/sirf/dialogs/field_cases.h"
@@ -29,26 +12,6 @@
 
 namespace
 {
-
-using Show = void (*)();
-
-Show ShowOf(const DialogCase& row)
-{
-    static const std::map<int, Show> shows = {
-        {DIALOG_SIRF_MODE_CONTROL, ShowModeControlDialog},
-        {DIALOG_SIRF_DOP_MASK, ShowDopMaskDialog},
-        {DIALOG_SIRF_ELEVATION_MASK, ShowElevationMaskDialog},
-        {DIALOG_SIRF_POWER_MASK, ShowPowerMaskDialog},
-        {DIALOG_SIRF_STATIC_NAVIGATION, ShowStaticNavigationDialog},
-        {DIALOG_SIRF_DGPS_SOURCE, ShowDgpsSourceDialog},
-        {DIALOG_SIRF_DGPS_MODE, ShowDgpsModeDialog},
-        {DIALOG_SIRF_TRICKLE_POWER, ShowTricklePowerDialog},
-        {DIALOG_SIRF_LOW_POWER, ShowLowPowerDialog},
-        {DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, ShowAdvancedPowerManagementDialog},
-        {DIALOG_SIRF_SET_MESSAGE_RATE, ShowSirfSetMessageRateDialog},
-    };
-    return shows.at(row.command);
-}
 
 class SirfFields : public SirfDialogTest
 {
@@ -62,7 +25,7 @@ protected:
     {
         for (const DialogCase& row : FieldCases()) {
             SCOPED_TRACE(row.name);
-            With(ShowOf(row), [&](HWND dialog) {
+            With(row.command, [&](HWND dialog) {
                 EnterUsual(dialog, row);
                 HeadlessClick(dialog, row.set);
             });
@@ -88,7 +51,7 @@ TEST_F(SirfFields, EveryEntryAtTheEdgeIsSent)
     for (const DialogCase& row : FieldCases()) {
         const std::vector<uint8_t> whole = Hex(row.frame);
         const std::vector<uint8_t> usual(whole.begin() + 4, whole.end() - 4);
-        With(ShowOf(row), [&](HWND dialog) {
+        With(row.command, [&](HWND dialog) {
             EnterUsual(dialog, row);
             for (const FieldCase& field : row.fields) {
                 for (const Accepted& accepted : field.accepted) {
@@ -111,7 +74,7 @@ TEST_F(SirfFields, EveryEntryAtTheEdgeIsSent)
 TEST_F(SirfFields, EveryEntryBeyondTheEdgeIsRefused)
 {
     for (const DialogCase& row : FieldCases())
-        With(ShowOf(row), [&](HWND dialog) {
+        With(row.command, [&](HWND dialog) {
             EnterUsual(dialog, row);
             for (const FieldCase& field : row.fields) {
                 for (const Entry& entry : field.refused) {
@@ -134,7 +97,7 @@ TEST_F(SirfFields, EveryEntryBeyondTheEdgeIsRefused)
 TEST_F(SirfFields, FirstRefusedFieldStopsTheCommand)
 {
     for (const DialogCase& row : FieldCases())
-        With(ShowOf(row), [&](HWND dialog) {
+        With(row.command, [&](HWND dialog) {
             for (const FieldCase& field : row.fields) Enter(dialog, field.refused[0]);
             for (const FieldCase& field : row.fields) {
                 SCOPED_TRACE(row.name);
@@ -152,7 +115,7 @@ TEST_F(SirfFields, NothingIsChosenAndBoxesAreUndecidedAtFirst)
 {
     constexpr int TrackSmoothing = 1369; // the one box that is off
     for (const DialogCase& row : FieldCases())
-        With(ShowOf(row), [&](HWND dialog) {
+        With(row.command, [&](HWND dialog) {
             for (const FieldCase& field : row.fields) {
                 SCOPED_TRACE(field.usual.control);
                 if (field.usual.kind == Entry::Kind::Text)
@@ -170,7 +133,7 @@ TEST_F(SirfFields, KeypadBoxesAreOffAtFirstAndHaveThreeStates)
 {
     UseKeypad();
     for (const DialogCase& row : FieldCases())
-        With(ShowOf(row), [&](HWND dialog) {
+        With(row.command, [&](HWND dialog) {
             for (const FieldCase& field : row.fields) {
                 if (field.usual.kind != Entry::Kind::Box) continue;
                 SCOPED_TRACE(field.usual.control);
@@ -189,13 +152,13 @@ TEST_F(SirfFields, LongListsCanBeLeafedThroughOnKeypads)
 {
     constexpr UINT SetListMode = 0x1C1;
     const struct {
-        void (*show)();
+        uint16_t number;
         std::vector<int> controls;
-    } rows[] = {{ShowSbasDialog, {1701}}, {ShowSirfSetMessageRateDialog, {16616, 16617}}};
+    } rows[] = {{DIALOG_SIRF_SBAS, {1701}}, {DIALOG_SIRF_SET_MESSAGE_RATE, {16616, 16617}}};
     for (const LPARAM mode : {0, 2}) {
         if (mode) UseKeypad();
         for (const auto& row : rows)
-            With(row.show, [&](HWND dialog) {
+            With(row.number, [&](HWND dialog) {
                 for (const int control : row.controls)
                     EXPECT_EQ(HeadlessIgnoredMessage(dialog, control, SetListMode), mode) << control;
             });
@@ -207,37 +170,37 @@ TEST_F(SirfFields, ListsOfferTheirEntriesInBothLayouts)
     using Items = std::vector<std::wstring>;
     const Items errors = {L"1", L"5", L"10", L"20", L"40", L"80", L"160", L"No Max"};
     const struct {
-        void (*show)();
+        uint16_t number;
         int control;
         Items items;
     } rows[] = {
-        {ShowDgpsSourceDialog,
+        {DIALOG_SIRF_DGPS_SOURCE,
          1331,
          {L"None", L"SBAS", L"External RTCM", L"Internal Beacon", L"User Software"}},
-        {ShowModeControlDialog,
+        {DIALOG_SIRF_MODE_CONTROL,
          1363,
          {L"Hold direction,clock", L"Hold clock,direction", L"Hold direction", L"Hold clock", L"Disable"}},
-        {ShowModeControlDialog, 1365, {L"Auto", L"Always", L"Disable"}},
-        {ShowModeControlDialog, 1366, {L"Last computed", L"User input"}},
-        {ShowDopMaskDialog, 1373, {L"Auto PDOP/HDOP", L"PDOP", L"HDOP", L"GDOP", L"Disabled"}},
-        {ShowDgpsModeDialog, 1383, {L"Auto", L"Exclusive", L"Never use"}},
-        {ShowAdvancedPowerManagementDialog, 5304, errors},
-        {ShowAdvancedPowerManagementDialog, 5305, errors},
-        {ShowAdvancedPowerManagementDialog,
+        {DIALOG_SIRF_MODE_CONTROL, 1365, {L"Auto", L"Always", L"Disable"}},
+        {DIALOG_SIRF_MODE_CONTROL, 1366, {L"Last computed", L"User input"}},
+        {DIALOG_SIRF_DOP_MASK, 1373, {L"Auto PDOP/HDOP", L"PDOP", L"HDOP", L"GDOP", L"Disabled"}},
+        {DIALOG_SIRF_DGPS_MODE, 1383, {L"Auto", L"Exclusive", L"Never use"}},
+        {DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, 5304, errors},
+        {DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, 5305, errors},
+        {DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT,
          5307,
          {L"No Preference", L"Max Response Time", L"Max Horizontal Error"}},
-        {ShowAdvancedPowerManagementDialog,
+        {DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT,
          5309,
          {L"No Preference", L"Time Between Fixes", L"Power Duty Cycle"}},
-        {ShowSirfSetMessageRateDialog, 16617, {L"0", L"1", L"2", L"5", L"10"}},
+        {DIALOG_SIRF_SET_MESSAGE_RATE, 16617, {L"0", L"1", L"2", L"5", L"10"}},
     };
     for (int layout = 0; layout < 2; ++layout) {
         if (layout) UseKeypad();
         for (const auto& row : rows)
-            With(row.show, [&](HWND dialog) {
+            With(row.number, [&](HWND dialog) {
                 EXPECT_EQ(HeadlessItems(dialog, row.control), row.items) << row.control;
             });
-        With(ShowSirfSetMessageRateDialog, [&](HWND dialog) {
+        With(DIALOG_SIRF_SET_MESSAGE_RATE, [&](HWND dialog) {
             const Items names = HeadlessItems(dialog, 16616);
             ASSERT_EQ(names.size(), 58u);
             EXPECT_EQ(names[40], L"41 Geodetic Navigation Data");
@@ -249,7 +212,7 @@ TEST_F(SirfFields, ListsOfferTheirEntriesInBothLayouts)
 // ---- Polls --------------------------------------------------------------------------------------------
 
 struct PollCase {
-    void (*show)();
+    uint16_t number;
     DialogKind kind;
     int get;          // 0: no such button
     const char* poll; // "" none
@@ -258,21 +221,22 @@ struct PollCase {
 };
 constexpr const char* NavigationPoll = "A0A2 0002 98 00 0098 B0B3";
 constexpr PollCase Polls[] = {
-    {ShowAdvancedPowerManagementDialog, DialogKind::AdvancedPowerManagement, 5310, NavigationPoll, 0},
-    {ShowInitializeDataSourceDialog, DialogKind::InitializeDataSource, 1289, "A0A2 0002 A8 80 0128 B0B3", 128,
-     true},
-    {ShowSwitchToNmeaDialog, DialogKind::SwitchToNmea, 0, "", 0},
-    {ShowPollSoftwareVersionDialog, DialogKind::PollSoftwareVersion, 1321, "A0A2 0002 84 00 0084 B0B3", 0},
-    {ShowDgpsSourceDialog, DialogKind::DgpsSource, 1334, "A0A2 0002 A8 85 012D B0B3", 133},
-    {ShowModeControlDialog, DialogKind::ModeControl, 1361, "A0A2 0002 A8 88 0130 B0B3", 136},
-    {ShowDopMaskDialog, DialogKind::DopMask, 1371, "A0A2 0002 A8 89 0131 B0B3", 137},
-    {ShowDgpsModeDialog, DialogKind::DgpsMode, 1381, "A0A2 0002 A8 8A 0132 B0B3", 138},
-    {ShowElevationMaskDialog, DialogKind::ElevationMask, 1391, "A0A2 0002 A8 8B 0133 B0B3", 139},
-    {ShowPowerMaskDialog, DialogKind::PowerMask, 1401, "A0A2 0002 A8 8C 0134 B0B3", 140},
-    {ShowStaticNavigationDialog, DialogKind::StaticNavigation, 1431, "A0A2 0002 A8 8F 0137 B0B3", 143},
-    {ShowTricklePowerDialog, DialogKind::TricklePower, 1511, "A0A2 0002 A8 97 013F B0B3", 151},
-    {ShowLowPowerDialog, DialogKind::LowPower, 1671, NavigationPoll, 0},
-    {ShowSirfSetMessageRateDialog, DialogKind::SirfSetMessageRate, 0, "", 0},
+    {DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, DialogKind::AdvancedPowerManagement, 5310, NavigationPoll, 0},
+    {DIALOG_SIRF_INITIALIZE_DATA_SOURCE, DialogKind::InitializeDataSource, 1289, "A0A2 0002 A8 80 0128 B0B3",
+     128, true},
+    {DIALOG_SIRF_SWITCH_TO_NMEA, DialogKind::SwitchToNmea, 0, "", 0},
+    {DIALOG_SIRF_POLL_SOFTWARE_VERSION, DialogKind::PollSoftwareVersion, 1321, "A0A2 0002 84 00 0084 B0B3",
+     0},
+    {DIALOG_SIRF_DGPS_SOURCE, DialogKind::DgpsSource, 1334, "A0A2 0002 A8 85 012D B0B3", 133},
+    {DIALOG_SIRF_MODE_CONTROL, DialogKind::ModeControl, 1361, "A0A2 0002 A8 88 0130 B0B3", 136},
+    {DIALOG_SIRF_DOP_MASK, DialogKind::DopMask, 1371, "A0A2 0002 A8 89 0131 B0B3", 137},
+    {DIALOG_SIRF_DGPS_MODE, DialogKind::DgpsMode, 1381, "A0A2 0002 A8 8A 0132 B0B3", 138},
+    {DIALOG_SIRF_ELEVATION_MASK, DialogKind::ElevationMask, 1391, "A0A2 0002 A8 8B 0133 B0B3", 139},
+    {DIALOG_SIRF_POWER_MASK, DialogKind::PowerMask, 1401, "A0A2 0002 A8 8C 0134 B0B3", 140},
+    {DIALOG_SIRF_STATIC_NAVIGATION, DialogKind::StaticNavigation, 1431, "A0A2 0002 A8 8F 0137 B0B3", 143},
+    {DIALOG_SIRF_TRICKLE_POWER, DialogKind::TricklePower, 1511, "A0A2 0002 A8 97 013F B0B3", 151},
+    {DIALOG_SIRF_LOW_POWER, DialogKind::LowPower, 1671, NavigationPoll, 0},
+    {DIALOG_SIRF_SET_MESSAGE_RATE, DialogKind::SirfSetMessageRate, 0, "", 0},
 };
 
 class SirfPolls : public SirfDialogTest
@@ -297,7 +261,7 @@ TEST_F(SirfPolls, OpeningPollsWhatIsUnderstood)
             for (const PollCase& row : Polls) {
                 SCOPED_TRACE(testing::Message() << "dialog " << static_cast<uint32_t>(row.kind) << ", SiRF "
                                                 << static_cast<int>(mode.sirf));
-                With(row.show, [&](HWND dialog) {
+                With(row.number, [&](HWND dialog) {
                     EXPECT_EQ(OpenDialogOfKind(row.kind), dialog);
                     EXPECT_EQ(Written(), Frames(row, mode.sirf || row.always));
                     EXPECT_EQ(PendingPollId.load(), 0);
@@ -314,7 +278,7 @@ TEST_F(SirfPolls, DialogIsPublishedBeforeItsPoll)
     for (const PollCase& row : Polls) {
         DialogKind published = DialogKind::None;
         Port.onWrite = [&](HeadlessPort&, std::string_view) { published = ActiveDialogKind.load(); };
-        With(row.show, [](HWND) {});
+        With(row.number, [](HWND) {});
         EXPECT_EQ(published, *row.poll ? row.kind : DialogKind::None);
     }
     Port.onWrite = nullptr;
@@ -325,7 +289,7 @@ TEST_F(SirfPolls, GetPollsAlways)
     for (const PollCase& row : Polls) {
         if (!row.get) continue;
         SCOPED_TRACE(row.get);
-        With(row.show, [&](HWND dialog) {
+        With(row.number, [&](HWND dialog) {
             Written();
             PendingPollId.store(0);
             EXPECT_TRUE(HeadlessClick(dialog, row.get));
@@ -340,7 +304,7 @@ TEST_F(SirfPolls, NothingHappensWithoutAPort)
     CloseHandle(PortHandle.exchange(INVALID_HANDLE_VALUE));
     SirfRecognised.store(1);
     for (const PollCase& row : Polls)
-        With(row.show, [&](HWND dialog) {
+        With(row.number, [&](HWND dialog) {
             if (row.get) HeadlessClick(dialog, row.get);
         });
     EXPECT_TRUE(Written().empty());
@@ -359,7 +323,7 @@ TEST_F(SirfPolls, OkCancelAndTheCrossEndEveryDialog)
     for (const PollCase& row : Polls)
         for (const auto& end : ends) {
             HeadlessUser([&] { end(HeadlessTopDialog()); });
-            row.show();
+            ShowSirfDialog(row.number);
             EXPECT_EQ(HeadlessTopDialog(), nullptr);
             EXPECT_EQ(ActiveDialogKind.load(), DialogKind::None);
             EXPECT_EQ(ActiveDialogWindow.load(), nullptr);
@@ -371,7 +335,7 @@ TEST_F(SirfPolls, NotificationsThatAreNoClicksDoNothing)
 {
     constexpr WORD EnChange = 0x300;
     for (const DialogCase& row : FieldCases())
-        With(ShowOf(row), [&](HWND dialog) {
+        With(row.command, [&](HWND dialog) {
             Written();
             SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(static_cast<WORD>(row.set), EnChange), 0);
         });
@@ -391,7 +355,7 @@ TEST_F(SirfPolls, BackKeyGoesToTheShell)
     BackKeys = 0;
     ShellSendBackToFocusWindow = BackKey;
     for (const PollCase& row : Polls)
-        With(row.show, [](HWND dialog) {
+        With(row.number, [](HWND dialog) {
             SendMessageW(dialog, WM_HOTKEY, 0, 27 << 16);
             SendMessageW(dialog, WM_HOTKEY, 0, 28 << 16);
             EXPECT_EQ(HeadlessTopDialog(), dialog);

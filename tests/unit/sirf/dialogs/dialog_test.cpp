@@ -1,15 +1,16 @@
 #include "tests/unit/sirf/dialogs/dialog_test.h"
 
+#include "sirf/dialogs/command_dialog.h"
 #include "ui/dialog_support.h"
 
-void SirfDialogTest::With(void (*show)(), const std::function<void(HWND dialog)>& user)
+void SirfDialogTest::With(int number, const std::function<void(HWND dialog)>& user)
 {
     HeadlessUser([user] {
         ASSERT_NE(HeadlessTopDialog(), nullptr);
         user(HeadlessTopDialog());
     });
     HeadlessUser([] { HeadlessCommand(HeadlessTopDialog(), IDCANCEL); });
-    show();
+    EXPECT_TRUE(ShowSirfDialog(static_cast<uint16_t>(number)));
     EXPECT_EQ(HeadlessTopDialog(), nullptr);
     EXPECT_EQ(ActiveDialogKind.load(), DialogKind::None);
     EXPECT_EQ(ActiveDialogWindow.load(), nullptr);

@@ -12,7 +12,7 @@ protected:
     SirfDialogTest() : Port(OpenPort()) {}
 
     // Opens a dialog, lets the user do something in it, and closes it again.
-    void With(void (*show)(), const std::function<void(HWND dialog)>& user);
+    void With(int number, const std::function<void(HWND dialog)>& user);
 
     static void Enter(HWND dialog, const Entry& entry);
     static void UseKeypad();

@@ -1,6 +1,6 @@
-#include "sirf/dialogs/initialize_data_source.h"
-
+#include "resources/resource_ids.h"
 #include "sirf/dialogs/command_dialog.h"
+
 #include "sirf/frame_sender.h"
 #include "tests/unit/sirf/dialogs/dialog_test.h"
 
@@ -16,7 +16,7 @@ protected:
     // The dialog with its boxes clear and 12 channels, and the opening's poll forgotten.
     void Prepared(const std::function<void(HWND)>& user)
     {
-        With(ShowInitializeDataSourceDialog, [&](HWND dialog) {
+        With(DIALOG_SIRF_INITIALIZE_DATA_SOURCE, [&](HWND dialog) {
             Written();
             for (int box = NavLib; box <= Clear; ++box) Enter(dialog, Ticked(box, BST_UNCHECKED));
             Enter(dialog, Typed(Channels, L"12"));
@@ -45,7 +45,7 @@ protected:
 
 TEST_F(InitializeDataSource, OpensWithNothingChosen)
 {
-    With(ShowInitializeDataSourceDialog, [&](HWND dialog) {
+    With(DIALOG_SIRF_INITIALIZE_DATA_SOURCE, [&](HWND dialog) {
         for (int option = 12811; option <= 12817; ++option)
             EXPECT_EQ(HeadlessCheck(dialog, option), BST_UNCHECKED) << option;
         for (int box = NavLib; box <= Clear; ++box)
@@ -58,7 +58,7 @@ TEST_F(InitializeDataSource, OpensWithNothingChosen)
 TEST_F(InitializeDataSource, KeypadHasDecidedBoxes)
 {
     UseKeypad();
-    With(ShowInitializeDataSourceDialog, [&](HWND dialog) {
+    With(DIALOG_SIRF_INITIALIZE_DATA_SOURCE, [&](HWND dialog) {
         for (int box = NavLib; box <= Clear; ++box)
             EXPECT_EQ(HeadlessCheck(dialog, box), BST_UNCHECKED) << box;
     });
@@ -126,7 +126,7 @@ TEST_F(InitializeDataSource, BoxesAddTheirBits)
 
 TEST_F(InitializeDataSource, OnlyTheWarmStartEnablesItsFields)
 {
-    With(ShowInitializeDataSourceDialog, [&](HWND dialog) {
+    With(DIALOG_SIRF_INITIALIZE_DATA_SOURCE, [&](HWND dialog) {
         for (int option = 12811; option <= 12817; ++option) {
             HeadlessClick(dialog, WarmInit);
             EXPECT_TRUE(HeadlessEnabled(dialog, 1281) && HeadlessEnabled(dialog, 1286));
@@ -140,7 +140,7 @@ TEST_F(InitializeDataSource, OnlyTheWarmStartEnablesItsFields)
 
 TEST_F(InitializeDataSource, SystemResetTicksClear)
 {
-    With(ShowInitializeDataSourceDialog, [&](HWND dialog) {
+    With(DIALOG_SIRF_INITIALIZE_DATA_SOURCE, [&](HWND dialog) {
         for (int option = 12811; option < SystemReset; ++option) HeadlessClick(dialog, option);
         EXPECT_EQ(HeadlessCheck(dialog, Clear), BST_INDETERMINATE);
         HeadlessClick(dialog, SystemReset);
@@ -155,7 +155,7 @@ TEST_F(InitializeDataSource, SystemResetTicksClear)
 TEST_F(InitializeDataSource, ChecksGoFromTheResetTypeToTheBoxes)
 {
     const std::wstring ecef = L"Range -10000000 to 10000000 m";
-    With(ShowInitializeDataSourceDialog, [&](HWND dialog) {
+    With(DIALOG_SIRF_INITIALIZE_DATA_SOURCE, [&](HWND dialog) {
         Written();
         ExpectRefusal(dialog, L"Reset Configuration Bit Map", L"Choose reset type.");
         HeadlessClick(dialog, WarmInit);
@@ -231,7 +231,7 @@ TEST_F(InitializeDataSource, EdgesOfItsFields)
 
 TEST_F(InitializeDataSource, AnswerIsShownInTheRealDialog)
 {
-    With(ShowInitializeDataSourceDialog, [&](HWND dialog) {
+    With(DIALOG_SIRF_INITIALIZE_DATA_SOURCE, [&](HWND dialog) {
         HeadlessClick(dialog, 12811);
         // Behind the 43: 128, its position (X negative), clock, time of week, week, channels and bit map.
         Decode(Payload("2B 80 FFFFFFFF 00000002 00000003 000177FA 039ADA00 05A3 0C 88"));

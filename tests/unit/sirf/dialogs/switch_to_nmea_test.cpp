@@ -1,8 +1,8 @@
-#include "sirf/dialogs/switch_to_nmea.h"
+#include "resources/resource_ids.h"
+#include "sirf/dialogs/command_dialog.h"
 
 #include "link/link_state.h"
 #include "link/serial_port.h"
-#include "sirf/dialogs/command_dialog.h"
 #include "tests/unit/sirf/dialogs/dialog_test.h"
 
 namespace
@@ -25,7 +25,7 @@ protected:
     }
     ~SwitchToNmeaDialog() override { PortDcb = {}; }
 
-    void Work(const std::function<void(HWND)>& user) { With(ShowSwitchToNmeaDialog, user); }
+    void Work(const std::function<void(HWND)>& user) { With(DIALOG_SIRF_SWITCH_TO_NMEA, user); }
     void ExpectRefusal(HWND dialog, const std::wstring& caption, const std::wstring& text)
     {
         HeadlessClearBoxes();

@@ -1,4 +1,5 @@
-#include "sirf/dialogs/trickle_power.h"
+#include "resources/resource_ids.h"
+#include "sirf/dialogs/command_dialog.h"
 
 #include "tests/unit/sirf/dialogs/dialog_test.h"
 
@@ -12,7 +13,7 @@ class TricklePowerWarning : public SirfDialogTest
 protected:
     void SetDuty(const wchar_t* duty, const wchar_t* onTime)
     {
-        With(ShowTricklePowerDialog, [&](HWND dialog) {
+        With(DIALOG_SIRF_TRICKLE_POWER, [&](HWND dialog) {
             Enter(dialog, Ticked(1513, BST_UNCHECKED));
             Enter(dialog, Typed(1514, duty));
             Enter(dialog, Typed(1515, onTime));

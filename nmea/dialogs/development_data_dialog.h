@@ -1,4 +1,0 @@
-// Sends any sentence that the user types.
-#pragma once
-
-void ShowDevelopmentDataDialog();

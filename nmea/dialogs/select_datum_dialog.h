@@ -1,4 +1,0 @@
-// Chooses the geodetic datum of the receiver's positions.
-#pragma once
-
-void ShowSelectDatumDialog();

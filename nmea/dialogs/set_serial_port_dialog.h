@@ -1,4 +1,0 @@
-// Switches the receiver to another rate or protocol, and the program's own port after it.
-#pragma once
-
-void ShowSetSerialPortDialog();

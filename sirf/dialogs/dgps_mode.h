@@ -1,4 +1,0 @@
-// DGPS Mode: how corrections are used (message id 138).
-#pragma once
-
-void ShowDgpsModeDialog();

@@ -1,4 +1,0 @@
-// Power Mask: the weakest satellites that are used (message id 140).
-#pragma once
-
-void ShowPowerMaskDialog();

@@ -1,0 +1,21 @@
+// Fields of a dialog, by their rows (text/fields.h): one way to prepare, read, show and enable the controls.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "platform/platform.h"
+#include "text/fields.h"
+
+// Before a dialog is published: lists are filled, edits take numbers, and on touch screens and desktops boxes
+// are undecided until the receiver has answered.
+void PrepareFields(HWND dialog, std::span<const CommandField> fields);
+
+// Reads the fields in their order into as many values. The first one that is not acceptable is refused with
+// its box: false.
+bool ReadFields(HWND dialog, std::span<const CommandField> fields, int64_t* values);
+
+// Shows a value; an index that a list does not have selects nothing. Any thread.
+void ShowField(HWND dialog, const CommandField& field, int64_t value);
+
+void EnableFields(HWND dialog, std::span<const CommandField> fields, bool enable);
