@@ -6,6 +6,7 @@
 #include "link/port_search.h"
 #include "link/receiver_log.h"
 #include "link/serial_port.h"
+#include "link/serial_report.h"
 #include "link/write_queue.h"
 #include "resources/resource_ids.h"
 #include "text/format.h"
@@ -22,6 +23,8 @@ constexpr UINT_PTR StatisticsTimer = 1;
 constexpr UINT StatisticsMs = 1000;
 constexpr uint32_t ReceiverPasses = 100, PassMs = 50; // wait for the receiver after opening
 constexpr uint32_t ClosedMs = 500;                    // rest that some drivers need before the next open
+
+bool IsAtThePort = false; // while a command opens or closes the port
 
 // What chooses and opens a port: usable while none is open.
 constexpr int SelectionControls[] = {CONTROL_COM_PORT, CONTROL_COM_BAUDRATE, CONTROL_COM_FIND_PORT,
@@ -50,8 +53,7 @@ void ShowProtocol(HWND dialog)
     SetDlgItemTextW(dialog, CONTROL_COM_PROTOCOL, ProtocolName(ProtocolMode()));
 }
 
-// Forgets the protocol, and shows so. Also right after the port was closed: a message may have been
-// recognised until then.
+// Forgets the protocol, and shows so.
 void ForgetProtocol(HWND dialog)
 {
     ResetProtocolMode();
@@ -121,20 +123,29 @@ void Fill(HWND dialog)
 // ---- Commands -----------------------------------------------------------------------------------------
 
 // The dialog neither repaints nor counts meanwhile.
-void AwaitReceiver(HWND dialog, int32_t rate)
+void AwaitReceiver(HWND dialog)
 {
     for (uint32_t pass = 0; pass < ReceiverPasses && IsWindow(dialog); ++pass) {
         WaitServingSentMessages(PassMs);
         const uint8_t mode = ProtocolMode();
         if (mode == ProtocolNone) continue;
-        BaudrateIdx.store(rate);
         if (mode == ProtocolNmea || mode == ProtocolSirf) ShowProtocol(dialog);
         return;
     }
 }
 
+// True if a link runs or is being opened; a button that was pressed too late, or by a program that does not
+// look at it, changes nothing then. A port that a search has left open without a reader is closed.
+bool HasLink()
+{
+    if (IsPortBusy()) return true;
+    PortCloseHandle();
+    return false;
+}
+
 void OnOpen(HWND dialog)
 {
+    if (HasLink()) return;
     ForgetProtocol(dialog);
     SetDlgItemTextW(dialog, CONTROL_COM_STATUS, L"");
     CommPortIdx.store(GetListSelection(dialog, CONTROL_COM_PORT));
@@ -146,9 +157,11 @@ void OnOpen(HWND dialog)
         return;
     }
     BytesReceived.store(0); // before the reader counts
-    if (!PortOpen(PortNameTable[port], BaudTable[rate])) return;
+    wchar_t label[PortLabelCapacity] = L"";
+    GetSelectedListText(dialog, CONTROL_COM_PORT, label, PortLabelCapacity);
+    if (!PortOpen(PortNameTable[port], BaudTable[rate], label)) return;
     EnableSelection(dialog, false);
-    AwaitReceiver(dialog, rate);
+    AwaitReceiver(dialog);
     if (!IsWindow(dialog)) return; // the program was ended meanwhile
     EnableAndFocus(dialog, CONTROL_COM_CLOSE);
     if (ProtocolMode() != ProtocolNone) return;
@@ -166,6 +179,7 @@ void OnClose(HWND dialog)
     }
     EnableControl(dialog, CONTROL_COM_CLOSE, false);
     PortClose();
+    // Only now: until the reader has ended, it may recognise what was still on its way, and show it.
     ForgetProtocol(dialog);
     WaitServingSentMessages(ClosedMs);
     EnableSelection(dialog, true);
@@ -174,6 +188,7 @@ void OnClose(HWND dialog)
 
 void Find(HWND dialog, int32_t first, int32_t last, int button)
 {
+    if (HasLink()) return;
     EnableSelection(dialog, false);
     EnableControl(dialog, CONTROL_COM_CLOSE, false);
     ForgetProtocol(dialog);
@@ -215,17 +230,38 @@ void OnLogClose(HWND dialog)
     EnableControl(dialog, CONTROL_COM_LOG_CLOSE, false);
 }
 
+// The log ends by itself when it cannot be written.
+void NoticeEndOfLog(HWND dialog)
+{
+    const HWND close = GetDlgItem(dialog, CONTROL_COM_LOG_CLOSE);
+    if (LogFileHandle.load() != INVALID_HANDLE_VALUE || !close || !IsWindowEnabled(close)) return;
+    EnableControl(dialog, CONTROL_COM_LOG_OPEN, true);
+    if (GetFocus() == close) FocusControl(dialog, CONTROL_COM_LOG_OPEN); // a disabled button takes no keys
+    EnableControl(dialog, CONTROL_COM_LOG_CLOSE, false);
+}
+
 void OnEnd(HWND dialog)
 {
+    if (OpenDialogOfKind(DialogKind::Communication) != dialog) return; // it has ended already
     WithdrawDialog();
     if (!KillTimer(dialog, StatisticsTimer)) ShowLastError(L"KillTimer");
 }
 
+// The waits of a command serve what other programs send, presses of disabled buttons too: only one command at
+// a time opens or closes the port.
+template <void (*Command)(HWND)> void AtThePort(HWND dialog)
+{
+    if (IsAtThePort) return;
+    IsAtThePort = true;
+    Command(dialog);
+    IsAtThePort = false;
+}
+
 constexpr DialogButton Buttons[] = {
-    {CONTROL_COM_OPEN, OnOpen},
-    {CONTROL_COM_CLOSE, OnClose},
-    {CONTROL_COM_FIND_BAUD, OnFindBaud},
-    {CONTROL_COM_FIND_PORT, OnFindPortAndBaud},
+    {CONTROL_COM_OPEN, AtThePort<OnOpen>},
+    {CONTROL_COM_CLOSE, AtThePort<OnClose>},
+    {CONTROL_COM_FIND_BAUD, AtThePort<OnFindBaud>},
+    {CONTROL_COM_FIND_PORT, AtThePort<OnFindPortAndBaud>},
     {CONTROL_COM_LOG_OPEN, OnLogOpen},
     {CONTROL_COM_LOG_CLOSE, OnLogClose},
     {IDOK, OnEnd},
@@ -236,6 +272,7 @@ INT_PTR OnTimer(HWND dialog, UINT message, WPARAM, LPARAM)
 {
     if (message != WM_TIMER) return FALSE;
     ShowStatistics(dialog);
+    NoticeEndOfLog(dialog);
     return TRUE;
 }
 

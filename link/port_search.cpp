@@ -2,8 +2,10 @@
 
 #include "link/link_state.h"
 #include "link/serial_port.h"
+#include "link/serial_report.h"
 #include "resources/resource_ids.h"
 #include "ui/dialog_controls.h"
+#include "ui/dialog_support.h"
 #include "ui/waiting.h"
 
 namespace
@@ -41,7 +43,9 @@ bool TryPort(HWND dialog, int32_t port)
     CommPortIdx.store(port);
     SelectListEntry(dialog, CONTROL_COM_PORT, port);
     ResetProtocolMode(); // what another port sent is not this one's
-    if (!PortOpen(PortNameTable[port], 0)) return false;
+    wchar_t label[PortLabelCapacity] = L"";
+    GetSelectedListText(dialog, CONTROL_COM_PORT, label, PortLabelCapacity);
+    if (!PortOpen(PortNameTable[port], 0, label)) return false;
     if (TryDriversRate(dialog)) return true;
     for (int32_t rate = 0; rate < BaudCount && IsWindow(dialog); ++rate)
         if (TryRate(dialog, rate)) return true;

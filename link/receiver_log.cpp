@@ -11,6 +11,7 @@ namespace
 {
 
 constexpr uint32_t PathCapacity = MAX_PATH;
+constexpr DWORD NameTooLong = 206; // the system's error, which not every platform names
 
 // Pairs of what the user reads and what the names look like; the third takes any name.
 constexpr wchar_t NameFilters[] = L"NMEA Text (*.txt)\0*.txt\0SiRF Binary (*.srf)\0*.srf\0Any (*.*)\0*.*\0";
@@ -63,7 +64,14 @@ bool AskForPath(wchar_t (&path)[PathCapacity])
     dialog.lpstrFile = path;
     dialog.nMaxFile = PathCapacity;
     dialog.lpstrDefExt = L"log";
-    if (!GetSaveFileNameW(&dialog)) return false;
+    if (!GetSaveFileNameW(&dialog)) {
+        // A name that has no room is not given: its length stands in place of its first character then, where
+        // no path begins with such a character.
+        if (static_cast<uint32_t>(path[0]) < PathCapacity) return false;
+        SetLastError(NameTooLong);
+        ShowLastError(L"CreateFile File");
+        return false;
+    }
     // Systems differ in the extension that they add, if they add one.
     if (!HasExtension(path))
         AppendFormat(path, L"%s",
@@ -73,9 +81,15 @@ bool AskForPath(wchar_t (&path)[PathCapacity])
     return true;
 }
 
-} // namespace
+// What a port receives would go back to the receiver.
+bool IsPort(HANDLE file)
+{
+    DCB dcb = {};
+    dcb.DCBlength = sizeof dcb;
+    return GetCommState(file, &dcb);
+}
 
-bool LogOpen()
+void OpenLog()
 {
     const bool asksNoName = IsSmartphone();
     wchar_t path[PathCapacity];
@@ -83,16 +97,38 @@ bool LogOpen()
     if (asksNoName)
         AppendFormat(path, L"%s", ProtocolMode() == ProtocolSirf ? L".srf" : L".txt");
     else if (!AskForPath(path))
-        return false;
+        return;
     const HANDLE log =
         CreateFileW(path, GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (log == INVALID_HANDLE_VALUE) {
         ShowLastError(L"CreateFile File");
-        return false;
+        return;
+    }
+    if (IsPort(log)) {
+        CloseHandle(log);
+        InfoBox(L"CreateFile File", L"A port cannot be the log. Choose a file.");
+        return;
     }
     LogFileHandle.store(log);
     if (asksNoName) InfoBox(L"Log File Name", path); // the user has not chosen it
-    return true;
+}
+
+bool IsLogOpen()
+{
+    return LogFileHandle.load() != INVALID_HANDLE_VALUE;
+}
+
+} // namespace
+
+bool LogOpen()
+{
+    static bool isOpening = false; // while the user is asked for the name
+    if (!isOpening && !IsLogOpen()) {
+        isOpening = true;
+        OpenLog();
+        isOpening = false;
+    }
+    return IsLogOpen();
 }
 
 bool LogClose()

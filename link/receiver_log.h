@@ -11,8 +11,9 @@
 extern std::atomic<HANDLE> LogFileHandle;
 
 // Opens the log under a name that the user chooses, or, on a keypad device, that the local time gives; true
-// if a log is open now. A file that exists is written over from its start, not emptied. Failure shows
-// "CreateFile File".
+// if a log is open now. Does nothing when one is open already, or while the user is being asked. A file that
+// exists is written over from its start, not emptied; a port is refused. Failure, a name that is too long
+// too, shows "CreateFile File".
 bool LogOpen();
 
 // Closes the log; true if one was closed. Failure shows "CloseHandle File".

@@ -3,11 +3,11 @@
 #include <cstring>
 
 #include "link/link_state.h"
+#include "link/port_errors.h"
 #include "link/reader_thread.h"
 #include "link/serial_report.h"
 #include "link/write_queue.h"
 #include "text/format.h"
-#include "ui/active_dialog.h"
 #include "ui/error_boxes.h"
 #include "ui/waiting.h"
 
@@ -22,18 +22,22 @@ namespace
 constexpr DWORD DcbLength = 28;
 constexpr uint32_t SettleMs = 2000, PropertiesRetryMs = 1000, EndPollMs = 10;
 
-bool ReadProperties()
-{
-    std::memset(&PortProperties, 0, sizeof PortProperties);
-    return GetCommProperties(PortHandle.load(), &PortProperties);
-}
+bool IsOpening = false;
 
 // Shows the box of a call that failed. False when the port is no longer open, because the user has ended the
 // program from a box.
 bool GoOnAfter(BOOL succeeded, const wchar_t* caption)
 {
-    if (!succeeded) ShowLastError(caption);
+    if (!succeeded) ShowPortError(caption, IsPortOpen());
     return IsPortOpen();
+}
+
+// ---- Query --------------------------------------------------------------------------------------------
+
+bool ReadProperties()
+{
+    std::memset(&PortProperties, 0, sizeof PortProperties);
+    return GetCommProperties(PortHandle.load(), &PortProperties);
 }
 
 bool QueryProperties()
@@ -44,6 +48,27 @@ bool QueryProperties()
     return ReadProperties() ||
            (GoOnAfter(FALSE, L"GetCommProperties 1") && GoOnAfter(ReadProperties(), L"GetCommProperties 2"));
 }
+
+// What the driver has beside PortProperties and PortDcb, before anything is changed.
+struct PortAsFound {
+    COMMTIMEOUTS timeouts;
+    DWORD errors;
+    COMSTAT status;
+};
+
+// Asks the driver everything. False when the port is no longer open.
+bool QueryPort(PortAsFound& found)
+{
+    found = {};
+    if (!QueryProperties()) return false;
+    std::memset(&PortDcb, 0, sizeof PortDcb);
+    PortDcb.DCBlength = DcbLength;
+    return GoOnAfter(GetCommState(PortHandle.load(), &PortDcb), L"GetCommState") &&
+           GoOnAfter(GetCommTimeouts(PortHandle.load(), &found.timeouts), L"GetCommTimeouts") &&
+           GoOnAfter(ClearCommError(PortHandle.load(), &found.errors, &found.status), L"ClearCommError");
+}
+
+// ---- Configure ----------------------------------------------------------------------------------------
 
 // Everything that could hold back, change or drop a byte is off, RTS is on; how DTR is driven stays as the
 // driver has it, because some cables feed the receiver from it.
@@ -80,65 +105,82 @@ bool SetTimeouts(COMMTIMEOUTS& timeouts, uint32_t baud)
     return GoOnAfter(set, L"SetCommTimeouts");
 }
 
-} // namespace
-
-bool PortOpen(const wchar_t* portName, uint32_t baud)
+// Rate 0: the one that the driver has. False when it has none or the port is no longer open.
+bool ConfigurePort(const wchar_t* portName, uint32_t baud, COMMTIMEOUTS& timeouts)
 {
-    const HANDLE port =
-        CreateFileW(portName, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-    PortHandle.store(port);
-    if (port == INVALID_HANDLE_VALUE) {
-        const DWORD error = GetLastError();
-        if (!SearchInProgress.load()) {
-            wchar_t caption[64];
-            Format(caption, L"Cannot open %s", portName);
-            SetLastError(error);
-            ShowLastError(caption);
-        }
-        return false;
-    }
-
-    WaitServingSentMessages(SettleMs);
-    if (!IsPortOpen() || !QueryProperties()) return false;
-
-    std::memset(&PortDcb, 0, sizeof PortDcb);
-    PortDcb.DCBlength = DcbLength;
-    if (!GoOnAfter(GetCommState(PortHandle.load(), &PortDcb), L"GetCommState")) return false;
-    COMMTIMEOUTS timeouts = {};
-    if (!GoOnAfter(GetCommTimeouts(PortHandle.load(), &timeouts), L"GetCommTimeouts")) return false;
-    DWORD errors = 0;
-    COMSTAT status = {};
-    if (!GoOnAfter(ClearCommError(PortHandle.load(), &errors, &status), L"ClearCommError")) return false;
-
-    // Before anything is changed: the report tells how the port was found.
-    if (ActiveDialogKind.load() == DialogKind::Communication && (!SearchInProgress.load() || baud == 0))
-        WriteSerialReport(PortProperties, PortDcb, timeouts, errors, status);
-
-    SetLineSettings(PortDcb);
     if (baud == 0) baud = PortDcb.BaudRate;
     if (baud == 0) return false;
     PortSetBaud(baud);
     if (!IsPortOpen() || !SetTimeouts(timeouts, baud)) return false;
-    if (portName[3] - L'0' == IrPortNumber.load() &&
-        !GoOnAfter(EscapeCommFunction(PortHandle.load(), SETIR), L"EscapeCommFunction SETIR"))
-        return false;
+    return portName[3] - L'0' != IrPortNumber.load() ||
+           GoOnAfter(EscapeCommFunction(PortHandle.load(), SETIR), L"EscapeCommFunction SETIR");
+}
 
+// ---- Open ---------------------------------------------------------------------------------------------
+
+bool OpenPort(const wchar_t* portName)
+{
+    const HANDLE port =
+        CreateFileW(portName, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    PortHandle.store(port);
+    if (port != INVALID_HANDLE_VALUE) return true;
+    const DWORD error = GetLastError();
+    if (SearchInProgress.load()) return false;
+    wchar_t caption[64];
+    Format(caption, L"Cannot open %s", portName);
+    SetLastError(error);
+    ShowPortError(caption, false);
+    return false;
+}
+
+bool StartReader()
+{
     ReaderThreadHandle = CreateThread(nullptr, 0, ReaderThread, nullptr, 0, &ReaderThreadId);
-    if (!ReaderThreadHandle) {
-        ShowLastError(L"CreateThread");
-        PortCloseHandle();
-        return false;
-    }
-    return true;
+    if (ReaderThreadHandle) return true;
+    ShowLastError(L"CreateThread");
+    PortCloseHandle();
+    return false;
+}
+
+bool OpenAndStart(const wchar_t* portName, uint32_t baud, const wchar_t* reportLabel)
+{
+    if (!OpenPort(portName)) return false;
+    WaitServingSentMessages(SettleMs);
+    PortAsFound found;
+    if (!IsPortOpen() || !QueryPort(found)) return false;
+    if (reportLabel)
+        WriteSerialReport(reportLabel, PortProperties, PortDcb, found.timeouts, found.errors, found.status);
+    return ConfigurePort(portName, baud, found.timeouts) && StartReader();
+}
+
+} // namespace
+
+bool PortOpen(const wchar_t* portName, uint32_t baud, const wchar_t* reportLabel)
+{
+    if (IsOpening) return false; // asked for by a message that the opening's waits serve
+    IsOpening = true;
+    const bool runs = OpenAndStart(portName, baud, reportLabel);
+    IsOpening = false;
+    return runs;
+}
+
+bool IsPortBusy()
+{
+    return IsOpening || ReaderThreadHandle;
 }
 
 void PortSetBaud(uint32_t baud)
 {
-    PortDcb.BaudRate = baud;
-    const int32_t rate = FindBaudrate(baud);
+    DCB wanted = PortDcb;
+    SetLineSettings(wanted);
+    wanted.BaudRate = baud;
+    if (wanted.DCBlength > DcbLength) wanted.DCBlength = DcbLength;
+    if (SetCommState(PortHandle.load(), &wanted))
+        PortDcb = wanted;
+    else
+        ShowPortError(L"SetCommState", IsPortOpen());
+    const int32_t rate = FindBaudrate(PortDcb.BaudRate);
     if (IsBaudIndex(rate)) BaudrateIdx.store(rate);
-    if (PortDcb.DCBlength > DcbLength) PortDcb.DCBlength = DcbLength;
-    if (!SetCommState(PortHandle.load(), &PortDcb)) ShowLastError(L"SetCommState");
 }
 
 bool PortCloseHandle()

@@ -4,9 +4,7 @@
 #include <cstring>
 #include <cwchar>
 
-#include "resources/resource_ids.h"
 #include "text/format.h"
-#include "ui/active_dialog.h"
 #include "ui/dialog_support.h"
 #include "ui/error_boxes.h"
 
@@ -217,19 +215,15 @@ void StatusBlock(Block& block, const COMSTAT& status)
 
 // ---- File ---------------------------------------------------------------------------------------------
 
-// Puts the selected port's label into `label`, and the name of its report's file into `path`. False when no
-// port is selected or the name would be too long.
-bool NameReport(wchar_t (&label)[PathCapacity], wchar_t (&path)[PathCapacity + ExtraLength])
+// Puts the name of the report's file into `path`. False when there is no label or the name would be too long.
+bool NameReport(const wchar_t* label, wchar_t (&path)[PathCapacity + ExtraLength])
 {
     wchar_t folder[MAX_PATH] = L"";
     if (!SHGetSpecialFolderPathW(nullptr, folder, IsSmartphone() ? CSIDL_APPDATA : CSIDL_PERSONAL, FALSE))
         folder[0] = 0;
     wchar_t start[MAX_PATH + 1];
     const uint32_t length = Format(start, L"%s\\", folder);
-    if (length >= PathCapacity) return false;
-    const uint32_t labelLength = GetSelectedListText(OpenDialogOfKind(DialogKind::Communication),
-                                                     CONTROL_COM_PORT, label, PathCapacity - length);
-    if (!labelLength) return false;
+    if (!*label || length + std::wcslen(label) >= PathCapacity) return false;
     Format(path, L"%s%s", start, label);
     wchar_t* c = path + length;
     for (; *c; ++c) {
@@ -251,10 +245,10 @@ void WriteBlock(HANDLE file, const char* text)
 
 } // namespace
 
-void WriteSerialReport(const COMMPROP& properties, const DCB& dcb, const COMMTIMEOUTS& timeouts, DWORD errors,
-                       const COMSTAT& status)
+void WriteSerialReport(const wchar_t* label, const COMMPROP& properties, const DCB& dcb,
+                       const COMMTIMEOUTS& timeouts, DWORD errors, const COMSTAT& status)
 {
-    wchar_t label[PathCapacity], path[PathCapacity + ExtraLength];
+    wchar_t path[PathCapacity + ExtraLength];
     if (!NameReport(label, path)) return;
     const HANDLE file =
         CreateFileW(path, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);

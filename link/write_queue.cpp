@@ -1,5 +1,6 @@
 #include "link/write_queue.h"
 
+#include "link/port_errors.h"
 #include "ui/error_boxes.h"
 
 std::atomic<HANDLE> PortHandle{INVALID_HANDLE_VALUE};
@@ -35,7 +36,7 @@ void PortWriteBuffer()
     DWORD written = 0;
     if (port != INVALID_HANDLE_VALUE && count) {
         if (!WriteFile(port, bytes, count, &written, nullptr))
-            ShowLastError(L"WriteFile 2");
+            ShowPortError(L"WriteFile 2", true);
         else if (written != count)
             ShowShortWrite(written, count);
     }

@@ -127,7 +127,10 @@ BOOL GetSaveFileNameW(OPENFILENAMEW* dialog)
                            dialog->nFilterIndex, dialog->Flags, dialog->nMaxFile, dialog->hwndOwner});
     const bool closed = ShowModal(dialog->hwndOwner, L"Save As", [](HWND window) { RunSteps(window, {}); });
     if (!closed || SavePath.empty()) return FALSE;
-    if (SavePath.size() >= dialog->nMaxFile) return FALSE;
+    if (SavePath.size() >= dialog->nMaxFile) {
+        dialog->lpstrFile[0] = static_cast<wchar_t>(SavePath.size() + 1); // the room that it needs
+        return FALSE;
+    }
     std::copy_n(SavePath.c_str(), SavePath.size() + 1, dialog->lpstrFile);
     dialog->nFilterIndex = SaveFilter;
     const size_t name = SavePath.find_last_of(L'\\') + 1, dot = SavePath.find_last_of(L'.') + 1;

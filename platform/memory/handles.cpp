@@ -77,7 +77,9 @@ HANDLE CreateFileW(const wchar_t* name, DWORD access, DWORD share, void*, DWORD 
 {
     if (Fails(Call::CreateFileW)) return INVALID_HANDLE_VALUE;
     uint32_t number = 0;
-    return ParsePortName(name, number) ? OpenPort(number) : OpenFile(name, access, share, disposition);
+    if (!ParsePortName(name, number)) return OpenFile(name, access, share, disposition);
+    if (share != 0) return Fail(ERROR_INVALID_PARAMETER), INVALID_HANDLE_VALUE; // a port is opened alone
+    return OpenPort(number);
 }
 
 BOOL ReadFile(HANDLE file, void* buffer, DWORD count, DWORD* read, void*)

@@ -53,8 +53,10 @@ LineState OrdinaryLine()
     return line;
 }
 
-bool ParsePortName(const std::wstring& name, uint32_t& number)
+// A device's name stays one with an extension behind it.
+bool ParsePortName(const std::wstring& path, uint32_t& number)
 {
+    const std::wstring name = path.substr(0, path.find(L'.'));
     if (name.size() < 5 || name.size() > 7 || Lower(name.substr(0, 3)) != L"com" || name.back() != L':')
         return false;
     number = 0;

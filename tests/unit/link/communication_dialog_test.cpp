@@ -301,6 +301,149 @@ TEST_F(CommunicationDialog, BoxesBelongToTheDialogWhenAnotherProgramIsInFront)
     });
 }
 
+// ---- Presses that come too late or too early ----------------------------------------------------------
+
+// What an automation tool does: it sends presses to a button, however that looks.
+void Press(HWND dialog, int control)
+{
+    SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(static_cast<WORD>(control), BN_CLICKED), 0);
+}
+
+TEST_F(CommunicationDialog, OpenAndFindLeaveAnOpenPortAlone)
+{
+    HeadlessPort& port = HeadlessAddPort(3);
+    HeadlessStream(port, Nmea, ByteMicroseconds);
+    InDialog([&](HWND dialog) {
+        OpenCom3(dialog);
+        for (const int control : {CONTROL_COM_OPEN, CONTROL_COM_FIND_BAUD, CONTROL_COM_FIND_PORT}) {
+            Press(dialog, control);
+            EXPECT_EQ(port.opens, 1u) << control;
+            EXPECT_EQ(HeadlessLiveThreads(), 1u) << control;
+            EXPECT_EQ(Protocol(dialog), L"NMEA") << control;
+            EXPECT_EQ(EnabledControls(dialog), PortOpened) << control;
+        }
+    });
+    EXPECT_EQ(port.rates, std::vector<DWORD>{4800});
+}
+
+struct PressRow {
+    const char* name;
+    int first, second;
+    uint32_t after; // milliseconds
+};
+
+class PressDuringAWait : public CommunicationDialog, public testing::WithParamInterface<PressRow>
+{
+protected:
+    static DWORD WINAPI PressLater(void* dialog)
+    {
+        Sleep(GetParam().after);
+        Press(static_cast<HWND>(dialog), GetParam().second);
+        return 0;
+    }
+};
+
+constexpr PressRow Presses[] = {
+    {"OpenWhileThePortIsBeingOpened", CONTROL_COM_OPEN, CONTROL_COM_OPEN, 1000},
+    {"OpenWhileTheReceiverIsAwaited", CONTROL_COM_OPEN, CONTROL_COM_OPEN, 3000},
+    {"CloseWhileThePortIsBeingOpened", CONTROL_COM_OPEN, CONTROL_COM_CLOSE, 1000},
+    {"CloseWhileTheReceiverIsAwaited", CONTROL_COM_OPEN, CONTROL_COM_CLOSE, 3000},
+    {"FindWhileThePortIsBeingOpened", CONTROL_COM_OPEN, CONTROL_COM_FIND_BAUD, 1000},
+    {"OpenDuringASearch", CONTROL_COM_FIND_BAUD, CONTROL_COM_OPEN, 3000},
+    {"FindDuringASearch", CONTROL_COM_FIND_BAUD, CONTROL_COM_FIND_PORT, 3000},
+};
+INSTANTIATE_TEST_SUITE_P(All, PressDuringAWait, testing::ValuesIn(Presses),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST_P(PressDuringAWait, ChangesNothing)
+{
+    HeadlessPort& port = HeadlessAddPort(3);
+    const bool searches = GetParam().first == CONTROL_COM_FIND_BAUD;
+    InDialog([&](HWND dialog) {
+        Select(dialog, 3, 2);
+        CloseHandle(CreateThread(nullptr, 0, PressLater, dialog, 0, nullptr));
+        HeadlessClick(dialog, GetParam().first);
+        EXPECT_EQ(port.opens, 1u);
+        EXPECT_EQ(port.closes, searches ? 1u : 0u);
+        EXPECT_EQ(HeadlessLiveThreads(), searches ? 0u : 1u);
+        EXPECT_EQ(EnabledControls(dialog), searches ? PortClosed : PortOpened);
+    });
+    EXPECT_TRUE(HeadlessBoxes().empty());
+}
+
+// Some drivers need the rest after a close.
+TEST_F(CommunicationDialog, OpenWhileThePortIsBeingClosedChangesNothing)
+{
+    static HWND window;
+    const auto openLater = [](void*) -> DWORD {
+        Sleep(300);
+        Press(window, CONTROL_COM_OPEN);
+        return 0;
+    };
+    HeadlessPort& port = HeadlessAddPort(3);
+    HeadlessStream(port, Nmea, ByteMicroseconds);
+    InDialog([&](HWND dialog) {
+        OpenCom3(dialog);
+        window = dialog;
+        CloseHandle(CreateThread(nullptr, 0, openLater, nullptr, 0, nullptr));
+        HeadlessClick(dialog, CONTROL_COM_CLOSE);
+        EXPECT_EQ(port.opens, 1u);
+        EXPECT_EQ(EnabledControls(dialog), PortClosed);
+    });
+}
+
+TEST_F(CommunicationDialog, CancelTwiceInAWaitEndsOnce)
+{
+    static HWND window;
+    const auto cancelTwice = [](void*) -> DWORD {
+        Sleep(1000);
+        Press(window, IDCANCEL);
+        Press(window, IDCANCEL);
+        return 0;
+    };
+    HeadlessAddPort(3);
+    InDialog([&](HWND dialog) {
+        window = dialog;
+        CloseHandle(CreateThread(nullptr, 0, cancelTwice, nullptr, 0, nullptr));
+        OpenCom3(dialog);
+    });
+    EXPECT_TRUE(HeadlessBoxes().empty());
+    EXPECT_EQ(ActiveDialogKind.load(), DialogKind::None);
+}
+
+// A search may leave a port open whose driver has no rate; the port has no reader, and "Open" can be pressed.
+TEST_F(CommunicationDialog, OpenClosesWhatASearchHasLeftOpen)
+{
+    HeadlessAddPort(9).dcb.BaudRate = 0;
+    HeadlessStream(HeadlessAddPort(3), Nmea, ByteMicroseconds);
+    HeadlessGetPort(3).deviceRate = 4800;
+    InDialog([](HWND dialog) {
+        HeadlessChoose(dialog, CONTROL_COM_PORT, 9);
+        HeadlessClick(dialog, CONTROL_COM_FIND_BAUD);
+        EXPECT_TRUE(HeadlessGetPort(9).isOpen);
+        OpenCom3(dialog);
+        EXPECT_FALSE(HeadlessGetPort(9).isOpen);
+        EXPECT_TRUE(HeadlessGetPort(3).isOpen);
+        EXPECT_EQ(Protocol(dialog), L"NMEA");
+    });
+}
+
+// The rate that is recorded is the line's, not the list's.
+TEST_F(CommunicationDialog, RefusedRateIsNotStored)
+{
+    HeadlessPort& port = HeadlessAddPort(3);
+    port.dcb.BaudRate = 9600;
+    port.deviceRate = 9600;
+    HeadlessStream(port, Nmea, 1042);
+    HeadlessFailCall("SetCommState", 1, ERROR_INVALID_PARAMETER);
+    InDialog([](HWND dialog) {
+        OpenCom3(dialog, 7);
+        EXPECT_EQ(Protocol(dialog), L"NMEA");
+    });
+    EXPECT_EQ(BaudrateIdx.load(), 3);
+    EXPECT_EQ(Setting(L"BaudrateIdx"), 3);
+}
+
 // ---- The program ends meanwhile -----------------------------------------------------------------------
 
 class EndOfTheProgram : public CommunicationDialog
@@ -442,6 +585,37 @@ TEST_F(CommunicationDialog, OpenCountsBytesFromZero)
     InDialog([](HWND dialog) {
         OpenCom3(dialog);
         EXPECT_EQ(Status(dialog), L"Bytes Received 3");
+    });
+}
+
+// ---- Log ----------------------------------------------------------------------------------------------
+
+TEST_F(CommunicationDialog, ButtonsFollowALogThatEndsByItself)
+{
+    HeadlessStream(HeadlessAddPort(3), Nmea, ByteMicroseconds);
+    HeadlessAnswerSaveDialog(L"\\a.txt", 1);
+    InDialog([](HWND dialog) {
+        OpenCom3(dialog);
+        HeadlessClick(dialog, CONTROL_COM_LOG_OPEN);
+        EXPECT_EQ(HeadlessFocus(dialog), CONTROL_COM_LOG_CLOSE);
+        HeadlessFailCall("WriteFile", 1, ERROR_DISK_FULL, FailMode::FromHereOn);
+        HeadlessPass(2000);
+        HeadlessClearFaults();
+        EXPECT_EQ(EnabledControls(dialog), PortOpened);
+        EXPECT_EQ(HeadlessFocus(dialog), CONTROL_COM_LOG_OPEN); // the keyboard is not lost with the button
+    });
+}
+
+TEST_F(CommunicationDialog, LogThatEndsByItselfLeavesTheFocusElsewhere)
+{
+    HeadlessAnswerSaveDialog(L"\\a.txt", 1);
+    InDialog([](HWND dialog) {
+        HeadlessClick(dialog, CONTROL_COM_LOG_OPEN);
+        HeadlessChoose(dialog, CONTROL_COM_PORT, 4);
+        LogClose(); // not by the button
+        HeadlessPass(1000);
+        EXPECT_EQ(EnabledControls(dialog), PortClosed);
+        EXPECT_EQ(HeadlessFocus(dialog), CONTROL_COM_PORT);
     });
 }
 

@@ -125,6 +125,48 @@ TEST_F(ReceiverLog, LongestNameIsTakenAsItIs)
     EXPECT_TRUE(HeadlessFileExists(name));
 }
 
+TEST_F(ReceiverLog, NameThatIsTooLongIsReported)
+{
+    SetLastError(206); // the system's "name too long"
+    ShowLastError(L"same error");
+    HeadlessAnswerSaveDialog(L"\\" + std::wstring(259, L'x'), 1);
+    EXPECT_FALSE(LogOpen());
+    ASSERT_EQ(HeadlessBoxes().size(), 2u);
+    EXPECT_EQ(HeadlessBoxes()[1].caption, L"CreateFile File");
+    EXPECT_EQ(HeadlessBoxes()[1].text, HeadlessBoxes()[0].text);
+}
+
+TEST_F(ReceiverLog, PortIsNoLog)
+{
+    HeadlessAddPort(3);
+    HeadlessAnswerSaveDialog(L"COM3:", 3);
+    EXPECT_FALSE(LogOpen());
+    ASSERT_EQ(HeadlessBoxes().size(), 1u);
+    EXPECT_TRUE(IsBox(HeadlessBoxes()[0], L"CreateFile File", L"A port cannot be the log. Choose a file."));
+    EXPECT_EQ(HeadlessOpenHandles(), 0u);
+}
+
+TEST_F(ReceiverLog, OpenLogIsNotOpenedAgain)
+{
+    HeadlessAnswerSaveDialog(L"\\a.txt", 1);
+    EXPECT_TRUE(LogOpen());
+    HeadlessAnswerSaveDialog(L"\\b.txt", 1);
+    EXPECT_TRUE(LogOpen());
+    EXPECT_EQ(HeadlessSaveDialogs().size(), 1u);
+    EXPECT_FALSE(HeadlessFileExists(L"\\b.txt"));
+    EXPECT_TRUE(LogClose());
+    EXPECT_EQ(HeadlessOpenHandles(), 0u);
+}
+
+TEST_F(ReceiverLog, SaveDialogBelongsToTheWindowInFront)
+{
+    HWND window = MakeMainWindow();
+    HeadlessAnswerSaveDialog(L"", 1);
+    LogOpen();
+    EXPECT_EQ(HeadlessSaveDialogs().back().owner, window);
+    DestroyWindow(window);
+}
+
 TEST_F(ReceiverLog, ExistingFileIsWrittenOverFromItsStart)
 {
     HeadlessWriteFile(L"\\a.txt", "0123456789");

@@ -91,6 +91,7 @@ TEST_F(SerialPort, TimeoutsMakeReadsReturnAtOnceAndWritesWaitLongerAtHigherRates
         uint32_t baud, multiplier;
     };
     HeadlessPort& port = HeadlessAddPort(3);
+    port.timeouts = {1, 2, 3, 4, 5}; // a driver's own
     for (const Row row : {Row{1200, 1}, Row{19200, 1}, Row{38400, 2}, Row{57600, 3}, Row{115200, 6}}) {
         ASSERT_TRUE(PortOpen(L"COM3:", row.baud));
         EXPECT_EQ(port.timeouts.ReadIntervalTimeout, 0xFFFFFFFFu);
@@ -102,19 +103,164 @@ TEST_F(SerialPort, TimeoutsMakeReadsReturnAtOnceAndWritesWaitLongerAtHigherRates
     }
 }
 
+constexpr wchar_t NoDevice[] = L"There is no device at this port. Is the receiver plugged in?";
+
 TEST_F(SerialPort, MissingPortIsNamed)
 {
     EXPECT_FALSE(PortOpen(L"COM5:", 4800));
     ASSERT_EQ(HeadlessBoxes().size(), 1u);
-    EXPECT_EQ(HeadlessBoxes()[0].caption, L"Cannot open COM5:");
-    SetLastError(ERROR_FILE_NOT_FOUND);
-    HeadlessClearBoxes();
-    ShowLastError(L"same error");
-    const std::wstring expected = HeadlessBoxes()[0].text;
-    HeadlessClearBoxes();
-    PortOpen(L"COM5:", 4800);
-    EXPECT_EQ(HeadlessBoxes()[0].text, expected); // the open's own error, whatever was done since
+    EXPECT_TRUE(IsBox(HeadlessBoxes()[0], L"Cannot open COM5:", NoDevice));
     EXPECT_EQ(HeadlessElapsed(), 0u);
+}
+
+TEST_F(SerialPort, PortThatCannotBeOpenedIsExplained)
+{
+    const struct {
+        DWORD error;
+        const wchar_t* text;
+    } rows[] = {
+        {2, NoDevice},
+        {3, NoDevice},
+        {20, NoDevice},
+        {55, NoDevice},
+        {433, NoDevice},
+        {5, L"Another program uses this port, or you have no permission to use it."},
+        {32, L"Another program uses this port. End it first."},
+        {170, L"Another program uses this port. End it first."},
+        {2404, L"Another program uses this port. End it first."},
+        {21, L"The device no longer answers. Is the receiver still plugged in?"},
+        {22, L"The device no longer answers. Is the receiver still plugged in?"},
+        {1167, L"The device no longer answers. Is the receiver still plugged in?"},
+    };
+    HeadlessAddPort(3);
+    for (const auto& row : rows) {
+        HeadlessClearBoxes();
+        HeadlessFailCall("CreateFileW", 1, row.error);
+        EXPECT_FALSE(PortOpen(L"COM3:", 4800));
+        ASSERT_EQ(HeadlessBoxes().size(), 1u);
+        EXPECT_TRUE(IsBox(HeadlessBoxes()[0], L"Cannot open COM3:", row.text)) << row.error;
+    }
+}
+
+// What has no sentence of its own shows the system's text of the open's error, whatever was done since.
+TEST_F(SerialPort, PortThatCannotBeOpenedForAnotherReasonShowsTheSystemsText)
+{
+    HeadlessAddPort(3);
+    for (const DWORD error : {1u, 6u, 31u, 50u, 112u}) {
+        SetLastError(error);
+        ShowLastError(L"same error");
+        HeadlessFailCall("CreateFileW", 1, error);
+        EXPECT_FALSE(PortOpen(L"COM3:", 4800));
+        ASSERT_EQ(HeadlessBoxes().size(), 2u);
+        EXPECT_EQ(HeadlessBoxes()[1].text, HeadlessBoxes()[0].text);
+        HeadlessClearBoxes();
+    }
+}
+
+TEST_F(SerialPort, DeviceThatIsNoSerialPortIsExplained)
+{
+    HeadlessAddPort(3);
+    for (const DWORD error : {1u, 6u, 50u}) {
+        HeadlessClearBoxes();
+        HeadlessFailCall("GetCommState", 1, error);
+        EXPECT_TRUE(PortOpen(L"COM3:", 4800));
+        ASSERT_EQ(HeadlessBoxes().size(), 1u);
+        EXPECT_TRUE(
+            IsBox(HeadlessBoxes()[0], L"GetCommState", L"The device at this port is not a serial port."));
+        HeadlessClearFaults();
+        PortClose();
+    }
+}
+
+TEST_F(SerialPort, DeviceThatIsGoneIsExplained)
+{
+    HeadlessAddPort(3);
+    ASSERT_TRUE(PortOpen(L"COM3:", 4800));
+    HeadlessFailCall("WriteFile", 1, 21);
+    PortWrite('a');
+    PortWriteBuffer();
+    HeadlessFailCall("SetCommState", 1, 21);
+    PortSetBaud(9600);
+    ASSERT_EQ(HeadlessBoxes().size(), 2u);
+    constexpr wchar_t Gone[] = L"The device no longer answers. Is the receiver still plugged in?";
+    EXPECT_TRUE(IsBox(HeadlessBoxes()[0], L"WriteFile 2", Gone));
+    EXPECT_TRUE(IsBox(HeadlessBoxes()[1], L"SetCommState", Gone));
+}
+
+// The next start must find the receiver, which still has the rate that it had.
+TEST_F(SerialPort, RefusedRateIsNotRecorded)
+{
+    HeadlessPort& port = HeadlessAddPort(3);
+    ASSERT_TRUE(PortOpen(L"COM3:", 4800));
+    HeadlessFailCall("SetCommState", 1, ERROR_INVALID_PARAMETER);
+    PortSetBaud(115200);
+    EXPECT_EQ(Captions(), Texts{L"SetCommState"});
+    EXPECT_EQ(BaudrateIdx.load(), 2);
+    EXPECT_EQ(PortDcb.BaudRate, 4800u);
+    EXPECT_EQ(port.dcb.BaudRate, 4800u);
+}
+
+TEST_F(SerialPort, RateThatIsRefusedAtTheOpeningLeavesTheDrivers)
+{
+    HeadlessAddPort(3).dcb.BaudRate = 9600;
+    BaudrateIdx.store(7);
+    HeadlessFailCall("SetCommState", 1, ERROR_INVALID_PARAMETER);
+    ASSERT_TRUE(PortOpen(L"COM3:", 115200));
+    EXPECT_EQ(BaudrateIdx.load(), 3);
+    EXPECT_EQ(PortDcb.BaudRate, 9600u);
+    EXPECT_EQ(PortDcb.fRtsControl, HeadlessGetPort(3).dcb.fRtsControl); // nothing was set
+    PortSetBaud(4800);
+    EXPECT_EQ(HeadlessGetPort(3).dcb.fRtsControl, 1u); // with the rest of the line's settings
+}
+
+// A driver may have a call that waits for events; it ends before the handle does.
+TEST_F(SerialPort, WaitForEventsIsReleasedBeforeTheHandleIsClosed)
+{
+    HeadlessAddPort(3);
+    ASSERT_TRUE(PortOpen(L"COM3:", 4800));
+    HeadlessFailCall("CloseHandle", 1, ERROR_GEN_FAILURE);
+    HeadlessFailCall("SetCommMask", 1, ERROR_GEN_FAILURE);
+    PortClose();
+    EXPECT_EQ(HeadlessFailedCall(), "SetCommMask");
+    EXPECT_EQ(Captions(), Texts{L"CloseHandle"});
+}
+
+DWORD WINAPI OpenAgain(void* window)
+{
+    Sleep(1000);
+    SendMessageW(static_cast<HWND>(window), WM_USER, 0, 0);
+    return 0;
+}
+bool OpenedAgain = true;
+LRESULT CALLBACK OpeningProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_USER) {
+        EXPECT_TRUE(IsPortBusy());
+        OpenedAgain = PortOpen(L"COM4:", 9600);
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+TEST_F(SerialPort, OpeningThatComesDuringAnotherIsRefused)
+{
+    WNDCLASSW opening = {};
+    opening.lpszClassName = L"Opening";
+    opening.lpfnWndProc = OpeningProcedure;
+    RegisterClassW(&opening);
+    const HWND window =
+        CreateWindowExW(0, L"Opening", L"", 0, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+    HeadlessAddPort(3);
+    HeadlessAddPort(4);
+    CloseHandle(CreateThread(nullptr, 0, OpenAgain, window, 0, nullptr));
+    EXPECT_TRUE(PortOpen(L"COM3:", 4800));
+    EXPECT_FALSE(OpenedAgain);
+    EXPECT_EQ(HeadlessGetPort(3).opens, 1u);
+    EXPECT_EQ(HeadlessGetPort(4).opens, 0u);
+    EXPECT_TRUE(IsPortBusy());
+    EXPECT_EQ(HeadlessLiveThreads(), 1u);
+    PortClose();
+    EXPECT_FALSE(IsPortBusy());
+    DestroyWindow(window);
 }
 
 TEST_F(SerialPort, MissingPortIsSilentDuringASearch)

@@ -218,19 +218,23 @@ TEST_F(SerialReport, TellsHowThePortWasFound)
     EXPECT_NE(HeadlessFileContent(Documents + L"COM1;.txt").find("BaudRate\t2400\r\n"), std::string::npos);
 }
 
-TEST_F(SerialReport, OnlyInTheCommunicationDialog)
+TEST_F(SerialReport, OnlyWhereTheCallerWantsIt)
 {
     HeadlessAddPort(1);
-    PublishDialog(DialogKind::SetSerialPort, nullptr);
-    const COMMPROP properties = {};
-    WriteSerialReport(properties, {}, {}, 0, {});
-    EXPECT_FALSE(HeadlessFileExists(Documents + L"COM1;.txt"));
-    EXPECT_EQ(HeadlessOpenHandles(), 0u);
+    InDialog([](HWND dialog) {
+        HeadlessChoose(dialog, CONTROL_COM_PORT, 1);
+        EXPECT_TRUE(PortOpen(L"COM1:", 4800));
+        EXPECT_FALSE(HeadlessFileExists(Documents + L"COM1;.txt"));
+        PortClose();
+        EXPECT_TRUE(PortOpen(L"COM1:", 4800, L"COM1: of another name"));
+        PortClose();
+    });
+    EXPECT_TRUE(HeadlessFileExists(Documents + L"COM1; of another name.txt"));
 }
 
-TEST_F(SerialReport, NoSelectionNoReport)
+TEST_F(SerialReport, NoLabelNoReport)
 {
-    InDialog([](HWND) { WriteSerialReport({}, {}, {}, 0, {}); });
+    WriteSerialReport(L"", {}, {}, {}, 0, {});
     EXPECT_EQ(HeadlessOpenHandles(), 0u);
     EXPECT_TRUE(HeadlessBoxes().empty());
     EXPECT_FALSE(HeadlessFileExists(Documents + L".txt"));
