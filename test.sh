@@ -27,6 +27,11 @@ check_format() {
     sources | xargs -0 clang-format --dry-run -Werror
 }
 
+# The product's folders and the console program, as the preset native compiles them.
+check_constructs() {
+    run-clang-tidy -quiet -p build/native "^$PWD/(app|console|graph|link|nmea|settings|sirf|sky|text|ui)/"
+}
+
 # test_preset PRESET: builds a preset and runs its unit tests.
 test_preset() {
     step "build $1" tools/build.sh "$1" && step "unit tests, $1" ctest --preset "$1"
@@ -60,6 +65,7 @@ if step "packages" tools/install_packages.sh testing packaging web; then
     step "rows of the mutation check" tests/mutation/mutate.py --check
     step "user guide" tools/check_guide
     test_preset native
+    step "constructs" check_constructs
     test_preset native-asan
     step "races" tests/races/run.sh
     step "build desktop" tools/build.sh desktop && step "desktop tests" python_tests tests/desktop

@@ -6,11 +6,14 @@
 #include <fstream>
 #include <memory>
 
+namespace
+{
+
 constexpr UINT AnswerMs = 5000; // a window that has not answered by then is reported as hanging
 
 // ---- Words --------------------------------------------------------------------------------------------
 
-static long long Number(const std::wstring& word)
+long long Number(const std::wstring& word)
 {
     size_t used = 0;
     const long long value = std::stoll(word, &used, 0);
@@ -18,26 +21,26 @@ static long long Number(const std::wstring& word)
     return value;
 }
 
-static HWND Window(const std::wstring& word)
+HWND Window(const std::wstring& word)
 {
     const HWND window = reinterpret_cast<HWND>(Number(word));
     if (!IsWindow(window)) throw Refused("no such window");
     return window;
 }
 
-static std::string Done()
+Json Done()
 {
-    return Object({});
+    return Json::object();
 }
 
-static long long Id(HWND window)
+long long Id(HWND window)
 {
     return reinterpret_cast<long long>(window);
 }
 
 // ---- Windows and controls -----------------------------------------------------------------------------
 
-static LRESULT Send(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+LRESULT Send(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     DWORD_PTR result = 0;
     if (!SendMessageTimeoutW(window, message, wParam, lParam, SMTO_BLOCK, AnswerMs, &result))
@@ -45,13 +48,13 @@ static LRESULT Send(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
     return LRESULT(result);
 }
 
-static std::wstring ClassOf(HWND window)
+std::wstring ClassOf(HWND window)
 {
     wchar_t name[256] = {};
     return {name, size_t(GetClassNameW(window, name, 256))};
 }
 
-static std::wstring TextOf(HWND window)
+std::wstring TextOf(HWND window)
 {
     std::wstring text(size_t(Send(window, WM_GETTEXTLENGTH, 0, 0)) + 1, L'\0');
     const LRESULT length = Send(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
@@ -59,13 +62,12 @@ static std::wstring TextOf(HWND window)
     return text;
 }
 
-static std::string Rectangle(const RECT& r)
+Json Rectangle(const RECT& r)
 {
-    return Array(
-        {std::to_string(r.left), std::to_string(r.top), std::to_string(r.right), std::to_string(r.bottom)});
+    return Json::array({r.left, r.top, r.right, r.bottom});
 }
 
-static RECT ClientOnScreen(HWND window)
+RECT ClientOnScreen(HWND window)
 {
     RECT client = {};
     GetClientRect(window, &client);
@@ -74,75 +76,74 @@ static RECT ClientOnScreen(HWND window)
 }
 
 // What is true of every window, without asking the program that owns it, which may be busy.
-static std::vector<std::string> Members(HWND window)
+Json Members(HWND window)
 {
     DWORD process = 0;
     GetWindowThreadProcessId(window, &process);
     RECT outer = {};
     GetWindowRect(window, &outer);
     return {
-        Member("window", Id(window)),
-        Member("class", Quoted(ClassOf(window))),
-        Member("process", process),
-        Member("owner", Id(GetWindow(window, GW_OWNER))),
-        Flag("visible", IsWindowVisible(window)),
-        Flag("enabled", IsWindowEnabled(window)),
-        Flag("iconic", IsIconic(window)),
-        Flag("foreground", GetForegroundWindow() == window),
-        Member("style", GetWindowLongW(window, GWL_STYLE)),
-        Member("exstyle", GetWindowLongW(window, GWL_EXSTYLE)),
-        Member("outer", Rectangle(outer)),
-        Member("client", Rectangle(ClientOnScreen(window))),
+        {"window", Id(window)},
+        {"class", Utf8(ClassOf(window))},
+        {"process", process},
+        {"owner", Id(GetWindow(window, GW_OWNER))},
+        {"visible", IsWindowVisible(window) != 0},
+        {"enabled", IsWindowEnabled(window) != 0},
+        {"iconic", IsIconic(window) != 0},
+        {"foreground", GetForegroundWindow() == window},
+        {"style", GetWindowLongW(window, GWL_STYLE)},
+        {"exstyle", GetWindowLongW(window, GWL_EXSTYLE)},
+        {"outer", Rectangle(outer)},
+        {"client", Rectangle(ClientOnScreen(window))},
     };
 }
 
-static BOOL CALLBACK Collect(HWND window, LPARAM list)
+BOOL CALLBACK Collect(HWND window, LPARAM list)
 {
     reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
     return TRUE;
 }
 
 // Visible top-level windows, front to back.
-static std::string ListWindows(const Words&)
+Json ListWindows(const Words&)
 {
     std::vector<HWND> windows;
     EnumWindows(Collect, reinterpret_cast<LPARAM>(&windows));
-    std::vector<std::string> elements;
+    Json elements = Json::array();
     for (const HWND window : windows) {
         if (!IsWindowVisible(window)) continue;
         wchar_t title[256] = {};
         GetWindowTextW(window, title, 256);
-        std::vector<std::string> members = Members(window);
-        members.push_back(Member("text", Quoted(title)));
-        elements.push_back(Object(members));
+        Json members = Members(window);
+        members["text"] = Utf8(title);
+        elements.push_back(members);
     }
-    return Object({Member("windows", Array(elements))});
+    return {{"windows", elements}};
 }
 
-static std::string ListControls(const Words& words)
+Json ListControls(const Words& words)
 {
     std::vector<HWND> controls;
     EnumChildWindows(Window(words[1]), Collect, reinterpret_cast<LPARAM>(&controls));
-    std::vector<std::string> elements;
+    Json elements = Json::array();
     for (const HWND control : controls) {
-        std::vector<std::string> members = Members(control);
-        members.push_back(Member("id", GetDlgCtrlID(control)));
-        members.push_back(Member("text", Quoted(TextOf(control))));
-        if (ClassOf(control) == L"Button")
-            members.push_back(Member("checked", Send(control, BM_GETCHECK, 0, 0)));
-        elements.push_back(Object(members));
+        Json members = Members(control);
+        members["id"] = GetDlgCtrlID(control);
+        members["text"] = Utf8(TextOf(control));
+        if (ClassOf(control) == L"Button") members["checked"] = Send(control, BM_GETCHECK, 0, 0);
+        elements.push_back(members);
     }
-    return Object({Member("controls", Array(elements))});
+    return {{"controls", elements}};
 }
 
-static std::string SetText(const Words& words)
+Json SetText(const Words& words)
 {
     Send(Window(words[1]), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(words[2].c_str()));
     return Done();
 }
 
 // Presses a button the way a user can: not while it, or the window that it stands in, is disabled.
-static std::string Click(const Words& words)
+Json Click(const Words& words)
 {
     const HWND button = Window(words[1]);
     if (!IsWindowVisible(button)) throw Refused("the button is not visible");
@@ -164,31 +165,29 @@ constexpr ListMessages ListKinds[] = {
     {L"ListBox", LB_GETCOUNT, LB_GETTEXTLEN, LB_GETTEXT, LB_GETCURSEL, LB_SETCURSEL, LBN_SELCHANGE},
 };
 
-static const ListMessages& KindOf(HWND list)
+const ListMessages& KindOf(HWND list)
 {
-    for (const ListMessages& kind : ListKinds) {
+    for (const ListMessages& kind : ListKinds)
         if (ClassOf(list) == kind.className) return kind;
-    }
     throw Refused("not a list");
 }
 
-static std::string ListItems(const Words& words)
+Json ListItems(const Words& words)
 {
     const HWND list = Window(words[1]);
     const ListMessages& kind = KindOf(list);
-    std::vector<std::string> items;
+    Json items = Json::array();
     const LRESULT count = Send(list, kind.count, 0, 0);
     for (WPARAM i = 0; LRESULT(i) < count; i++) {
         std::wstring text(size_t(Send(list, kind.textLength, i, 0)) + 1, L'\0');
         text.resize(size_t(Send(list, kind.text, i, reinterpret_cast<LPARAM>(text.data()))));
-        items.push_back(Quoted(text));
+        items.push_back(Utf8(text));
     }
-    return Object(
-        {Member("items", Array(items)), Member("selection", int(Send(list, kind.selection, 0, 0)))});
+    return {{"items", items}, {"selection", int(Send(list, kind.selection, 0, 0))}};
 }
 
 // Selects an item by its place and tells the dialog, as a choice by hand does.
-static std::string Select(const Words& words)
+Json Select(const Words& words)
 {
     const HWND list = Window(words[1]);
     const ListMessages& kind = KindOf(list);
@@ -199,7 +198,7 @@ static std::string Select(const Words& words)
 
 // ---- Messages and keys --------------------------------------------------------------------------------
 
-static std::string Post(const Words& words)
+Json Post(const Words& words)
 {
     if (!PostMessageW(Window(words[1]), UINT(Number(words[2])), WPARAM(Number(words[3])),
                       LPARAM(Number(words[4]))))
@@ -207,24 +206,24 @@ static std::string Post(const Words& words)
     return Done();
 }
 
-static std::string SendAndWait(const Words& words)
+Json SendAndWait(const Words& words)
 {
-    return Object({Member("result", Send(Window(words[1]), UINT(Number(words[2])), WPARAM(Number(words[3])),
-                                         LPARAM(Number(words[4]))))});
+    return {{"result", Send(Window(words[1]), UINT(Number(words[2])), WPARAM(Number(words[3])),
+                            LPARAM(Number(words[4])))}};
 }
 
 // The control that has the focus in the program of a window, 0 none.
-static std::string Focus(const Words& words)
+Json Focus(const Words& words)
 {
     GUITHREADINFO info = {};
     info.cbSize = sizeof info;
     if (!GetGUIThreadInfo(GetWindowThreadProcessId(Window(words[1]), nullptr), &info))
         throw Refused("the focus cannot be asked for");
-    return Object({Member("focus", Id(info.hwndFocus))});
+    return {{"focus", Id(info.hwndFocus)}};
 }
 
 // Presses and releases a key on the keyboard: it goes wherever the input focus is.
-static std::string Key(const Words& words)
+Json Key(const Words& words)
 {
     INPUT input[2] = {};
     for (INPUT& i : input) {
@@ -239,7 +238,7 @@ static std::string Key(const Words& words)
 
 // ---- Menus: another program's menu cannot be read, its resource can -----------------------------------
 
-static void CollectMenu(HMENU menu, const std::wstring& path, std::vector<std::string>& items)
+void CollectMenu(HMENU menu, const std::wstring& path, Json& items)
 {
     for (int i = 0; i < GetMenuItemCount(menu); i++) {
         wchar_t text[128] = {};
@@ -247,37 +246,37 @@ static void CollectMenu(HMENU menu, const std::wstring& path, std::vector<std::s
         if (const HMENU popup = GetSubMenu(menu, i)) {
             CollectMenu(popup, path + text + L"/", items);
         } else {
-            items.push_back(Object({Member("id", GetMenuItemID(menu, i)), Member("text", Quoted(text)),
-                                    Member("path", Quoted(path + text))}));
+            items.push_back(
+                {{"id", GetMenuItemID(menu, i)}, {"text", Utf8(text)}, {"path", Utf8(path + text)}});
         }
     }
 }
 
-static std::string ListMenu(const Words& words)
+Json ListMenu(const Words& words)
 {
     const std::unique_ptr<std::remove_pointer_t<HMODULE>, decltype(&FreeLibrary)> program(
         LoadLibraryExW(words[1].c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE), FreeLibrary);
     if (!program) throw Refused("the program's file cannot be loaded");
     const HMENU menu = LoadMenuW(program.get(), MAKEINTRESOURCEW(Number(words[2])));
     if (!menu) throw Refused("no such menu");
-    std::vector<std::string> items;
+    Json items = Json::array();
     CollectMenu(menu, L"", items);
     DestroyMenu(menu);
-    return Object({Member("items", Array(items))});
+    return {{"items", items}};
 }
 
 // ---- Registry (numbers under the machine's root) ------------------------------------------------------
 
-static std::string GetValue(const Words& words)
+Json GetValue(const Words& words)
 {
     DWORD value = 0;
     DWORD size = sizeof value;
     const LSTATUS status = RegGetValueW(HKEY_LOCAL_MACHINE, words[1].c_str(), words[2].c_str(),
                                         RRF_RT_REG_DWORD, nullptr, &value, &size);
-    return Object({Member("value", status == ERROR_SUCCESS ? std::to_string(int32_t(value)) : "null")});
+    return {{"value", status == ERROR_SUCCESS ? Json(int32_t(value)) : Json()}};
 }
 
-static std::string SetValue(const Words& words)
+Json SetValue(const Words& words)
 {
     const DWORD value = DWORD(Number(words[3]));
     const LSTATUS status = RegSetKeyValueW(HKEY_LOCAL_MACHINE, words[1].c_str(), words[2].c_str(), REG_DWORD,
@@ -286,14 +285,14 @@ static std::string SetValue(const Words& words)
     return Done();
 }
 
-static std::string DeleteKey(const Words& words)
+Json DeleteKey(const Words& words)
 {
     RegDeleteTreeW(HKEY_LOCAL_MACHINE, words[1].c_str());
     return Done();
 }
 
 // Who may do what with a key, in the security descriptor language.
-static std::string KeyAccess(const Words& words)
+Json KeyAccess(const Words& words)
 {
     HKEY key;
     if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, words[1].c_str(), 0, READ_CONTROL, &key) != ERROR_SUCCESS)
@@ -307,24 +306,23 @@ static std::string KeyAccess(const Words& words)
         !ConvertSecurityDescriptorToStringSecurityDescriptorW(descriptor, SDDL_REVISION_1,
                                                               DACL_SECURITY_INFORMATION, &text, nullptr))
         throw Refused("the key's security cannot be read");
-    const std::string answer = Object({Member("access", Quoted(text))});
+    const Json answer = {{"access", Utf8(text)}};
     LocalFree(text);
     return answer;
 }
 
 // ---- The page -----------------------------------------------------------------------------------------
 
-static std::string Page(const Words& words)
+Json Page(const Words& words)
 {
-    std::vector<std::string> lines;
-    for (const std::wstring& line : ReadPage(Window(words[1]), int(Number(words[2])))) {
-        lines.push_back(Quoted(line));
-    }
-    return Object({Member("lines", Array(lines))});
+    Json lines = Json::array();
+    for (const std::wstring& line : ReadPage(Window(words[1]), int(Number(words[2]))))
+        lines.push_back(Utf8(line));
+    return {{"lines", lines}};
 }
 
 // Paints one black pixel into a window, behind its program's back.
-static std::string Dot(const Words& words)
+Json Dot(const Words& words)
 {
     const HWND window = Window(words[1]);
     const HDC dc = GetDC(window);
@@ -332,6 +330,8 @@ static std::string Dot(const Words& words)
     ReleaseDC(window, dc);
     return Done();
 }
+
+} // namespace
 
 // ---- The table ----------------------------------------------------------------------------------------
 
@@ -356,8 +356,7 @@ const Command& FindCommand(const std::wstring& name)
         {L"page", 2, Page},             // WINDOW LINES
         {L"dot", 3, Dot},               // WINDOW X Y
     };
-    for (const Command& command : commands) {
+    for (const Command& command : commands)
         if (name == command.name) return command;
-    }
     throw Refused("no such command");
 }

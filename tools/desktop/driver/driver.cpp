@@ -1,7 +1,6 @@
 #include "driver.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <iostream>
 
 std::string Utf8(const std::wstring& text)
@@ -22,49 +21,7 @@ std::wstring Wide(const std::string& utf8)
     return result;
 }
 
-std::string Quoted(const std::wstring& text)
-{
-    std::string result = "\"";
-    for (const char c : Utf8(text)) {
-        char escape[8];
-        if (c == '"' || c == '\\') {
-            result += '\\';
-            result += c;
-        } else if (uint8_t(c) < 0x20) {
-            std::snprintf(escape, sizeof escape, "\\u%04x", unsigned(uint8_t(c)));
-            result += escape;
-        } else {
-            result += c;
-        }
-    }
-    return result + '"';
-}
-
-std::string Member(const char* name, const std::string& value)
-{
-    return '"' + std::string(name) + "\": " + value;
-}
-
-static std::string Joined(char open, const std::vector<std::string>& parts, char close)
-{
-    std::string result(1, open);
-    for (const std::string& part : parts) {
-        if (result.size() > 1) result += ", ";
-        result += part;
-    }
-    return result + close;
-}
-
-std::string Object(const std::vector<std::string>& members)
-{
-    return Joined('{', members, '}');
-}
-std::string Array(const std::vector<std::string>& elements)
-{
-    return Joined('[', elements, ']');
-}
-
-static std::string Answer(const std::string& line)
+static Json Answer(const std::string& line)
 {
     Words words(1);
     for (const wchar_t c : Wide(line)) {
@@ -79,7 +36,7 @@ static std::string Answer(const std::string& line)
         if (words.size() != command.words + 1) throw Refused("wrong number of words");
         return command.run(words);
     } catch (const std::exception& problem) {
-        return Object({Member("error", Quoted(Wide(problem.what())))});
+        return {{"error", problem.what()}};
     }
 }
 
@@ -87,6 +44,7 @@ int main()
 {
     std::ios::sync_with_stdio(false);
     for (std::string line; std::getline(std::cin, line);) {
-        std::cout << Answer(line) << std::endl;
+        // Ill-formed text becomes U+FFFD.
+        std::cout << Answer(line).dump(-1, ' ', false, Json::error_handler_t::replace) << std::endl;
     }
 }

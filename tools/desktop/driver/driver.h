@@ -10,6 +10,9 @@
 #include <string>
 #include <vector>
 
+#include <nlohmann/json.hpp>
+
+using Json = nlohmann::ordered_json;
 using Words = std::vector<std::wstring>;
 
 // Thrown by a command that cannot do what it was asked for; the text becomes the answer.
@@ -20,7 +23,7 @@ struct Refused : std::runtime_error {
 struct Command {
     const wchar_t* name;
     size_t words; // that must follow the name
-    std::string (*run)(const Words& words);
+    Json (*run)(const Words& words);
 };
 
 // The command of that name; throws Refused if there is none.
@@ -32,26 +35,5 @@ const Command& FindCommand(const std::wstring& name);
 // area, or if there are pixels outside the `lines` lines of text that are not background.
 std::vector<std::wstring> ReadPage(HWND window, int lines);
 
-// ---- JSON ---------------------------------------------------------------------------------------------
-
 std::string Utf8(const std::wstring& text);
 std::wstring Wide(const std::string& utf8);
-
-// `text` as a JSON string, with its quotes.
-std::string Quoted(const std::wstring& text);
-
-// One member; the value is taken as it stands.
-std::string Member(const char* name, const std::string& value);
-std::string Member(const char* name, const wchar_t* value) = delete;
-inline std::string Member(const char* name, long long value)
-{
-    return Member(name, std::to_string(value));
-}
-inline std::string Flag(const char* name, bool value)
-{
-    return Member(name, std::string(value ? "true" : "false"));
-}
-
-// Members or elements between brackets, separated by commas.
-std::string Object(const std::vector<std::string>& members);
-std::string Array(const std::vector<std::string>& elements);
