@@ -6,6 +6,7 @@
 #include "graph/graph_mode.h"
 #include "graph/graph_options_dialog.h"
 #include "graph/graph_settings.h"
+#include "graph/repaint.h"
 #include "link/communication_dialog.h"
 #include "link/link_state.h"
 #include "link/receiver_log.h"
@@ -106,6 +107,8 @@ void OnCreate(HWND window)
         LoadGraphSettings();
         return;
     }
+    TextPageTop.store(GraphTop);
+    TextLineHeight.store(LineHeight);
     const int pageHeight = LineHeight * static_cast<int>(TextLineCount);
     FitMainWindow(window, PageColumns * CharacterWidth, pageHeight > ChartRows ? pageHeight : ChartRows);
     RECT client;
@@ -128,19 +131,21 @@ void OnDestroy()
 // ---- Painting -----------------------------------------------------------------------------------------
 
 // Each line fills the window's width, so that what a longer or older line left there disappears.
-void PaintTextPage(HWND window, HDC dc)
+void PaintTextPage(HWND window, HDC dc, const RECT& invalid)
 {
     RECT client;
     GetClientRect(window, &client);
     const HGDIOBJ before = PageFont ? SelectObject(dc, PageFont) : nullptr;
     for (uint32_t i = 0; i < TextLineCount; ++i) {
-        wchar_t text[TextLineCapacity];
-        const uint32_t length = CopyTextLine(i, text);
         RECT line;
         line.left = 0;
         line.right = client.right;
         line.top = GraphTop + LineHeight * static_cast<int>(i);
         line.bottom = line.top + LineHeight;
+        if (line.bottom <= invalid.top || line.top >= invalid.bottom) continue;
+        wchar_t text[TextLineCapacity];
+        const uint32_t length = CopyTextLine(i, text);
+        if (length == LineIsChanging) continue;
         ExtTextOutW(dc, 0, line.top, ETO_OPAQUE, &line, text, length, nullptr);
     }
     if (before) SelectObject(dc, before);
@@ -173,7 +178,7 @@ void OnPaint(HWND window)
     if (GraphMode == GraphModeValue::Chart)
         PaintChart(dc, GraphTop);
     else
-        PaintTextPage(window, dc);
+        PaintTextPage(window, dc, paint.rcPaint);
     EndPaint(window, &paint);
     if (!FirstPaint) return;
     FirstPaint = false;

@@ -1,3 +1,3 @@
 #include "graph/graph_mode.h"
 
-GraphModeValue GraphMode = GraphModeValue::TextPage;
+std::atomic<GraphModeValue> GraphMode{GraphModeValue::TextPage};

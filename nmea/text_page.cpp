@@ -1,6 +1,5 @@
 #include "nmea/text_page.h"
 
-#include "text/copy.h"
 #include "ui/fix_lines.h"
 #include "ui/page_lines.h"
 
@@ -24,41 +23,39 @@ enum Line : uint32_t {
     LineCourse,
 };
 
-constexpr uint32_t FirstColumn = 4, ColumnWidth = 3;
-constexpr uint32_t WidestColumn = 5; // four characters and the terminator
-constexpr uint32_t RowCapacity = FirstColumn + ColumnWidth * (SatelliteCount - 1) + WidestColumn;
+constexpr uint32_t FirstColumn = 4; // of the satellite table
 
-// A row of the satellite table: label, then a column a slot. Each column starts at its place and ends the
-// line, so that a value too wide for its column is overwritten by the next one.
-struct SatelliteRow {
-    wchar_t text[RowCapacity];
-    explicit SatelliteRow(const wchar_t* label) { CopyText(text, RowCapacity, label); }
-    wchar_t* Column(uint32_t slot) { return text + FirstColumn + ColumnWidth * slot; }
-};
-
-void PutColumn(SatelliteRow& row, uint32_t slot, CheckedFormat<wchar_t, uint8_t> format, uint8_t value)
+uint32_t WritePrns(const LineSource& source, wchar_t (&text)[TextLineCapacity])
 {
-    const FormatValue<wchar_t> number = value;
-    FormatValues(row.Column(slot), WidestColumn, format.text, &number);
+    return WriteCells(source, text, FirstColumn, L"%02u ", L"%03u");
+}
+
+uint32_t WriteCarrierToNoise(const LineSource& source, wchar_t (&text)[TextLineCapacity])
+{
+    return WriteCells(source, text, FirstColumn, L"%02u ", L"%02u ");
+}
+
+uint32_t WriteElevations(const LineSource& source, wchar_t (&text)[TextLineCapacity])
+{
+    return WriteCells(source, text, FirstColumn, L" %02u", L" %02u");
 }
 
 } // namespace
 
 void ShowSatellites(const Satellite (&satellites)[SatelliteCount])
 {
-    SatelliteRow prn(L" Sv:"), carrierToNoise(L" Cn:"), elevation(L" El:");
+    static_assert(SatelliteCount == LineSource::MaxCells);
+    LineSource prn(WritePrns, L" Sv:"), carrierToNoise(WriteCarrierToNoise, L" Cn:");
+    LineSource elevation(WriteElevations, L" El:");
+    prn.cells.count = carrierToNoise.cells.count = elevation.cells.count = SatelliteCount;
     for (uint32_t i = 0; i < SatelliteCount; ++i) {
-        const Satellite& satellite = satellites[i];
-        if (satellite.prn <= 99)
-            PutColumn(prn, i, L"%02u ", satellite.prn);
-        else
-            PutColumn(prn, i, L"%03u", satellite.prn);
-        PutColumn(carrierToNoise, i, L"%02u ", satellite.carrierToNoiseDbHz);
-        PutColumn(elevation, i, L" %02u", satellite.elevationDegrees);
+        prn.cells.values[i] = satellites[i].prn;
+        carrierToNoise.cells.values[i] = satellites[i].carrierToNoiseDbHz;
+        elevation.cells.values[i] = satellites[i].elevationDegrees;
     }
-    SetTextLine(LinePrn, prn.text);
-    SetTextLine(LineCarrierToNoise, carrierToNoise.text);
-    SetTextLine(LineElevation, elevation.text);
+    StoreLine(LinePrn, prn);
+    StoreLine(LineCarrierToNoise, carrierToNoise);
+    StoreLine(LineElevation, elevation);
 }
 
 void ShowFix(int32_t quality, int32_t satellites, int32_t dgpsAgeSeconds)

@@ -6,6 +6,7 @@
 #include "graph/channels.h"
 #include "graph/latest_fix.h"
 #include "graph/recorder.h"
+#include "graph/repaint.h"
 #include "link/link_state.h"
 #include "link/protocol_recognition.h"
 #include "resources/resource_ids.h"

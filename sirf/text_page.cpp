@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "text/copy.h"
 #include "ui/fix_lines.h"
 #include "ui/page_lines.h"
 
@@ -29,43 +28,47 @@ enum Line : uint32_t {
     LineMapDatum,
 };
 
-constexpr uint32_t ColumnWidth = 3;
-constexpr uint32_t CellCapacity = 8; // three digits, four blanks, terminator
+constexpr uint32_t FirstColumn = 4; // of the table of channels
 
-// A line of the channel table. Each column starts at its place and ends the line, so that a value too wide
-// for its column is overwritten by the next one.
-struct ChannelLine {
-    wchar_t text[5 + ColumnWidth * MaxShownChannels + CellCapacity];
-    uint32_t firstColumn;
+uint32_t WriteDecimal(const LineSource& source, wchar_t (&text)[TextLineCapacity])
+{
+    return WriteCells(source, text, FirstColumn, L"%02u    ", L"%02u    ");
+}
 
-    ChannelLine(const wchar_t* header, uint32_t first) : firstColumn(first)
-    {
-        CopyText(text, sizeof text / sizeof *text, header);
-    }
-    void Put(uint32_t channel, CheckedFormat<wchar_t, uint32_t> format, uint32_t value)
-    {
-        const FormatValue<wchar_t> number = value;
-        FormatValues(text + firstColumn + ColumnWidth * channel, CellCapacity, format.text, &number);
-    }
-};
+uint32_t WriteCarrierToNoise(const LineSource& source, wchar_t (&text)[TextLineCapacity])
+{
+    return WriteCells(source, text, FirstColumn, L"%02u ", L"%02u ");
+}
+
+uint32_t WriteHexadecimal(const LineSource& source, wchar_t (&text)[TextLineCapacity])
+{
+    return WriteCells(source, text, FirstColumn, L"%02X    ", L"%02X    ");
+}
+
+uint32_t WriteElevations(const LineSource& source, wchar_t (&text)[TextLineCapacity])
+{
+    return WriteCells(source, text, FirstColumn + 1, L"%02u    ",
+                      L"%02u    "); // one to the right, on purpose
+}
 
 } // namespace
 
 void ShowSirfChannels(const TrackedSatellite* satellites, uint32_t count)
 {
-    ChannelLine sv(L" Sv: ", 4), carrierToNoise(L" Cn: ", 4), state(L" St: ", 4);
-    ChannelLine elevation(L" El: ", 5); // one to the right of the others, on purpose
+    static_assert(MaxShownChannels == LineSource::MaxCells);
+    LineSource sv(WriteDecimal, L" Sv: "), carrierToNoise(WriteCarrierToNoise, L" Cn: ");
+    LineSource state(WriteHexadecimal, L" St: "), elevation(WriteElevations, L" El: ");
+    sv.cells.count = carrierToNoise.cells.count = state.cells.count = elevation.cells.count = count;
     for (uint32_t i = 0; i < count; ++i) {
-        const TrackedSatellite& satellite = satellites[i];
-        sv.Put(i, L"%02u    ", satellite.svId);
-        carrierToNoise.Put(i, L"%02u ", satellite.meanCarrierToNoiseDbHz);
-        state.Put(i, L"%02X    ", satellite.state & 0xFFu);
-        elevation.Put(i, L"%02u    ", satellite.elevationDegrees);
+        sv.cells.values[i] = satellites[i].svId;
+        carrierToNoise.cells.values[i] = satellites[i].meanCarrierToNoiseDbHz;
+        state.cells.values[i] = static_cast<uint8_t>(satellites[i].state);
+        elevation.cells.values[i] = satellites[i].elevationDegrees;
     }
-    SetTextLine(LineSv, sv.text);
-    SetTextLine(LineCarrierToNoise, carrierToNoise.text);
-    SetTextLine(LineState, state.text);
-    SetTextLine(LineElevation, elevation.text);
+    StoreLine(LineSv, sv);
+    StoreLine(LineCarrierToNoise, carrierToNoise);
+    StoreLine(LineState, state);
+    StoreLine(LineElevation, elevation);
 }
 
 void ShowSirfFix(uint32_t fixType, uint32_t satellites, bool differential)

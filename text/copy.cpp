@@ -12,10 +12,12 @@ void NarrowWideCopy(char* to, const wchar_t* from)
     while (*from++);
 }
 
-void CopyText(wchar_t* to, uint32_t capacity, const wchar_t* from)
+uint32_t CopyText(wchar_t* to, uint32_t capacity, const wchar_t* from)
 {
-    while (--capacity && *from) *to++ = *from++;
-    *to = 0;
+    uint32_t length = 0;
+    for (; length < capacity - 1 && from[length]; ++length) to[length] = from[length];
+    to[length] = 0;
+    return length;
 }
 
 bool TextEquals(const wchar_t* a, const wchar_t* b)

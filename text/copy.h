@@ -9,8 +9,8 @@ void WidenAsciiCopy(wchar_t* to, const char* from);
 // The low byte of each character, terminator included; `to` has room for all of them.
 void NarrowWideCopy(char* to, const wchar_t* from);
 
-// Copies at most `capacity` - 1 characters and terminates. `capacity` is at least 1.
-void CopyText(wchar_t* to, uint32_t capacity, const wchar_t* from);
+// Copies at most `capacity` - 1 characters, terminates, and returns how many. `capacity` is at least 1.
+uint32_t CopyText(wchar_t* to, uint32_t capacity, const wchar_t* from);
 
 // Whether two texts are the same, case included.
 bool TextEquals(const wchar_t* a, const wchar_t* b);

@@ -20,9 +20,3 @@ HWND OpenDialogOfKind(DialogKind kind)
 {
     return ActiveDialogKind.load() == kind ? ActiveDialogWindow.load() : nullptr;
 }
-
-void RepaintMainWindow()
-{
-    if (ActiveDialogKind.load() != DialogKind::None) return;
-    if (HWND window = MainWindow.load()) InvalidateRect(window, nullptr, FALSE);
-}

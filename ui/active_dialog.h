@@ -21,6 +21,3 @@ void WithdrawDialog();
 
 // The open dialog's window if it is of this kind, else null.
 HWND OpenDialogOfKind(DialogKind kind);
-
-// Marks the whole main window for painting, without erasing it, unless a dialog is open.
-void RepaintMainWindow();

@@ -1,16 +1,72 @@
 #include "ui/page_lines.h"
 
-std::atomic<wchar_t> TextView[TextLineCount][TextLineCapacity];
+#include <atomic>
+#include <cstring>
+#include <type_traits>
+
+#include "text/copy.h"
 
 namespace
 {
 
+// A line's source, word by word. The version is odd while the words change. They are stored with release and
+// loaded with acquire order, so that who has loaded a new word finds the new version as well.
+using Word = uintptr_t;
+constexpr uint32_t SourceWords = sizeof(LineSource) / sizeof(Word);
+static_assert(std::is_trivially_copyable_v<LineSource>);
+static_assert(sizeof(LineSource) == 2 * sizeof(void*) + sizeof LineSource::zero); // no gaps to compare
+
+struct Slot {
+    std::atomic<uint32_t> version;
+    std::atomic<Word> words[SourceWords];
+};
+Slot Slots[TextLineCount];
+
+uint32_t Changed = 0; // bit set of lines
+
+constexpr uint32_t Tries = 100; // more would wait for a thread that does not run
+
+bool LoadSource(const Slot& slot, LineSource& source)
+{
+    for (uint32_t i = 0; i < Tries; ++i) {
+        const uint32_t version = slot.version.load(std::memory_order_acquire);
+        if (version % 2) continue;
+        Word words[SourceWords];
+        for (uint32_t k = 0; k < SourceWords; ++k) words[k] = slot.words[k].load(std::memory_order_acquire);
+        if (slot.version.load(std::memory_order_relaxed) != version) continue;
+        std::memcpy(static_cast<void*>(&source), words, sizeof source);
+        return true;
+    }
+    return false;
+}
+
+uint32_t WriteText(const LineSource& source, wchar_t (&text)[TextLineCapacity])
+{
+    return CopyText(text, TextLineCapacity, source.text);
+}
+
 void EmptyLines()
 {
-    for (auto& line : TextView) line[0].store(0, std::memory_order_relaxed);
+    for (uint32_t line = 0; line < TextLineCount; ++line) StoreLine(line, LineSource(nullptr));
 }
 
 } // namespace
+
+void StoreLine(uint32_t line, const LineSource& source)
+{
+    Slot& slot = Slots[line];
+    Word words[SourceWords];
+    std::memcpy(words, &source, sizeof words);
+    bool same = true;
+    for (uint32_t i = 0; i < SourceWords; ++i)
+        same = same && slot.words[i].load(std::memory_order_relaxed) == words[i];
+    if (same) return;
+    Changed |= uint32_t{1} << line;
+    const uint32_t version = slot.version.load(std::memory_order_relaxed);
+    slot.version.store(version + 1, std::memory_order_relaxed);
+    for (uint32_t i = 0; i < SourceWords; ++i) slot.words[i].store(words[i], std::memory_order_release);
+    slot.version.store(version + 2, std::memory_order_release);
+}
 
 void StartTextView()
 {
@@ -26,17 +82,44 @@ void ClearTextView()
 
 void SetTextLine(uint32_t line, const wchar_t* text)
 {
-    std::atomic<wchar_t>* slot = TextView[line];
-    uint32_t i = 0;
-    for (; i < TextLineCapacity - 1 && text[i]; ++i) slot[i].store(text[i], std::memory_order_relaxed);
-    slot[i].store(0, std::memory_order_relaxed);
+    StoreLine(line, LineSource(WriteText, text));
+}
+
+uint32_t WriteFormat(const LineSource& source, wchar_t (&text)[TextLineCapacity])
+{
+    return FormatValues(text, TextLineCapacity, source.text, source.values);
+}
+
+uint32_t WriteCells(const LineSource& source, wchar_t (&text)[TextLineCapacity], uint32_t firstColumn,
+                    CheckedFormat<wchar_t, uint32_t> format, CheckedFormat<wchar_t, uint32_t> formatAbove99)
+{
+    constexpr uint32_t ColumnWidth = 3;
+    uint32_t length = WriteText(source, text);
+    for (uint32_t i = 0; i < source.cells.count; ++i) {
+        const uint32_t column = firstColumn + ColumnWidth * i;
+        const uint32_t cell = source.cells.values[i];
+        const FormatValue<wchar_t> number = cell;
+        length = column + FormatValues(text + column, TextLineCapacity - column,
+                                       (cell > 99 ? formatAbove99 : format).text, &number);
+    }
+    return length;
 }
 
 uint32_t CopyTextLine(uint32_t line, wchar_t (&text)[TextLineCapacity])
 {
-    const std::atomic<wchar_t>* slot = TextView[line];
-    uint32_t i = 0;
-    while (i < TextLineCapacity - 1 && (text[i] = slot[i].load(std::memory_order_relaxed))) ++i;
-    text[i] = 0;
-    return i;
+    LineSource source(nullptr);
+    const bool isWhole = LoadSource(Slots[line], source);
+    if (isWhole && source.write) return source.write(source, text);
+    text[0] = 0;
+    return isWhole ? 0 : LineIsChanging;
+}
+
+uint32_t ChangedLines()
+{
+    return Changed;
+}
+
+void ForgetChangedLines()
+{
+    Changed = 0;
 }

@@ -418,7 +418,11 @@ HDC BeginPaint(HWND window, PAINTSTRUCT* paint)
     paint->rcPaint = found->update;
     Validate(*found); // when it fails too, or the window would be asked to paint for ever
     if (fails) return nullptr;
-    found->texts.clear();
+    const RECT& area = paint->rcPaint;
+    const bool isWhole = area.top <= 0 && area.bottom >= ClientSize(*found).cy;
+    std::erase_if(found->texts, [&area, isWhole](const TextOut& text) {
+        return isWhole || (text.y >= area.top && text.y < area.bottom);
+    });
     found->shapes.clear();
     paint->hdc = NewWindowDc(window);
     paint->fErase = erase && Send(window, WM_ERASEBKGND, reinterpret_cast<WPARAM>(paint->hdc), 0) == 0;

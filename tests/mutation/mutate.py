@@ -18,7 +18,7 @@ from rows import ROWS
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 WORK = ROOT / "build" / "mutation"
 TREE, BUILD = WORK / "tree", WORK / "native"
-PARTS = ("CMakeLists.txt", "CMakePresets.json", "app", "cmake", "graph", "link", "nmea", "platform", "resources",
+PARTS = ("CMakeLists.txt", "CMakePresets.json", "app", "cmake", "console", "graph", "link", "nmea", "platform", "resources",
          "settings", "sirf", "sky", "tests", "text", "tools", "ui")
 TEST_SECONDS = 120  # a test that hangs has noticed
 

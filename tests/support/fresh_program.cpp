@@ -3,6 +3,7 @@
 #include "graph/channels.h"
 #include "graph/graph_settings.h"
 #include "graph/recorder.h"
+#include "graph/repaint.h"
 #include "headless.h"
 #include "link/link_state.h"
 #include "link/receiver_log.h"
@@ -33,6 +34,7 @@ void StartAfresh()
     ResetSirfFramer();
     ResetSirfDecoder();
     ResetRecorder();
+    ResetRepaint();
     ResetGraphSettings();
     ResetSkyObjects();
     ResetSkyPlot();

@@ -2,6 +2,8 @@
 
 #include "graph/graph_mode.h"
 #include "graph/graph_settings.h"
+#include "graph/recorder.h"
+#include "graph/repaint.h"
 #include "graph/surface.h"
 #include "link/link_state.h"
 #include "link/serial_port.h"
@@ -176,6 +178,92 @@ TEST_F(MainWindowTest, EachLineIsPaintedAcrossTheWindow)
     UserExits();
     Run();
     EXPECT_EQ(blank, (std::vector<bool>{true, false, true}));
+}
+
+// Lines are painted again only where they have changed, or where the system asks for it.
+TEST_F(MainWindowTest, OnlyChangedLinesAreRepainted)
+{
+    StorePortAndRate();
+    HeadlessAddPort(3);
+    std::vector<size_t> asked;
+    std::vector<std::wstring> painted;
+    static constexpr wchar_t Three[] = L"line %d";
+    const auto repaint = [&] {
+        HeadlessClearInvalidations(HeadlessMainWindow());
+        HeadlessCountCalls();
+        RepaintMainWindow();
+        asked.push_back(HeadlessInvalidations(HeadlessMainWindow()).size());
+    };
+    uint32_t textsOut = 0;
+    const auto countTexts = [&textsOut] {
+        textsOut = 0;
+        for (const HeadlessCallCount& call : HeadlessCountedCalls())
+            if (call.call == "ExtTextOutW") textsOut = call.count;
+    };
+    HeadlessUser([&] { repaint(); }); // what the start has left
+    HeadlessUser([&] {
+        FormatTextLine(3, Three, 3);
+        SetTextLine(5, L"five");
+        repaint();
+    });
+    HeadlessUser([&] {
+        countTexts();
+        EXPECT_EQ(textsOut, 3u); // from the first changed line to the last
+        for (const HeadlessTextOut& text : HeadlessPaintedTexts(HeadlessMainWindow()))
+            painted.push_back(text.text);
+        FormatTextLine(3, Three, 3); // the same again
+        repaint();
+    });
+    HeadlessUser([&] {
+        countTexts();
+        EXPECT_EQ(textsOut, 0u);
+        FormatTextLine(18, L"%u", 18u);
+        repaint();
+    });
+    HeadlessUser([&] {
+        countTexts();
+        EXPECT_EQ(textsOut, 1u);
+        HeadlessFailCall("InvalidateRect", 1, ERROR_GEN_FAILURE);
+        SetTextLine(7, L"seven");
+        repaint();
+        SetTextLine(8, L"eight");
+        repaint(); // and what failed
+    });
+    HeadlessUser([&] {
+        countTexts();
+        EXPECT_EQ(textsOut, 2u);
+        HeadlessCountCalls();
+        InvalidateRect(HeadlessMainWindow(), nullptr, TRUE);
+    });
+    HeadlessUser([&] {
+        countTexts();
+        EXPECT_EQ(textsOut, TextLineCount);
+    });
+    UserExits();
+    Run();
+    EXPECT_EQ(asked, (std::vector<size_t>{1, 1, 0, 1, 0, 1}));
+    EXPECT_EQ(painted, (std::vector<std::wstring>{L" Menu Com. Open a port.", L"line 3", L"five"}));
+}
+
+// The chart is copied to the window when it has a new sample, not with each message.
+TEST_F(MainWindowTest, TheChartIsRepaintedWithASample)
+{
+    StorePortAndRate();
+    HeadlessAddPort(3);
+    std::vector<size_t> asked;
+    HeadlessUser([&] {
+        SendMessageW(HeadlessMainWindow(), WM_KEYDOWN, 0, 0);
+        for (const bool sampled : {true, false, true}) {
+            HeadlessClearInvalidations(HeadlessMainWindow());
+            if (sampled) RecordGraphSample();
+            SetTextLine(3, sampled ? L"a" : L"b");
+            RepaintMainWindow();
+            asked.push_back(HeadlessInvalidations(HeadlessMainWindow()).size());
+        }
+    });
+    UserExits();
+    Run();
+    EXPECT_EQ(asked, (std::vector<size_t>{1, 0, 1}));
 }
 
 // ---- Command line -------------------------------------------------------------------------------------

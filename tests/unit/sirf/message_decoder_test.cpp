@@ -340,7 +340,9 @@ TEST_F(MeasuredNavigation, RepaintsWithoutErasingUnlessADialogIsOpen)
     Decode(NavigationMessage());
     EXPECT_EQ(HeadlessInvalidations(window), std::vector<bool>{false});
     Decode(GeodeticMessage());
-    Decode(NavigationMessage()); // its fix line alone counts, too
+    Decode(NavigationMessage()); // the same again shows nothing new
+    EXPECT_EQ(HeadlessInvalidations(window).size(), 2u);
+    Decode(NavigationMessage().At(28, "03")); // its fix line alone counts, too
     EXPECT_EQ(HeadlessInvalidations(window).size(), 3u);
     OpenDialog(DialogKind::About, {});
     Decode(NavigationMessage());

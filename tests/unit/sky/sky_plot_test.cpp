@@ -29,6 +29,7 @@ protected:
 
     void Draw() const
     {
+        InvalidateRect(Window, nullptr, TRUE);
         PAINTSTRUCT paint;
         HDC dc = BeginPaint(Window, &paint);
         DrawSkyPlot(dc, 0);
