@@ -1,5 +1,6 @@
 #include "nmea/sentence_assembler.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "link/link_state.h"
@@ -59,6 +60,36 @@ bool IsBodyByte(uint8_t b)
     return IsPrintable(b) && b != '*';
 }
 
+// Eight bytes at once, in any order: most of a stream is bodies.
+using Word = uint64_t;
+constexpr uint32_t WordBytes = sizeof(Word);
+constexpr Word EachByte = 0x0101010101010101, HighBits = 0x80 * EachByte;
+
+Word LoadWord(const uint8_t* bytes)
+{
+    Word word;
+    std::memcpy(&word, bytes, sizeof word);
+    return word;
+}
+
+// True if all eight are body bytes. Each term sets the high bit of a byte that is none: of 80 and above,
+// below 20, of 7F, of '*'. Borrows and carries reach further bytes from such a byte only.
+bool AreBodyBytes(Word word)
+{
+    const Word star = word ^ '*' * EachByte;
+    return !((word | (word - 0x20 * EachByte) | (word + EachByte) | ((star - EachByte) & ~star)) & HighBits);
+}
+
+uint8_t XorOf(const uint8_t* bytes, uint32_t count)
+{
+    Word words = 0;
+    for (; count >= WordBytes; bytes += WordBytes, count -= WordBytes) words ^= LoadWord(bytes);
+    for (uint32_t half = 32; half >= 8; half /= 2) words ^= words >> half;
+    uint8_t all = static_cast<uint8_t>(words);
+    for (; count; --count) all ^= *bytes++;
+    return all;
+}
+
 } // namespace
 
 uint32_t NmeaQuietBytes(const uint8_t* bytes, uint32_t count)
@@ -70,6 +101,7 @@ uint32_t NmeaQuietBytes(const uint8_t* bytes, uint32_t count)
         return start ? static_cast<uint32_t>(static_cast<const uint8_t*>(start) - bytes) : count;
     }
     case AssemblerState::Body:
+        while (quiet + WordBytes <= count && AreBodyBytes(LoadWord(bytes + quiet))) quiet += WordBytes;
         while (quiet < count && IsBodyByte(bytes[quiet])) ++quiet;
         return quiet;
     default: return 0;
@@ -79,13 +111,14 @@ uint32_t NmeaQuietBytes(const uint8_t* bytes, uint32_t count)
 void NmeaTakeQuiet(const uint8_t* bytes, uint32_t count)
 {
     if (State != AssemblerState::Body) return;
-    uint8_t length = Length, checksum = Checksum;
-    for (uint32_t i = 0; i < count; ++i) {
-        NmeaSentenceBuffer[length++] = static_cast<char>(bytes[i]);
-        checksum ^= bytes[i];
+    Checksum = static_cast<uint8_t>(Checksum ^ XorOf(bytes, count));
+    while (count) {
+        const uint32_t piece = std::min(count, BodyCapacity - Length);
+        std::memcpy(NmeaSentenceBuffer + Length, bytes, piece);
+        Length = static_cast<uint8_t>(Length + piece);
+        bytes += piece;
+        count -= piece;
     }
-    Length = length;
-    Checksum = checksum;
 }
 
 // A case that keeps the sentence returns; falling out of the switch is the one place that drops it.

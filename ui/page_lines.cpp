@@ -57,14 +57,15 @@ void StoreLine(uint32_t line, const LineSource& source)
     Slot& slot = Slots[line];
     Word words[SourceWords];
     std::memcpy(words, &source, sizeof words);
-    bool same = true;
-    for (uint32_t i = 0; i < SourceWords; ++i)
-        same = same && slot.words[i].load(std::memory_order_relaxed) == words[i];
-    if (same) return;
+    uint32_t i = 0;
+    while (i < SourceWords && slot.words[i].load(std::memory_order_relaxed) == words[i]) ++i;
+    if (i == SourceWords) return;
     Changed |= uint32_t{1} << line;
     const uint32_t version = slot.version.load(std::memory_order_relaxed);
     slot.version.store(version + 1, std::memory_order_relaxed);
-    for (uint32_t i = 0; i < SourceWords; ++i) slot.words[i].store(words[i], std::memory_order_release);
+    for (; i < SourceWords; ++i)
+        if (slot.words[i].load(std::memory_order_relaxed) != words[i])
+            slot.words[i].store(words[i], std::memory_order_release);
     slot.version.store(version + 2, std::memory_order_release);
 }
 

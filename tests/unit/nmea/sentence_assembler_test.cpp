@@ -56,6 +56,24 @@ constexpr StreamRow StreamRows[] = {
     {"bytes between sentences", "noise\r\n\xFF$PSRFTXTA\r\nnoise$PSRFTXTB\r\n"sv, 2, L"A\r\nB\r\n"},
 };
 
+// Bodies are looked through several characters at a time: each byte at each place of such a group.
+TEST_F(SentenceAssembler, EachByteAtEachPlaceIsTakenForWhatItIs)
+{
+    constexpr uint32_t Places = 17;
+    for (uint32_t value = 0; value < 256; ++value)
+        for (uint32_t place = 0; place < Places; ++place) {
+            std::string text(Places, 'x');
+            text[place] = static_cast<char>(value);
+            const bool isPrintable = value >= 0x20 && value <= 0x7E;
+            const bool isStarAtTheEnd = place == Places - 1; // '*' and the line end: no checksum
+            const uint32_t before = Accepted();
+            Feed("$PSRFTXT" + text + "\r\n");
+            EXPECT_EQ(Accepted() - before, isPrintable && (value != '*' || isStarAtTheEnd) ? 1u : 0u)
+                << value << " at " << place;
+            ResetNmeaAssembler();
+        }
+}
+
 TEST_F(SentenceAssembler, AcceptsAndDrops)
 {
     for (const StreamRow& row : StreamRows) {
