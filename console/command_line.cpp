@@ -11,6 +11,13 @@ std::span<const Command> Commands()
 {
     static constexpr Command All[] = {
         {"probe", "find the receiver by listening, and print protocol and rate", DefineProbe},
+        {"monitor", "show what the receiver reports: a page on a terminal, else a line for each fix",
+         DefineMonitor},
+        {"log", "record every byte received", DefineLog},
+        {"convert", "make a track of logs: GPX, KML, CSV or JSON", DefineConvert},
+        {"date", "print the receiver's date, corrected if it lies whole 1024 weeks back", DefineDate},
+        {"relay", "pass the receiver's stream on to a pseudo-terminal or to readers on the network",
+         DefineRelay},
     };
     return All;
 }

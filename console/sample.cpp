@@ -11,6 +11,8 @@ namespace console
 namespace
 {
 
+constexpr uint8_t MeasuredNavigation = 2, GeodeticNavigation = 41; // message ids
+
 // The time of day of the latest message that had one; nothing if it is none of a clock.
 std::optional<int32_t> CurrentSecondOfDay()
 {
@@ -59,24 +61,29 @@ void CorrectSample(Sample& sample, const Reference& reference)
 
 SampleGatherer::SampleGatherer(std::function<void(const Sample&)> give) : give_(std::move(give))
 {
+    listener_.sentence = [this](const Sentence&) { messageId_ = 0; };
+    listener_.message = [this](const Message& message) { messageId_ = message.Id(); };
     listener_.sample = [this] { Take(); };
     listener_.decoded = [this] { Complete(); };
 }
 
 void SampleGatherer::Take()
 {
+    // Until the first message 41 the chart takes message 2. If both come, they are about the same moment.
+    if (waitingId_ == MeasuredNavigation && messageId_ == GeodeticNavigation) waiting_.reset();
     Flush();
     Sample sample = {};
     sample.fix = LatestFix;
     if (LatestFix.HasTimeOfDay) sample.secondOfDay = CurrentSecondOfDay();
     if (sample.secondOfDay) sample.time = TimeOf(*sample.secondOfDay);
     waiting_ = sample;
+    waitingId_ = messageId_;
     justTaken_ = true;
 }
 
 void SampleGatherer::Complete()
 {
-    if (!waiting_ || std::exchange(justTaken_, false)) return;
+    if (!waiting_ || std::exchange(justTaken_, false) || waitingId_ == MeasuredNavigation) return;
     if (!waiting_->secondOfDay || waiting_->secondOfDay != CurrentSecondOfDay()) {
         Flush();
         return;

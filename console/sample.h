@@ -51,6 +51,7 @@ private:
     std::function<void(const Sample&)> give_;
     std::optional<Sample> waiting_;
     bool justTaken_ = false;
+    uint8_t messageId_ = 0, waitingId_ = 0; // of the latest message, and of the one that waits; 0: a sentence
     Listener listener_;
 };
 

@@ -7,5 +7,10 @@ namespace console
 {
 
 Action DefineProbe(CLI::App& app);
+Action DefineMonitor(CLI::App& app);
+Action DefineLog(CLI::App& app);
+Action DefineConvert(CLI::App& app);
+Action DefineDate(CLI::App& app);
+Action DefineRelay(CLI::App& app);
 
 } // namespace console

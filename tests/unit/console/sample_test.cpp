@@ -112,6 +112,25 @@ TEST_F(Gathering, Message41HasItsOwnDate)
     EXPECT_TRUE(Samples[0].IsPoint());
 }
 
+TEST_F(Gathering, Message2CountsWhileNo41Comes)
+{
+    std::string navigation(41, '\0'), geodetic(91, '\0'), throughput(9, '\0');
+    navigation[0] = 2;
+    navigation[19] = 4;
+    geodetic[0] = 41;
+    geodetic[4] = 4;
+    throughput[0] = 9;
+    Message(navigation);
+    Message(throughput);
+    Message(navigation);
+    Message(throughput);
+    Message(geodetic); // about the same moment
+    Message(navigation);
+    Message(geodetic);
+    Gatherer.Flush();
+    EXPECT_EQ(Samples.size(), 3u);
+}
+
 TEST_F(Gathering, ACorrectedSampleKeepsTheReportedTime)
 {
     Gga("100035.000");

@@ -1,0 +1,228 @@
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+
+#include "console/commands/commands.h"
+#include "console/correction_options.h"
+#include "console/input_reader.h"
+#include "console/system.h"
+#include "console/track.h"
+#include "link/link_state.h"
+
+namespace console
+{
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+struct Arguments {
+    std::vector<std::string> files;
+    std::string format, output;
+    CorrectionOptions correction;
+};
+
+// Where the track goes: standard output, or a file that gets its name when it is whole.
+class TrackFile
+{
+public:
+    TrackFile(Output& output, const std::string& name) : output_(output), name_(name)
+    {
+        if (name.empty()) return;
+        std::error_code none;
+        // A device or pipe is written to as it is.
+        const bool isPlain = !fs::exists(name, none) || fs::is_regular_file(name, none);
+        if (isPlain) unfinished_ = name + ".part";
+        file_ = std::fopen((isPlain ? unfinished_ : name).c_str(), "wb");
+        if (!file_) FailToWrite();
+    }
+
+    ~TrackFile()
+    {
+        if (file_) std::fclose(file_);
+        if (!unfinished_.empty()) std::remove(unfinished_.c_str());
+    }
+
+    TrackFile(const TrackFile&) = delete;
+
+    void Write(std::string_view text)
+    {
+        buffer_ += text;
+        if (buffer_.size() >= Portion) Flush();
+    }
+
+    void Finish()
+    {
+        Flush();
+        if (!file_) return;
+        if (std::fclose(std::exchange(file_, nullptr)) != 0) FailToWrite();
+        if (unfinished_.empty()) return;
+        std::error_code error;
+        fs::rename(unfinished_, name_, error);
+        if (error) Fail(FailureKind::Failed, name_ + ": " + error.message());
+        unfinished_.clear();
+    }
+
+private:
+    static constexpr size_t Portion = 32768;
+
+    void Flush()
+    {
+        const std::string text = std::exchange(buffer_, {});
+        if (!file_) {
+            output_.Raw(text);
+        } else if (std::fwrite(text.data(), 1, text.size(), file_) != text.size() ||
+                   std::fflush(file_) != 0) {
+            FailToWrite();
+        }
+    }
+
+    [[noreturn]] void FailToWrite() const { Fail(FailureKind::Failed, name_ + ": " + std::strerror(errno)); }
+
+    Output& output_;
+    std::string name_, unfinished_, buffer_;
+    std::FILE* file_ = nullptr;
+};
+
+Date DateOfFile(const std::string& name)
+{
+    std::error_code error;
+    const auto changed = fs::last_write_time(name, error);
+    if (error) return Today();
+    const auto system = std::chrono::file_clock::to_sys(changed);
+    return DateOf(std::chrono::floor<std::chrono::days>(system).time_since_epoch().count());
+}
+
+class Conversion
+{
+public:
+    Conversion(Context& context, const Arguments& arguments)
+        : arguments_(arguments),
+          file_(context.output, arguments.output),
+          writer_(MakeTrackWriter(arguments.format, [this](std::string_view text) { file_.Write(text); })),
+          gatherer_([this](const Sample& sample) { Put(sample); })
+    {
+        listener_.decoded = [this] { PutSatellites(); };
+        writer_->Begin();
+    }
+
+    void Read(const std::string& name)
+    {
+        const bool isStandardInput = name == "-";
+        gatherer_.Flush();
+        reference_ = arguments_.correction.ReferenceOr(
+            isStandardInput ? Reference{Today(), ReferenceKind::Clock}
+                            : Reference{DateOfFile(name), ReferenceKind::File});
+        InputReader input(loop_, name);
+        for (std::string portion; input.Next(portion);)
+            Feed({reinterpret_cast<const uint8_t*>(portion.data()), portion.size()});
+        bytes_ += input.BytesRead();
+    }
+
+    void End()
+    {
+        gatherer_.Flush();
+        writer_->End();
+        file_.Finish();
+        if (NmeaMessageCount.load() + SirfMessageCount.load() > 0) return;
+        if (bytes_ == 0) Fail(FailureKind::Silent, "no byte to convert");
+        Fail(FailureKind::Noise, "neither a sentence nor a message in " + std::to_string(bytes_) + " bytes");
+    }
+
+    uint64_t Points() const { return points_; }
+
+    // What was read until an interruption is a whole track, too.
+    void EndEarly()
+    {
+        gatherer_.Flush();
+        writer_->End();
+        file_.Finish();
+    }
+
+private:
+    void Put(Sample sample)
+    {
+        if (!sample.IsPoint()) return;
+        if (arguments_.correction.wanted) CorrectSample(sample, reference_);
+        ++points_;
+        writer_->Point(sample, segments_.BeginsWith(sample));
+    }
+
+    void PutSatellites()
+    {
+        if (LatestFix.InViewReports == satelliteReports_) return;
+        satelliteReports_ = LatestFix.InViewReports;
+        writer_->Satellites();
+    }
+
+    const Arguments& arguments_;
+    EventLoop loop_;
+    TrackFile file_;
+    std::unique_ptr<TrackWriter> writer_;
+    Segments segments_;
+    Reference reference_;
+    uint64_t points_ = 0, bytes_ = 0;
+    uint32_t satelliteReports_ = LatestFix.InViewReports;
+    SampleGatherer gatherer_;
+    Listener listener_;
+};
+
+void RefuseOverwriting(const Arguments& arguments)
+{
+    for (const std::string& name : arguments.files) {
+        std::error_code error;
+        if (!arguments.output.empty() && fs::equivalent(name, arguments.output, error) && !error)
+            Fail(FailureKind::Usage, arguments.output + ": would be read and written at once");
+    }
+}
+
+void Convert(Context& context, const Arguments& arguments)
+{
+    if (!arguments.output.empty() || arguments.format == "json") {
+        // Standard output is free for the object, or has lines of JSON anyway.
+        if (arguments.format == "json" && arguments.output.empty()) context.output.noObject = true;
+    } else {
+        RefuseJson(context, "convert");
+    }
+    RefuseOverwriting(arguments);
+    for (const std::string& name : arguments.files) // before anything is written
+        if (name != "-" && !std::ifstream(name, std::ios::binary))
+            Fail(FailureKind::Failed, name + ": " + std::strerror(errno));
+    Conversion conversion(context, arguments);
+    try {
+        for (const std::string& name : arguments.files) conversion.Read(name);
+    } catch (const Failure& failure) {
+        if (failure.kind == FailureKind::Interrupted) conversion.EndEarly();
+        throw;
+    }
+    conversion.End();
+    context.output.object["points"] = conversion.Points();
+    if (conversion.Points() == 0)
+        context.output.Note("no sample has a position and a fix: the track is empty");
+}
+
+} // namespace
+
+Action DefineConvert(CLI::App& app)
+{
+    const auto arguments = std::make_shared<Arguments>();
+    app.add_option("FILE", arguments->files,
+                   "log of NMEA, SiRF binary or both; several are one stream, - is standard input")
+        ->required()
+        ->type_name("FILE...");
+    app.add_option("--to", arguments->format, "gpx, kml, csv or json")
+        ->required()
+        ->check(CLI::IsMember({"gpx", "kml", "csv", "json"}))
+        ->type_name("FORMAT");
+    app.add_option("-o,--output", arguments->output, "file to write; else standard output")
+        ->type_name("FILE");
+    arguments->correction.Define(app, "the file's last change");
+    return [arguments](Context& context) { Convert(context, *arguments); };
+}
+
+} // namespace console

@@ -1,0 +1,186 @@
+#include <cmath>
+#include <cstdio>
+
+#include "console/commands/commands.h"
+#include "console/correction_options.h"
+#include "console/finder.h"
+#include "console/for_option.h"
+#include "console/track.h"
+#include "ui/page_lines.h"
+
+namespace console
+{
+
+namespace
+{
+
+struct Arguments {
+    ForOption duration;
+    bool plain = false;
+    CorrectionOptions correction;
+};
+
+std::string Utf8(const wchar_t* text)
+{
+    std::string out;
+    for (; *text; ++text) {
+        const uint32_t c = static_cast<uint32_t>(*text);
+        if (c < 0x80) {
+            out += static_cast<char>(c);
+        } else if (c < 0x800) {
+            out += static_cast<char>(0xC0 | c >> 6);
+            out += static_cast<char>(0x80 | (c & 0x3F));
+        } else {
+            out += static_cast<char>(0xE0 | (c >> 12 & 0x0F));
+            out += static_cast<char>(0x80 | (c >> 6 & 0x3F));
+            out += static_cast<char>(0x80 | (c & 0x3F));
+        }
+    }
+    return out;
+}
+
+// "2008-06-21T10:00:35Z 47.3769 8.5417 459.5 m, 10 m/s, 90 deg, 3D, 9 satellites, HDOP 1.1"
+std::string FixLine(const Sample& sample)
+{
+    std::string line = sample.time ? FormatTime(*sample.time) : "-";
+    if (sample.rawTime && sample.rawTime != sample.time)
+        line += " (reported as " + FormatTime(*sample.rawTime) + ")";
+    if (!sample.IsPoint()) return line + " no fix";
+    const FixReport& fix = sample.fix;
+    const auto add = [&line](const char* before, double value, int decimals, const char* after) {
+        if (std::isfinite(value)) line += before + Number(value, decimals) + after;
+    };
+    add(" ", fix.LatitudeDegrees, 7, "");
+    add(" ", fix.LongitudeDegrees, 7, "");
+    add(" ", fix.AltitudeMslMetres, 1, " m");
+    add(", ", fix.SpeedMetresPerSecond, 2, " m/s");
+    add(", ", fix.CourseDegrees, 1, " deg");
+    line += fix.Mode == FixMode::ThreeD ? ", 3D" : ", 2D";
+    if (fix.SatellitesInFix >= 0) line += ", " + std::to_string(fix.SatellitesInFix) + " satellites";
+    add(", HDOP ", fix.Hdop, 1, "");
+    return line;
+}
+
+// The text page on a terminal, each line at its place.
+class Page
+{
+public:
+    explicit Page(Output& output) : output_(output) { output_.Raw(HideCursor + Home + ClearBelow); }
+
+    ~Page()
+    {
+        try {
+            output_.Raw(ShowCursor);
+        } catch (const Failure&) { // the terminal has gone, and its cursor with it
+        }
+    }
+
+    Page(const Page&) = delete;
+
+    void Paint(const std::string& correctedTime)
+    {
+        std::string text = Home;
+        for (uint32_t i = 0; i < LastTextLine; ++i) { // the last line is about keys of the window
+            wchar_t line[TextLineCapacity];
+            CopyTextLine(i, line);
+            text += Utf8(line) + ClearRight + "\r\n";
+        }
+        if (!correctedTime.empty()) text += " Corrected: " + correctedTime;
+        output_.Raw(text + ClearBelow);
+    }
+
+private:
+    inline static const std::string Home = "\x1b[H", ClearRight = "\x1b[K", ClearBelow = "\x1b[J";
+    inline static const std::string HideCursor = "\x1b[?25l\x1b[?7l",
+                                    ShowCursor = "\x1b[?7h\x1b[?25h"; // and no wraps
+
+    Output& output_;
+};
+
+class Monitor
+{
+public:
+    Monitor(Context& context, const Arguments& arguments)
+        : output_(context.output),
+          asJson_(context.options.json),
+          gatherer_([this, &arguments](Sample sample) {
+              if (arguments.correction.wanted) CorrectSample(sample, arguments.correction.ReferenceOrClock());
+              Take(sample);
+          })
+    {
+        listener_.decoded = [this] { Decoded(); };
+        if (!asJson_ && !arguments.plain && OutputIsTerminal()) page_.emplace(output_);
+    }
+
+    // Shows what was received until the time is over; false then.
+    bool Run(Session& session, Clock::time_point end)
+    {
+        // A pause of the line ends what belongs to one moment.
+        constexpr Duration Pause = std::chrono::milliseconds(150), LongestQuiet = std::chrono::seconds(1);
+        const auto wait = [&](Duration limit) {
+            const Clock::time_point now = Clock::now();
+            if (now >= end) return false;
+            return session.WaitFor([this] { return std::exchange(changed_, false); },
+                                   std::min(limit, end - now));
+        };
+        const Clock::time_point begin = Clock::now();
+        if (wait(LongestQuiet))
+            while (wait(Pause) && Clock::now() - begin < LongestQuiet) continue;
+        gatherer_.Flush();
+        if (page_) page_->Paint(correctedTime_);
+        return Clock::now() < end;
+    }
+
+private:
+    void Decoded()
+    {
+        changed_ = true;
+        if (LatestFix.InViewReports == satelliteReports_) return;
+        satelliteReports_ = LatestFix.InViewReports;
+        if (asJson_) output_.Raw(SkyLine(LatestFix));
+    }
+
+    void Take(const Sample& sample)
+    {
+        if (page_) {
+            correctedTime_ = sample.rawTime ? FormatTime(*sample.time) : "";
+        } else if (asJson_) {
+            output_.Raw(TpvLine(sample));
+        } else {
+            output_.Raw(FixLine(sample) + "\n");
+        }
+    }
+
+    Output& output_;
+    bool asJson_, changed_ = false;
+    uint32_t satelliteReports_ = 0;
+    std::string correctedTime_;
+    std::optional<Page> page_;
+    SampleGatherer gatherer_;
+    Listener listener_;
+};
+
+void MonitorReceiver(Context& context, const Arguments& arguments)
+{
+    const Duration limit = arguments.duration.Limit();
+    arguments.correction.ReferenceOrClock(); // a wrong one is noticed before a port is opened
+    if (context.options.dryRun) return;      // it sends nothing
+    context.output.noObject = true;
+    const Clock::time_point begin = Clock::now();
+    const Receiver receiver = FindReceiver(context);
+    Monitor monitor(context, arguments);
+    while (monitor.Run(*receiver.session, begin + limit)) continue;
+}
+
+} // namespace
+
+Action DefineMonitor(CLI::App& app)
+{
+    const auto arguments = std::make_shared<Arguments>();
+    arguments->duration.Define(app);
+    app.add_flag("--plain", arguments->plain, "a line for each fix, on a terminal too");
+    arguments->correction.Define(app, "the computer's clock");
+    return [arguments](Context& context) { MonitorReceiver(context, *arguments); };
+}
+
+} // namespace console

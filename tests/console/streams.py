@@ -1,0 +1,107 @@
+"""What the tests of the streaming commands share: the program, and the receiver in software on a pseudo-terminal."""
+
+import json
+import os
+import pathlib
+import select
+import signal
+import subprocess
+import tempfile
+import time
+
+Root = pathlib.Path(__file__).resolve().parents[2]
+Build = pathlib.Path(os.environ.get("TORAVANE_BUILD", Root / "build/native"))
+Program = Build / "toravanectl"
+Limit = 30  # s, for whatever must happen
+
+
+def environment():
+    """Without the user's own settings, and with nothing remembered."""
+    kept = {name: value for name, value in os.environ.items() if not name.startswith("TORAVANE_")}
+    return kept | {"XDG_STATE_HOME": tempfile.mkdtemp(prefix="toravane-state-"), "TZ": "UTC"}
+
+
+def run(*arguments, check=None, **options):
+    """Runs the program to its end; `check` is the exit status that it must have."""
+    done = subprocess.run([Program, *map(str, arguments)], capture_output=True, timeout=Limit, env=environment(),
+                          **options)
+    if check is not None:
+        assert done.returncode == check, (arguments, done.returncode, done.stdout, done.stderr)
+    return done
+
+
+def start(*arguments, **options):
+    options = {"stdout": subprocess.PIPE, "stderr": subprocess.PIPE, "env": environment()} | options
+    return subprocess.Popen([Program, *map(str, arguments)], **options)
+
+
+def end(process, number=signal.SIGTERM):
+    """Sends a signal and returns exit status, standard output and standard error."""
+    process.send_signal(number)
+    out, error = process.communicate(timeout=Limit)
+    return process.returncode, out, error
+
+
+def wait_until(condition, what="condition"):
+    limit = time.monotonic() + Limit
+    while not condition():
+        assert time.monotonic() < limit, f"waited in vain for {what}"
+        time.sleep(0.02)
+
+
+class Receiver:
+    """The receiver in software; `port` is its terminal."""
+
+    def __init__(self, *options):
+        self.process = subprocess.Popen([Build / "toravane-receiver", *map(str, options)], stdout=subprocess.PIPE,
+                                        text=True)
+        self.port = self.process.stdout.readline().strip()
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.process.terminate()
+        self.process.wait(Limit)
+        self.process.stdout.close()
+
+
+def read_some(file, enough):
+    """Bytes of a descriptor until `enough` holds for them."""
+    data = b""
+    limit = time.monotonic() + Limit
+    while not enough(data):
+        assert time.monotonic() < limit, data[-200:]
+        if select.select([file], [], [], 0.1)[0]:
+            try:
+                part = os.read(file, 65536)
+            except BlockingIOError:
+                continue
+            if not part:
+                break
+            data += part
+    return data
+
+
+def sentence(body):
+    checksum = 0
+    for byte in body.encode():
+        checksum ^= byte
+    return f"${body}*{checksum:02X}\r\n".encode()
+
+
+def valid_sentences(data):
+    """The sentences of a stream, and how many of them have a wrong checksum."""
+    good, bad = [], 0
+    for line in data.split(b"\r\n")[:-1]:
+        if not line.startswith(b"$"):
+            continue
+        if sentence(line[1:].split(b"*")[0].decode()) == line + b"\r\n":
+            good.append(line.decode())
+        else:
+            bad += 1
+    return good, bad
+
+
+def lines_of_json(text):
+    return [json.loads(line) for line in text.splitlines()]
