@@ -57,6 +57,8 @@ packaging  nsis                 makes the installer for Windows
 packaging  pandoc               makes the guide as one HTML file
 packaging  zip                  makes the portable archive
 
+web        emscripten           compiler of the program for pages
+web        npm                  type check, faults and format of the page's scripts
 web        chromium             tests of the page, without a display
 web        firefox-esr          tests of the page with a real serial port
 '
@@ -110,11 +112,13 @@ sizes)
     ;;
 esac
 
+# Names of the installed packages, and of those that they stand in for.
+installed=$(dpkg-query --show --showformat='${db:Status-Status} ${Package}, ${Provides}\n' |
+    sed -n 's/^installed //; t names; d; :names; s/ ([^)]*)//g; s/, */\n/g; p')
 missing=()
 while read -r package reason; do
     [ -n "$package" ] || continue
-    status=$(dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null || true)
-    if [ "$status" != installed ]; then
+    if ! grep -qxF "$package" <<<"$installed"; then
         printf 'Missing: %-21s %s\n' "$package" "$reason"
         missing+=("$package")
     fi

@@ -18,6 +18,8 @@ std::string BytesOf(const void* data, size_t size)
 namespace memory
 {
 
+const bool DrawsTexts = true, KeepsInvalidations = true;
+
 std::wstring ErrorText(DWORD error)
 {
     return L"Error text " + std::to_wstring(error) + L".\r\n";

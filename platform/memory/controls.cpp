@@ -73,8 +73,8 @@ size_t AddIndex(const Window& list, const wchar_t* text)
 LRESULT ListProcedure(Window& list, ListMessage message, WPARAM wParam, LPARAM lParam)
 {
     const wchar_t* text = reinterpret_cast<const wchar_t*>(lParam);
-    const auto count = static_cast<int64_t>(list.items.size());
-    const auto index = static_cast<int64_t>(static_cast<intptr_t>(wParam));
+    const auto count = static_cast<intptr_t>(list.items.size());
+    const auto index = static_cast<intptr_t>(wParam);
     const bool exists = index >= 0 && index < count;
     const auto select = [&](int selection) {
         list.selection = selection;

@@ -189,7 +189,11 @@ std::wstring WithoutPrefixes(std::wstring_view text, UINT format)
 void PutText(const Dc& dc, int x, int y, const std::wstring& text, const RECT& clip)
 {
     if (text.empty()) return;
-    if (Window* window = FindWin(dc.window)) window->texts.push_back({x, y, text});
+    if (Window* window = FindWin(dc.window)) {
+        window->texts.push_back({x, y, text});
+        window->drawn.push_back(L"Text " + std::to_wstring(x) + L" " + std::to_wstring(y) + L" " + text);
+    }
+    if (!DrawsTexts) return;
     const Surface surface = SurfaceOf(dc);
     const SIZE cell = Selected(dc, ObjectKind::Font).cell;
     for (size_t i = 0; i < text.size(); ++i) {
@@ -247,10 +251,13 @@ int PutLines(const Dc& dc, const std::wstring& text, RECT& area, UINT format)
 // A filled shape with an outline; `inside` says which pixels of the area belong to it.
 template <typename Inside> void PutShape(const Dc& dc, const char* name, RECT area, Inside inside)
 {
-    if (Window* window = FindWin(dc.window))
-        window->shapes.push_back(std::string(name) + " " + std::to_string(area.left) + " " +
-                                 std::to_string(area.top) + " " + std::to_string(area.right) + " " +
-                                 std::to_string(area.bottom));
+    if (Window* window = FindWin(dc.window)) {
+        const std::string shape = std::string(name) + " " + std::to_string(area.left) + " " +
+                                  std::to_string(area.top) + " " + std::to_string(area.right) + " " +
+                                  std::to_string(area.bottom);
+        window->shapes.push_back(shape);
+        window->drawn.emplace_back(shape.begin(), shape.end());
+    }
     const Surface surface = SurfaceOf(dc);
     const GdiObject &brush = Selected(dc, ObjectKind::Brush), &pen = Selected(dc, ObjectKind::Pen);
     const RECT clip = {std::max(area.left, 0), std::max(area.top, 0), std::min(area.right, surface.width),
@@ -275,6 +282,7 @@ BOOL Copy(HDC to, RECT target, HDC from, RECT source, DWORD operation)
         return TRUE;
     }
     if (operation != SRCCOPY) return Fail(ERROR_INVALID_PARAMETER);
+    if (Window* window = FindWin(into->window)) window->copied = true;
     const Dc* outOf = FindDc(from);
     if (!outOf) return FALSE;
     const int width = target.right - target.left, height = target.bottom - target.top;
@@ -351,6 +359,7 @@ void PaintControl(HWND control)
     Window* window = FindWin(control);
     Validate(*window);
     window->texts.clear();
+    window->drawn.clear();
     UINT message = WM_CTLCOLORSTATIC;
     uint32_t background = ControlGrey;
     const bool fixed =
@@ -367,6 +376,8 @@ void PaintControl(HWND control)
     window = FindWin(control);
     Dc* found = window ? FindDc(dc) : nullptr;
     if (found) {
+        const GdiObject* given = FindObjectOf(reinterpret_cast<HBRUSH>(brush), ObjectKind::Brush);
+        window->background = given && !given->hollow ? static_cast<int32_t>(given->color) : -1;
         SurfaceOf(*found).Fill(Everything(*found), BrushColor(reinterpret_cast<HBRUSH>(brush), background));
         found->backMode = TRANSPARENT;
         RECT area = Everything(*found);
@@ -424,6 +435,9 @@ HDC BeginPaint(HWND window, PAINTSTRUCT* paint)
         return isWhole || (text.y >= area.top && text.y < area.bottom);
     });
     found->shapes.clear();
+    found->drawn.clear();
+    found->copied = false;
+    ++found->paints;
     paint->hdc = NewWindowDc(window);
     paint->fErase = erase && Send(window, WM_ERASEBKGND, reinterpret_cast<WPARAM>(paint->hdc), 0) == 0;
     return paint->hdc;

@@ -93,6 +93,11 @@ struct Box {
 // after the box was destroyed does not matter.
 int AwaitAnswer(HWND window, const Box& box);
 
+// ---- The view -----------------------------------------------------------------------------------------
+
+extern const bool DrawsTexts;         // as patterns into the pixels; else the view draws what is recorded
+extern const bool KeepsInvalidations; // Window::invalidations, which grows with each
+
 // ---- Ports, settings, texts ---------------------------------------------------------------------------
 
 HANDLE OpenPort(uint32_t number); // "COMn:"; INVALID_HANDLE_VALUE with the error

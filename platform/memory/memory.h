@@ -261,6 +261,10 @@ struct Window {
     std::vector<bool> invalidations;
     std::vector<TextOut> texts;
     std::vector<std::string> shapes;
+    std::vector<std::wstring> drawn; // shapes and texts in their order, "Text x y ..."
+    uint32_t paints = 0;             // begun
+    bool copied = false;             // the last paint has copied a picture into the window
+    int32_t background = -1;         // 0x00RRGGBB that the program has given a control, -1 none
     Picture picture{};
 
     // Dialogs.

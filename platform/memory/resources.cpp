@@ -1,20 +1,12 @@
-// The program's resources: the compiled resource script stands in the binary as it is, and is read here.
+// The program's resources: the compiled resource script stands in the program as it is, and is read here.
 #include "platform/memory/memory.h"
 
 #include <algorithm>
 #include <optional>
 
-// Placed by the assembler, so that the build needs no generated source.
-asm(".section .rodata\n"
-    ".balign 4\n"
-    ".global Resources\n"
-    "Resources:\n"
-    ".incbin \"" COMPILED_RESOURCES "\"\n"
-    ".global ResourcesEnd\n"
-    "ResourcesEnd:\n"
-    ".byte 0\n"
-    ".previous\n");
-extern "C" const uint8_t Resources[], ResourcesEnd[];
+// Made of the compiled resource script by the build.
+extern const uint8_t Resources[];
+extern const size_t ResourcesSize;
 
 namespace memory
 {
@@ -109,7 +101,7 @@ struct Resource {
 std::vector<Resource> ReadResources()
 {
     std::vector<Resource> resources;
-    Reader reader({Resources, ResourcesEnd});
+    Reader reader({Resources, ResourcesSize});
     while (!reader.AtEnd()) {
         const size_t start = reader.Position();
         const uint32_t dataSize = reader.U32(), headerSize = reader.U32();

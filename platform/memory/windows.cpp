@@ -547,14 +547,14 @@ BOOL InvalidateRect(HWND window, const RECT* rectangle, BOOL erase)
     if (Fails(Call::InvalidateRect)) return FALSE;
     if (!window) { // every window of the system
         for (const auto& [handle, other] : Windows) {
-            other->invalidations.push_back(true);
+            if (KeepsInvalidations) other->invalidations.push_back(true);
             Invalidate(*other, nullptr, true);
         }
         return TRUE;
     }
     Window* found = NeedWindow(window);
     if (!found) return FALSE;
-    found->invalidations.push_back(erase != FALSE);
+    if (KeepsInvalidations) found->invalidations.push_back(erase != FALSE);
     Invalidate(*found, rectangle, erase != FALSE);
     return TRUE;
 }

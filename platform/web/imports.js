@@ -1,0 +1,10 @@
+// What the program calls in the page: one function, for all its messages.
+mergeInto(LibraryManager.library, {
+    toravane_send: function (message, length) {
+        Module["receive"](HEAPU8.subarray(message, message + length));
+    },
+    toravane_local_time: function () {
+        var now = new Date();
+        return now.getTime() - now.getTimezoneOffset() * 60000;
+    },
+});

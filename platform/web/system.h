@@ -1,0 +1,4 @@
+// The platform interface of the page: the system in memory as it is.
+#pragma once
+
+#include "platform/memory/system.h"

@@ -1,0 +1,62 @@
+#include "log_player.h"
+
+#include <algorithm>
+
+#include "graph/channels.h"
+#include "graph/recorder.h"
+
+namespace
+{
+
+constexpr double SliceMs = 16;    // as long as a picture of the screen
+constexpr size_t SmallRun = 32;   // bytes: shorter than a message with a fix
+constexpr double LongestGapS = 5; // between two fixes; a pause of the recording is cut to this
+constexpr double SecondsOfDay = 86400;
+constexpr double BytesPerSecond = 115200 / 10.0; // between fixes no log was faster
+
+double FixSeconds()
+{
+    return FixTime.wHour * 3600.0 + FixTime.wMinute * 60.0 + FixTime.wSecond;
+}
+
+} // namespace
+
+void LogPlayer::Play(int32_t speed, bool paused)
+{
+    Speed = speed;
+    Paused = paused;
+    NextBytes = web::PageTime();
+}
+
+// What the program has recorded shows how far the log's own clock has come.
+void LogPlayer::AwaitFix()
+{
+    const uint32_t samples = GraphSampleCount.load();
+    if (samples == Samples) return;
+    Samples = samples;
+    const double fix = FixSeconds();
+    double gap = LastFix < 0 ? 0 : fix - LastFix;
+    if (gap < 0) gap += SecondsOfDay;
+    LastFix = fix;
+    const double now = web::PageTime();
+    NextBytes = std::max(NextBytes, now - 1000) + std::min(gap, LongestGapS) * 1000 / Speed;
+}
+
+std::string LogPlayer::Read(size_t most, uint32_t)
+{
+    if (Paused || Place == Log.size()) return {};
+    size_t count = most;
+    if (Speed > 0) {
+        AwaitFix();
+        if (web::PageTime() < NextBytes) return {};
+        count = std::min(most, SmallRun);
+        NextBytes += static_cast<double>(count) * 1000 / BytesPerSecond / Speed;
+    } else if (web::PageTime() - SliceBegun > SliceMs) {
+        memory::YieldTurn(); // to the window, which shows how far it has come
+        web::Breathe();
+        SliceBegun = web::PageTime();
+    }
+    std::string bytes = Log.substr(Place, count);
+    Place += bytes.size();
+    return bytes;
+}

@@ -1,0 +1,24 @@
+// The receiver in software as a port of the page: it streams without anything plugged in.
+#pragma once
+
+#include "platform/web/web.h"
+#include "receiver/line.h"
+#include "receiver/receiver.h"
+
+class SoftwareReceiver : public web::Device
+{
+public:
+    SoftwareReceiver();
+    void Open() override;
+    std::string Read(size_t most, uint32_t rate) override;
+    void Write(std::string_view bytes) override;
+
+private:
+    void Run(uint32_t rate); // until now
+
+    receiver::Receiver Sim;
+    receiver::Line Wire;
+    receiver::Bytes FromProgram;
+    std::string Arrived;
+    double Begun;
+};
