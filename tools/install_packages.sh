@@ -58,7 +58,7 @@ packaging  pandoc               makes the guide as one HTML file
 packaging  zip                  makes the portable archive
 
 web        emscripten           compiler of the program for pages
-web        npm                  type check, faults and format of the page's scripts
+web        npm                  type check, faults and format of the scripts of the page
 web        chromium             tests of the page, without a display
 web        firefox-esr          tests of the page with a real serial port
 '
