@@ -37,9 +37,9 @@ test_preset() {
     step "build $1" tools/build.sh "$1" && step "unit tests, $1" ctest --preset "$1"
 }
 
-# python_tests FOLDER
+# python_tests FOLDER [OPTION]...
 python_tests() {
-    /usr/bin/python3 -B -m pytest -p no:cacheprovider --durations=5 -v "$1"
+    /usr/bin/python3 -B -m pytest -p no:cacheprovider --durations=5 -v "$@"
 }
 
 # programs INTERPRETER SUFFIX: every file for that interpreter, those without a suffix too.
@@ -64,7 +64,7 @@ if step "packages" tools/install_packages.sh testing packaging web; then
     step "commands" python_tests tests/commands
     step "rows of the mutation check" tests/mutation/mutate.py --check
     step "user guide" tools/check_guide
-    test_preset native
+    test_preset native && step "console tests" python_tests tests/console -n 4 --dist loadfile
     step "constructs" check_constructs
     test_preset native-asan
     step "races" tests/races/run.sh

@@ -18,6 +18,7 @@ std::span<const Command> Commands()
         {"date", "print the receiver's date, corrected if it lies whole 1024 weeks back", DefineDate},
         {"relay", "pass the receiver's stream on to a pseudo-terminal or to readers on the network",
          DefineRelay},
+        {"completion", "print the completion script of a shell", DefineCompletion},
     };
     return All;
 }

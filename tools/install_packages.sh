@@ -48,6 +48,10 @@ testing    icoutils             lists the resources in it
 testing    python3-pefile       reads all of it
 testing    cabextract           unpacks the install packages for devices
 testing    python3-pytest       tests written in Python
+testing    python3-pytest-xdist several of them at once, where they wait
+testing    fish                 completes commands of the console program in a test
+testing    zsh                  the same
+testing    groff                reads its manual page in a test
 
 packaging  debhelper            makes the Debian packages
 packaging  desktop-file-utils   checks the menu entry

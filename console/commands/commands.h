@@ -12,5 +12,6 @@ Action DefineLog(CLI::App& app);
 Action DefineConvert(CLI::App& app);
 Action DefineDate(CLI::App& app);
 Action DefineRelay(CLI::App& app);
+Action DefineCompletion(CLI::App& app);
 
 } // namespace console

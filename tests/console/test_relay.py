@@ -1,7 +1,6 @@
 """relay: the same bytes to every reader, both ways on request, with mended dates on request."""
 
 import os
-import signal
 import socket
 import termios
 import time
