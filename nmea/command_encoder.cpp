@@ -40,13 +40,16 @@ int32_t NmeaSend(const char* body, uint8_t length)
 
 int32_t NmeaSend(const char* body)
 {
-    return NmeaSend(body, static_cast<uint8_t>(std::strlen(body)));
+    const size_t length = std::strlen(body);
+    return length <= MaxNmeaBody ? NmeaSend(body, static_cast<uint8_t>(length)) : -1;
 }
 
 void NmeaSendFromReader(const char* body)
 {
+    const size_t length = std::strlen(body);
+    if (length > MaxNmeaBody) return;
     uint8_t sentence[MaxNmeaCommand];
-    PortWriteFromReader(sentence, FrameNmeaCommand(body, static_cast<uint8_t>(std::strlen(body)), sentence));
+    PortWriteFromReader(sentence, FrameNmeaCommand(body, static_cast<uint8_t>(length), sentence));
 }
 
 int32_t SendPsrf103(char message, char mode, char rate, char checksum)

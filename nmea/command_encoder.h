@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-// Longest sentence: a body of 255 characters and its frame.
-constexpr uint32_t MaxNmeaCommand = 255 + 6;
+// Longest body, and longest sentence: that body and its frame.
+constexpr uint32_t MaxNmeaBody = 255, MaxNmeaCommand = MaxNmeaBody + 6;
 
 // Frames a body of `length` characters into `sentence`; returns the sentence's length, `length` + 6.
 uint32_t FrameNmeaCommand(const char* body, uint8_t length, uint8_t (&sentence)[MaxNmeaCommand]);
@@ -14,10 +14,11 @@ uint32_t FrameNmeaCommand(const char* body, uint8_t length, uint8_t (&sentence)[
 // shown.
 int32_t NmeaSend(const char* body, uint8_t length);
 
-// The same for a terminated text.
+// The same for a terminated text. A body longer than MaxNmeaBody is not sent: the result is -1.
 int32_t NmeaSend(const char* body);
 
-// Frames a command and writes it at once, past the queue, which belongs to the user-interface thread.
+// Frames a command and writes it at once, past the queue, which belongs to the user-interface thread. Nothing
+// happens with a body longer than MaxNmeaBody.
 void NmeaSendFromReader(const char* body);
 
 // Sets an output message's rate from digit characters: each field of PSRF103 is '0' and the given character.

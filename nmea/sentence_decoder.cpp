@@ -9,8 +9,8 @@
 #include "graph/repaint.h"
 #include "link/link_state.h"
 #include "link/protocol_recognition.h"
+#include "nmea/page_lines.h"
 #include "nmea/receiver_messages.h"
-#include "nmea/text_page.h"
 #include "resources/resource_ids.h"
 #include "sky/sky_objects.h"
 #include "text/copy.h"
@@ -140,10 +140,10 @@ bool TakeLatitude(uint32_t index)
     double angle;
     if (!ReadAngle(Field(index), 2, angle)) return false;
     const char hemisphere = *Field(index + 1);
-    ShowLatitude(angle, static_cast<unsigned char>(hemisphere));
+    ShowLatitudeLine(NmeaLineLatitude, angle, static_cast<unsigned char>(hemisphere));
     Latitude = hemisphere == 'S' ? -angle : angle;
     SetChannelValue(ChannelNorthing, RoundToFloat(Latitude * MetresPerDegree));
-    ShowNorthing(GraphChannel[ChannelNorthing].Value);
+    ShowNorthingLine(NmeaLineNorthing, GraphChannel[ChannelNorthing].Value);
     return true;
 }
 
@@ -152,11 +152,11 @@ bool TakeLongitude(uint32_t index)
     double angle;
     if (!ReadAngle(Field(index), 3, angle)) return false;
     const char hemisphere = *Field(index + 1);
-    ShowLongitude(angle, static_cast<unsigned char>(hemisphere));
+    ShowLongitudeLine(NmeaLineLongitude, angle, static_cast<unsigned char>(hemisphere));
     Longitude = hemisphere == 'W' ? 360.0 - angle : angle;
     SetChannelValue(ChannelEasting,
                     RoundToFloat(std::cos(Latitude * RadiansPerDegree) * Longitude * MetresPerDegree));
-    ShowEasting(GraphChannel[ChannelEasting].Value);
+    ShowEastingLine(NmeaLineEasting, GraphChannel[ChannelEasting].Value);
     return true;
 }
 
@@ -164,7 +164,7 @@ void TakeHdop(uint32_t index)
 {
     if (!HasField(index)) return;
     const float hdop = static_cast<float>(ParseDecimal(Field(index)));
-    ShowHdop(hdop);
+    ShowHdopLine(NmeaLineHdop, hdop);
     SetChannelValue(ChannelHdop, hdop);
 }
 
@@ -174,7 +174,7 @@ void TakeSpeedKnots(uint32_t index)
     const double knots = ParseDecimal(Field(index));
     LatestFix.SpeedMetresPerSecond = knots * TrueMetresPerSecondPerKnot;
     const float speed = static_cast<float>(knots * MetresPerSecondPerKnot);
-    ShowSpeed(speed);
+    ShowSpeedLine(NmeaLineSpeed, speed);
     SetChannelValue(ChannelSpeed, speed);
 }
 
@@ -183,7 +183,7 @@ void TakeCourse(uint32_t index)
     if (!HasField(index)) return;
     LatestFix.CourseDegrees = ParseDecimal(Field(index));
     const float course = static_cast<float>(LatestFix.CourseDegrees);
-    ShowCourse(course);
+    ShowCourseLine(NmeaLineCourse, course);
     SetChannelValue(ChannelCourse, course);
 }
 
@@ -225,7 +225,6 @@ void ReportSatellitesInView()
 // $GPGGA,time,lat,N,lon,E,quality,satellites,HDOP,altitude,M,geoid separation,M,DGPS age,station
 void DecodeGga()
 {
-    if (FieldCount != 15) return;
     BeginFixReport(ModeOfQuality());
     LatestFix.HasTimeOfDay = std::strlen(Field(1)) >= 6;
     TakeTime(1);
@@ -237,7 +236,7 @@ void DecodeGga()
     float altitude = 0;
     if (HasField(9)) {
         altitude = static_cast<float>(ParseDecimal(Field(9)));
-        ShowAltitudeMsl(altitude);
+        ShowAltitudeMslLine(NmeaLineAltitudeMsl, altitude);
         SetChannelValue(ChannelAltitude, altitude);
     }
     if (HasField(11)) {
@@ -254,7 +253,6 @@ void DecodeGga()
 // $GPGLL,lat,N,lon,E,time,status[,mode]
 void DecodeGll()
 {
-    if (FieldCount != 7 && FieldCount != 8) return;
     TakeLatitude(1);
     TakeLongitude(3);
     TakeTime(5);
@@ -264,7 +262,6 @@ void DecodeGll()
 // $GPGSA,mode,fix,12 satellites,PDOP,HDOP,VDOP
 void DecodeGsa()
 {
-    if (FieldCount != 18) return;
     constexpr FixMode Modes[] = {FixMode::Unknown, FixMode::None, FixMode::TwoD, FixMode::ThreeD};
     const int32_t dimensions = ParseInteger(Field(2));
     DimensionsOfGsa = dimensions >= 1 && dimensions <= 3 ? Modes[dimensions] : FixMode::Unknown;
@@ -282,7 +279,6 @@ void DecodeGsa()
 void DecodeGsv()
 {
     constexpr uint32_t FirstGroup = 4, FieldsPerGroup = 4, GroupsPerMessage = 4;
-    if (FieldCount != 8 && FieldCount != 12 && FieldCount != 16 && FieldCount != 20) return;
     const uint8_t number = static_cast<uint8_t>(ParseInteger(Field(2)));
     const int32_t inView = ParseInteger(Field(3));
     if (number >= 1 && number <= SatelliteCount / GroupsPerMessage) {
@@ -307,7 +303,6 @@ void DecodeGsv()
 // $GPRMC,time,status,lat,N,lon,E,knots,course,date,variation,E[,mode]; a void one counts like a valid one
 void DecodeRmc()
 {
-    if (FieldCount != 12 && FieldCount != 13) return;
     TakeDate(9);
     TakeTime(1);
     TakeLatitude(3);
@@ -327,7 +322,6 @@ void DecodeRmc()
 // $GPVTG,course,T,magnetic,M,knots,N,km/h,K[,mode]
 void DecodeVtg()
 {
-    if (FieldCount != 9 && FieldCount != 10) return;
     TakeCourse(1);
     TakeSpeedKnots(5);
     RepaintMainWindow();
@@ -336,7 +330,6 @@ void DecodeVtg()
 // $GPZDA,time,day,month,year,zone hours,zone minutes; nothing of it is shown
 void DecodeZda()
 {
-    if (FieldCount != 7) return;
     ReportDate(static_cast<uint32_t>(ParseInteger(Field(4))), static_cast<uint32_t>(ParseInteger(Field(3))),
                static_cast<uint32_t>(ParseInteger(Field(2))), SecondOfDay(Field(1)));
 }
@@ -391,28 +384,24 @@ void DecodeText()
 
 // ---- Dispatch -----------------------------------------------------------------------------------------
 
-void IgnoreSentence() {}
-
-struct Sentence {
-    const char* name;
-    int stampControl; // of the Set Message Rate dialog: when a sentence of this kind arrived last
-    void (*decode)();
+constexpr SentenceKind Kinds[] = {
+    {"GPGGA", FieldCounts(15), CONTROL_STAMP_GGA, DecodeGga},
+    {"GPGLL", FieldCounts(7, 8), CONTROL_STAMP_GLL, DecodeGll},
+    {"GPGSA", FieldCounts(18), CONTROL_STAMP_GSA, DecodeGsa},
+    {"GPGSV", FieldCounts(8, 12, 16, 20), CONTROL_STAMP_GSV, DecodeGsv},
+    {"GPMSS", 0, CONTROL_STAMP_MSS, nullptr},
+    {"GPRMC", FieldCounts(12, 13), CONTROL_STAMP_RMC, DecodeRmc},
+    {"GPVTG", FieldCounts(9, 10), CONTROL_STAMP_VTG, DecodeVtg},
+    {"GPZDA", FieldCounts(7), CONTROL_STAMP_ZDA, DecodeZda},
+    {"PSRF150", 0, CONTROL_STAMP_SRF150, nullptr},
 };
+constexpr SentenceKind TextKind = {TextSentence, AnyFieldCount, CONTROL_STAMP_SRFTXT, DecodeText};
+constexpr SentenceKind OtherKind = {"", AnyFieldCount, CONTROL_STAMP_OTHER, DecodeText};
 
-constexpr Sentence Sentences[] = {
-    {"GPGGA", CONTROL_STAMP_GGA, DecodeGga},           {"GPGLL", CONTROL_STAMP_GLL, DecodeGll},
-    {"GPGSA", CONTROL_STAMP_GSA, DecodeGsa},           {"GPGSV", CONTROL_STAMP_GSV, DecodeGsv},
-    {"GPMSS", CONTROL_STAMP_MSS, IgnoreSentence},      {"GPRMC", CONTROL_STAMP_RMC, DecodeRmc},
-    {"GPVTG", CONTROL_STAMP_VTG, DecodeVtg},           {"GPZDA", CONTROL_STAMP_ZDA, DecodeZda},
-    {"PSRF150", CONTROL_STAMP_SRF150, IgnoreSentence},
-};
-constexpr Sentence TextKind = {TextSentence, CONTROL_STAMP_SRFTXT, DecodeText};
-constexpr Sentence OtherKind = {"", CONTROL_STAMP_OTHER, DecodeText};
-
-const Sentence& FindSentence(const char* name)
+const SentenceKind& FindKind(const char* name)
 {
-    for (const Sentence& sentence : Sentences)
-        if (std::strcmp(name, sentence.name) == 0) return sentence;
+    for (const SentenceKind& kind : Kinds)
+        if (std::strcmp(name, kind.name) == 0) return kind;
     return StartsWith(name, TextSentence) ? TextKind : OtherKind;
 }
 
@@ -437,15 +426,17 @@ void BeginNmea()
 
 } // namespace
 
+const std::span<const SentenceKind> SentenceKinds = Kinds;
+
 void NmeaDispatcher(char* sentence)
 {
     if (LinkClosing.load(std::memory_order_relaxed)) return;
     if (!NmeaRecognised.load()) BeginNmea();
     if (SearchInProgress.load()) return;
     SplitFields(sentence);
-    const Sentence& kind = FindSentence(Field(0));
+    const SentenceKind& kind = FindKind(Field(0));
     StampArrival(kind.stampControl);
-    kind.decode();
+    if (kind.fieldCounts & FieldCounts(FieldCount)) kind.decode();
 }
 
 void ResetNmeaDecoder()

@@ -2,10 +2,25 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 
 // Characters that a sentence's buffer has behind its 256: a time or date is cut into its parts where it
 // stands, however short its field is, which may end that far behind the sentence. They hold 0.
 constexpr uint32_t SentenceSlack = 16;
+
+// A kind of sentence that the decoder knows by name.
+struct SentenceKind {
+    const char* name;
+    uint32_t fieldCounts; // bit n: it is decoded when it has n fields, its name among them; else ignored
+    int stampControl;     // of the Set Message Rate dialog: when a sentence of this kind arrived last
+    void (*decode)();
+};
+template <typename... Counts> constexpr uint32_t FieldCounts(Counts... counts)
+{
+    return ((uint32_t{1} << counts) | ...);
+}
+constexpr uint32_t AnyFieldCount = UINT32_MAX;
+extern const std::span<const SentenceKind> SentenceKinds;
 
 // Takes one accepted sentence, without '$' and checksum; reader thread. The text is in a buffer as described
 // above and is written into: commas become terminators. The first sentence since the last reset also

@@ -13,8 +13,8 @@
 #include "sirf/arrival_list.h"
 #include "sirf/frame_sender.h"
 #include "sirf/message_fields.h"
+#include "sirf/page_lines.h"
 #include "sirf/read_back.h"
-#include "sirf/text_page.h"
 #include "sky/sky_objects.h"
 #include "ui/active_dialog.h"
 #include "ui/error_boxes.h"
@@ -45,12 +45,6 @@ enum MessageId : uint8_t {
     DevelopmentData = 255,
 };
 
-// A message as its decoder gets it. Behind its last byte the buffer goes on, to `readable` bytes in all.
-struct Message {
-    const uint8_t* bytes;
-    uint32_t length, readable;
-};
-
 constexpr double MetresPerDegree = 111325.0;
 constexpr double RadiansPerDegree = 0.017453292519943295;
 constexpr double DegreesPerRadian = 57.29577951308232;
@@ -71,18 +65,19 @@ FixMode ModeOfFixType(uint32_t fixType)
 
 // ---- Message id 2: fix, and before the first message id 41 also time and position --------------------
 
-constexpr Field<int32_t> EcefXMetres{1}, EcefYMetres{5}, EcefZMetres{9};
-constexpr Field<uint8_t> Mode1{19}; // bits 0 to 2 fix type, bit 7 DGPS
-constexpr Field<uint8_t> HdopFifths2{20};
-constexpr Field<uint32_t> TimeOfWeekCs{24};
-constexpr Field<uint8_t> SvsInFix{28};
+constexpr MessageField<int32_t> EcefXMetres{1}, EcefYMetres{5}, EcefZMetres{9};
+constexpr MessageField<uint8_t> Mode1{19}; // bits 0 to 2 fix type, bit 7 DGPS
+constexpr MessageField<uint8_t> HdopFifths2{20};
+constexpr MessageField<uint32_t> TimeOfWeekCs{24};
+constexpr MessageField<uint8_t> SvsInFix{28};
 
-constexpr Field<uint32_t> TimeOfWeekMs{7}; // of message id 41
+constexpr MessageField<uint32_t> TimeOfWeekMs{7}; // of message id 41
 
 void ShowTimes()
 {
     ShowUtcLine(FixTime);
-    ShowReceiverTime(Get(GeodeticRecord, TimeOfWeekMs) / 1000); // 0 until the first message id 41, on purpose
+    ShowReceiverTime(ReadField(GeodeticRecord, TimeOfWeekMs) /
+                     1000); // 0 until the first message id 41, on purpose
 }
 
 struct GeodeticPosition {
@@ -109,23 +104,23 @@ GeodeticPosition PositionFromEcef(double x, double y, double z)
 
 void TakeEcefPosition()
 {
-    const uint32_t timeOfWeek = Get(NavigationRecord, TimeOfWeekCs); // GPS time: leap seconds stay in
+    const uint32_t timeOfWeek = ReadField(NavigationRecord, TimeOfWeekCs); // GPS time: leap seconds stay in
     StoreFixTime(timeOfWeek / 360000 % 24, timeOfWeek / 6000 % 60, timeOfWeek / 100 % 60);
     ShowTimes();
 
-    SetChannelValue(ChannelHdop, Get(NavigationRecord, HdopFifths2) * 0.2);
-    ShowSirfHdop(GraphChannel[ChannelHdop].Value);
+    SetChannelValue(ChannelHdop, ReadField(NavigationRecord, HdopFifths2) * 0.2);
+    ShowHdopLine(SirfLineHdop, GraphChannel[ChannelHdop].Value);
 
     const GeodeticPosition position =
-        PositionFromEcef(Get(NavigationRecord, EcefXMetres), Get(NavigationRecord, EcefYMetres),
-                         Get(NavigationRecord, EcefZMetres));
+        PositionFromEcef(ReadField(NavigationRecord, EcefXMetres), ReadField(NavigationRecord, EcefYMetres),
+                         ReadField(NavigationRecord, EcefZMetres));
     // Neither UTC nor a height above mean sea level.
-    BeginFixReport(ModeOfFixType(Get(NavigationRecord, Mode1) & 7u));
+    BeginFixReport(ModeOfFixType(ReadField(NavigationRecord, Mode1) & 7u));
     LatestFix.LatitudeDegrees = position.latitudeDegrees;
     LatestFix.LongitudeDegrees = position.longitudeDegrees;
     LatestFix.AltitudeEllipsoidMetres = position.heightMetres;
     LatestFix.Hdop = GraphChannel[ChannelHdop].Value;
-    LatestFix.SatellitesInFix = Get(NavigationRecord, SvsInFix);
+    LatestFix.SatellitesInFix = ReadField(NavigationRecord, SvsInFix);
 
     SetChannelValue(ChannelNorthing, position.latitudeDegrees * MetresPerDegree);
     SetChannelValue(ChannelEasting, std::cos(position.latitudeDegrees * RadiansPerDegree) *
@@ -133,15 +128,16 @@ void TakeEcefPosition()
     // Above the ellipsoid here, above mean sea level once message id 41 arrives: on purpose.
     SetChannelValue(ChannelAltitude, position.heightMetres);
     ShowSirfPosition(position.latitudeDegrees, position.longitudeDegrees);
-    ShowSirfGridPosition(GraphChannel[ChannelNorthing].Value, GraphChannel[ChannelEasting].Value);
+    ShowNorthingLine(SirfLineNorthing, GraphChannel[ChannelNorthing].Value);
+    ShowEastingLine(SirfLineEasting, GraphChannel[ChannelEasting].Value);
     ShowSirfAltitudeEllipsoid(position.heightMetres);
     RecordGraphSample();
 }
 
-void DecodeMeasuredNavigation(const Message& message)
+void DecodeMeasuredNavigation(const SirfMessage& message)
 {
     KeepRecord(NavigationRecord, message.bytes, message.length);
-    const uint8_t mode = Get(NavigationRecord, Mode1), svs = Get(NavigationRecord, SvsInFix);
+    const uint8_t mode = ReadField(NavigationRecord, Mode1), svs = ReadField(NavigationRecord, SvsInFix);
     ShowSirfFix(mode & 7u, svs, mode & 0x80);
     SetChannelValue(ChannelSvsInFix, svs);
     const bool geodeticIsSent = GeodeticRecord[0] == GeodeticNavigation;
@@ -151,18 +147,18 @@ void DecodeMeasuredNavigation(const Message& message)
 
 // ---- Message id 41: everything but the fix line and its satellites -----------------------------------
 
-constexpr Field<uint16_t> NavValid{1}; // bit 15: no course
-constexpr Field<uint16_t> NavType{3};  // bits 0 to 2 fix type, bit 12: no speed
-constexpr Field<uint16_t> UtcYear{11};
-constexpr Field<uint8_t> UtcMonth{13}, UtcDay{14}; // day 0: UTC is not known yet
-constexpr Field<uint8_t> UtcHour{15}, UtcMinute{16};
-constexpr Field<uint16_t> UtcMilliseconds{17};
-constexpr Field<int32_t> Latitude1e7Deg{23}, Longitude1e7Deg{27};
-constexpr Field<int32_t> AltitudeEllipsoidCm{31}, AltitudeMslCm{35};
-constexpr Field<uint8_t> MapDatum{39};
-constexpr Field<uint16_t> SpeedCmPerS{40}, CourseCentidegrees{42};
-constexpr Field<uint32_t> EhpeCm{50}, EvpeCm{54};
-constexpr Field<uint8_t> SvsInFix41{88}, HdopFifths41{89};
+constexpr MessageField<uint16_t> NavValid{1}; // bit 15: no course
+constexpr MessageField<uint16_t> NavType{3};  // bits 0 to 2 fix type, bit 12: no speed
+constexpr MessageField<uint16_t> UtcYear{11};
+constexpr MessageField<uint8_t> UtcMonth{13}, UtcDay{14}; // day 0: UTC is not known yet
+constexpr MessageField<uint8_t> UtcHour{15}, UtcMinute{16};
+constexpr MessageField<uint16_t> UtcMilliseconds{17};
+constexpr MessageField<int32_t> Latitude1e7Deg{23}, Longitude1e7Deg{27};
+constexpr MessageField<int32_t> AltitudeEllipsoidCm{31}, AltitudeMslCm{35};
+constexpr MessageField<uint8_t> MapDatum{39};
+constexpr MessageField<uint16_t> SpeedCmPerS{40}, CourseCentidegrees{42};
+constexpr MessageField<uint32_t> EhpeCm{50}, EvpeCm{54};
+constexpr MessageField<uint8_t> SvsInFix41{88}, HdopFifths41{89};
 
 constexpr uint16_t NoCourse = 0x8000, NoSpeed = 0x1000, FixTypeBits = 7;
 
@@ -171,15 +167,16 @@ constexpr uint16_t NoCourse = 0x8000, NoSpeed = 0x1000, FixTypeBits = 7;
 bool TakeGeodeticTime()
 {
     const uint8_t* const record = GeodeticRecord;
-    if (const uint8_t day = Get(record, UtcDay)) {
-        FixTime.wYear = Get(record, UtcYear);
-        FixTime.wMonth = Get(record, UtcMonth);
+    if (const uint8_t day = ReadField(record, UtcDay)) {
+        FixTime.wYear = ReadField(record, UtcYear);
+        FixTime.wMonth = ReadField(record, UtcMonth);
         FixTime.wDay = day;
-        StoreFixTime(Get(record, UtcHour), Get(record, UtcMinute), Get(record, UtcMilliseconds) / 1000u);
+        StoreFixTime(ReadField(record, UtcHour), ReadField(record, UtcMinute),
+                     ReadField(record, UtcMilliseconds) / 1000u);
         return true;
     }
     constexpr uint32_t LeapMilliseconds = 14000, WeekMilliseconds = 604800000;
-    const uint32_t timeOfWeek = Get(record, TimeOfWeekMs);
+    const uint32_t timeOfWeek = ReadField(record, TimeOfWeekMs);
     const uint32_t time =
         timeOfWeek - LeapMilliseconds + (timeOfWeek < LeapMilliseconds ? WeekMilliseconds : 0);
     StoreFixTime(time / 3600000 % 24, time / 60000 % 60, time % 60000 / 1000);
@@ -189,43 +186,45 @@ bool TakeGeodeticTime()
 void ReportGeodeticNavigation(bool utcIsKnown)
 {
     const uint8_t* const record = GeodeticRecord;
-    const bool hasSpeed = !(Get(record, NavType) & NoSpeed), hasCourse = !(Get(record, NavValid) & NoCourse);
-    BeginFixReport(ModeOfFixType(Get(record, NavType) & FixTypeBits));
+    const bool hasSpeed = !(ReadField(record, NavType) & NoSpeed),
+               hasCourse = !(ReadField(record, NavValid) & NoCourse);
+    BeginFixReport(ModeOfFixType(ReadField(record, NavType) & FixTypeBits));
     LatestFix.HasTimeOfDay = utcIsKnown;
     if (utcIsKnown)
-        ReportDate(Get(record, UtcYear), Get(record, UtcMonth), Get(record, UtcDay),
-                   (Get(record, UtcHour) * 60u + Get(record, UtcMinute)) * 60u +
-                       Get(record, UtcMilliseconds) / 1000u);
-    LatestFix.LatitudeDegrees = Get(record, Latitude1e7Deg) / 1e7;
-    LatestFix.LongitudeDegrees = Get(record, Longitude1e7Deg) / 1e7;
-    LatestFix.AltitudeEllipsoidMetres = Get(record, AltitudeEllipsoidCm) / 1e2;
-    LatestFix.AltitudeMslMetres = Get(record, AltitudeMslCm) / 1e2;
+        ReportDate(ReadField(record, UtcYear), ReadField(record, UtcMonth), ReadField(record, UtcDay),
+                   (ReadField(record, UtcHour) * 60u + ReadField(record, UtcMinute)) * 60u +
+                       ReadField(record, UtcMilliseconds) / 1000u);
+    LatestFix.LatitudeDegrees = ReadField(record, Latitude1e7Deg) / 1e7;
+    LatestFix.LongitudeDegrees = ReadField(record, Longitude1e7Deg) / 1e7;
+    LatestFix.AltitudeEllipsoidMetres = ReadField(record, AltitudeEllipsoidCm) / 1e2;
+    LatestFix.AltitudeMslMetres = ReadField(record, AltitudeMslCm) / 1e2;
     LatestFix.GeoidSeparationMetres =
-        (static_cast<double>(Get(record, AltitudeEllipsoidCm)) - Get(record, AltitudeMslCm)) / 1e2;
-    LatestFix.Hdop = Get(record, HdopFifths41) / 5.0;
-    LatestFix.SatellitesInFix = Get(record, SvsInFix41);
+        (static_cast<double>(ReadField(record, AltitudeEllipsoidCm)) - ReadField(record, AltitudeMslCm)) /
+        1e2;
+    LatestFix.Hdop = ReadField(record, HdopFifths41) / 5.0;
+    LatestFix.SatellitesInFix = ReadField(record, SvsInFix41);
     if (LatestFix.Mode == FixMode::None) return;
-    LatestFix.HorizontalErrorMetres = Get(record, EhpeCm) / 1e2;
-    LatestFix.VerticalErrorMetres = Get(record, EvpeCm) / 1e2;
-    LatestFix.SpeedMetresPerSecond = hasSpeed ? Get(record, SpeedCmPerS) / 1e2 : NAN;
-    LatestFix.CourseDegrees = hasCourse ? Get(record, CourseCentidegrees) / 1e2 : NAN;
+    LatestFix.HorizontalErrorMetres = ReadField(record, EhpeCm) / 1e2;
+    LatestFix.VerticalErrorMetres = ReadField(record, EvpeCm) / 1e2;
+    LatestFix.SpeedMetresPerSecond = hasSpeed ? ReadField(record, SpeedCmPerS) / 1e2 : NAN;
+    LatestFix.CourseDegrees = hasCourse ? ReadField(record, CourseCentidegrees) / 1e2 : NAN;
 }
 
-void DecodeGeodeticNavigation(const Message& message)
+void DecodeGeodeticNavigation(const SirfMessage& message)
 {
     EndCorrections();
     KeepRecord(GeodeticRecord, message.bytes, message.length);
     const uint8_t* const record = GeodeticRecord;
-    const double latitude = Get(record, Latitude1e7Deg), longitude = Get(record, Longitude1e7Deg);
+    const double latitude = ReadField(record, Latitude1e7Deg), longitude = ReadField(record, Longitude1e7Deg);
 
     SetChannelValue(ChannelNorthing, latitude * 0.0111325);
     SetChannelValue(ChannelEasting, longitude * std::cos(latitude * 1.7453292519943295e-9) * 0.0111325);
-    SetChannelValue(ChannelEhpe, Get(record, EhpeCm) * 0.01);
-    SetChannelValue(ChannelEvpe, Get(record, EvpeCm) * 0.01);
-    SetChannelValue(ChannelAltitude, Get(record, AltitudeMslCm) * 0.01);
-    SetChannelValue(ChannelHdop, Get(record, HdopFifths41) * 0.2);
+    SetChannelValue(ChannelEhpe, ReadField(record, EhpeCm) * 0.01);
+    SetChannelValue(ChannelEvpe, ReadField(record, EvpeCm) * 0.01);
+    SetChannelValue(ChannelAltitude, ReadField(record, AltitudeMslCm) * 0.01);
+    SetChannelValue(ChannelHdop, ReadField(record, HdopFifths41) * 0.2);
 
-    const bool utcIsKnown = TakeGeodeticTime(), hasFix = Get(record, NavType) & FixTypeBits;
+    const bool utcIsKnown = TakeGeodeticTime(), hasFix = ReadField(record, NavType) & FixTypeBits;
     ReportGeodeticNavigation(utcIsKnown);
     if (hasFix && utcIsKnown && OpenDialogOfKind(DialogKind::Sbas))
         UpdateSkyObjects(FixTime.wYear, static_cast<uint8_t>(FixTime.wMonth),
@@ -234,22 +233,23 @@ void DecodeGeodeticNavigation(const Message& message)
                          latitude * 1e-7, longitude * 1e-7);
     ShowTimes();
 
-    ShowSirfHdop(GraphChannel[ChannelHdop].Value);
+    ShowHdopLine(SirfLineHdop, GraphChannel[ChannelHdop].Value);
     ShowSirfErrors(GraphChannel[ChannelEhpe].Value, GraphChannel[ChannelEvpe].Value);
     ShowSirfPosition(latitude * 1e-7, longitude * 1e-7);
-    ShowSirfGridPosition(GraphChannel[ChannelNorthing].Value, GraphChannel[ChannelEasting].Value);
-    ShowSirfAltitudeEllipsoid(static_cast<float>(Get(record, AltitudeEllipsoidCm)) * 0.01f);
-    ShowSirfAltitudeMsl(GraphChannel[ChannelAltitude].Value);
+    ShowNorthingLine(SirfLineNorthing, GraphChannel[ChannelNorthing].Value);
+    ShowEastingLine(SirfLineEasting, GraphChannel[ChannelEasting].Value);
+    ShowSirfAltitudeEllipsoid(static_cast<float>(ReadField(record, AltitudeEllipsoidCm)) * 0.01f);
+    ShowAltitudeMslLine(SirfLineAltitudeMsl, GraphChannel[ChannelAltitude].Value);
     // Without a new value the chart and the page keep the old one, on purpose.
-    if (!(Get(record, NavType) & NoSpeed)) {
-        SetChannelValue(ChannelSpeed, Get(record, SpeedCmPerS) * 0.01);
-        ShowSirfSpeed(GraphChannel[ChannelSpeed].Value);
+    if (!(ReadField(record, NavType) & NoSpeed)) {
+        SetChannelValue(ChannelSpeed, ReadField(record, SpeedCmPerS) * 0.01);
+        ShowSpeedLine(SirfLineSpeed, GraphChannel[ChannelSpeed].Value);
     }
-    if (!(Get(record, NavValid) & NoCourse)) {
-        SetChannelValue(ChannelCourse, Get(record, CourseCentidegrees) * 0.01);
-        ShowSirfCourse(GraphChannel[ChannelCourse].Value);
+    if (!(ReadField(record, NavValid) & NoCourse)) {
+        SetChannelValue(ChannelCourse, ReadField(record, CourseCentidegrees) * 0.01);
+        ShowCourseLine(SirfLineCourse, GraphChannel[ChannelCourse].Value);
     }
-    ShowSirfMapDatum(Get(record, MapDatum));
+    ShowSirfMapDatum(ReadField(record, MapDatum));
     RecordGraphSample();
     RepaintMainWindow();
 }
@@ -260,19 +260,19 @@ constexpr uint32_t ChannelCountOffset = 7, FirstTrackedChannel = 8, TrackedChann
 constexpr uint32_t CarrierToNoiseCount = 10; // measurements a channel, each a tenth of a second
 
 // A channel, from its first byte on.
-constexpr Field<uint8_t> ChannelSvId{0}, ChannelAzimuth{1},
+constexpr MessageField<uint8_t> ChannelSvId{0}, ChannelAzimuth{1},
     ChannelElevation{2}; // azimuth 3/2, elevation 1/2 degrees
-constexpr Field<uint16_t> ChannelState{3};
+constexpr MessageField<uint16_t> ChannelState{3};
 constexpr uint32_t ChannelCarrierToNoise = 5;
 
 TrackedSatellite ReadChannel(const uint8_t* channel)
 {
     constexpr uint16_t WithoutMeasurement = 0x00FF;
     TrackedSatellite satellite;
-    satellite.svId = Get(channel, ChannelSvId);
-    satellite.azimuthDegrees = static_cast<uint16_t>(Get(channel, ChannelAzimuth) * 3 / 2);
-    satellite.elevationDegrees = Get(channel, ChannelElevation) / 2;
-    satellite.state = Get(channel, ChannelState);
+    satellite.svId = ReadField(channel, ChannelSvId);
+    satellite.azimuthDegrees = static_cast<uint16_t>(ReadField(channel, ChannelAzimuth) * 3 / 2);
+    satellite.elevationDegrees = ReadField(channel, ChannelElevation) / 2;
+    satellite.state = ReadField(channel, ChannelState);
     uint32_t sum = 0;
     if (satellite.state != WithoutMeasurement)
         for (uint32_t i = 0; i < CarrierToNoiseCount; ++i) sum += channel[ChannelCarrierToNoise + i];
@@ -280,7 +280,7 @@ TrackedSatellite ReadChannel(const uint8_t* channel)
     return satellite;
 }
 
-void DecodeMeasuredTracking(const Message& message)
+void DecodeMeasuredTracking(const SirfMessage& message)
 {
     KeepRecord(TrackingRecord, message.bytes, message.length);
     TrackedSatellite satellites[MaxShownChannels] = {};
@@ -297,7 +297,7 @@ void DecodeMeasuredTracking(const Message& message)
 
 // ---- Answers, refusals, texts ------------------------------------------------------------------------
 
-void DecodeRefusal(const Message& message)
+void DecodeRefusal(const SirfMessage& message)
 {
     constexpr uint8_t PollParameter = 168;
     KeepRecord(RefusalRecord, message.bytes, message.length);
@@ -311,32 +311,26 @@ void DecodeRefusal(const Message& message)
     PostBox(PostedBox::RefusedCommand, static_cast<uint32_t>(refused << 8 | polled));
 }
 
-void DecodeCommandParameters(const Message& message)
+void DecodeCommandParameters(const SirfMessage& message)
 {
     ShowCommandParameters(message.bytes, message.length);
     PendingPollId.store(0);
 }
 
-struct MessageKind {
-    MessageId id;
-    uint8_t minimumLength;
-    void (*decode)(const Message& message);
-};
-
-constexpr MessageKind MessageKinds[] = {
+constexpr SirfMessageKind Kinds[] = {
     {MeasuredNavigation, sizeof NavigationRecord, DecodeMeasuredNavigation},
     {MeasuredTracking, sizeof TrackingRecord, DecodeMeasuredTracking},
-    {SoftwareVersion, 2, [](const Message& m) { ShowSoftwareVersion(m.bytes, m.length); }},
+    {SoftwareVersion, 2, [](const SirfMessage& m) { ShowSoftwareVersion(m.bytes, m.length); }},
     {CommandRefused, sizeof RefusalRecord, DecodeRefusal},
-    {OkToSend, OkToSendLength, [](const Message& m) { ShowOkToSend(m.bytes); }},
+    {OkToSend, OkToSendLength, [](const SirfMessage& m) { ShowOkToSend(m.bytes); }},
     {NavigationParameters, NavigationParametersLength,
-     [](const Message& m) { ShowNavigationParameters(m.bytes); }},
-    {DgpsStatus, DgpsStatusLength, [](const Message& m) { ShowDgpsStatus(m.bytes); }},
-    {DifferentialData, CorrectionLength, [](const Message& m) { ShowCorrection(m.bytes); }},
+     [](const SirfMessage& m) { ShowNavigationParameters(m.bytes); }},
+    {DgpsStatus, DgpsStatusLength, [](const SirfMessage& m) { ShowDgpsStatus(m.bytes); }},
+    {DifferentialData, CorrectionLength, [](const SirfMessage& m) { ShowCorrection(m.bytes); }},
     {GeodeticNavigation, sizeof GeodeticRecord, DecodeGeodeticNavigation},
     {CommandParameters, 1, DecodeCommandParameters},
-    {InternalMessage, 1, [](const Message& m) { KeepRecord(InternalMessageText, m.bytes, m.readable); }},
-    {DevelopmentData, 1, [](const Message& m) { KeepRecord(DevelopmentText, m.bytes, m.readable); }},
+    {InternalMessage, 1, [](const SirfMessage& m) { KeepRecord(InternalMessageText, m.bytes, m.readable); }},
+    {DevelopmentData, 1, [](const SirfMessage& m) { KeepRecord(DevelopmentText, m.bytes, m.readable); }},
 };
 
 void BeginSirf()
@@ -349,6 +343,8 @@ void BeginSirf()
 
 } // namespace
 
+const std::span<const SirfMessageKind> SirfMessageKinds = Kinds;
+
 void SirfMessageDecoder(const uint8_t* payload, uint32_t length)
 {
     if (LinkClosing.load(std::memory_order_relaxed)) return;
@@ -360,10 +356,10 @@ void SirfMessageDecoder(const uint8_t* payload, uint32_t length)
     if (wraps) WrapEE.store(1);
     if (wraps == length) return;
 
-    const Message message = {payload + wraps, length - wraps, SirfBufferSize - wraps};
+    const SirfMessage message = {payload + wraps, length - wraps, SirfBufferSize - wraps};
     const uint8_t id = message.bytes[0];
     ShowArrival(id);
-    for (const MessageKind& kind : MessageKinds)
+    for (const SirfMessageKind& kind : Kinds)
         if (kind.id == id && message.length >= kind.minimumLength) kind.decode(message);
 }
 

@@ -3,9 +3,23 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 
 constexpr uint32_t MaxSirfPayload = 1023; // longest payload that a frame can have
 constexpr uint32_t SirfBufferSize = 1024;
+
+// A message as its decoder gets it. Behind its last byte the buffer goes on, to `readable` bytes in all.
+struct SirfMessage {
+    const uint8_t* bytes;
+    uint32_t length, readable;
+};
+
+// A kind of message that is decoded; one that is shorter than `minimumLength` is ignored.
+struct SirfMessageKind {
+    uint8_t id, minimumLength;
+    void (*decode)(const SirfMessage& message);
+};
+extern const std::span<const SirfMessageKind> SirfMessageKinds;
 
 // Takes one payload of 1 to MaxSirfPayload bytes, its first the message id, in a buffer of SirfBufferSize;
 // reader thread. The first message since the last reset also announces the protocol, empties the text page

@@ -14,12 +14,12 @@ constexpr uint32_t ReadBigEndian(const uint8_t* bytes, uint32_t width)
     return value;
 }
 
-// Place, width and sign of a field, so that no reader can take it for something else.
-template <std::integral T> struct Field {
+// Place, width and sign of a field, so that nobody can take it for something else.
+template <std::integral T> struct MessageField {
     uint8_t offset; // from the message id
 };
 
-template <std::integral T> constexpr T Get(const uint8_t* message, Field<T> field)
+template <std::integral T> constexpr T ReadField(const uint8_t* message, MessageField<T> field)
 {
     return static_cast<T>(ReadBigEndian(message + field.offset, sizeof(T)));
 }

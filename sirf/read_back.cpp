@@ -142,12 +142,13 @@ void ShowOkToSend(const uint8_t* payload)
 
 void ShowNavigationParameters(const uint8_t* payload)
 {
-    constexpr Field<uint32_t> MaxSearchTimeMs{49}, MaxOffTimeMs{53};
+    constexpr MessageField<uint32_t> MaxSearchTimeMs{49}, MaxOffTimeMs{53};
     KeepRecord(NavigationParameterRecord, payload, NavigationParametersLength);
     if (HWND dialog = OpenDialogOfKind(DialogKind::LowPower)) {
-        ShowNumber(dialog, CONTROL_LOW_POWER_MAX_OFF_TIME, Get(NavigationParameterRecord, MaxOffTimeMs));
+        ShowNumber(dialog, CONTROL_LOW_POWER_MAX_OFF_TIME,
+                   ReadField(NavigationParameterRecord, MaxOffTimeMs));
         ShowNumber(dialog, CONTROL_LOW_POWER_MAX_SEARCH_TIME,
-                   Get(NavigationParameterRecord, MaxSearchTimeMs));
+                   ReadField(NavigationParameterRecord, MaxSearchTimeMs));
     }
     SettingValues values;
     const CommandLayout& layout = AdvancedPowerManagementLayout;
@@ -174,7 +175,7 @@ void ShowDgpsStatus(const uint8_t* payload)
     if (hasAges) AppendFormat(ages, L"Age:");
     for (uint32_t i = 0; i < Satellites; ++i) {
         const uint8_t* const satellite = record + FirstSatellite + SatelliteBytes * i;
-        const int32_t centimetres = Get(satellite, Field<int16_t>{1});
+        const int32_t centimetres = ReadField(satellite, MessageField<int16_t>{1});
         AppendFormat(svs, L" %u", satellite[0]);
         AppendFormat(corrections, L" %d", (centimetres + 50) / 100);
         if (hasAges) AppendFormat(ages, L" %u", record[Ages + i]);
@@ -188,8 +189,8 @@ void ShowDgpsStatus(const uint8_t* payload)
 
 void ShowCorrection(const uint8_t* payload)
 {
-    constexpr Field<uint16_t> SvId{1};
-    constexpr Field<uint32_t> CorrectionMetres{6}, AgeSeconds{14}; // 32-bit floats
+    constexpr MessageField<uint16_t> SvId{1};
+    constexpr MessageField<uint32_t> CorrectionMetres{6}, AgeSeconds{14}; // 32-bit floats
     constexpr uint32_t Source = 5;
     KeepRecord(CorrectionRecord, payload, CorrectionLength);
     HWND dialog = OpenDialogOfKind(DialogKind::DgpsSource);
@@ -201,9 +202,9 @@ void ShowCorrection(const uint8_t* payload)
         CopyText(Corrections, CorrectionLineCapacity, L"Cor:");
         CopyText(CorrectionAges, CorrectionLineCapacity, L"Age:");
     }
-    AppendPiece<uint16_t>(CorrectionSvs, L" %u", Get(record, SvId));
-    AppendPiece<float>(Corrections, L" %0.0f", FiniteOrZero(Get(record, CorrectionMetres)));
-    AppendPiece<float>(CorrectionAges, L" %0.0f", FiniteOrZero(Get(record, AgeSeconds)));
+    AppendPiece<uint16_t>(CorrectionSvs, L" %u", ReadField(record, SvId));
+    AppendPiece<float>(Corrections, L" %0.0f", FiniteOrZero(ReadField(record, CorrectionMetres)));
+    AppendPiece<float>(CorrectionAges, L" %0.0f", FiniteOrZero(ReadField(record, AgeSeconds)));
     SetDlgItemTextW(dialog, CONTROL_DGPS_DATA_SVS, CorrectionSvs);
     SetDlgItemTextW(dialog, CONTROL_DGPS_DATA_CORRECTIONS, Corrections);
     SetDlgItemTextW(dialog, CONTROL_DGPS_DATA_AGES, CorrectionAges);

@@ -7,7 +7,7 @@
 
 #include <cstdint>
 
-#include "sirf/text_page.h"
+#include "sirf/page_lines.h"
 
 // Software version (message id 6): text of up to 80 characters behind the message id.
 void ShowSoftwareVersion(const uint8_t* payload, uint32_t length);

@@ -21,6 +21,15 @@ int strcmp(const char* left, const char* right)
     return static_cast<unsigned char>(*left) - static_cast<unsigned char>(*right);
 }
 
+[[gnu::optimize("no-tree-loop-distribute-patterns")]] void* memchr(const void* memory, int value,
+                                                                   size_t count)
+{
+    const unsigned char* byte = static_cast<const unsigned char*>(memory);
+    for (; count; --count, ++byte)
+        if (*byte == static_cast<unsigned char>(value)) return const_cast<unsigned char*>(byte);
+    return nullptr;
+}
+
 // Where the mathematics leaves errors, which nobody reads.
 int* __errno()
 {

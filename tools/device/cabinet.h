@@ -2,7 +2,7 @@
 // go and what the start menu shows.
 #pragma once
 
-#include "bytes.h"
+#include "little_endian.h"
 
 namespace device
 {

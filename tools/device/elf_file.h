@@ -1,7 +1,7 @@
 // An ARM program as the linker leaves it: sections, symbols, and the relocations that it has applied.
 #pragma once
 
-#include "bytes.h"
+#include "little_endian.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
 // Whole files in and out; both refuse with path and reason what cannot be read or written.
 #pragma once
 
-#include "bytes.h"
+#include "little_endian.h"
 
 namespace device
 {

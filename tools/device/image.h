@@ -1,7 +1,7 @@
 // The image that the device's system loads, from the linked program and its compiled resources.
 #pragma once
 
-#include "bytes.h"
+#include "little_endian.h"
 
 #include <string>
 

@@ -1,6 +1,6 @@
 #include "import_stubs.h"
 
-#include "bytes.h"
+#include "little_endian.h"
 
 #include <algorithm>
 #include <set>

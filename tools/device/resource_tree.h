@@ -1,7 +1,7 @@
 // The program's resources as the image keeps them: a tree by type, name and language.
 #pragma once
 
-#include "bytes.h"
+#include "little_endian.h"
 
 namespace device
 {

@@ -1,7 +1,7 @@
 #pragma once
 // Cuts what the host sends into commands. A receiver is strict: what has a wrong checksum is not there.
 
-#include "bytes.h"
+#include "big_endian.h"
 
 #include <optional>
 #include <string>

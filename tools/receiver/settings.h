@@ -1,7 +1,7 @@
 #pragma once
 // What a host can change and the receiver keeps over restarts (all but a factory reset).
 
-#include "bytes.h"
+#include "big_endian.h"
 
 #include <array>
 #include <cstdint>

@@ -1,7 +1,7 @@
 #pragma once
 // The pseudo-terminal that stands for the serial port.
 
-#include "bytes.h"
+#include "big_endian.h"
 
 #include <optional>
 #include <string>

@@ -2,7 +2,7 @@
 // What a serial line interface reads when the sender runs at another rate: the levels on the wire, sampled
 // at the wrong times. This is where the familiar garbage comes from.
 
-#include "bytes.h"
+#include "big_endian.h"
 
 #include <deque>
 

@@ -1,8 +1,11 @@
 #include "output.h"
 
+#include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <string_view>
 
 #include "graph/channels.h"
 #include "link/link_state.h"
@@ -11,6 +14,8 @@
 
 namespace
 {
+
+constexpr int SignificantDigits = 17; // each value is found again from its text
 
 std::string ToUtf8(const wchar_t* text)
 {
@@ -40,17 +45,30 @@ void PrintLine(const wchar_t* text)
 
 void PrintSample()
 {
-    std::printf("{\"time\":[%u,%u,%u,%u,%u,%u],\"values\":[", FixTime.wYear, FixTime.wMonth, FixTime.wDay,
-                FixTime.wHour, FixTime.wMinute, FixTime.wSecond);
-    const char* separator = "";
-    for (const GraphChannelRecord& channel : GraphChannel) {
-        if (std::isfinite(channel.Value))
-            std::printf("%s%.17g", separator, channel.Value);
-        else
-            std::printf("%snull", separator);
+    char line[512]; // ten values of at most 24 characters
+    char* end = line;
+    const auto put = [&end](std::string_view text) { end = std::copy(text.begin(), text.end(), end); };
+    const auto putNumber = [&](auto number, auto... format) {
+        end = std::to_chars(end, line + sizeof line, number, format...).ptr;
+    };
+    const char* separator = "{\"time\":[";
+    for (const uint32_t part :
+         {FixTime.wYear, FixTime.wMonth, FixTime.wDay, FixTime.wHour, FixTime.wMinute, FixTime.wSecond}) {
+        put(separator);
+        putNumber(part);
         separator = ",";
     }
-    std::puts("]}");
+    separator = "],\"values\":[";
+    for (const GraphChannelRecord& channel : GraphChannel) {
+        put(separator);
+        if (std::isfinite(channel.Value))
+            putNumber(channel.Value, std::chars_format::general, SignificantDigits);
+        else
+            put("null");
+        separator = ",";
+    }
+    put("]}\n");
+    std::fwrite(line, 1, static_cast<size_t>(end - line), stdout);
 }
 
 std::string PageText()

@@ -9,6 +9,7 @@
 
 #include "graph/channels.h"
 #include "graph/latest_fix.h"
+#include "nmea/sentence_decoder.h"
 #include "sirf/command_layouts.h"
 #include "sirf/message_decoder.h"
 #include "sirf/message_names.h"
@@ -279,6 +280,43 @@ TEST_F(ProtocolsDocumentFields, Message2)
 TEST_F(ProtocolsDocumentFields, Message41)
 {
     Check("Message 41", 41, sizeof GeodeticRecord, Message41);
+}
+
+// The numbers in a cell like "7 or 8".
+std::vector<uint32_t> NumbersIn(const std::string& cell)
+{
+    std::vector<uint32_t> numbers;
+    for (size_t i = 0; i < cell.size();) {
+        size_t length = 0;
+        while (i + length < cell.size() && cell[i + length] >= '0' && cell[i + length] <= '9') ++length;
+        if (length) numbers.push_back(static_cast<uint32_t>(std::stoul(cell.substr(i, length))));
+        i += length + 1;
+    }
+    return numbers;
+}
+
+TEST(ProtocolsDocument, SentencesAndTheirFieldCounts)
+{
+    std::map<std::string, uint32_t> documented, decoded;
+    for (const Row& row : Tables().at("NMEA sentences")) {
+        uint32_t counts = 0;
+        for (const uint32_t count : NumbersIn(row[1])) counts |= FieldCounts(count);
+        documented[row[0]] = counts;
+    }
+    EXPECT_EQ(documented.erase("PSRFTXT") + documented.erase("other"), 2u); // any number of fields
+    for (const SentenceKind& kind : SentenceKinds) decoded[kind.name] = kind.fieldCounts;
+    EXPECT_EQ(documented, decoded);
+    EXPECT_EQ(decoded.size(), 9u);
+}
+
+TEST(ProtocolsDocument, MessagesAndTheirShortestLengths)
+{
+    std::map<uint32_t, uint32_t> documented, decoded;
+    for (const Row& row : Tables().at("SiRF binary messages"))
+        documented[NumbersIn(row[0]).at(0)] = NumbersIn(row[2]).at(0);
+    for (const SirfMessageKind& kind : SirfMessageKinds) decoded[kind.id] = kind.minimumLength;
+    EXPECT_EQ(documented, decoded);
+    EXPECT_EQ(decoded.size(), 12u);
 }
 
 } // namespace

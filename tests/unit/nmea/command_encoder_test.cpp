@@ -82,7 +82,8 @@ TEST_F(CommandEncoder, MessageRateFromDigitCharacters)
 TEST_F(CommandEncoder, ReaderWritesPastTheQueue)
 {
     HeadlessPort& port = OpenPort();
-    PortWrite('q'); // a command that is being put together
+    PortWrite('q');                                    // a command that is being put together
+    NmeaSendFromReader(std::string(256, 'A').c_str()); // cannot be a command
     NmeaSendFromReader("PSRF105,1");
     ASSERT_EQ(port.writes.size(), 1u);
     EXPECT_EQ(port.writes[0], "$PSRF105,1*3E\r\n");

@@ -1,9 +1,31 @@
-// Lines of the text page in SiRF mode. A line that no message writes keeps its text. Reader thread.
+// The text page in SiRF mode: where the lines that both protocols have stand (ui/fix_lines.h), and the lines
+// that only this one has. A line that no message writes keeps its text. Reader thread.
 #pragma once
 
 #include <cstdint>
 
-// What the receiver says about the satellite on one of its channels.
+enum SirfLine : uint32_t {
+    // Line 0 is date and time.
+    SirfLineSv = 1,
+    SirfLineCarrierToNoise,
+    SirfLineState,
+    SirfLineElevation,
+    SirfLineFix,
+    SirfLineHdop,
+    SirfLineHorizontalError,
+    SirfLineLatitude,
+    SirfLineLongitude,
+    SirfLineNorthing,
+    SirfLineEasting,
+    SirfLineVerticalError,
+    SirfLineAltitudeEllipsoid,
+    SirfLineAltitudeMsl,
+    SirfLineSpeed,
+    SirfLineCourse,
+    SirfLineMapDatum,
+};
+
+// What the receiver reports of the satellite on one of its channels.
 struct TrackedSatellite {
     uint8_t svId;
     uint8_t elevationDegrees;
@@ -19,12 +41,7 @@ void ShowSirfChannels(const TrackedSatellite* satellites, uint32_t count);
 // Fix type of a navigation message, 0 to 7.
 void ShowSirfFix(uint32_t fixType, uint32_t satellites, bool differential);
 
-void ShowSirfHdop(double hdop);
 void ShowSirfPosition(double latitudeDegrees, double longitudeDegrees); // south and west negative
-void ShowSirfGridPosition(double northingMetres, double eastingMetres);
 void ShowSirfErrors(double horizontalMetres, double verticalMetres);
 void ShowSirfAltitudeEllipsoid(double metres);
-void ShowSirfAltitudeMsl(double metres);
-void ShowSirfSpeed(double metresPerSecond);
-void ShowSirfCourse(double degrees);
 void ShowSirfMapDatum(uint8_t datum);

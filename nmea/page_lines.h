@@ -1,7 +1,26 @@
-// Lines of the text page in NMEA mode. Reader thread.
+// The text page in NMEA mode: where the lines that both protocols have stand (ui/fix_lines.h), and the lines
+// that only this one has. Reader thread.
 #pragma once
 
 #include <cstdint>
+
+enum NmeaLine : uint32_t {
+    // Line 0 is date and time.
+    NmeaLinePrn = 1,
+    NmeaLineCarrierToNoise,
+    NmeaLineElevation,
+    NmeaLineFix,
+    NmeaLineHdop,
+    NmeaLineLatitude,
+    NmeaLineLongitude,
+    NmeaLineNorthing,
+    NmeaLineEasting,
+    NmeaLineVdop,
+    NmeaLineAltitudeMsl,
+    NmeaLineGeoidSeparation,
+    NmeaLineSpeed,
+    NmeaLineCourse,
+};
 
 // One satellite slot of the view; 0 in prn: none.
 struct Satellite {
@@ -15,13 +34,5 @@ void ShowSatellites(const Satellite (&satellites)[SatelliteCount]);
 
 // Fix quality of GGA: 0 none, 1 fix, 2 DGPS fix, 6 dead reckoning; any other gives a blank line.
 void ShowFix(int32_t quality, int32_t satellites, int32_t dgpsAgeSeconds);
-void ShowHdop(float hdop);
 void ShowVdop(float vdop);
-void ShowLatitude(double degrees, wchar_t hemisphere); // as received: without a sign
-void ShowLongitude(double degrees, wchar_t hemisphere);
-void ShowNorthing(double metres);
-void ShowEasting(double metres);
-void ShowAltitudeMsl(float metres);
 void ShowGeoidSeparation(float metres);
-void ShowSpeed(float metresPerSecond);
-void ShowCourse(float degrees);

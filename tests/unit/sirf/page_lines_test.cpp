@@ -1,6 +1,7 @@
-#include "sirf/text_page.h"
+#include "sirf/page_lines.h"
 
 #include "tests/unit/sirf/sirf_test.h"
+#include "ui/fix_lines.h"
 
 namespace
 {
@@ -11,9 +12,9 @@ class SirfTextPage : public SirfTest
 
 TEST_F(SirfTextPage, HdopLine)
 {
-    ShowSirfHdop(51.0);
+    ShowHdopLine(SirfLineHdop, 51.0);
     EXPECT_EQ(Line(6), L" HDOP: 51.0  ");
-    ShowSirfHdop(0);
+    ShowHdopLine(SirfLineHdop, 0);
     EXPECT_EQ(Line(6), L" HDOP: 0.0  ");
 }
 
@@ -39,7 +40,8 @@ TEST_F(SirfTextPage, PositionLines)
 
 TEST_F(SirfTextPage, GridLines)
 {
-    ShowSirfGridPosition(6590440.1058, -0.005);
+    ShowNorthingLine(SirfLineNorthing, 6590440.1058);
+    ShowEastingLine(SirfLineEasting, -0.005);
     EXPECT_EQ(Line(10), L" Northing: 6590440.11 m             ");
     EXPECT_EQ(Line(11), L" Easting: -0.01 m             ");
 }
@@ -47,15 +49,15 @@ TEST_F(SirfTextPage, GridLines)
 TEST_F(SirfTextPage, AltitudeLines)
 {
     ShowSirfAltitudeEllipsoid(-1.5);
-    ShowSirfAltitudeMsl(8848.86);
+    ShowAltitudeMslLine(SirfLineAltitudeMsl, 8848.86);
     EXPECT_EQ(Line(13), L" Altitude Ellipsoid: -1.50 m      ");
     EXPECT_EQ(Line(14), L" Altitude MSL: 8848.86 m      ");
 }
 
 TEST_F(SirfTextPage, SpeedAndCourseLines)
 {
-    ShowSirfSpeed(0.07);
-    ShowSirfCourse(359.99);
+    ShowSpeedLine(SirfLineSpeed, 0.07);
+    ShowCourseLine(SirfLineCourse, 359.99);
     EXPECT_EQ(Line(15), L" Speed: 0.07 m/s        ");
     EXPECT_EQ(Line(16), L" Course: 359.99 \u00B0        ");
 }

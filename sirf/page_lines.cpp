@@ -1,4 +1,4 @@
-#include "sirf/text_page.h"
+#include "sirf/page_lines.h"
 
 #include <cmath>
 
@@ -7,26 +7,6 @@
 
 namespace
 {
-
-enum Line : uint32_t {
-    LineSv = 1,
-    LineCarrierToNoise,
-    LineState,
-    LineElevation,
-    LineFix,
-    LineHdop,
-    LineHorizontalError,
-    LineLatitude,
-    LineLongitude,
-    LineNorthing,
-    LineEasting,
-    LineVerticalError,
-    LineAltitudeEllipsoid,
-    LineAltitudeMsl,
-    LineSpeed,
-    LineCourse,
-    LineMapDatum,
-};
 
 constexpr uint32_t FirstColumn = 4; // of the table of channels
 
@@ -65,10 +45,10 @@ void ShowSirfChannels(const TrackedSatellite* satellites, uint32_t count)
         state.cells.values[i] = static_cast<uint8_t>(satellites[i].state);
         elevation.cells.values[i] = satellites[i].elevationDegrees;
     }
-    StoreLine(LineSv, sv);
-    StoreLine(LineCarrierToNoise, carrierToNoise);
-    StoreLine(LineState, state);
-    StoreLine(LineElevation, elevation);
+    StoreLine(SirfLineSv, sv);
+    StoreLine(SirfLineCarrierToNoise, carrierToNoise);
+    StoreLine(SirfLineState, state);
+    StoreLine(SirfLineElevation, elevation);
 }
 
 void ShowSirfFix(uint32_t fixType, uint32_t satellites, bool differential)
@@ -77,71 +57,46 @@ void ShowSirfFix(uint32_t fixType, uint32_t satellites, bool differential)
         differential ? L", DGPS                                " : L"                                      ";
     constexpr const wchar_t* KalmanKinds[] = {L"", L"Degraded", L"Degraded", L"2D", L"3D"};
     switch (fixType) {
-    case 0: FormatTextLine(LineFix, L" Fix: No Fix%s", tail); return;
+    case 0: FormatTextLine(SirfLineFix, L" Fix: No Fix%s", tail); return;
     case 5:
     case 6:
-        FormatTextLine(LineFix, L" Fix: %u-D Least-Squares, %u SVs%s", fixType - 3, satellites, tail);
+        FormatTextLine(SirfLineFix, L" Fix: %u-D Least-Squares, %u SVs%s", fixType - 3, satellites, tail);
         return;
-    case 7: FormatTextLine(LineFix, L" Fix: Dead Reckoning%s", tail); return;
+    case 7: FormatTextLine(SirfLineFix, L" Fix: Dead Reckoning%s", tail); return;
     default:
-        FormatTextLine(LineFix, L" Fix: %s Kalman Filter, %u SVs%s", KalmanKinds[fixType], satellites, tail);
+        FormatTextLine(SirfLineFix, L" Fix: %s Kalman Filter, %u SVs%s", KalmanKinds[fixType], satellites,
+                       tail);
         return;
     }
 }
 
-void ShowSirfHdop(double hdop)
-{
-    ShowHdopLine(LineHdop, hdop);
-}
-
 void ShowSirfPosition(double latitudeDegrees, double longitudeDegrees)
 {
-    ShowLatitudeLine(LineLatitude, std::fabs(latitudeDegrees), latitudeDegrees < 0 ? L'S' : L'N');
-    ShowLongitudeLine(LineLongitude, std::fabs(longitudeDegrees), longitudeDegrees < 0 ? L'W' : L'E');
-}
-
-void ShowSirfGridPosition(double northingMetres, double eastingMetres)
-{
-    ShowNorthingLine(LineNorthing, northingMetres);
-    ShowEastingLine(LineEasting, eastingMetres);
+    ShowLatitudeLine(SirfLineLatitude, std::fabs(latitudeDegrees), latitudeDegrees < 0 ? L'S' : L'N');
+    ShowLongitudeLine(SirfLineLongitude, std::fabs(longitudeDegrees), longitudeDegrees < 0 ? L'W' : L'E');
 }
 
 void ShowSirfErrors(double horizontalMetres, double verticalMetres)
 {
-    FormatTextLine(LineHorizontalError, L" EstimatedHorizontalPrecisionError: %04.02f m          ",
+    FormatTextLine(SirfLineHorizontalError, L" EstimatedHorizontalPrecisionError: %04.02f m          ",
                    horizontalMetres);
-    FormatTextLine(LineVerticalError, L" EstimatedVerticalPrecisionError: %04.02f m          ",
+    FormatTextLine(SirfLineVerticalError, L" EstimatedVerticalPrecisionError: %04.02f m          ",
                    verticalMetres);
 }
 
 void ShowSirfAltitudeEllipsoid(double metres)
 {
-    FormatTextLine(LineAltitudeEllipsoid, L" Altitude Ellipsoid: %04.02f m      ", metres);
-}
-
-void ShowSirfAltitudeMsl(double metres)
-{
-    ShowAltitudeMslLine(LineAltitudeMsl, metres);
-}
-
-void ShowSirfSpeed(double metresPerSecond)
-{
-    ShowSpeedLine(LineSpeed, metresPerSecond);
-}
-
-void ShowSirfCourse(double degrees)
-{
-    ShowCourseLine(LineCourse, degrees);
+    FormatTextLine(SirfLineAltitudeEllipsoid, L" Altitude Ellipsoid: %04.02f m      ", metres);
 }
 
 void ShowSirfMapDatum(uint8_t datum)
 {
     switch (datum) {
-    case 21: SetTextLine(LineMapDatum, L" Map Datum: WGS-84"); return;
-    case 178: SetTextLine(LineMapDatum, L" Map Datum: Tokyo Mean"); return;
-    case 179: SetTextLine(LineMapDatum, L" Map Datum: Tokyo Japan"); return;
-    case 180: SetTextLine(LineMapDatum, L" Map Datum: Tokyo Korea"); return;
-    case 181: SetTextLine(LineMapDatum, L" Map Datum: Tokyo Okinawa"); return;
-    default: FormatTextLine(LineMapDatum, L" Map Datum: %u", datum); return;
+    case 21: SetTextLine(SirfLineMapDatum, L" Map Datum: WGS-84"); return;
+    case 178: SetTextLine(SirfLineMapDatum, L" Map Datum: Tokyo Mean"); return;
+    case 179: SetTextLine(SirfLineMapDatum, L" Map Datum: Tokyo Japan"); return;
+    case 180: SetTextLine(SirfLineMapDatum, L" Map Datum: Tokyo Korea"); return;
+    case 181: SetTextLine(SirfLineMapDatum, L" Map Datum: Tokyo Okinawa"); return;
+    default: FormatTextLine(SirfLineMapDatum, L" Map Datum: %u", datum); return;
     }
 }
