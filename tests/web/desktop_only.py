@@ -20,7 +20,7 @@ Reasons = {
     "test_start::test_minimising_ends_the_program": Process,
     "test_start::test_minimised_start_shows_the_window": Process,
     "test_start::test_letter_key_toggles_twice": "a key is one event in the page; its letter is not another",
-    "test_start::test_port_that_does_not_exist": "the page starts with its own receiver then (tests/web/test_serial.py)",
+    "test_start::test_port_that_does_not_exist": "the page starts with its own receiver then (test_serial.py)",
     "test_start::test_wrong_page_is_noticed": "draws a dot on the desktop's screen",
     "test_nmea_dialogs::test_static_navigation_is_switched_on_and_off_without_a_user": Process,
     "test_nmea_dialogs::test_switch_names_the_missing_rate_and_ends_the_program": Process,

@@ -331,6 +331,7 @@ function makeWin(handle, parent, kind, text) {
  * @param {string} text
  */
 export function created(handle, parent, kind, id, style, where, text) {
+    if (kind === "box") return; // showBox makes it
     const owner = windows.get(parent);
     const window = makeWin(handle, owner?.kind === "dialog" ? parent : 0, kind, text);
     Object.assign(window, { id, style, place: where });

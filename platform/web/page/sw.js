@@ -15,6 +15,7 @@ const Files = [
     "serial.js",
     "settings.js",
     "ids.js",
+    "messages.js",
     "program.js",
     "toravane.js",
     "toravane.wasm",
