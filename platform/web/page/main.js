@@ -36,6 +36,7 @@ let mainWindow = 0;
 let log = null;
 let foundText = ""; // how a search ended
 let hasEnded = false;
+const portsFound = serial.findPorts();
 
 // ---- What is said beside the program ------------------------------------------------------------------
 
@@ -270,7 +271,7 @@ async function start(prepare) {
     progress.hidden = !log;
     button("close-log").hidden = !log;
     button("pause").disabled = !log;
-    program = await loadProgram(page);
+    [program] = await Promise.all([loadProgram(page), portsFound]);
     dialogs.startDialogs(program, () => {
         if (!hasEnded) (lastMenuItem() ?? (chartView.hidden ? textPage : chartView)).focus();
     });
@@ -387,5 +388,4 @@ if ("serviceWorker" in navigator && isSecureContext)
 
 showView(true);
 showView(false);
-await serial.findPorts();
 await start();
