@@ -6,6 +6,7 @@
 #   toravane-VERSION-windows.zip   portable: the program and its manual
 #   toravane-VERSION-setup.exe     installer
 #   toravane_VERSION_amd64.deb     Debian and Ubuntu, through Wine
+#   toravane-VERSION-web.zip       the page, for any web server
 #
 # --here takes the files as they are, committed or not, and what is built already.
 set -euo pipefail
@@ -14,7 +15,7 @@ cd "$(dirname "$0")"
 output=build/packages
 case "${1:-}" in
 "")
-    tools/install_packages.sh packaging
+    tools/install_packages.sh packaging web
     rm -rf $output
     mkdir -p $output/source
     git archive HEAD | tar -x -C $output/source
@@ -95,6 +96,12 @@ manual toravane-receiver "a SiRF receiver in software, on a pseudo-terminal"
 manual toravane-replay "shows what Toravane makes of recorded receiver logs"
 (cd $debian && debian/rules binary >/dev/null)
 mv $work/*.deb $output
+
+# ---- Page ----
+tools/build.sh web
+cp -r build/web "$work/toravane-$version-web"
+dated "$work/toravane-$version-web"
+(cd $work && find "toravane-$version-web" -print | sort | zip --quiet -X -@ "../toravane-$version-web.zip")
 
 rm -rf $work
 echo "Packages:"

@@ -4,7 +4,13 @@ import globals from "globals";
 export default [
     js.configs.recommended,
     {
-        files: ["page/**/*.js"],
+        files: ["imports.js"],
+        languageOptions: {
+            globals: { mergeInto: "writable", LibraryManager: "writable", Module: "readonly", HEAPU8: "readonly" },
+        },
+    },
+    {
+        files: ["page/**/*.js", "program.js"],
         languageOptions: { globals: { ...globals.browser, ...globals.serviceworker } },
         linterOptions: { reportUnusedDisableDirectives: "error" },
         rules: {

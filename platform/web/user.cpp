@@ -128,7 +128,13 @@ void OnChoose(int32_t window, int32_t index)
 
 void OnKey(int32_t window, int32_t key, int32_t character)
 {
-    Enqueue([=] { PressKey(Handle(window), static_cast<WPARAM>(key), static_cast<wchar_t>(character)); });
+    Enqueue([=] {
+        PressKey(Handle(window), static_cast<WPARAM>(key), static_cast<wchar_t>(character));
+        // A chart comes with the next fix; a log that has ended has none any more.
+        const Window* found = FindWin(Handle(window));
+        if (found && found->kind == Kind::Plain && !found->parent)
+            InvalidateRect(Handle(window), nullptr, FALSE);
+    });
 }
 
 void OnFocused(int32_t window)

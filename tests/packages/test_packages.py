@@ -218,3 +218,23 @@ def test_launcher(unpacked, user, tmp_path):
     unknown = subprocess.run([launcher, "StaticNavigationOn", "/dev/ttyUSB99"], env=environment,
                              capture_output=True, text=True)
     assert unknown.stderr == "toravane: /dev/ttyUSB99: no such device; is the receiver plugged in?\n"
+
+
+# ---- Page ---------------------------------------------------------------------------------------------
+
+def test_page_of_the_zip_streams(packages, tmp_path):
+    sys.path[:0] = [str(desktop.Root / "tests" / "web"), str(desktop.Root / "tools")]
+    from chromium import Chromium
+    from serve_page import Server
+    with zipfile.ZipFile(only(packages, "*-web.zip")) as archive:
+        archive.extractall(tmp_path)
+    server, browser = Server(only(tmp_path, "toravane-*-web")), Chromium()
+    try:
+        tab = browser.tab()
+        tab.visit(server.address)
+        tab.wait("the receiver in the page streams",
+                 "/^ UTC: \\d{4}-/.test(document.querySelector('.line')?.textContent)")
+        assert tab.complaints == []
+    finally:
+        browser.close()
+        server.close()

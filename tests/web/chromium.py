@@ -214,7 +214,7 @@ class Tab:
         nodes = self.call("Accessibility.queryAXTree", objectId=root, **wanted)["nodes"]
         return [Element(self, node) for node in nodes if not node.get("ignored") and "backendDOMNodeId" in node]
 
-    def find(self, role, name, seconds=8):
+    def find(self, role, name, seconds=5):
         """The one element of that role and name, as soon as it is there."""
         end = time.monotonic() + seconds
         while True:

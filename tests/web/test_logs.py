@@ -35,19 +35,9 @@ def test_chart_is_that_of_the_replay(tab, name, tmp_path):
     replayed("--chart", tmp_path / "chart.png", "--size", f"{width}x{height}", Logs / name)
     expected = Image.open(tmp_path / "chart.png").convert("RGB")
     tab.key("ArrowRight")
-    tab.find("radio", "At once").click()
-    tab.run("document.getElementById('playback').dispatchEvent(new Event('change'))")  # once more, with the chart
-    end = time.monotonic() + 20
-    while True:
-        if not tab.run("document.getElementById('chart-view').hidden"):
-            shown = canvas(tab.find("image", "Chart"))
-            difference = ImageChops.difference(shown, expected).getbbox() if shown.size == expected.size else "size"
-            if difference is None:
-                break
-        elif time.monotonic() < end - 15:
-            tab.key("ArrowRight")
-        assert time.monotonic() < end, "the chart differs"
-        time.sleep(0.1)
+    shown = canvas(tab.find("image", "Chart"))
+    assert shown.size == (width, height) and len(expected.getcolors()) >= 5
+    assert ImageChops.difference(shown, expected).getbbox() is None
 
 
 def test_playback(tab):

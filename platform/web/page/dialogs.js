@@ -19,12 +19,14 @@ import { nameFields } from "./names.js";
  * @property {string} text
  * @property {Place} place
  * @property {boolean} enabled
+ * @property {boolean} visible
  * @property {number} state of a check
  * @property {string[]} items
  * @property {number} selection
  * @property {HTMLElement} element what stands at its place
  * @property {HTMLElement} field what has its role, its name and the focus
  * @property {Win[]} children
+ * @property {() => void} drawSky
  * @property {boolean} hasTyped true if its text was typed since an entry was chosen
  */
 
@@ -54,6 +56,7 @@ let program;
 
 /** Called when the focus has no dialog to go to. */
 let returnFocus = () => {};
+let whenShown = () => {};
 
 /** @type {string | null} a colour that the user has picked, for the program's question that follows */
 let picked = null;
@@ -65,13 +68,15 @@ let radioGroups = 0;
 /**
  * @param {Program} ofProgram
  * @param {() => void} whenClosed moves the focus after the last dialog
+ * @param {() => void} afterShowing called after a dialog has been put above all else
  */
-export function startDialogs(ofProgram, whenClosed) {
+export function startDialogs(ofProgram, whenClosed, afterShowing) {
     for (const dialog of openDialogs()) dialog.close();
-    for (const window of windows.values()) if (!window.parent) window.element.remove();
+    for (const dialog of document.querySelectorAll("dialog")) dialog.remove();
     windows.clear();
     program = ofProgram;
     returnFocus = whenClosed;
+    whenShown = afterShowing;
 }
 
 /** @returns {HTMLDialogElement[]} those on the screen, from the lowest to the uppermost */
@@ -153,7 +158,7 @@ function makeDialog(window) {
     });
     // A browser may close it without asking (a second Back on a telephone).
     dialog.addEventListener("close", () => {
-        if (windows.has(window.handle) && window.state) program.close(window.handle);
+        if (windows.has(window.handle) && window.visible) program.close(window.handle);
     });
     window.element = window.field = dialog;
     document.body.append(dialog);
@@ -316,9 +321,10 @@ function makeColour(window) {
  */
 function makeWin(handle, parent, kind, text) {
     const element = document.body;
+    const drawSky = () => {};
     const place = { x: 0, y: 0, width: 0, height: 0 };
-    const fresh = { id: 0, style: 0, place, enabled: true, state: 0, items: [], selection: -1, hasTyped: false };
-    return { handle, parent, kind, text, element, field: element, children: [], ...fresh };
+    const fresh = { id: 0, style: 0, place, enabled: true, visible: true, state: 0, items: [], selection: -1 };
+    return { handle, parent, kind, text, element, field: element, children: [], hasTyped: false, drawSky, ...fresh };
 }
 
 /**
@@ -336,8 +342,11 @@ export function created(handle, parent, kind, id, style, where, text) {
     const window = makeWin(handle, owner?.kind === "dialog" ? parent : 0, kind, text);
     Object.assign(window, { id, style, place: where });
     windows.set(handle, window);
-    if (kind === "dialog") makeDialog(window);
-    else if (owner && owner.kind === "dialog") {
+    if (kind === "dialog") {
+        makeDialog(window);
+        // It comes whole in one turn, and is visible unless a message of that turn hides it.
+        queueMicrotask(() => show(window));
+    } else if (owner && owner.kind === "dialog") {
         if (kind === "radio" && style & WS_GROUP) ++radioGroups;
         if (kind === "button") makeButton(window);
         else if (kind === "check" || kind === "tristate" || kind === "radio")
@@ -423,19 +432,28 @@ export function setVisible(handle, visible) {
         element.hidden = !visible;
         return;
     }
-    if (visible && !element.open) {
-        window.state = 1;
-        nameFields(window);
-        focusIsTheirs = true;
-        element.showModal();
-        const wanted = window.children.find((child) => child.handle === wantedFocus) ?? firstStop(window);
-        wanted?.field.focus();
-        if (wanted?.field instanceof HTMLInputElement) wanted.field.select();
-        focusIsTheirs = false;
-    } else if (!visible && element.open) {
-        window.state = 0;
-        element.close();
-    }
+    window.visible = visible;
+    if (visible) show(window);
+    else if (element.open) element.close();
+}
+
+/**
+ * Puts a dialog on the screen, when all that is in it has come.
+ * @param {Win} window
+ */
+function show(window) {
+    const { element } = window;
+    if (!(element instanceof HTMLDialogElement) || element.open || !window.visible || !windows.has(window.handle))
+        return;
+    nameFields(window);
+    focusIsTheirs = true;
+    element.showModal();
+    const wanted = window.children.find((child) => child.handle === wantedFocus) ?? firstStop(window);
+    wanted?.field.focus();
+    if (wanted?.field instanceof HTMLInputElement) wanted.field.select();
+    focusIsTheirs = false;
+    window.drawSky();
+    whenShown();
 }
 
 /** @param {Win} dialog */
@@ -618,15 +636,27 @@ export function showBox(handle, title, text, buttons, usual) {
  * @param {string} values
  */
 export function showSky(handle, where, shapes, values) {
-    const client = windows.get(handle)?.element.querySelector(".client");
+    const window = windows.get(handle);
+    const client = window?.element.querySelector(".client");
     if (!client) return;
+    window.drawSky = () => drawSky(client, where, shapes, values);
+    window.drawSky();
+}
+
+/**
+ * @param {Element} client
+ * @param {Place} where
+ * @param {string[]} shapes
+ * @param {string} values
+ */
+function drawSky(client, where, shapes, values) {
     let canvas = client.querySelector("canvas");
     if (!canvas) {
         canvas = make("canvas", "");
         canvas.setAttribute("role", "img");
         canvas.setAttribute("aria-label", "Sky");
         const words = make("p", "");
-        words.id = `sky-${handle}`;
+        words.id = "sky-values";
         words.hidden = true;
         canvas.setAttribute("aria-describedby", words.id);
         client.append(canvas, words);
@@ -637,6 +667,7 @@ export function showSky(handle, where, shapes, values) {
     canvas.style.width = length(where.width);
     canvas.style.height = length(where.height);
     const scale = (canvas.clientWidth / where.width) * devicePixelRatio;
+    if (!scale) return; // not on the screen yet
     canvas.width = Math.round(where.width * scale);
     canvas.height = Math.round(where.height * scale);
     const context = canvas.getContext("2d");

@@ -136,10 +136,7 @@ const page = {
     },
     text: dialogs.setText,
     enabled: dialogs.setEnabled,
-    visible(window, visible) {
-        dialogs.setVisible(window, visible);
-        placeNotices();
-    },
+    visible: dialogs.setVisible,
     check: dialogs.setCheck,
     items: dialogs.setItems,
     selection: dialogs.setSelection,
@@ -268,13 +265,16 @@ async function start(prepare) {
     await serial.closePorts();
     setPaused(false);
     foundText = "";
+    showView(false);
+    textPage.replaceChildren();
     progress.hidden = !log;
     button("close-log").hidden = !log;
     button("pause").disabled = !log;
     [program] = await Promise.all([loadProgram(page), portsFound]);
-    dialogs.startDialogs(program, () => {
+    const returnFocus = () => {
         if (!hasEnded) (lastMenuItem() ?? (chartView.hidden ? textPage : chartView)).focus();
-    });
+    };
+    dialogs.startDialogs(program, returnFocus, placeNotices);
     serial.servePorts(program, portBroken);
     for (const [name, value] of Object.entries(settings.storedSettings())) program.setting(name, value);
     chart.width = chartColumns();
