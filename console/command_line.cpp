@@ -10,14 +10,25 @@ namespace console
 std::span<const Command> Commands()
 {
     static constexpr Command All[] = {
+        {"ports", "list the machine's serial ports", DefinePorts},
+        {"settings", "list the settings with their keys, units and ranges", DefineSettings},
         {"probe", "find the receiver by listening, and print protocol and rate", DefineProbe},
+        {"version", "print the firmware's version", DefineVersion},
+        {"get", "read settings from the receiver", DefineGet},
+        {"set", "change a setting, and see that it is changed", DefineSet},
+        {"switch", "change protocol and rate, and go along", DefineSwitch},
+        {"rates", "measure how often messages come, or set it", DefineRates},
+        {"restart", "restart the receiver", DefineRestart},
         {"monitor", "show what the receiver reports: a page on a terminal, else a line for each fix",
          DefineMonitor},
         {"log", "record every byte received", DefineLog},
         {"convert", "make a track of logs: GPX, KML, CSV or JSON", DefineConvert},
+        {"profile", "save, compare and restore all settings", DefineProfile},
         {"date", "print the receiver's date, corrected if it lies whole 1024 weeks back", DefineDate},
         {"relay", "pass the receiver's stream on to a pseudo-terminal or to readers on the network",
          DefineRelay},
+        {"doctor", "find out what is wrong, and what to do", DefineDoctor},
+        {"send", "send a message of your own", DefineSend},
         {"completion", "print the completion script of a shell", DefineCompletion},
     };
     return All;
@@ -49,6 +60,19 @@ CommandLine::CommandLine()
         CLI::App* const sub = app_.add_subcommand(command.name, command.summary);
         actions_.emplace_back(sub, command.define(*sub));
     }
+    CLI::App* const help = app_.add_subcommand("help", "print the help of a command");
+    help->add_option("COMMAND", helpWords_, "the command")->type_name("");
+    actions_.emplace_back(help, [this](Context& context) {
+        CLI::App* topic = &app_;
+        for (const std::string& word : helpWords_) {
+            const auto found =
+                topic->get_subcommands([&](const CLI::App* sub) { return sub->get_name() == word; });
+            if (found.empty()) Fail(FailureKind::Usage, "no command \"" + word + "\"");
+            topic = found[0];
+        }
+        context.output.noObject = true;
+        context.output.Raw(topic->help(topic == &app_ ? "" : "toravanectl"));
+    });
 }
 
 Action CommandLine::Parse(std::vector<std::string> arguments, Options& options)

@@ -34,6 +34,7 @@ public:
 private:
     CLI::App app_;
     std::string port_, rate_, timeout_; // as typed
+    std::vector<std::string> helpWords_;
     Options flags_;
     std::vector<std::pair<CLI::App*, Action>> actions_;
 };

@@ -139,7 +139,13 @@ void Session::SendRaw(std::span<const uint8_t> bytes)
         port_.cancel(ignored);
         Fail(FailureKind::Failed, name_ + ": the port takes no bytes");
     }
-    if (!sending->error) return;
+    if (!sending->error) {
+        // Drivers report bytes as written that still wait in an adapter: a change of rate must not overtake
+        // them.
+        constexpr double BitsPerByte = 10, Reserve = 0.05;
+        loop_.WaitFor({}, Seconds(static_cast<double>(bytes.size()) * BitsPerByte / rate_ + Reserve));
+        return;
+    }
     if (HasVanished(sending->error)) Fail(FailureKind::Failed, name_ + ": the device has vanished");
     Fail(FailureKind::Failed, name_ + ": " + sending->error.message());
 }

@@ -41,7 +41,8 @@ public:
     // Sets the rate when all has been sent; what was received at the old rate is forgotten.
     void SetRate(uint32_t rate);
 
-    // Sends bytes as they are. Throws Failed when the port does not take them within a few seconds.
+    // Sends bytes as they are, and returns when they have gone over the line. Throws Failed when the port
+    // does not take them within a few seconds.
     void Send(const Frame& frame);
 
     // Sends bytes that are no message of ours, without noting them for --verbose.

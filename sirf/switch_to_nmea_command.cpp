@@ -4,10 +4,10 @@
 #include "sirf/frame_sender.h"
 #include "text/format.h"
 
+constexpr uint8_t DefaultNmeaSeconds[NmeaRateCount] = {1, 1, 5, 5, 1, 1, 0, 0, 0, 0};
+
 namespace
 {
-
-constexpr uint8_t DefaultSeconds[NmeaRateCount] = {1, 1, 5, 5, 1, 1, 0, 0, 0, 0};
 
 constexpr uint32_t SettingNameCapacity = 24;
 
@@ -24,7 +24,7 @@ void LoadNmeaRates(uint8_t (&seconds)[NmeaRateCount])
         wchar_t name[SettingNameCapacity];
         NameSetting(i, name);
         const int32_t stored = SettingsGetDword(name, -1);
-        seconds[i] = stored >= 0 && stored <= 255 ? static_cast<uint8_t>(stored) : DefaultSeconds[i];
+        seconds[i] = stored >= 0 && stored <= 255 ? static_cast<uint8_t>(stored) : DefaultNmeaSeconds[i];
     }
 }
 
@@ -37,15 +37,23 @@ void StoreNmeaRates(const uint8_t (&seconds)[NmeaRateCount])
     }
 }
 
-void SendSwitchToNmea(DebugMessages debug, const uint8_t (&seconds)[NmeaRateCount], bool checksums,
-                      uint32_t baud)
+void PackSwitchToNmea(DebugMessages debug, const uint8_t (&seconds)[NmeaRateCount], bool checksums,
+                      uint32_t baud, uint8_t (&payload)[SwitchToNmeaLength])
 {
-    uint8_t payload[SwitchToNmeaLength] = {129, static_cast<uint8_t>(debug)};
+    payload[0] = 129;
+    payload[1] = static_cast<uint8_t>(debug);
     for (uint32_t i = 0; i < NmeaRateCount; ++i) {
         payload[2 + 2 * i] = seconds[i];
         payload[3 + 2 * i] = checksums;
     }
     payload[22] = static_cast<uint8_t>(baud >> 8);
     payload[23] = static_cast<uint8_t>(baud);
+}
+
+void SendSwitchToNmea(DebugMessages debug, const uint8_t (&seconds)[NmeaRateCount], bool checksums,
+                      uint32_t baud)
+{
+    uint8_t payload[SwitchToNmeaLength];
+    PackSwitchToNmea(debug, seconds, checksums, baud, payload);
     SirfSend(payload, sizeof payload);
 }

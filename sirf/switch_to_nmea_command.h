@@ -15,7 +15,13 @@ enum class DebugMessages : uint8_t { On = 0, Off = 1, Unchanged = 2 };
 void LoadNmeaRates(uint8_t (&seconds)[NmeaRateCount]);
 void StoreNmeaRates(const uint8_t (&seconds)[NmeaRateCount]);
 
-// Builds and sends the command. Of the rate in bits/s the low 16 bits are sent: the field has no room for
-// 115200.
+// What a user who has set nothing is offered.
+extern const uint8_t DefaultNmeaSeconds[NmeaRateCount];
+
+// The command's payload. Of the rate in bits/s it holds the low 16 bits: the field has no room for 115200.
+void PackSwitchToNmea(DebugMessages debug, const uint8_t (&seconds)[NmeaRateCount], bool checksums,
+                      uint32_t baud, uint8_t (&payload)[SwitchToNmeaLength]);
+
+// Packs and sends it.
 void SendSwitchToNmea(DebugMessages debug, const uint8_t (&seconds)[NmeaRateCount], bool checksums,
                       uint32_t baud);

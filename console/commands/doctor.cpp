@@ -1,0 +1,207 @@
+#include <cstdlib>
+
+#include "console/commands/commands.h"
+#include "console/dates.h"
+#include "console/finder.h"
+#include "console/remembered_rate.h"
+#include "console/sentence_rates.h"
+#include "console/switching.h"
+#include "graph/channels.h"
+
+namespace console
+{
+
+namespace
+{
+
+// The checks in their order; one that a problem before it makes impossible stays unknown.
+constexpr const char* Checks[] = {"port", "permission", "holder", "bytes", "text",
+                                  "rate", "protocol",   "fix",    "date",  "load"};
+
+class Report
+{
+public:
+    explicit Report(Output& output) : output_(output) { output.object["checks"] = Json::array(); }
+
+    void Add(const char* state, const std::string& message)
+    {
+        const std::string check = Checks[next_++];
+        output_.Line(check + ": " + state + ": " + message);
+        output_.object["checks"].push_back({{"check", check}, {"state", state}, {"message", message}});
+        if (std::string_view(state) == "problem") ++problems_;
+    }
+    void Ok(const std::string& message) { Add("ok", message); }
+    void Problem(const std::string& message) { Add("problem", message); }
+    void Unknown(const std::string& message) { Add("unknown", message); }
+
+    // The rest is unknown; throws when there is a problem.
+    void End()
+    {
+        while (next_ < std::size(Checks)) Unknown("depends on what stands above");
+        if (problems_)
+            throw Failure{FailureKind::Failed,
+                          std::to_string(problems_) + (problems_ == 1 ? " problem" : " problems"), true};
+    }
+
+private:
+    Output& output_;
+    size_t next_ = 0;
+    int problems_ = 0;
+};
+
+// What a line gives that carries no valid message.
+struct Noise {
+    uint64_t bytes = 0, printable = 0;
+
+    bool IsText() const { return bytes && printable * 10 >= bytes * 9; }
+};
+
+struct Fix {
+    bool known = false, has = false;
+};
+
+void CheckFix(Report& report, const Fix& fix)
+{
+    if (!fix.known)
+        report.Unknown("no message that reports it came");
+    else if (fix.has)
+        report.Ok("the receiver has one");
+    else
+        report.Problem("none: give the antenna a free view of the sky for some minutes");
+}
+
+void CheckDate(Report& report, bool known)
+{
+    if (!known) {
+        report.Unknown("no message with a date came");
+        return;
+    }
+    const Date raw = {FixTime.wYear, FixTime.wMonth, FixTime.wDay};
+    if (!IsDate(raw)) {
+        report.Problem("the receiver reports a date that there is not");
+        return;
+    }
+    const Correction correction = CorrectDate(raw, {Today(), ReferenceKind::Clock}, ReleaseDate());
+    constexpr int64_t HalfYear = 26 * 7;
+    const std::string text = FormatDate(raw);
+    if (correction.epochs)
+        report.Problem(text + " lies " + std::to_string(1024 * correction.epochs) + " weeks before " +
+                       FormatDate(correction.corrected) +
+                       ": --correct-dates of relay, monitor and convert mends it");
+    else if (std::abs(DaysOf(raw) - DaysOf(correction.reference)) > HalfYear)
+        report.Problem(text + " is far from " + FormatDate(correction.reference) +
+                       ": \"toravanectl date\" explains");
+    else
+        report.Ok(text);
+}
+
+void CheckLoad(Report& report, double bytesPerSecond, uint32_t rate)
+{
+    constexpr double BitsPerByte = 10, Heavy = 90;
+    const double percent = bytesPerSecond * BitsPerByte * 100 / rate;
+    char text[80];
+    std::snprintf(text, sizeof text, "%.0f %% of %u baud", percent, static_cast<unsigned>(rate));
+    if (percent <= Heavy)
+        report.Ok(text);
+    else
+        report.Problem(std::string(text) + ": messages may be left out: raise the rate, or send less with "
+                                           "\"toravanectl rates\"");
+}
+
+void Examine(Context& context, Report& report)
+{
+    const std::string port = ChoosePort(context.options);
+    const auto info = InspectPort(port);
+    if (!info) {
+        report.Problem(port + " is not there: plug it in, or choose another (\"toravanectl ports\")");
+        return;
+    }
+    report.Ok(port);
+    std::unique_ptr<Session> session;
+    const auto remembered = RememberedRate(port);
+    const uint32_t start = context.options.rate.value_or(remembered.value_or(4800));
+    try {
+        session = std::make_unique<Session>(context, port, start);
+    } catch (const Failure& failure) {
+        if (info->state != "denied") {
+            report.Ok("it may be opened");
+            report.Problem(failure.message);
+        } else {
+            report.Problem(failure.message);
+        }
+        return;
+    }
+    report.Ok("it may be opened");
+    report.Ok("held by nobody else");
+
+    Noise noise;
+    Fix fix;
+    bool dateKnown = false;
+    Listener listener;
+    listener.bytes = [&](std::span<const uint8_t> bytes) {
+        noise.bytes += bytes.size();
+        for (const uint8_t b : bytes) noise.printable += (b >= 0x20 && b <= 0x7E) || b == '\r' || b == '\n';
+    };
+    std::string kind;
+    listener.sentence = [&](const Sentence& sentence) {
+        kind = sentence.hadChecksum ? sentence.Kind() : "";
+        if (kind == "GGA" && !sentence.Field(6).empty()) fix = {true, sentence.Field(6) != "0"};
+    };
+    bool geodeticDate = false;
+    listener.message = [&](const Message& message) {
+        kind.clear();
+        constexpr size_t FixTypeOffset = 4, DayOffset = 14, Length = 91;
+        geodeticDate = message.Id() == 41 && message.payload.size() >= Length && message.payload[DayOffset];
+        if (message.Id() == 41 && message.payload.size() >= Length)
+            fix = {true, (message.payload[FixTypeOffset] & 7) != 0};
+    };
+    listener.decoded = [&] {
+        dateKnown |= geodeticDate || (kind == "RMC" && FixTime.wMonth && FixTime.wDay);
+        geodeticDate = false;
+    };
+
+    std::optional<Found> found;
+    if (context.options.rate) {
+        if (const auto protocol = Listen(*session, ListeningTime(start))) found = Found{*protocol, start};
+    } else {
+        found = Search(*session, {start});
+    }
+    if (noise.bytes == 0) {
+        report.Problem("no byte at any rate: is the receiver on, and connected to this port?");
+        return;
+    }
+    report.Ok("bytes arrive");
+    if (!found) {
+        report.Problem(noise.IsText() ? "text, but no sentence with a right checksum: is it a receiver?"
+                                      : "noise: another rate, another protocol, or a bad line");
+        return;
+    }
+    report.Ok(found->protocol == Protocol::Nmea ? "readable text" : "binary messages");
+    report.Ok(std::to_string(found->rate) + " baud");
+    report.Ok(ProtocolTitle(found->protocol));
+    RememberRate(port, found->rate);
+
+    constexpr double MeasuringSeconds = 5;
+    const uint64_t before = session->BytesReceived();
+    session->WaitFor({}, Seconds(MeasuringSeconds));
+    CheckFix(report, fix);
+    CheckDate(report, dateKnown);
+    CheckLoad(report, static_cast<double>(session->BytesReceived() - before) / MeasuringSeconds, found->rate);
+}
+
+void Doctor(Context& context)
+{
+    if (context.options.dryRun) return; // it never sends anything
+    Report report(context.output);
+    Examine(context, report);
+    report.End();
+}
+
+} // namespace
+
+Action DefineDoctor(CLI::App&)
+{
+    return Doctor;
+}
+
+} // namespace console

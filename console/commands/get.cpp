@@ -1,0 +1,71 @@
+#include "console/commands/commands.h"
+#include "console/setting_exchange.h"
+#include "console/through_sirf.h"
+
+namespace console
+{
+
+namespace
+{
+
+struct GetOptions {
+    std::vector<std::string> names;
+    ThroughSirf through;
+};
+
+void Get(Context& context, const GetOptions& options)
+{
+    const bool all = options.names.size() == 1 && options.names[0] == "all";
+    std::vector<const Setting*> settings;
+    if (all)
+        for (const Setting& setting : Settings()) settings.push_back(&setting);
+    else
+        for (const std::string& name : options.names) settings.push_back(&FindSetting(name));
+    Output& output = context.output;
+    if (context.options.dryRun) {
+        for (const Setting* setting : settings)
+            output.Line("> " + FrameText(FrameSirf(PollPayload(*setting))));
+        return;
+    }
+
+    WithSirf(context, options.through, [&](Session& session) {
+        Json& result = output.object["settings"] = Json::object();
+        std::optional<Failure> failure;
+        for (const Setting* setting : settings) {
+            const SettingAnswer answer =
+                ReadSetting(session, *setting, Seconds(context.options.timeoutSeconds));
+            if (answer.reply == Reply::Answered) {
+                output.Line(SettingText(*setting, answer.values));
+                result[setting->name] = SettingJson(*setting, answer.values);
+                continue;
+            }
+            result[setting->name] = nullptr;
+            const bool refused = answer.reply == Reply::Refused;
+            if (all) {
+                output.Line("# " + std::string(setting->name) + (refused ? ": refused" : ": no answer"));
+                continue;
+            }
+            try {
+                Require(answer.reply, setting->name);
+            } catch (const Failure& thrown) {
+                if (failure)
+                    output.Error(thrown.message);
+                else
+                    failure = thrown;
+            }
+        }
+        if (failure) throw Failure(*failure);
+    });
+}
+
+} // namespace
+
+Action DefineGet(CLI::App& app)
+{
+    const auto options = std::make_shared<GetOptions>();
+    app.add_option("NAME", options->names, "settings, or \"all\"")->required()->type_name("");
+    options->through.AddTo(app);
+    return [options](Context& context) { Get(context, *options); };
+}
+
+} // namespace console

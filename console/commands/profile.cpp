@@ -1,0 +1,209 @@
+#include <ctime>
+
+#include "console/commands/commands.h"
+#include "console/files.h"
+#include "console/firmware.h"
+#include "console/profile_text.h"
+#include "console/setting_exchange.h"
+#include "console/through_sirf.h"
+
+namespace console
+{
+
+namespace
+{
+
+// A profile has some dozen short lines.
+constexpr size_t LargestProfile = 1 << 20;
+
+struct ProfileOptions {
+    std::string file;
+    ThroughSirf through;
+};
+
+std::vector<ProfileEntry> ReadProfile(const ProfileOptions& options)
+{
+    return ParseProfile(ReadWholeFile(options.file, LargestProfile), options.file);
+}
+
+void PrintPoll(Context& context, const Setting& setting)
+{
+    context.output.Line("> " + FrameText(FrameSirf(PollPayload(setting))));
+}
+
+std::string Today()
+{
+    const std::time_t now = std::time(nullptr);
+    char text[32];
+    std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", std::gmtime(&now));
+    return text;
+}
+
+void Save(Context& context, const ProfileOptions& options)
+{
+    if (options.file == "-") RefuseJson(context, "profile save -");
+    if (context.options.dryRun) {
+        context.output.Line("> " + FrameText(FrameSirf(VersionPoll())));
+        for (const Setting& setting : Settings()) PrintPoll(context, setting);
+        return;
+    }
+    WithSirf(context, options.through, [&](Session& session) {
+        const Duration limit = Seconds(context.options.timeoutSeconds);
+        std::string firmware = "unknown";
+        try {
+            firmware = ReadVersion(session, limit);
+        } catch (const Failure& failure) {
+            if (failure.kind != FailureKind::Refused && failure.kind != FailureKind::NoAnswer) throw;
+        }
+        std::string text = "# settings of a receiver, for \"toravanectl profile apply\"\n# date: " + Today() +
+                           "\n# firmware: " + firmware + "\n# port: " + Printable(session.Port()) + "\n";
+        Json& settings = context.output.object["settings"] = Json::object();
+        std::optional<Reply> worst;
+        bool any = false;
+        for (const Setting& setting : Settings()) {
+            const SettingAnswer answer = ReadSetting(session, setting, limit);
+            const bool answered = answer.reply == Reply::Answered;
+            settings[setting.name] = answered ? SettingJson(setting, answer.values) : Json(nullptr);
+            any |= answered;
+            if (answered)
+                text += SettingText(setting, answer.values) + '\n';
+            else
+                text += "# " + std::string(setting.name) +
+                        (answer.reply == Reply::Refused ? ": refused\n" : ": no answer\n");
+            if (!answered && !worst) worst = answer.reply;
+        }
+        if (!any) Require(*worst, "profile save");
+        if (options.file == "-")
+            context.output.Raw(text);
+        else
+            WriteWholeFile(options.file, text);
+    });
+}
+
+void Show(Context& context, const ProfileOptions& options)
+{
+    Json& settings = context.output.object["settings"] = Json::object();
+    for (const ProfileEntry& entry : ReadProfile(options)) {
+        std::string line = entry.setting->name;
+        Json& keys = settings[entry.setting->name] = Json::object();
+        for (const KeyValue& value : entry.values) {
+            const char* const key = entry.setting->keys[value.key].name;
+            line += ' ' + std::string(key) + '=' + ValueText(*entry.setting, value.key, value.value);
+            keys[key] = ValueJson(*entry.setting, value.key, value.value);
+        }
+        context.output.Line(line);
+    }
+}
+
+// The receiver's setting, and the same with what the file gives.
+void Diff(Context& context, const ProfileOptions& options)
+{
+    const std::vector<ProfileEntry> entries = ReadProfile(options);
+    if (context.options.dryRun) {
+        for (const ProfileEntry& entry : entries) PrintPoll(context, *entry.setting);
+        return;
+    }
+    WithSirf(context, options.through, [&](Session& session) {
+        Json& differences = context.output.object["differences"] = Json::array();
+        for (const ProfileEntry& entry : entries) {
+            const Setting& setting = *entry.setting;
+            const SettingAnswer answer =
+                ReadSetting(session, setting, Seconds(context.options.timeoutSeconds));
+            const bool answered = answer.reply == Reply::Answered;
+            std::string before = setting.name, after = setting.name;
+            for (const KeyValue& value : entry.values) {
+                if (answered && answer.values[value.key] == value.value) continue;
+                const std::string key = ' ' + std::string(setting.keys[value.key].name) + '=';
+                if (answered) before += key + ValueText(setting, value.key, answer.values[value.key]);
+                after += key + ValueText(setting, value.key, value.value);
+                differences.push_back(
+                    {{"setting", setting.name},
+                     {"key", setting.keys[value.key].name},
+                     {"receiver",
+                      answered ? ValueJson(setting, value.key, answer.values[value.key]) : Json(nullptr)},
+                     {"file", ValueJson(setting, value.key, value.value)}});
+            }
+            if (after == setting.name) continue;
+            if (answered)
+                context.output.Line("-" + before);
+            else
+                context.output.Line("-# " + before +
+                                    (answer.reply == Reply::Refused ? ": refused" : ": no answer"));
+            context.output.Line("+" + after);
+        }
+        if (!differences.empty())
+            throw Failure{FailureKind::Differs, "the receiver differs from " + options.file, true};
+    });
+}
+
+void Apply(Context& context, const ProfileOptions& options)
+{
+    const std::vector<ProfileEntry> entries = ReadProfile(options);
+    Output& output = context.output;
+    if (context.options.dryRun) {
+        for (const ProfileEntry& entry : entries) Change(*entry.setting, nullptr, entry.values);
+        for (const ProfileEntry& entry : entries) {
+            PrintPoll(context, *entry.setting);
+            const Frame command =
+                CommandPayload(*entry.setting, Change(*entry.setting, nullptr, entry.values));
+            output.Line("> " + FrameText(FrameSirf(command)));
+            PrintPoll(context, *entry.setting);
+        }
+        return;
+    }
+    WithSirf(context, options.through, [&](Session& session) {
+        Json applied = Json::array(), unchanged = Json::array(), failed = Json::array();
+        const auto report = [&] {
+            output.object["applied"] = applied;
+            output.object["unchanged"] = unchanged;
+            output.object["failed"] = failed;
+        };
+        report();
+        std::optional<Failure> first;
+        for (const ProfileEntry& entry : entries) {
+            const ChangeResult result = ChangeSetting(session, *entry.setting, entry.values, {},
+                                                      Seconds(context.options.timeoutSeconds));
+            PrintChange(output, *entry.setting, result);
+            (result.failure ? failed : result.sent ? applied : unchanged).push_back(entry.setting->name);
+            report();
+            if (result.failure && first)
+                output.Error(result.failure->message);
+            else if (result.failure)
+                first = result.failure;
+        }
+        output.Line(std::to_string(applied.size()) + " applied, " + std::to_string(unchanged.size()) +
+                    " unchanged, " + std::to_string(failed.size()) + " failed");
+        if (first) throw Failure(*first);
+    });
+}
+
+} // namespace
+
+Action DefineProfile(CLI::App& app)
+{
+    struct Part {
+        const char *name, *summary;
+        void (*run)(Context&, const ProfileOptions&);
+        bool needsReceiver;
+        CLI::App* app;
+    };
+    const auto options = std::make_shared<ProfileOptions>();
+    const auto parts = std::make_shared<std::vector<Part>>(std::vector<Part>{
+        {"save", "write all readable settings to a file (\"-\": standard output)", Save, true, nullptr},
+        {"show", "check a profile without a receiver, and print its settings", Show, false, nullptr},
+        {"diff", "print what differs: - the receiver, + the file", Diff, true, nullptr},
+        {"apply", "set what differs, each setting read back", Apply, true, nullptr},
+    });
+    app.require_subcommand(1);
+    for (Part& part : *parts) {
+        part.app = app.add_subcommand(part.name, part.summary);
+        part.app->add_option("FILE", options->file, "the profile")->required()->type_name("");
+        if (part.needsReceiver) options->through.AddTo(*part.app);
+    }
+    return [options, parts](Context& context) {
+        for (const Part& part : *parts)
+            if (part.app->parsed()) part.run(context, *options);
+    };
+}
+
+} // namespace console

@@ -1,0 +1,150 @@
+#include <cstdio>
+#include <iostream>
+
+#include "console/commands/commands.h"
+#include "console/conversation.h"
+#include "console/finder.h"
+#include "console/nmea_commands.h"
+#include "console/remembered_rate.h"
+#include "console/switching.h"
+#include "sirf/message_fields.h"
+#include "sirf/setting_values.h"
+
+namespace console
+{
+
+namespace
+{
+
+struct RestartKind {
+    const char* name;
+    unsigned nmea; // reset configuration of PSRF101
+    uint8_t sirf;  // and of command 128
+};
+constexpr RestartKind Kinds[] = {
+    {"hot", 1, 0x40}, {"warm", 2, 0x02}, {"cold", 4, 0x04}, {"factory", 8, 0x08}};
+constexpr const RestartKind& Factory = Kinds[3];
+
+struct RestartOptions {
+    std::string kind, seconds;
+    bool wait = false;
+};
+
+const RestartKind& FindKind(const std::string& name)
+{
+    for (const RestartKind& kind : Kinds)
+        if (name == kind.name) return kind;
+    Fail(FailureKind::Usage, "no restart \"" + name + "\"; there are hot, warm, cold and factory");
+}
+
+Frame RestartPayload(const RestartKind& kind)
+{
+    constexpr size_t Configuration = 24, Channels = 6, AllChannels = 12;
+    uint8_t payload[MaxCommandLength];
+    SettingValues values = {};
+    values[Channels] = AllChannels;
+    PackCommand(InitializeDataSourceLayout, values, payload);
+    payload[Configuration] = kind.sirf;
+    return Frame(payload, payload + InitializeDataSourceLayout.length);
+}
+
+void Confirm(const Context& context)
+{
+    if (context.options.yes) return;
+    if (!InputIsTerminal() || !ErrorIsTerminal())
+        Fail(FailureKind::Usage, "a factory reset forgets all settings: give --yes if it is meant");
+    std::fprintf(stderr, "A factory reset forgets all settings, the line rate too. Go on (y/n)? ");
+    std::string answer;
+    std::getline(std::cin, answer);
+    if (answer != "y" && answer != "Y" && answer != "yes") Fail(FailureKind::Failed, "nothing was sent");
+}
+
+// True for a message that reports a position.
+bool HasFix(const Sentence& sentence)
+{
+    const std::string_view quality = sentence.Field(6);
+    return sentence.hadChecksum && sentence.Kind() == "GGA" && !quality.empty() && quality != "0";
+}
+bool HasFix(const Message& message)
+{
+    constexpr uint8_t Geodetic = 41;
+    constexpr Field<uint16_t> NavType{3};
+    return message.Id() == Geodetic && message.payload.size() >= 91 &&
+           Get(message.payload.data(), NavType) & 7;
+}
+
+// Where the receiver is after a restart; a factory reset may change protocol and rate.
+void FindAgain(Context& context, Session& session, const RestartKind& kind, Found before)
+{
+    constexpr auto Limit = std::chrono::seconds(4);
+    constexpr auto StillUnderWay = std::chrono::milliseconds(300);
+    session.WaitFor({}, StillUnderWay);
+    if (Listen(session, Limit) == before.protocol) return;
+    const auto found = Search(session, {before.rate});
+    if (!found) Fail(FailureKind::Lost, "the receiver is not heard at any rate after the restart");
+    RememberRate(session.Port(), found->rate);
+    if (found->protocol == before.protocol && found->rate == before.rate) return;
+    if (&kind != &Factory)
+        Fail(FailureKind::Differs, "after the restart the receiver is at " + FoundText(*found) +
+                                       " instead of " + FoundText(before));
+    context.output.Note("after the reset the receiver is at " + FoundText(*found));
+}
+
+void WaitForFix(Context& context, Session& session, Clock::time_point start, double limit)
+{
+    bool hasFix = false;
+    Listener listener;
+    // The receiver's last words before the restart do not count.
+    const Clock::time_point first = start + std::chrono::seconds(1);
+    const auto take = [&](bool fix) { hasFix |= fix && Clock::now() >= first; };
+    listener.sentence = [&](const Sentence& sentence) { take(HasFix(sentence)); };
+    listener.message = [&](const Message& message) { take(HasFix(message)); };
+    if (!session.WaitFor([&] { return hasFix; }, start + Seconds(limit) - Clock::now()))
+        Fail(FailureKind::NoAnswer, "no fix in time");
+    const double seconds = std::round(std::chrono::duration<double>(Clock::now() - start).count() * 10) / 10;
+    char text[32];
+    std::snprintf(text, sizeof text, "%.1f", seconds);
+    context.output.Line("first fix after " + std::string(text) + " s");
+    context.output.object["seconds"] = seconds;
+}
+
+void Restart(Context& context, const RestartOptions& options)
+{
+    const RestartKind& kind = FindKind(options.kind);
+    const double limit = options.seconds.empty() ? 900 : ParseSeconds(options.seconds, "--for");
+    const Frame payload = RestartPayload(kind);
+    if (context.options.dryRun) {
+        context.output.Line("> " + FrameText(FrameNmea(RestartBody(kind.nmea))));
+        context.output.Line("> " + FrameText(FrameSirf(payload)));
+        return;
+    }
+    if (&kind == &Factory) Confirm(context);
+
+    const Receiver receiver = FindReceiver(context);
+    Session& session = *receiver.session;
+    const Clock::time_point start = Clock::now();
+    if (receiver.found.protocol == Protocol::Sirf) {
+        Require(SendCommand(session, payload, Seconds(context.options.timeoutSeconds)), "restart");
+        if (&kind == &Factory || options.wait) FindAgain(context, session, kind, receiver.found);
+    } else {
+        session.Send(FrameNmea(RestartBody(kind.nmea)));
+        FindAgain(context, session, kind, receiver.found);
+    }
+    if (options.wait)
+        WaitForFix(context, session, start, limit);
+    else
+        context.output.Line(std::string(kind.name) + " start made");
+}
+
+} // namespace
+
+Action DefineRestart(CLI::App& app)
+{
+    const auto options = std::make_shared<RestartOptions>();
+    app.add_option("KIND", options->kind, "hot, warm, cold or factory")->required()->type_name("");
+    app.add_flag("--wait", options->wait, "wait for the first fix");
+    app.add_option("--for", options->seconds, "how long to wait for it (900)")->type_name("SECONDS");
+    return [options](Context& context) { Restart(context, *options); };
+}
+
+} // namespace console

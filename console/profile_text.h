@@ -1,0 +1,18 @@
+// The text of a profile: lines of settings as `get` prints them, and lines that begin with '#'.
+#pragma once
+
+#include "console/setting_names.h"
+
+namespace console
+{
+
+struct ProfileEntry {
+    const Setting* setting;
+    std::vector<KeyValue> values;
+};
+
+// Throws Failure of the kind Usage, which names the line, for whatever is not a setting. `name` is the
+// file's.
+std::vector<ProfileEntry> ParseProfile(const std::string& text, const std::string& name);
+
+} // namespace console

@@ -1,0 +1,56 @@
+// How often the receiver sends each kind of message.
+#pragma once
+
+#include <map>
+
+#include "console/session.h"
+#include "sirf/switch_to_nmea_command.h"
+
+namespace console
+{
+
+// Kinds of sentences in the order of the receiver's numbers for them: GGA, GLL, ... ZDA, USER10.
+std::span<const char* const> SentenceKinds();
+
+// Number of a kind, in any case; nothing when there is none.
+std::optional<unsigned> FindSentenceKind(const std::string& name);
+
+using NmeaRates = std::array<uint8_t, NmeaRateCount>; // seconds, 0 none
+
+// "GGA=1,GSV=5": those not named are 0. Throws Failure of the kind Usage.
+NmeaRates ParseNmeaRates(const std::string& text);
+
+// When messages of a kind came first and last, and how many; a group of GSV counts once.
+struct Arrivals {
+    unsigned count = 0;
+    Clock::time_point first, last;
+
+    // Seconds between two, to a tenth; nothing when it came once.
+    std::optional<double> Interval() const;
+};
+
+// Names of sentences as in Sentence::Kind, or message ids; ids in the order of their numbers.
+struct KindOrder {
+    bool operator()(const std::string& a, const std::string& b) const;
+};
+using ArrivalTable = std::map<std::string, Arrivals, KindOrder>;
+
+// Listens for a while. At most some hundred kinds are kept.
+ArrivalTable MeasureRates(Session& session, Duration time);
+
+// Counts arrivals while it exists.
+class ArrivalCounter
+{
+public:
+    ArrivalCounter();
+    ArrivalTable table;
+
+private:
+    void Count(const std::string& kind);
+    Listener listener_;
+};
+
+// The sentences' rates as command 129 takes them back: what came once counts as every ten seconds.
+NmeaRates RatesFrom(const ArrivalTable& table);
+
+} // namespace console

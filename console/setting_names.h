@@ -1,0 +1,59 @@
+// The receiver's settings by name: names, units and meanings for the rows of sirf/command_layouts.h, from
+// which ranges, packing and reading come.
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "console/output.h"
+#include "sirf/setting_values.h"
+
+namespace console
+{
+
+// One row of a layout. `choices` are the names of a list's entries.
+struct SettingKey {
+    const char* name;
+    const char* unit; // empty: none
+    const char* meaning;
+    std::span<const char* const> choices = {};
+};
+
+// `keys` in the order of the layout's rows, one for each.
+struct Setting {
+    const char* name;
+    const CommandLayout* layout;
+    const char* meaning;
+    std::span<const SettingKey> keys;
+};
+
+// In the order of "get all" and of profiles.
+std::span<const Setting> Settings();
+
+// Throws Failure of the kind Usage when there is no such setting; the message lists all.
+const Setting& FindSetting(const std::string& name);
+
+// Values of some of a setting's keys: as typed, or as a profile holds them.
+struct KeyValue {
+    size_t key; // index into Setting::keys
+    int64_t value;
+};
+
+// Reads "KEY=VALUE" texts. Throws Failure of the kind Usage for an unknown or repeated key and for a value
+// that is not wholly one in its range.
+std::vector<KeyValue> ParseKeyValues(const Setting& setting, std::span<const std::string> texts);
+
+// A value as `get` prints it, and as JSON has it.
+std::string ValueText(const Setting& setting, size_t key, int64_t value);
+Json ValueJson(const Setting& setting, size_t key, int64_t value);
+
+// A whole setting: "elevation-mask tracking=5.0 navigation=7.5", and its JSON object.
+std::string SettingText(const Setting& setting, const SettingValues& values);
+Json SettingJson(const Setting& setting, const SettingValues& values);
+
+// Type, unit, range and choices of a key: "20 to 90, one decimal, degrees", and as JSON.
+std::string RangeText(const Setting& setting, size_t key);
+Json RangeJson(const Setting& setting, size_t key);
+
+} // namespace console

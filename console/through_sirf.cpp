@@ -1,0 +1,97 @@
+#include "console/through_sirf.h"
+
+namespace console
+{
+
+namespace
+{
+
+constexpr const char* PresentRate = "now";
+constexpr auto MeasuringTime = std::chrono::seconds(11);
+
+// Throws when the state reached is not the one that was wanted.
+void RequireState(const std::optional<Found>& found, Found wanted, const std::string& way)
+{
+    if (!found) Fail(FailureKind::Lost, way + ": the receiver is not heard at any rate any more");
+    if (found->protocol != wanted.protocol || found->rate != wanted.rate)
+        Fail(FailureKind::Differs,
+             way + ": the receiver is at " + FoundText(*found) + " instead of " + FoundText(wanted));
+}
+
+// Each sentence that was there before must come again.
+void RequireSentences(Session& session, const NmeaRates& rates)
+{
+    constexpr double Reserve = 2;
+    double slowest = 0;
+    for (const uint8_t seconds : rates) slowest = std::max<double>(slowest, seconds);
+    std::string missing;
+    ArrivalCounter counter;
+    const auto allCame = [&] {
+        missing.clear();
+        for (unsigned kind = 0; kind < NmeaRateCount; ++kind)
+            if (rates[kind] && !counter.table.contains(SentenceKinds()[kind]))
+                missing += ' ' + std::string(SentenceKinds()[kind]);
+        return missing.empty();
+    };
+    if (!session.WaitFor(allCame, Seconds(2 * slowest + Reserve)))
+        Fail(FailureKind::Differs, "back in NMEA, but these sentences stay away:" + missing);
+}
+
+void GoBack(Session& session, Found now, Found old, const NmeaRates& rates)
+{
+    // After a failure or an interruption on the way there nobody knows where it is.
+    const auto state = Search(session, {now.rate, old.rate});
+    if (!state) Fail(FailureKind::Lost, "way back: the receiver is not heard at any rate any more");
+    RequireState(CarryOutSwitch(session, *state, PlanSwitch(*state, old, rates)), old, "way back");
+    RequireSentences(session, rates);
+}
+
+} // namespace
+
+void ThroughSirf::AddTo(CLI::App& app)
+{
+    // A flag, so that the argument after it is not taken for its rate.
+    app.add_flag("--through-sirf{" + std::string(PresentRate) + "}", rate,
+                 "on a receiver that speaks NMEA: change to SiRF binary (=RATE at another rate), and back");
+}
+
+void WithSirf(Context& context, const ThroughSirf& option, const SirfWork& work)
+{
+    Found sirf = {Protocol::Sirf, 0};
+    if (!option.rate.empty() && option.rate != PresentRate) sirf.rate = ParseRate(option.rate);
+    Receiver receiver = FindReceiver(context);
+    Session& session = *receiver.session;
+    const Found old = receiver.found;
+    if (old.protocol == Protocol::Sirf) {
+        work(session);
+        return;
+    }
+    const std::string rate = std::to_string(old.rate);
+    if (option.rate.empty())
+        Fail(FailureKind::Protocol,
+             session.Port() +
+                 ": the receiver speaks NMEA, and this needs SiRF binary: \"toravanectl switch sirf\" "
+                 "before it and \"toravanectl switch nmea " +
+                 rate + "\" after it, or --through-sirf");
+    if (!sirf.rate) sirf.rate = old.rate;
+
+    context.output.Note("noting the sentences' rates for 11 seconds");
+    const NmeaRates rates = RatesFrom(MeasureRates(session, MeasuringTime));
+    std::optional<Failure> failure;
+    try {
+        {
+            // An interruption between the command and its effect would not know the way back.
+            const EventLoop::Hold hold(session.Loop());
+            RequireState(CarryOutSwitch(session, old, PlanSwitch(old, sirf, rates)), sirf,
+                         "way to SiRF binary");
+        }
+        work(session);
+    } catch (const Failure& thrown) {
+        failure = thrown;
+    }
+    const EventLoop::Hold hold(session.Loop());
+    GoBack(session, sirf, old, rates);
+    if (failure) throw Failure(*failure);
+}
+
+} // namespace console
