@@ -47,16 +47,17 @@ template <typename Char>
 bool ParseValue(const CommandField& field, const Char* text, Reading reading, int64_t& value)
 {
     int64_t number;
-    if (reading == Reading::Exact) {
-        if (!ParseFixedPoint(text, DecimalsOf(field), number)) return false;
-    } else if (field.kind == FieldKind::Tenths) {
-        const double decimal = ParseDecimal(text);
+    if (reading == Reading::Typed && field.kind == FieldKind::Tenths) {
+        double decimal;
+        if (!ParseDecimalNumber(text, decimal)) return false;
         if (decimal < field.low * field.typedTimes || decimal > field.high * field.typedTimes) return false;
         number = static_cast<int64_t>(decimal * 10.0 + 0.5); // below zero upwards, on purpose
-    } else {
-        int32_t whole;
-        if (!ParseWholeNumber(text, whole)) return false;
-        number = whole;
+    } else if (reading == Reading::Typed && field.kind == FieldKind::NamedNumber) {
+        int32_t leading;
+        if (!ParseWholeNumber(text, leading)) return false;
+        number = leading;
+    } else if (!ParseFixedPoint(text, DecimalsOf(field), number)) {
+        return false;
     }
     if (!AcceptsValue(field, number, reading)) return false;
     value = number;

@@ -87,19 +87,20 @@ template <typename Char> bool ParseWholeNumber(const Char* text, int32_t& value)
     return true;
 }
 
-template <typename Char> double ParseDecimal(const Char* text)
+// Digits with at most one point; `found` is true if there is any digit. At most MaxDecimal.
+template <typename Char> double TakeDecimal(const Char*& text, bool& found)
 {
-    text = SkipBlanks(text);
-    const bool negative = TakeSign(text);
     uint64_t mantissa = 0;
     uint32_t digits = 0, places = 0;
     bool point = false, huge = false;
+    found = false;
     for (;; ++text) {
         if (*text == '.' && !point) {
             point = true;
             continue;
         }
         if (!IsDigit(*text)) break;
+        found = true;
         if (digits ==
             MaxSignificantDigits) { // further places do not count, further integer digits are too many
             if (!point) huge = true;
@@ -110,9 +111,39 @@ template <typename Char> double ParseDecimal(const Char* text)
         if (mantissa) ++digits;
         if (point) ++places;
     }
-    double value = huge ? MaxDecimal : Scale(mantissa, places);
-    if (value > MaxDecimal) value = MaxDecimal;
-    return negative ? -value : value;
+    const double value = huge ? MaxDecimal : Scale(mantissa, places);
+    return value > MaxDecimal ? MaxDecimal : value;
+}
+
+template <typename Char> double ParseDecimal(const Char* text)
+{
+    text = SkipBlanks(text);
+    const bool negative = TakeSign(text);
+    bool found;
+    const double value = TakeDecimal(text, found);
+    return negative && found ? -value : value;
+}
+
+template <typename Char> bool ParseDecimalNumber(const Char* text, double& value)
+{
+    constexpr uint32_t MaxExponent = 60; // beyond it every number is 0 or too large
+    text = SkipBlanks(text);
+    const bool negative = TakeSign(text);
+    bool found;
+    double number = TakeDecimal(text, found);
+    if (!found) return false;
+    if (*text == 'e' || *text == 'E') {
+        ++text;
+        const bool shrinks = TakeSign(text);
+        if (!IsDigit(*text)) return false;
+        for (uint32_t i = TakeDigits(text, MaxExponent); i > 0; --i)
+            number = shrinks ? number / 10 : number * 10;
+        while (IsDigit(*text)) ++text;
+    }
+    if (*SkipBlanks(text)) return false;
+    if (number > MaxDecimal) number = MaxDecimal;
+    value = negative ? -number : number;
+    return true;
 }
 
 template <typename Char> bool ParseFixedPoint(const Char* text, uint32_t decimals, int64_t& value)
@@ -147,5 +178,7 @@ template bool ParseWholeNumber(const char*, int32_t&);
 template bool ParseWholeNumber(const wchar_t*, int32_t&);
 template double ParseDecimal(const char*);
 template double ParseDecimal(const wchar_t*);
+template bool ParseDecimalNumber(const char*, double&);
+template bool ParseDecimalNumber(const wchar_t*, double&);
 template bool ParseFixedPoint(const char*, uint32_t, int64_t&);
 template bool ParseFixedPoint(const wchar_t*, uint32_t, int64_t&);

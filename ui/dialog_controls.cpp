@@ -33,18 +33,22 @@ void MakeListLeafable(HWND dialog, int control)
 
 void ReadControlText(HWND dialog, int control, wchar_t (&text)[ControlTextCapacity])
 {
-    text[0] = 0;
+    text[0] = text[ControlTextCapacity - 2] = 0;
     if (IsKeypadList(dialog, control))
         GetSelectedListText(dialog, control, text, ControlTextCapacity);
     else
         GetDlgItemTextW(dialog, control, text, ControlTextCapacity);
+    if (text[ControlTextCapacity - 2]) text[0] = 0; // perhaps the beginning of a longer one
 }
 
 bool ReadNumber(HWND dialog, int control, int32_t& value)
 {
     wchar_t text[ControlTextCapacity];
     ReadControlText(dialog, control, text);
-    return ParseWholeNumber(text, value);
+    int64_t number;
+    if (!ParseFixedPoint(text, 0, number) || number < INT32_MIN || number > INT32_MAX) return false;
+    value = static_cast<int32_t>(number);
+    return true;
 }
 
 UINT GetCheck(HWND dialog, int control)

@@ -20,13 +20,12 @@ void MakeListLeafable(HWND dialog, int control);
 
 // ---- Numbers ------------------------------------------------------------------------------------------
 
-// A control's text, cut to its room; of a list box the selected entry.
+// A control's text, of a list box the selected entry; empty where there is none or it does not fit.
 constexpr uint32_t ControlTextCapacity = 256;
 void ReadControlText(HWND dialog, int control, wchar_t (&text)[ControlTextCapacity]);
 
-// The whole number at the start of a control's text: blanks, a sign, digits; what stands behind is ignored.
-// Of a list box the selected entry is the text. False, with `value` untouched, when no number of 32 bits
-// stands there.
+// The whole number that a control's text is, as a whole (text/numbers.h). False, with `value` untouched,
+// where it is none of 32 bits.
 bool ReadNumber(HWND dialog, int control, int32_t& value);
 
 // ---- Boxes, buttons, edits ----------------------------------------------------------------------------

@@ -7,8 +7,6 @@
 namespace
 {
 
-constexpr uint32_t MaxDecimalCharacters = 20; // what is typed beyond them is not read
-
 void PrepareField(HWND dialog, const CommandField& field)
 {
     if (!field.entries.empty()) {
@@ -31,7 +29,6 @@ bool ReadTextField(HWND dialog, const CommandField& field, int64_t& value)
 {
     wchar_t text[ControlTextCapacity];
     ReadControlText(dialog, field.control, text);
-    if (field.kind == FieldKind::Tenths) text[MaxDecimalCharacters] = 0;
     if (field.keepsValue && !HasDigit(text)) return true;
     return ParseValue(field, text, Reading::Typed, value);
 }

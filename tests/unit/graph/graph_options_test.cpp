@@ -233,9 +233,9 @@ TEST_F(GraphOptionsTest, EditsWithoutANumberLeaveTheirFieldAsItIs)
         HeadlessType(dialog, 1848, L"-5"); // heights have no sign
         HeadlessType(dialog, 1878, L"-5");
         HeadlessType(dialog, 1849, L"65556"); // low 16 bits
-        HeadlessType(dialog, 1879, L" 1.5");  // the number before the point
+        HeadlessType(dialog, 1879, L" 1.5");  // whole numbers only
     });
-    const float zeros[] = {0, 0, 0, 6592520, 723400, 0, 0, 70, -5, 1};
+    const float zeros[] = {0, 0, 0, 6592520, 723400, 0, 0, 70, -5, 0};
     const int ceilings[] = {267, 255, 235, 215, 175, 135, 115, 90, 40, 20};
     for (int i = 0; i < 10; ++i) {
         EXPECT_EQ(GraphChannel[i].ValueZero.load(), zeros[i]) << i;

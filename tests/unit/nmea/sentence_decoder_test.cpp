@@ -305,6 +305,14 @@ TEST_F(SentenceDecoder, HdopOfTwoDigitsBeforeThePoint)
     EXPECT_EQ(Line(5), L" HDOP: 12.5  ");
 }
 
+TEST_F(SentenceDecoder, FieldWithoutADigitIsZeroWithoutASign)
+{
+    FeedSentence("GPGGA,123457,,,,,1,07,-,-,M,-.,M,,");
+    EXPECT_EQ(Line(5), L" HDOP: 0.0  ");
+    EXPECT_EQ(Line(11), L" Altitude MSL: 0.00 m      ");
+    EXPECT_FALSE(std::signbit(Value(ChannelAltitude)));
+}
+
 TEST_F(SentenceDecoder, GllTakesSevenOrEightFields)
 {
     FeedSentence("GPGLL,4916.4500,N,12311.1200,W,101112");

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <random>
 #include <string>
@@ -126,10 +127,46 @@ TEST(Numbers, Decimals)
         {"half to even, up", "562949953421312.1875", 562949953421312.25},
         {"more than half", "562949953421312.0626", 562949953421312.125},
         {"many leading zeros", "000000000000000000000000012.5", 12.5},
+        {"a sign alone", "-", 0},
+        {"a sign and a point", "-.", 0},
         {"many zeros after the point", "0.00000000000000000000000000001", 0},
     };
     for (const DecimalRow& row : Rows) EXPECT_EQ(ParseDecimal(row.text), row.value) << row.name;
     EXPECT_EQ(ParseDecimal(L"12.34 %"), 12.34);
+    EXPECT_FALSE(std::signbit(ParseDecimal("-")));
+    EXPECT_FALSE(std::signbit(ParseDecimal("-x1")));
+    EXPECT_TRUE(std::signbit(ParseDecimal("-0")));
+}
+
+TEST(Numbers, DecimalTextsAsAWhole)
+{
+    constexpr double Refused = 4711;
+    const struct {
+        const char* text;
+        double value;
+    } rows[] = {
+        {"7.5", 7.5},       {" \t-7.5\r\n", -7.5},
+        {"+.5", 0.5},       {"5.", 5},
+        {"1e2", 100},       {"75E-1", 7.5},
+        {"1e+2 ", 100},     {"1e0000000000000000000001", 10},
+        {"1e99", 1e15},     {"-1e999999999999", -1e15},
+        {"1e-99", 1e-60},   {"0e99", 0},
+        {"", Refused},      {"-", Refused},
+        {".", Refused},     {"e5", Refused},
+        {"1e", Refused},    {"1e+", Refused},
+        {"1e1.5", Refused}, {"7,5", Refused},
+        {"7.5x", Refused},  {"1 2", Refused},
+        {"1.2.3", Refused}, {"- 5", Refused},
+        {"nan", Refused},   {"inf", Refused},
+        {"0x10", Refused},
+    };
+    for (const auto& row : rows) {
+        double value = Refused;
+        EXPECT_EQ(ParseDecimalNumber(row.text, value), row.value != Refused) << row.text;
+        EXPECT_NEAR(value, row.value, std::fabs(row.value) * 1e-12) << row.text;
+    }
+    double value = Refused;
+    EXPECT_FALSE(ParseDecimalNumber(L"\u22125", value)); // the minus sign of typography
 }
 
 TEST(Numbers, DecimalsAgreeWithTheLibrary)

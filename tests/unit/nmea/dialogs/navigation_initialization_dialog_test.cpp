@@ -124,7 +124,8 @@ TEST_P(NavigationInitializationDialog, EachFieldIsRefusedOutsideItsRange)
         HeadlessClick(dialog, WarmStartInit);
         for (const FieldRow& row : Fields) HeadlessType(dialog, row.field, row.lowest);
         for (const FieldRow& row : Fields) {
-            for (const wchar_t* wrong : {row.below, row.above, L"", L"x", L"99999999999"}) {
+            for (const wchar_t* wrong :
+                 {row.below, row.above, L"", L"x", L"99999999999", L"1.0", L"1 m", L"1,0", L"\u22121"}) {
                 HeadlessType(dialog, row.field, wrong);
                 HeadlessClick(dialog, Set);
                 EXPECT_TRUE(Refuses(row.caption, row.refusal)) << row.field << " " << wrong;

@@ -101,7 +101,7 @@ TEST_P(SetMessageRateDialogTyping, TypedRates)
         HeadlessType(dialog, Seconds, L"255");
         HeadlessClick(dialog, Set);
         EXPECT_EQ(TakeSent(), "$PSRF103,9,0,255,1*2F\r\n");
-        for (const wchar_t* typed : {L"256", L"-1", L"", L"often"}) {
+        for (const wchar_t* typed : {L"256", L"-1", L"", L"often", L"0.2", L"5x", L"1 0", L"1e1"}) {
             HeadlessType(dialog, Seconds, typed);
             HeadlessClick(dialog, Set);
             EXPECT_TRUE(Refuses(L"Update Rate", L"Range 0-255 s")) << typed;

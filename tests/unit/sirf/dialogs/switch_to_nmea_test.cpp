@@ -167,6 +167,17 @@ TEST_F(SwitchToNmeaDialog, NumbersOfMoreThan32BitsAreRefused)
     });
 }
 
+// A fifth of a second is no 0, which would switch the sentence off.
+TEST_F(SwitchToNmeaDialog, NumbersWithSomethingLeftOverAreRefused)
+{
+    Work([&](HWND dialog) {
+        for (const wchar_t* number : {L"0.2", L"5,0", L"1e2", L"5 s", L"- 5"}) {
+            Enter(dialog, Typed(Rates, number));
+            ExpectRefusal(dialog, L"GGA Update Rate", L"Range 0-255 s");
+        }
+    });
+}
+
 TEST_F(SwitchToNmeaDialog, WhereNoNumberStandsTheRateStays)
 {
     Work([&](HWND dialog) {
