@@ -2,6 +2,7 @@
 
 #include "link/link_state.h"
 #include "ui/dialog_controls.h"
+#include "ui/dialog_support.h"
 #include "ui/error_boxes.h"
 
 namespace
@@ -15,6 +16,14 @@ constexpr const wchar_t* BaudTexts[BaudCount] = {L"1200",  L"2400",  L"4800",  L
 void FillBaudrates(HWND dialog, int control)
 {
     FillList(dialog, control, BaudTexts);
+}
+
+int32_t ChosenBaudrate(HWND dialog, int control)
+{
+    int32_t number;
+    if (ReadNumber(dialog, control, number) && FindBaudrate(number) >= 0) return FindBaudrate(number);
+    const int32_t selected = GetListSelection(dialog, control);
+    return IsBaudIndex(selected) ? selected : -1;
 }
 
 void ShowBaudrateHelp()

@@ -1,10 +1,10 @@
 #include "link/protocol_recognition.h"
 
+#include "link/baudrate_choice.h"
 #include "link/link_state.h"
 #include "resources/resource_ids.h"
 #include "settings/settings_store.h"
 #include "ui/active_dialog.h"
-#include "ui/dialog_support.h"
 #include "ui/page_lines.h"
 
 void BeginProtocol(std::atomic<uint8_t>& recognised)
@@ -26,6 +26,6 @@ void StoreChosenRate(DialogKind kind, int control, const wchar_t* setting)
 {
     HWND dialog = OpenDialogOfKind(kind);
     if (!dialog) return;
-    const int32_t selection = GetListSelection(dialog, control);
-    if (IsBaudIndex(selection)) SettingsSetDword(setting, selection);
+    const int32_t chosen = ChosenBaudrate(dialog, control);
+    if (chosen >= 0) SettingsSetDword(setting, chosen);
 }

@@ -13,7 +13,7 @@ void BeginProtocol(std::atomic<uint8_t>& recognised);
 // the port is none of the table, as in a program that opens its ports itself.
 void StoreWorkingPort();
 
-// Stores the rate list's selection of an open dialog that switches the receiver's protocol, as the rate that
-// the receiver uses in the protocol just recognised. Nothing without the dialog, without a selection, or with
-// one outside the table of rates.
+// Stores the rate that is typed or chosen in an open dialog that switches the receiver's protocol, as the
+// rate that the receiver uses in the protocol just recognised. Nothing without the dialog, or without a rate
+// of the table.
 void StoreChosenRate(DialogKind kind, int control, const wchar_t* setting);

@@ -24,6 +24,11 @@ void SelectListEntry(HWND dialog, int control, int32_t index)
     SendDlgItemMessageW(dialog, control, ListMessages.setSelection, static_cast<WPARAM>(index), 0);
 }
 
+void SelectShownEntry(HWND dialog, int control, int32_t index)
+{
+    if (LayoutOffset()) SelectListEntry(dialog, control, index);
+}
+
 void MakeListLeafable(HWND dialog, int control)
 {
     constexpr UINT SetListMode = 0x1C1;

@@ -14,6 +14,10 @@ void FillList(HWND dialog, int control, std::span<const wchar_t* const> entries)
 // Selects an entry; an index outside the list selects nothing.
 void SelectListEntry(HWND dialog, int control, int32_t index);
 
+// On keypad devices, whose list boxes show an entry though none is selected: selects the entry that is to be
+// shown, so that it is what is sent. Elsewhere nothing: a list without a selection is empty there.
+void SelectShownEntry(HWND dialog, int control, int32_t index);
+
 // On keypad devices, whose list boxes show one entry at a time: lets the user leaf through a list. Elsewhere
 // nothing, as other lists do not know the message.
 void MakeListLeafable(HWND dialog, int control);

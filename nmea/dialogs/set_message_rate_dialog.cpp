@@ -20,9 +20,13 @@ constexpr CommandField Fields[] = {
     CheckField(CONTROL_NMEA_RATE_CHECKSUM, 0, 0, L"Use Checksum"),
 };
 
+constexpr int32_t EachSecond = 1; // index, and the rate that receivers have from the factory
+
 void Fill(HWND dialog)
 {
     SetCheck(dialog, CONTROL_NMEA_RATE_CHECKSUM, BST_CHECKED);
+    SelectShownEntry(dialog, CONTROL_NMEA_RATE_MESSAGE, 0);
+    SelectShownEntry(dialog, CONTROL_NMEA_RATE_SECONDS, EachSecond);
 }
 
 void PressSet(HWND dialog)

@@ -34,8 +34,12 @@ void Fill(HWND dialog)
     FillBaudrates(dialog, CONTROL_TO_SIRF_BAUDRATE);
     SelectListEntry(dialog, CONTROL_SERIAL_PROTOCOL, 0);
     const int32_t stored = SettingsGetDword(L"SirfBaudrateIdx", -1);
-    SelectListEntry(dialog, CONTROL_TO_SIRF_BAUDRATE,
-                    IsBaudIndex(stored) ? stored : FindRate(NmeaReportedBaud.load(), SlowestReportedRate));
+    const int32_t known =
+        IsBaudIndex(stored) ? stored : FindRate(NmeaReportedBaud.load(), SlowestReportedRate);
+    if (known >= 0)
+        SelectListEntry(dialog, CONTROL_TO_SIRF_BAUDRATE, known);
+    else
+        SelectShownEntry(dialog, CONTROL_TO_SIRF_BAUDRATE, FindBaudrate(PortDcb.BaudRate));
     EnableControl(dialog, CONTROL_SERIAL_FOLLOW, false);
 }
 

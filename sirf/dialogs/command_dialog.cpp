@@ -36,10 +36,14 @@ void ClearTrackSmoothing(HWND dialog)
     SetCheck(dialog, CONTROL_MODE_TRACK_SMOOTHING, BST_UNCHECKED);
 }
 
-void MakeRatesLeafable(HWND dialog)
+constexpr int32_t EachSecond = 1; // index
+
+void FillRates(HWND dialog)
 {
     MakeListLeafable(dialog, CONTROL_RATE_MESSAGE_ID);
     MakeListLeafable(dialog, CONTROL_RATE_SECONDS);
+    SelectShownEntry(dialog, CONTROL_RATE_MESSAGE_ID, 0);
+    SelectShownEntry(dialog, CONTROL_RATE_SECONDS, EachSecond);
 }
 
 // Low Power asks for the collection of parameters, which has two of its values, on purpose.
@@ -56,9 +60,8 @@ constexpr DialogButton LowPowerButtons[] = {{CONTROL_LOW_POWER_GET, PollParamete
 
 constexpr Dialog ModeControlDialog = {
     .number = DIALOG_SIRF_MODE_CONTROL, .kind = DialogKind::ModeControl, .fill = ClearTrackSmoothing};
-constexpr Dialog SetMessageRateDialog = {.number = DIALOG_SIRF_SET_MESSAGE_RATE,
-                                         .kind = DialogKind::SirfSetMessageRate,
-                                         .fill = MakeRatesLeafable};
+constexpr Dialog SetMessageRateDialog = {
+    .number = DIALOG_SIRF_SET_MESSAGE_RATE, .kind = DialogKind::SirfSetMessageRate, .fill = FillRates};
 constexpr Dialog LowPowerDialog = {.number = DIALOG_SIRF_LOW_POWER,
                                    .kind = DialogKind::LowPower,
                                    .buttons = LowPowerButtons,

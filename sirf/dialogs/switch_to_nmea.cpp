@@ -92,11 +92,8 @@ bool ReadRates(HWND dialog)
 // What is typed counts if it is a rate that the program knows; otherwise the selected entry does.
 bool ReadBaudrate(HWND dialog, uint32_t& baud)
 {
-    int32_t number;
-    int32_t index = GetListSelection(dialog, CONTROL_TO_NMEA_BAUDRATE);
-    if (ReadNumber(dialog, CONTROL_TO_NMEA_BAUDRATE, number) && FindBaudrate(number) >= 0)
-        index = FindBaudrate(number);
-    if (!IsBaudIndex(index)) {
+    const int32_t index = ChosenBaudrate(dialog, CONTROL_TO_NMEA_BAUDRATE);
+    if (index < 0) {
         InfoBox(L"Baudrate", L"Select a baudrate.\n\nSee Help for more information.");
         return false;
     }

@@ -9,7 +9,7 @@ import tty
 
 import pytest
 
-from harness import Port, desktop, sentence, wait_for
+from harness import Port, VK_RETURN, desktop, sentence, wait_for
 
 SetSerialPort, NavigationInitialization, SetMessageRate, DevelopmentData, SelectDatum = 2003, 2004, 2005, 2007, 2008
 GreyBox = 902
@@ -349,3 +349,30 @@ def test_switch_names_the_missing_rate_and_ends_the_program(user, stored, text):
     box.dismiss("OK")
     assert program.wait_end() == 0
     assert line.received == b""
+
+
+# ---- Enter and Close ----------------------------------------------------------------------------------
+
+def test_enter_sends_a_rate_and_does_not_close(user):
+    bench = Bench(user)
+    dialog = bench.open(SetMessageRate, "Set Message Rate")
+    dialog.pick(1031, "GSV")
+    dialog.enter(1032, "7")
+    user.press(VK_RETURN)
+    got = bytearray()
+
+    def arrived():
+        got.extend(bench.sent())
+        return b"PSRF103,3,0,7,1*" in got
+    wait_for("the rate is sent", arrived)
+    assert dialog.text(1032) == "7"
+    dialog.dismiss("Close")
+
+
+def test_enter_closes_where_set_restarts_or_switches(user):
+    bench = Bench(user)
+    for number, caption in ((SetSerialPort, "Set Serial Port"), (NavigationInitialization, "Navigation Initialization")):
+        dialog = bench.open(number, caption)
+        user.press(VK_RETURN)
+        dialog.wait_gone()
+    assert bench.sent() == b""

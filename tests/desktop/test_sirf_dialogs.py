@@ -4,7 +4,7 @@ import time
 
 import pytest
 
-from harness import Port, VK_ESCAPE, Dialog, desktop, wait_for
+from harness import Port, VK_ESCAPE, VK_RETURN, Dialog, desktop, wait_for
 
 Rate = 38400
 
@@ -112,7 +112,7 @@ def refused(user, dialog, set_button, caption, text):
 
 
 Ends = {
-    "OK": lambda user, dialog: dialog.dismiss("OK"),
+    "Close": lambda user, dialog: dialog.dismiss("Close"),
     "cross": lambda user, dialog: dialog.close(),
     "Escape": lambda user, dialog: (user.press(VK_ESCAPE), dialog.wait_gone()),
 }
@@ -171,7 +171,7 @@ def test_setting_is_shown_set_and_shown_again(session, case):
     enter(dialog, case.changed)
     dialog.press(case.set)
     wait_for("the command is sent", lambda: len(session.sent()) > len(frame(case.poll)))
-    Ends["OK"](user, dialog)
+    Ends["Close"](user, dialog)
 
     dialog = session.open(case.item, case.caption)
     readable = {n: v for n, v in case.changed.items() if n not in UnreadFields}
@@ -190,13 +190,32 @@ def test_setting_is_shown_set_and_shown_again(session, case):
     assert user.dialogs() == [] and user.main_window()["enabled"]
 
 
+def test_enter_sends_and_leaves_the_dialog_open(session):
+    """Set is the default button, also while a field or a list has the focus."""
+    dialog = session.open(2017, "Power Mask")
+    session.wait_sent("A88C")
+    enter(dialog, {1403: "21", 1404: "22"})
+    session.user.press(VK_RETURN)
+    session.wait_sent("A88C", "8C1516")
+    assert session.user.dialogs() == ["Power Mask"]
+    dialog.dismiss("Close")
+
+
+def test_enter_does_not_restart_or_switch_the_receiver(session):
+    for number, caption in ((2010, "Initialize Data Source"), (2011, "Switch to NMEA Protocol")):
+        dialog = session.open(number, caption)
+        session.user.press(VK_RETURN)
+        dialog.wait_gone()
+    session.wait_sent("A880")
+
+
 def test_undecided_box_is_refused(session):
     dialog = session.open(2018, "Static Navigation")
     wait_shown(dialog, {1433: 1})
     enter(dialog, {1433: 2})
     refused(session.user, dialog, 1432, "Static Navigation Flag", "Indeterminate")
     session.wait_sent("A88F")
-    dialog.dismiss("OK")
+    dialog.dismiss("Close")
 
 
 def test_trickle_power_warns_before_a_long_sleep(session):
@@ -215,7 +234,7 @@ def test_trickle_power_warns_before_a_long_sleep(session):
     dialog.press(1512)  # 0.2 s: no warning
     session.wait_sent("A897", "97 0000 03E8 000000C8")
     wait_for("the time of day comes", lambda: dialog.text(1518))
-    dialog.dismiss("OK")
+    dialog.dismiss("Close")
 
 
 def test_software_version(session):
@@ -224,7 +243,7 @@ def test_software_version(session):
     assert len(version) > 3
     dialog.press(1321)
     session.wait_sent("8400", "8400")
-    dialog.dismiss("OK")
+    dialog.dismiss("Close")
 
 
 def test_message_rate(session):
@@ -251,7 +270,7 @@ def test_message_rate(session):
     dialog.enter(16617, "1")
     dialog.press(16618)
     wait_for("it is sent again", lambda: row("004") != stopped)
-    dialog.dismiss("OK")
+    dialog.dismiss("Close")
 
 
 def test_initialize_data_source(session):
@@ -272,7 +291,7 @@ def test_initialize_data_source(session):
     enter(dialog, {12818: 0, 12819: 0, 12820: 0})
     dialog.press(12810)
     session.wait_sent("A880", "80" + "00" * 22 + "08 40")
-    dialog.dismiss("OK")
+    dialog.dismiss("Close")
     time.sleep(2)  # the receiver starts
 
     dialog = session.open(2010, "Initialize Data Source")
@@ -317,7 +336,7 @@ def test_switch_to_nmea(session):
     wait_for("sentences arrive", lambda: dialog.text(901), 20)
     wait_for("the rate is stored", lambda: user.stored("NmeaBaudrateIdx") == desktop.Rates.index(9600))
     assert user.stored("BaudrateIdx") == desktop.Rates.index(9600)
-    dialog.dismiss("OK")
+    dialog.dismiss("Close")
     wait_for("the page is that of NMEA", lambda: user.page()[7].startswith(" Longitude"), 30)
     assert session.program.running()
 
@@ -361,7 +380,7 @@ def test_refusals_of_the_receiver_are_worded(desktop_session):
     box = user.dialog("NAcknowledgment")
     assert box.texts == ["Command 140\r\rCommand or parameter not accepted."]
     box.dismiss("OK")
-    dialog.dismiss("OK")
+    dialog.dismiss("Close")
     user.tidy()
 
 
@@ -377,14 +396,14 @@ def test_keypad_layout_sets_the_same(desktop_session):
         enter(dialog, case.changed)
         dialog.press(case.set)
         wait_for("the command is sent", lambda: len(session.sent()) > len(frame(case.poll)))
-        dialog.dismiss("OK")
+        dialog.dismiss("Close")
         dialog = session.open(case.item, case.caption)
         wait_shown(dialog, case.changed)
-        dialog.dismiss("OK")
+        dialog.dismiss("Close")
     dialog = session.open(2020, "Set Message Rate")
     dialog.pick(16616, "41 Geodetic Navigation Data")
     dialog.pick(16617, "5")
     dialog.press(16618)
     session.wait_sent("A6 00 29 05 00000000")
-    dialog.dismiss("OK")
+    dialog.dismiss("Close")
     session.user.tidy()

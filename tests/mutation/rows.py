@@ -351,7 +351,7 @@ ROWS = (
     ("link/receiver_log.cpp", "    if (!ReplaceHandle(LogFileHandle, log, INVALID_HANDLE_VALUE)) return;\n",
      "    ReplaceHandle(LogFileHandle, log, INVALID_HANDLE_VALUE);\n", "a log that the user has closed fails silently",
      "link_tests communication_tests"),
-    ("link/protocol_recognition.cpp", "if (IsBaudIndex(selection)) ", "", "only rates of the table are stored",
+    ("link/protocol_recognition.cpp", "if (chosen >= 0) ", "", "only rates of the table are stored",
      "nmea_tests sirf_tests"),
     ("link/port_search.cpp", "RatePasses = 30, PassMs = 50", "RatePasses = 29, PassMs = 50",
      "a rate is tried for a second and a half", "communication_tests"),

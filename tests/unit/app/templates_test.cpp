@@ -1,5 +1,6 @@
 // The compiled dialog templates, all of them, in both layouts.
 #include <algorithm>
+#include <map>
 #include <set>
 
 #include "resources/resource_ids.h"
@@ -300,13 +301,43 @@ TEST_F(Templates, KeysReachEveryFieldAndButton)
     });
 }
 
-TEST_F(Templates, NoButtonButOkIsTheDefault)
+// What Enter presses. Where a command is sent it is that, unless it restarts the receiver or changes its
+// protocol or rate; there nothing must happen by accident. A keypad's soft key is OK, and so is its Enter.
+TEST_F(Templates, EnterSendsWhereThatIsHarmlessAndClosesElsewhere)
 {
-    ForAll([](uint32_t, const Template& dialog) {
+    constexpr int None = 0;
+    const std::map<uint32_t, int> touch = {
+        {2002, IDOK}, {2003, IDOK}, {2004, IDOK}, {2005, 1034}, {2007, 1052}, {2008, 1062},
+        {2009, 5311}, {2010, IDOK}, {2011, IDOK}, {2012, 1335}, {2013, 1362}, {2014, 1372},
+        {2015, 1382}, {2016, 1392}, {2017, 1402}, {2018, 1432}, {2019, 1512}, {2020, 16618},
+        {2021, 1672}, {2022, 1705}, {2023, IDOK}, {2024, IDOK}, {2025, IDOK},
+    };
+    const std::set<uint32_t> keypadsWithout = {2102, 2103, 2104, 2105, 2107, 2108, 2122, 2123};
+    ForAll([&](uint32_t number, const Template& dialog) {
+        int defaultButton = None;
         for (const Control& control : dialog.controls)
             if (control.className == L"BUTTON" && (control.style & ButtonType) == DefaultPush) {
-                EXPECT_EQ(control.id, IDOK);
+                EXPECT_EQ(defaultButton, None);
+                defaultButton = control.id;
             }
+        const int keypad = keypadsWithout.contains(number) ? None : IDOK;
+        EXPECT_EQ(defaultButton, IsKeypad(number) ? keypad : touch.at(number)) << number;
+    });
+}
+
+// The button that closes a dialog of commands sends nothing, and says so; the others have an OK.
+TEST_F(Templates, EveryWideDialogHasAButtonThatClosesIt)
+{
+    const std::set<uint32_t> withOk = {2002, 2023, 2024};
+    ForAll([&](uint32_t number, const Template& dialog) {
+        const auto close = std::find_if(dialog.controls.begin(), dialog.controls.end(),
+                                        [](const Control& control) { return control.id == IDOK; });
+        if (close == dialog.controls.end()) {
+            EXPECT_TRUE(IsKeypad(number)) << number;
+            return;
+        }
+        EXPECT_EQ(close->text, IsKeypad(number) || withOk.contains(number) ? L"OK" : L"Close") << number;
+        EXPECT_TRUE(close->style & WS_TABSTOP) << number;
     });
 }
 

@@ -364,6 +364,7 @@ TEST_P(SbasDialogLayouts, TemplateHasAllControls)
         EXPECT_EQ(control.className == (IsKeypad ? L"LISTBOX" : L"COMBOBOX"), isList) << control.id;
     }
     std::sort(ids.begin(), ids.end()); // the keypad's buttons come last, so that its keys lead past all
+    EXPECT_EQ(std::erase(ids, IDOK), IsKeypad ? 0u : 1u); // a keypad closes with its soft key
     EXPECT_EQ(ids,
               (std::vector<int>{401, 402, 403, 404, 405, 1701, 1702, 1703, 1704, 1705, 1706, 1707, 1708}));
     EXPECT_EQ(headings, (std::vector<std::wstring>{L"SBAS PRN", L"SBAS Mode", L"Timeout", L"SV", L"C/No",

@@ -272,7 +272,9 @@ TEST_P(CommandDialogs, HaveTheSameControlsInBothLayouts)
         HeadlessTemplate touch, keypad;
         ASSERT_TRUE(HeadlessFindTemplate(row.number, touch));
         ASSERT_TRUE(HeadlessFindTemplate(row.number + KEYPAD_LAYOUT, keypad));
-        EXPECT_EQ(Numbers(touch), Numbers(keypad));
+        std::multiset<int> wide = Numbers(touch);
+        EXPECT_EQ(wide.erase(IDOK), 1u); // a keypad closes with its soft key
+        EXPECT_EQ(wide, Numbers(keypad));
     }
 }
 

@@ -24,8 +24,10 @@ TEST_P(SetMessageRateDialog, InitialState)
                   (std::vector<std::wstring>{L"GGA", L"GLL", L"GSA", L"GSV", L"RMC", L"VTG", L"MSS",
                                              L"User 8", L"ZDA", L"User10"}));
         EXPECT_EQ(HeadlessItems(dialog, Seconds), (std::vector<std::wstring>{L"0", L"1", L"2", L"5", L"10"}));
-        EXPECT_EQ(HeadlessSelection(dialog, Message), -1);
-        EXPECT_EQ(HeadlessSelection(dialog, Seconds), -1);
+        // A keypad's lists show an entry in any case: what they show is selected, and is no rate that
+        // switches off.
+        EXPECT_EQ(HeadlessSelection(dialog, Message), GetParam() ? 0 : -1);
+        EXPECT_EQ(HeadlessSelection(dialog, Seconds), GetParam() ? 1 : -1);
         EXPECT_EQ(HeadlessCheck(dialog, Checksum), BST_CHECKED);
         for (const int stamp :
              {1036, 1037, 1038, 1039, 10310, 10311, 10312, 10313, 10314, 10315, 10316, 10317, 10318, 10319})
@@ -74,6 +76,8 @@ TEST_P(SetMessageRateDialog, RatesAndChecksums)
 TEST_P(SetMessageRateDialog, RefusesWhatIsMissingInItsOrder)
 {
     Open(&::NmeaMessageRateDialog, [&](HWND dialog) {
+        Unchoose(dialog, Message);
+        Unchoose(dialog, Seconds);
         SendDlgItemMessageW(dialog, Checksum, BM_SETCHECK, BST_INDETERMINATE, 0);
         HeadlessClick(dialog, Set);
         EXPECT_TRUE(Refuses(L"Message", L"Select a message."));

@@ -165,6 +165,18 @@ TEST_F(SirfFields, LongListsCanBeLeafedThroughOnKeypads)
     }
 }
 
+// They show an entry in any case.
+TEST_F(SirfFields, KeypadSendsTheRateThatItsListsShowAtFirst)
+{
+    UseKeypad();
+    With(DIALOG_SIRF_SET_MESSAGE_RATE, [&](HWND dialog) {
+        EXPECT_EQ(HeadlessSelection(dialog, 16616), 0);
+        EXPECT_EQ(HeadlessSelection(dialog, 16617), 1);
+        HeadlessClick(dialog, 16618);
+        EXPECT_EQ(Written(), std::vector{HexText("A0A2 0008 A6 00 01 01 00000000 00A8 B0B3")});
+    });
+}
+
 TEST_F(SirfFields, ListsOfferTheirEntriesInBothLayouts)
 {
     using Items = std::vector<std::wstring>;

@@ -4,6 +4,7 @@
 #include "link/link_state.h"
 #include "link/serial_port.h"
 #include "tests/unit/sirf/dialogs/dialog_test.h"
+#include "ui/dialog_controls.h"
 
 namespace
 {
@@ -237,6 +238,23 @@ TEST_F(SwitchToNmeaDialog, Baudrates)
             HeadlessClick(dialog, Set);
             EXPECT_EQ(Port.writes.back().substr(26, 2), HexText(row.bytes));
         });
+}
+
+TEST_F(SwitchToNmeaDialog, TypedRateIsLearntWhenTheReceiverIsHeard)
+{
+    StoreSetting(L"NmeaBaudrateIdx", 4);
+    Work([&](HWND dialog) {
+        Enter(dialog, Typed(Baudrate, L"9600"));
+        HeadlessClick(dialog, Set);
+        EXPECT_EQ(Setting(L"NmeaBaudrateIdx"), 4); // not before
+        FeedSentence("PSRFTXT,Version");
+        EXPECT_EQ(Setting(L"NmeaBaudrateIdx"), 3);
+        ResetProtocolMode();
+        Enter(dialog, Typed(Baudrate, L"9600 bits"));
+        SelectListEntry(dialog, Baudrate, -1);
+        FeedSentence("PSRFTXT,Version");
+        EXPECT_EQ(Setting(L"NmeaBaudrateIdx"), 3); // no rate
+    });
 }
 
 TEST_F(SwitchToNmeaDialog, NothingIsStoredWhenItIsRefused)
