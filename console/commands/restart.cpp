@@ -68,9 +68,9 @@ bool HasFix(const Sentence& sentence)
 bool HasFix(const Message& message)
 {
     constexpr uint8_t Geodetic = 41;
-    constexpr Field<uint16_t> NavType{3};
+    constexpr MessageField<uint16_t> NavType{3};
     return message.Id() == Geodetic && message.payload.size() >= 91 &&
-           Get(message.payload.data(), NavType) & 7;
+           ReadField(message.payload.data(), NavType) & 7;
 }
 
 // Where the receiver is after a restart; a factory reset may change protocol and rate.
