@@ -81,12 +81,16 @@ class Nmea(unittest.TestCase):
         kinds = re.search(r"MessageTexts\[\] = \{(.*?)\}", code("nmea/dialogs/set_message_rate_dialog.cpp"), re.S)[1]
         for number, name in enumerate(re.findall(r'L"([^"]+)"', kinds)):
             self.assertIn(f"{number} {name}" if "User" not in name else str(number), text)
-        start = code("nmea/dialogs/navigation_initialization_dialog.cpp")
-        labels = {"CLOCK_OFFSET": "clock offset", "WEEK": "week", "CHANNELS": "channels", "TIME_OF_WEEK": "time of week"}
-        for name, low, high in re.findall(r"\{CONTROL_NAVINIT_(\w+), (-?\d+), (\d+), L", start):
-            scale = 100 if name == "TIME_OF_WEEK" else 1
-            label = labels.get(name, "X, Y, Z:")
-            self.assertRegex(text, rf"{label} {low} to {int(high) * scale}\b")
+        start = code("sirf/start_fields.h")
+        ecef = re.search(r"MaxEcef = (\d+);", start)[1]
+        labels = {"Clock Offset": "clock offset", "Week Number": "week", "Channels": "channels",
+                  "Time of Week": "time of week"}
+        fields = re.findall(r'\{\w+, 0, \d+, \d, (-?\w+), (\w+), L"([^"]+)"', start)
+        self.assertEqual(len(fields), 7)
+        for low, high, caption in fields:
+            low, high = (int(limit.replace("MaxEcef", ecef)) for limit in (low, high))
+            scale = 100 if caption == "Time of Week" else 1
+            self.assertRegex(text, rf"{labels.get(caption, 'X, Y, Z:')} {low} to {high * scale}\b")
 
     def test_fix_qualities(self):
         qualities = re.findall(r"case (\d): *\n? *FormatTextLine\(NmeaLineFix", code("nmea/page_lines.cpp"))
