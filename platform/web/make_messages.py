@@ -22,8 +22,8 @@ TYPES = {
     "string": ("s", "string", "const std::wstring&"),
     "texts": ("t", "string[]", "const std::vector<std::wstring>&"),
     "numbers": ("m", "number[]", "const std::vector<int32_t>&"),
-    "bytes": ("y", "Uint8Array", "std::string_view"),
-    "pixels": ("p", "Uint8ClampedArray", "std::string_view"),
+    "bytes": ("y", "Uint8Array<ArrayBuffer>", "std::string_view"),
+    "pixels": ("p", "Uint8ClampedArray<ArrayBuffer>", "std::string_view"),
 }
 NOTE = "Made from messages.json by make_messages.py."
 

@@ -3,6 +3,8 @@
 
 #include "messages.h"
 
+#include <optional>
+
 namespace memory
 {
 
@@ -16,6 +18,22 @@ struct OpenBox {
     int answer; // 0: none yet
 };
 std::vector<OpenBox> Boxes; // one may lie over another
+
+std::optional<COLORREF> PickedColour; // by the user, in the browser's own chooser
+
+constexpr COLORREF Turned(COLORREF colour) // 0xRRGGBB to the program's order of bytes, and back
+{
+    return (colour & 0xFF) << 16 | (colour & 0xFF00) | (colour >> 16 & 0xFF);
+}
+
+// The program's colour chooser: the user has chosen before it opens.
+BOOL ChooseColour(CHOOSECOLORW* request)
+{
+    if (!PickedColour) return FALSE;
+    request->rgbResult = Turned(*PickedColour);
+    PickedColour.reset();
+    return TRUE;
+}
 
 } // namespace
 
@@ -99,6 +117,16 @@ void Enqueue(std::function<void()> act)
 {
     Acts.push_back(std::move(act));
     Wake(UserInterfaceThread(), WakeInput);
+}
+
+void OfferColourChooser()
+{
+    AddExport(COLOR_LIBRARY, COLOR_EXPORT, reinterpret_cast<FARPROC>(ChooseColour));
+}
+
+void OnPicked(int32_t colour)
+{
+    Enqueue([=] { PickedColour = static_cast<COLORREF>(colour); });
 }
 
 void OnCommand(int32_t window, int32_t command)

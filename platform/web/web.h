@@ -62,6 +62,9 @@ void ForgetChecks(HWND control);
 
 // ---- Provided by tools/web ----------------------------------------------------------------------------
 
+// Makes the browser's colours the program's colour chooser; before the program starts.
+void OfferColourChooser();
+
 int Start();                             // runs the program on the user-interface thread; its exit code
 void AfterStep();                        // looks at what has changed
 bool Keeps(const std::wstring& setting); // false for one that the page is not to store

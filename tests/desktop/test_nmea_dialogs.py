@@ -27,6 +27,10 @@ class Bench:
         user.store(CommPortIdx=Port, BaudrateIdx=desktop.Rates.index(rate))
         self.program = user.start()
         wait_for("a fix", lambda: re.match(r" Fix: \d+ SVs", user.page()[4]), 30)
+        wait_for("the hot start", lambda: self.record.read_bytes() == HotStart)
+        for _ in range(2):  # after its start-up text
+            time_shown = user.page()[0]
+            wait_for("the receiver goes on", lambda: user.page()[0] != time_shown)
         assert self.sent() == HotStart
 
     def sent(self):

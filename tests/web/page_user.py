@@ -113,8 +113,10 @@ class PageDriver:
             self.user.tab.key("Backspace")
 
     def items(self, control):
-        items, selection = self.run(f"[[...eyes.list({control}).options].map(o => o.textContent),"
-                                    f" eyes.list({control}).selectedIndex]")
+        """Ports by the names that the program has for them, which the page leaves out."""
+        items, selection = self.run(f"""(({{options, selectedIndex, dataset}}) => [[...options].map(
+            ({{value, textContent}}) => dataset.control === "1651" ? `COM${{value}}: ${{textContent}}` : textContent),
+            selectedIndex])(eyes.list({control}))""")
         return items, selection
 
     def select(self, control, index):

@@ -46,19 +46,18 @@ def test_playback(tab):
                      "radio => radio.parentElement.textContent.trim()) }") == ["At once", "1x", "10x"]
     assert tab.find("radio", "At once").properties["checked"] == "true"
     tab.find("radio", "10x").click()
-    choose_file(tab, "Open a log", Logs / "walk-south-west.txt")
+    choose_file(tab, "Open a log", Logs / "cold-start.txt")  # a minute
     tab.find("button", "Back to the receiver in this page")
     wait_streaming(tab)
-    wait_clock(tab)
     first = tab.run(Clock)
-    time.sleep(2)
+    time.sleep(1.5)
     seconds = clock_of(tab.run(Clock)) - clock_of(first)
-    assert 10 <= seconds <= 30, seconds
+    assert 8 <= seconds <= 30, seconds
     pause = tab.find("button", "Pause")
     pause.click()
     time.sleep(0.5)
     held = tab.run(Clock)
-    time.sleep(1.5)
+    time.sleep(1)
     assert tab.run(Clock) == held
     tab.find("radio", "1x").click()
     tab.find("button", "Pause").click()

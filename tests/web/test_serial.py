@@ -165,8 +165,11 @@ def test_rate_of_the_receiver_is_changed(visit, receiver):
     tab.find("combobox", "Baudrate").fill("38400")
     tab.find("combobox", "Protocol").choose("SiRF")
     tab.find("button", "Set").click()
-    time.sleep(1)
-    assert b"$PSRF100,0,38400,8,1,0*3C\r\n" in record.read_bytes()
+    end = time.monotonic() + 10
+    while b"$PSRF100,0,38400,8,1,0*3C\r\n" not in record.read_bytes():
+        assert time.monotonic() < end, "the command does not arrive"
+        time.sleep(0.05)
+    time.sleep(1)  # the receiver's change of rate
     tab.find("button", "=Baud").click()
     tab.wait("SiRF binary arrives", "document.querySelector('[data-control=\"1518\"]').textContent !== ''")
     close_dialog(tab, "Set Serial Port")

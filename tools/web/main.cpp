@@ -125,6 +125,7 @@ int Start()
     AddDevice(ReceiverPort, L"Receiver in this page", std::make_shared<SoftwareReceiver>());
     if (Player) AddDevice(LogPort, L"Log", Player);
     ChooseFirstPort();
+    OfferColourChooser();
     return RunProgram(nullptr, L"", SW_SHOWNORMAL);
 }
 

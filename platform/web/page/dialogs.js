@@ -58,9 +58,6 @@ let program;
 let returnFocus = () => {};
 let whenShown = () => {};
 
-/** @type {string | null} a colour that the user has picked, for the program's question that follows */
-let picked = null;
-
 let focusIsTheirs = false; // the program moves the focus: nothing to report
 let wantedFocus = 0; // where the program wants it once its dialog is shown
 let radioGroups = 0;
@@ -303,7 +300,7 @@ function makeColour(window) {
     picker.setAttribute("aria-hidden", "true");
     button.onclick = () => picker.click();
     picker.onchange = () => {
-        picked = picker.value;
+        program.picked(parseInt(picker.value.slice(1), 16));
         program.click(window.handle);
     };
     button.append(picker);
@@ -570,13 +567,6 @@ export function setFocus(handle) {
     focusIsTheirs = false;
 }
 
-/** @returns {number} the colour that the user has picked, 0xRRGGBB, or -1; it is taken once */
-export function takePickedColour() {
-    const colour = picked === null ? -1 : parseInt(picked.slice(1), 16);
-    picked = null;
-    return colour;
-}
-
 /**
  * A message box.
  * @param {number} handle
@@ -638,7 +628,7 @@ export function showBox(handle, title, text, buttons, usual) {
 export function showSky(handle, where, shapes, values) {
     const window = windows.get(handle);
     const client = window?.element.querySelector(".client");
-    if (!client) return;
+    if (!window || !client) return;
     window.drawSky = () => drawSky(client, where, shapes, values);
     window.drawSky();
 }

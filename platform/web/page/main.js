@@ -35,6 +35,8 @@ let mainWindow = 0;
 /** @type {{ name: string, bytes: Uint8Array<ArrayBuffer>, isOver: boolean } | null} the log that is played in place of a receiver */
 let log = null;
 let foundText = ""; // how a search ended
+let unheardText = ""; // the same when it found nothing
+let isHeld = false; // the port that is searched could not be opened
 let hasEnded = false;
 const portsFound = serial.findPorts();
 
@@ -81,15 +83,14 @@ function notice(text) {
  */
 function portBroken(number, kind) {
     const name = serial.labelOf(number);
-    if (kind === "lost") {
-        const text = `${name} was pulled out. Plug it in again, then open it in Com, or connect it anew.`;
-        status(text);
-        notice(text);
-    } else
-        notice(
-            `${name} cannot be opened: another program or page holds it, or this user may not use it. ` +
-                `Close what else uses it; on Linux the user must be in the group that owns the device (mostly "dialout").`,
-        );
+    isHeld = kind === "held";
+    const text = isHeld
+        ? `${name} cannot be opened: another program or page holds it, or this user may not use it. ` +
+          `Close what else uses it; on Linux the user must be in the group that owns the device (mostly "dialout").`
+        : `${name} was pulled out. Plug it in again, then open it in Com, or connect it anew.`;
+    unheardText = text;
+    status(text);
+    notice(text);
 }
 
 /**
@@ -176,9 +177,6 @@ const page = {
     plot(window, x, y, width, height, shapes, values) {
         dialogs.showSky(window, { x, y, width, height }, shapes, values);
     },
-    chooseColour(window) {
-        program.chosenColour(window, dialogs.takePickedColour());
-    },
     portOpen: serial.openPort,
     portRate: serial.openPort,
     portWrite: serial.writePort,
@@ -186,8 +184,9 @@ const page = {
     receiver(port, rate, protocol, searching) {
         const name = serial.labelOf(port);
         const speaks = protocol === "-" ? "nothing recognised yet" : protocol;
-        if (port < 0) status("No receiver is connected.");
-        else if (searching) status(`Searching on ${name}: listening at ${rate} baud.`);
+        if (port < 0) return status(unheardText || "No receiver is connected.");
+        if (!searching) unheardText = "";
+        if (searching) status(`Searching on ${name}: listening at ${rate} baud.`);
         else if (port === PortInPage)
             status(
                 `The receiver in this page streams: ${speaks}, ${rate} baud. It is software; nothing is plugged in.`,
@@ -200,12 +199,12 @@ const page = {
         if (rate) {
             foundText = `The search found it.`;
             status(`${name}: ${protocol}, ${rate} baud. ${foundText}`);
-        } else {
-            const text =
+        } else if (!isHeld) {
+            unheardText =
                 `No receiver was heard on ${name} at any rate. Is it switched on, and is this its port? ` +
                 `A receiver that saves power may need a second try.`;
-            status(text);
-            notice(text);
+            status(unheardText);
+            notice(unheardText);
         }
     },
     download: (name, bytes) => download(name, bytes),
@@ -264,7 +263,7 @@ async function start(prepare) {
     serial.servePorts(null, portBroken);
     await serial.closePorts();
     setPaused(false);
-    foundText = "";
+    foundText = unheardText = "";
     showView(false);
     textPage.replaceChildren();
     progress.hidden = !log;
@@ -308,7 +307,8 @@ async function connect() {
         log = null;
         await start();
     }
-    foundText = "";
+    foundText = unheardText = "";
+    isHeld = false;
     program.search(number);
 }
 
