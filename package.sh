@@ -1,35 +1,35 @@
 #!/bin/bash
-# Usage: ./package.sh [--here]
+# Usage: ./package.sh [--here | --site]
 #
 # Makes all packages into build/packages/ from the last commit, byte for byte the same each time:
 #
-#   toravane-VERSION-windows.zip   portable: the program and its manual
-#   toravane-VERSION-setup.exe     installer
-#   toravane_VERSION_amd64.deb     Debian and Ubuntu, through Wine
-#   toravane-VERSION-web.zip       the page, for any web server
+#   toravane-VERSION-windows.zip    portable: the program and its guide
+#   toravane-VERSION-setup.exe      installer
+#   toravane-VERSION-web.zip        the page, for any web server
+#   toravane_VERSION_amd64.deb      Debian and Ubuntu: the program, through Wine
+#   toravane-tools_VERSION_amd64.deb  toravanectl, toravane-replay, toravane-receiver
+#   toravane_VERSION.dsc, .tar.xz   Debian source package of both, for every architecture
+#   toravane-VERSION.spdx.json      what all of it is made of
+#   SHA256SUMS                      checksums of the files above
 #
-# --here takes the files as they are, committed or not, and what is built already.
+# --here takes the files as they are, committed or not.
+# --site makes the web site into build/site/ instead: pages, guide, protocols, and the packages that are there.
 set -euo pipefail
 cd "$(dirname "$0")"
 
-output=build/packages
+output=$PWD/build/packages
 case "${1:-}" in
-"")
-    tools/install_packages.sh packaging web
-    rm -rf $output
-    mkdir -p $output/source
-    git archive HEAD | tar -x -C $output/source
-    $output/source/package.sh --here
-    mv $output/source/$output/toravane* $output
-    rm -rf $output/source
-    exit
+"" | --here) ;;
+--site)
+    tools/install_packages.sh packaging
+    exec packaging/site.py docs build/site "$output"
     ;;
---here) ;;
 *)
-    sed -n '2,/^set/{/^#/s/^# \{0,1\}//p}' package.sh
+    sed -n '2,/^set/{/^#/s/^# \{0,1\}//p}' package.sh >&2
     exit 2
     ;;
 esac
+[ $# = 1 ] || tools/install_packages.sh packaging web
 
 # Packages are dated by the release, not by the day on which they are made.
 changelog() {
@@ -37,7 +37,6 @@ changelog() {
 }
 SOURCE_DATE_EPOCH=$(changelog Timestamp)
 version=$(changelog Version)
-date=$(date --utc --date "@$SOURCE_DATE_EPOCH" +%F)
 export SOURCE_DATE_EPOCH TZ=UTC LC_ALL=C.UTF-8
 umask 022
 grep -q "^project(toravane VERSION $version " CMakeLists.txt || {
@@ -45,64 +44,55 @@ grep -q "^project(toravane VERSION $version " CMakeLists.txt || {
     exit 1
 }
 
-CXXFLAGS=-ffile-prefix-map=$PWD=. tools/build.sh desktop toravane
-export DEB_BUILD_MAINT_OPTIONS=hardening=+all
-CXXFLAGS="$(dpkg-buildflags --get CXXFLAGS) $(dpkg-buildflags --get CPPFLAGS)" LDFLAGS=$(dpkg-buildflags --get LDFLAGS) \
-    tools/build.sh tools toravane-replay toravane-receiver
-
-echo "Packing version $version"
-rm -rf $output
-work=$output/work
-windows=$work/toravane-$version
-debian=$work/debian-package
-mkdir -p "$windows" $debian/man $debian/usr/{bin,share/{toravane,applications,doc/toravane}}
-
 # dated FOLDER: gives everything below the release's date.
 dated() {
     find "$1" -exec touch --no-dereference --date "@$SOURCE_DATE_EPOCH" {} +
 }
 
+echo "Packing version $version"
+rm -rf "$output"
+source=$output/work/toravane-$version
+mkdir -p "$source"
+if [ $# = 1 ]; then
+    git ls-files -z --cached --others --exclude-standard | while IFS= read -r -d '' file; do
+        [ ! -e "$file" ] || printf '%s\0' "$file"
+    done | tar --create --null --files-from - | tar -x -C "$source"
+else
+    git archive HEAD | tar -x -C "$source"
+fi
+mv "$source/packaging/debian" "$source/debian"
+dated "$source"
+
+# ---- Debian and Ubuntu ----
+log=$output/work/debian.log
+(cd "$source" && dpkg-buildpackage --no-sign >"$log" 2>&1) || {
+    tail --lines 40 "$log" >&2
+    exit 1
+}
+mv "$output/work"/*.{deb,dsc,tar.xz} "$output"
+
 # ---- Windows ----
-x86_64-w64-mingw32-strip -o "$windows/toravane.exe" build/desktop/toravane.exe
-pandoc --standalone --self-contained --from gfm --css packaging/manual.css --metadata pagetitle="Toravane user guide" \
-    --resource-path docs --output "$windows/user-guide.html" docs/user-guide.md
+windows=$output/work/windows/toravane-$version
+mkdir -p "$windows"
+cp "$source"/build/guide/{toravane.exe,user-guide.html} "$windows"
+cp LICENSE "$windows/license.txt"
 dated "$windows"
-(cd $work && find "toravane-$version" -print | sort | zip --quiet -X -@ "../toravane-$version-windows.zip")
+(cd "$output/work/windows" &&
+    find "toravane-$version" -print | sort | zip --quiet -X -@ "$output/toravane-$version-windows.zip")
 makensis -V2 -NOCD -DVERSION="$version" -DFILES="$windows" -DICON=resources/toravane.ico \
     -DOUTPUT="$output/toravane-$version-setup.exe" packaging/windows/installer.nsi
 
-# ---- Debian and Ubuntu ----
-cp -r packaging/debian $debian
-cp build/tools/toravane-replay build/tools/toravane-receiver $debian/usr/bin
-cp packaging/launcher.py $debian/usr/share/toravane
-install --mode 644 tools/desktop/{prefix,ports}.py "$windows/toravane.exe" $debian/usr/share/toravane
-echo "$version" >$debian/usr/share/toravane/version
-cp packaging/toravane.desktop $debian/usr/share/applications
-cp "$windows/user-guide.html" $debian/usr/share/doc/toravane
-/usr/bin/python3 - resources/toravane.ico $debian/usr/share/icons/hicolor <<'END'
-import pathlib, sys
-from PIL import Image
-for size in Image.open(sys.argv[1]).ico.sizes():
-    file = pathlib.Path(sys.argv[2], "%dx%d" % size, "apps", "toravane.png")
-    file.parent.mkdir(parents=True)
-    Image.open(sys.argv[1]).ico.getimage(size).save(file)
-END
-sed "s/@VERSION@/$version/; s/@DATE@/$date/" packaging/toravane.1 >$debian/man/toravane.1
-# manual TOOL SUMMARY: a tool's manual page, made from its --help.
-manual() {
-    help2man --no-info --section 1 --version-string "$version" --name "$2" "build/tools/$1" >"$debian/man/$1.1"
-}
-manual toravane-receiver "a SiRF receiver in software, on a pseudo-terminal"
-manual toravane-replay "shows what Toravane makes of recorded receiver logs"
-(cd $debian && debian/rules binary >/dev/null)
-mv $work/*.deb $output
-
 # ---- Page ----
-tools/build.sh web
-cp -r build/web "$work/toravane-$version-web"
-dated "$work/toravane-$version-web"
-(cd $work && find "toravane-$version-web" -print | sort | zip --quiet -X -@ "../toravane-$version-web.zip")
+(cd "$source" && tools/build.sh web)
+page=$output/work/web/toravane-$version-web
+mkdir -p "$page"
+cp -r "$source/build/web/." "$page"
+dated "$page"
+(cd "$output/work/web" &&
+    find "toravane-$version-web" -print | sort | zip --quiet -X -@ "$output/toravane-$version-web.zip")
 
-rm -rf $work
+packaging/bill_of_materials.py "$version" "$SOURCE_DATE_EPOCH" >"$output/toravane-$version.spdx.json"
+rm -rf "$output/work"
+(cd "$output" && sha256sum -- * >SHA256SUMS)
 echo "Packages:"
-printf '  %s\n' $output/*
+(cd "$output" && printf '  build/packages/%s\n' *)

@@ -112,7 +112,7 @@ bool ConfigurePort(const wchar_t* portName, uint32_t baud, COMMTIMEOUTS& timeout
     if (baud == 0) return false;
     PortSetBaud(baud);
     if (!IsPortOpen() || !SetTimeouts(timeouts, baud)) return false;
-    return portName[3] - L'0' != IrPortNumber.load() ||
+    return static_cast<int8_t>(portName[3] - L'0') != IrPortNumber.load() ||
            GoOnAfter(EscapeCommFunction(PortHandle.load(), SETIR), L"EscapeCommFunction SETIR");
 }
 

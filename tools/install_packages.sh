@@ -53,7 +53,10 @@ testing    fish                 completes commands of the console program in a t
 testing    zsh                  the same
 testing    groff                reads its manual page in a test
 
+packaging  appstream            checks what software centres show
 packaging  debhelper            makes the Debian packages
+packaging  dpkg-dev             makes them, too
+packaging  fakeroot             so that no root is needed for it
 packaging  desktop-file-utils   checks the menu entry
 packaging  help2man             manual pages of the tools
 packaging  lintian              checks the Debian packages

@@ -77,6 +77,7 @@ Section
     SetOutPath "$INSTDIR"
     File "${FILES}/toravane.exe"
     File "${FILES}/user-guide.html"
+    File "${FILES}/license.txt"
     WriteUninstaller "$INSTDIR\uninstall.exe"
 
     CreateDirectory "$SMPROGRAMS\Toravane"
@@ -110,6 +111,7 @@ FunctionEnd
 Section Uninstall
     Delete "$INSTDIR\toravane.exe"
     Delete "$INSTDIR\user-guide.html"
+    Delete "$INSTDIR\license.txt"
     Delete "$INSTDIR\uninstall.exe"
     RMDir "$INSTDIR" ; only when nothing else is in it
     Delete "$SMPROGRAMS\Toravane\Toravane.lnk"

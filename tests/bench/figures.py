@@ -12,7 +12,7 @@ import subprocess
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
-NATIVE = ROOT / "build" / "native"
+NATIVE = pathlib.Path(os.environ.get("TORAVANE_TOOLS", ROOT / "build" / "native"))
 DESKTOP = ROOT / "build" / "desktop" / "toravane.exe"
 DEVICE = ROOT / "build" / "device" / "toravane.exe"
 LOGS = (("NMEA", "tests/data/walk-south-west.txt"), ("SiRF", "tests/data/walk-south-west.srf"))

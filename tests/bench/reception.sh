@@ -5,7 +5,7 @@
 # count; they are the same in every run.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
-replay=build/native/toravane-replay
+replay=${TORAVANE_TOOLS:-build/native}/toravane-replay
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 

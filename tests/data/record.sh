@@ -1,9 +1,9 @@
 #!/bin/bash
-# Records the logs of this folder from the software receiver, in fast motion. Usage: record.sh [BUILD FOLDER]
+# Records the logs of this folder from the software receiver, in fast motion. The receiver is that of TORAVANE_TOOLS, build/native by default.
 # After a change of the receiver: run it, look at what changed, run expect.sh, commit both.
 set -euo pipefail
 cd "$(dirname "$0")"
-receiver=${1:-../../build/native}/toravane-receiver
+receiver=${TORAVANE_TOOLS:-../../build/native}/toravane-receiver
 
 # record NAME SECONDS OPTION...: what the receiver sends in that time; `commands`, if given, is sent to it.
 record() {

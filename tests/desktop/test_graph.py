@@ -9,7 +9,7 @@ from PIL import Image, ImageChops
 
 from harness import Output, VK_DOWN, VK_RETURN, desktop, raw, sentence, wait_for
 
-Replay = desktop.Build / "native" / "toravane-replay"
+Replay = desktop.Tools / "toravane-replay"
 GraphItem, AboutItem = 408, 401
 Help, Zero, Show, Hide, Save, TimeScale, Lines = 1887, 1888, 1889, 1890, 1891, 1892, 1893
 Name, ValueMin, ValueMax, PixelMin, PixelMax, Color, Visible, ValueZero = (

@@ -6,14 +6,15 @@
 set -uo pipefail
 cd "$(dirname "$0")/../.." || exit 1
 
-native=build/native/scenarios_native
-emulated=(build/native/scenarios_emulated --image build/device/toravane.exe --symbols build/device/toravane.elf)
+tools=${TORAVANE_TOOLS:-build/native}
+native=$tools/scenarios_native
+emulated=("$tools/scenarios_emulated" --image build/device/toravane.exe --symbols build/device/toravane.elf)
 few=('start plain' 'start smartphone' 'log walk-south-west' 'dialog plain 403' 'dialog pocketpc 2009'
      'dialog smartphone 2005' 'command line StaticNavigationOn')
 other_base=0x02000000
 
 logs=(--logs tests/data)
-folder=$(sed -n 's/^TORAVANE_LOGS:PATH=//p' build/native/CMakeCache.txt)
+folder=$(sed -n 's/^TORAVANE_LOGS:PATH=//p' "$tools/CMakeCache.txt")
 if [ -d "$folder" ]; then
     logs+=(--logs "$folder")
 else

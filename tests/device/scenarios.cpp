@@ -10,6 +10,7 @@
 #include "tests/device/receiver_line.h"
 #include "tests/device/transcript.h"
 #include "tests/support/menu_dialogs.h"
+#include "tests/support/settings_key.h"
 #include "tests/unit/nmea/dialogs/dialog_rows.h"
 #include "tests/unit/sirf/dialogs/field_cases.h"
 #include "ui/shell_libraries.h"
@@ -17,7 +18,6 @@
 namespace
 {
 
-constexpr const wchar_t* SettingsPath = L"Software\\Quenmark\\Toravane";
 constexpr uint32_t PortNumber = 3;
 constexpr uint32_t StartMs = 3000; // until the port is open and everything is painted
 
@@ -99,7 +99,7 @@ constexpr int32_t RateIndex(uint32_t rate)
 
 void Store(const wchar_t* name, int32_t value)
 {
-    HeadlessRegistrySetDword(HKEY_LOCAL_MACHINE, SettingsPath, name, static_cast<uint32_t>(value));
+    HeadlessRegistrySetDword(HKEY_LOCAL_MACHINE, SettingsKey, name, static_cast<uint32_t>(value));
 }
 
 HeadlessPort& StorePort(uint32_t rate)

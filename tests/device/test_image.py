@@ -15,6 +15,7 @@ import pytest
 
 Root = pathlib.Path(__file__).resolve().parents[2]
 Build = Root / "build/device"
+Tools = pathlib.Path(os.environ.get("TORAVANE_TOOLS", Root / "build/native"))  # where the tools were built
 ImagePath = Build / "toravane.exe"
 Libraries = {"COREDLL.dll": "coredll", "commctrl.dll": "commctrl"}
 Base, Elsewhere = 0x10000, 0x110000
@@ -129,7 +130,7 @@ class Program:
         for stage, command in {
             "compiler": [*self.compile, *options, "-c", self.folder / "more.cpp", "-o", self.folder / "more.o"],
             "linker": self.relinked(elf, self.folder / "more.o"),
-            "image": [Root / "build/native/toravane-make-image", elf, Build / "platform/device/toravane.res",
+            "image": [Tools / "toravane-make-image", elf, Build / "platform/device/toravane.res",
                       self.folder / "program.exe"],
         }.items():
             done = self.run(command)

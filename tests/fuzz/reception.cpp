@@ -4,6 +4,7 @@
 #include "link/receiver_log.h"
 #include "tests/fuzz/input.h"
 #include "tests/support/fresh_program.h"
+#include "tests/support/settings_key.h"
 #include "tests/support/whole_program.h"
 
 namespace
@@ -32,7 +33,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     StartAfresh();
     HeadlessSetScreenFont(2, 4); // painting takes time
     HeadlessSetClientSize(80, 120);
-    HeadlessRegistrySetDword(HKEY_LOCAL_MACHINE, L"Software\\Quenmark\\Toravane", L"CommPortIdx", 3);
+    HeadlessRegistrySetDword(HKEY_LOCAL_MACHINE, SettingsKey, L"CommPortIdx", 3);
     if (is & Keypad) HeadlessSetPlatformType(L"SmartPhone");
     if (is & PortOpen) OpenPortWithoutReader();
     if ((is & PortOpen) && (is & ShortWrites)) HeadlessGetPort(3).acceptBytes = 5;

@@ -4,12 +4,12 @@
 #include "resources/resource_ids.h"
 #include "tests/fuzz/input.h"
 #include "tests/support/fresh_program.h"
+#include "tests/support/settings_key.h"
 #include "tests/support/whole_program.h"
 
 namespace
 {
 
-constexpr const wchar_t* Path = L"Software\\Quenmark\\Toravane";
 constexpr const wchar_t* Names[] = {
     L"CommPortIdx", L"BaudrateIdx",  L"NmeaBaudrateIdx", L"SirfBaudrateIdx",
     L"Lines",       L"TimeScaleIdx", L"NmeaIntervalIdx"}; // the last is followed by a number
@@ -42,11 +42,11 @@ void StoreOne(Input& input)
     const uint8_t kind = input.Byte();
     const HKEY root = kind & 1 ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
     if (kind & 2)
-        HeadlessRegistrySetDword(root, Path, name.c_str(), input.Byte()); // what most settings hold
+        HeadlessRegistrySetDword(root, SettingsKey, name.c_str(), input.Byte()); // what most settings hold
     else if (kind & 4)
-        HeadlessRegistrySetBytes(root, Path, name.c_str(), kind >> 5, input.Line());
+        HeadlessRegistrySetBytes(root, SettingsKey, name.c_str(), kind >> 5, input.Line());
     else
-        HeadlessRegistrySetDword(root, Path, name.c_str(), input.Raw<uint32_t>());
+        HeadlessRegistrySetDword(root, SettingsKey, name.c_str(), input.Raw<uint32_t>());
 }
 
 } // namespace

@@ -33,6 +33,7 @@
 #include "platform/start.h"
 #include "resources/resource_ids.h"
 #include "sirf/switch_to_nmea_command.h"
+#include "tests/support/settings_key.h"
 #include "tools/receiver/session.h"
 #include "ui/page_lines.h"
 
@@ -402,9 +403,8 @@ int main(int argc, char** argv)
     HeadlessReset();
     HeadlessSetTimeLimit(0);
     HeadlessAddPort(3);
-    constexpr const wchar_t* Settings = L"Software\\Quenmark\\Toravane";
-    HeadlessRegistrySetDword(HKEY_LOCAL_MACHINE, Settings, L"CommPortIdx", 3);
-    HeadlessRegistrySetDword(HKEY_LOCAL_MACHINE, Settings, L"BaudrateIdx", NmeaRateIndex);
+    HeadlessRegistrySetDword(HKEY_LOCAL_MACHINE, SettingsKey, L"CommPortIdx", 3);
+    HeadlessRegistrySetDword(HKEY_LOCAL_MACHINE, SettingsKey, L"BaudrateIdx", NmeaRateIndex);
     HeadlessUser(Begin);
     Require(RunProgram(nullptr, L"", SW_SHOWNORMAL) == 0, "exit code");
     Require(HeadlessOpenHandles() <= 1, "handles", HeadlessOpenHandles());

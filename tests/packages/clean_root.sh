@@ -2,11 +2,11 @@
 # shellcheck disable=SC2016 # what the other system runs is expanded there
 # Usage: tests/packages/clean_root.sh [FOLDER]
 #
-# Installs the .deb of build/packages/ in a new Debian 12 system, with nothing but what apt brings for it, and uses it
+# Installs the .deb packages of build/packages/ in a new Debian 12 system, with nothing but what apt brings for it, and uses it
 # there as an ordinary user. As root, with debootstrap. The system is made in FOLDER, a temporary one if not given, and
 # removed at the end. Ends with an error at the first thing that is not as expected.
 set -euo pipefail
-package=$(realpath "$(dirname "$0")"/../../build/packages/*.deb)
+mapfile -t packages < <(realpath "$(dirname "$0")"/../../build/packages/toravane{,-tools}_*_amd64.deb)
 driver=$(realpath "$(dirname "$0")"/../../build/desktop/toravane-driver.exe)
 root=${1:-$(mktemp --directory /tmp/toravane-root.XXXXXX)}
 
@@ -44,24 +44,29 @@ mount -t devpts -o newinstance,ptmxmode=0666 devpts "$root/dev/pts"
 inside sh -c '. /etc/os-release && echo "$PRETTY_NAME, $(dpkg-query --show | wc --lines) packages"'
 
 echo "=== Installation"
-cp "$package" "$root/tmp"
+cp "${packages[@]}" "$root/tmp"
 inside apt-get update --quiet=2
-inside apt-get install --yes --no-install-recommends --quiet=2 "/tmp/${package##*/}" >"$root/tmp/install.log" 2>&1 || {
+inside apt-get install --yes --no-install-recommends --quiet=2 "${packages[@]/#*\//\/tmp\/}" >"$root/tmp/install.log" 2>&1 || {
     tail "$root/tmp/install.log"
     exit 1
 }
-inside dpkg-query --show --showformat '${Package} ${Version} ${db:Status-Status}\n' toravane wine wine64
+inside dpkg-query --show --showformat '${Package} ${Version} ${db:Status-Status}\n' toravane toravane-tools wine wine64
 inside apt-get install --yes --no-install-recommends --quiet=2 man-db adduser >/dev/null 2>&1
 
 echo "=== Commands and manual pages"
 inside adduser --quiet --disabled-password --gecos Anna anna
 expect "usage: toravane [DEVICE [RATE]]" toravane --help
-for tool in toravane toravane-replay toravane-receiver; do
+for tool in toravane toravanectl toravane-replay toravane-receiver; do
     expect "$tool 2." $tool --version
     expect "SYNOPSIS" man $tool
 done
 echo '$GPVTG,231.8,T,,M,10.0,N,18.5,K,D*0D' | sed 's/$/\r/' >"$root/tmp/line.txt"
 expect " Course: 231.80" toravane-replay /tmp/line.txt
+inside bash -c '. /usr/share/bash-completion/completions/toravane-replay
+    COMP_WORDS=(toravane-replay --st) COMP_CWORD=1; _toravane_tool toravane-replay; [ "${COMPREPLY[*]}" = --stats ]'
+inside bash -n /usr/share/bash-completion/completions/toravanectl
+cp "$(dirname "$0")/../../packaging/debian/tests/receiver" "$root/tmp/autopkgtest"
+expect "Protocol SiRF" sh /tmp/autopkgtest
 
 echo "=== Ports"
 expect "No serial adapter" toravane --list
@@ -108,7 +113,7 @@ window "post"$'\t'"$id"$'\t'16$'\t'0$'\t'0 >/dev/null
 wait $program
 
 echo "=== Removal"
-inside apt-get purge --yes --quiet=2 toravane >/dev/null 2>&1
-left=$(find "$root"/usr -name '*toravane*')
+inside apt-get purge --yes --quiet=2 toravane toravane-tools >/dev/null 2>&1
+left=$(find "$root"/usr "$root"/lib/udev -name '*toravane*' 2>/dev/null || true)
 [ -z "$left" ] || { echo "left behind: $left"; exit 1; }
 echo "Nothing is left. All as expected."

@@ -1,11 +1,14 @@
 """The packages as their users get them: made, looked into, installed, started and removed again."""
 
+import json
+import os
 import re
 import subprocess
 import sys
 import zipfile
 from pathlib import Path
 
+import pefile
 import pytest
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "desktop"))
@@ -72,7 +75,7 @@ def test_zip_runs(packages, user, tmp_path):
     with zipfile.ZipFile(only(packages, "*-windows.zip")) as archive:
         archive.extractall(tmp_path)
     folder = only(tmp_path, "toravane-*")
-    assert sorted(file.name for file in folder.iterdir()) == ["toravane.exe", "user-guide.html"]
+    assert sorted(file.name for file in folder.iterdir()) == ["license.txt", "toravane.exe", "user-guide.html"]
     check_manual(folder / "user-guide.html")
     close(user, start(user, folder / "toravane.exe"))
 
@@ -147,20 +150,27 @@ def test_installer_waits_for_a_running_program(packages, user):
 @pytest.fixture(scope="session")
 def unpacked(packages, tmp_path_factory):
     folder = tmp_path_factory.mktemp("debian")
-    subprocess.run(["dpkg-deb", "--extract", only(packages, "*.deb"), folder], check=True)
+    for package in packages.glob("*.deb"):
+        subprocess.run(["dpkg-deb", "--extract", package, folder], check=True)
     return folder
 
 
 def test_lintian(packages):
-    subprocess.run(["lintian", "--allow-root", "--fail-on", "error,warning", only(packages, "*.deb")], check=True)
+    assert sorted(file.name for file in packages.glob("*.deb")) == [
+        "toravane-tools_2.20_amd64.deb", "toravane_2.20_amd64.deb"]
+    files = [*packages.glob("*.deb"), only(packages, "*.dsc")]
+    subprocess.run(["lintian", "--allow-root", "--fail-on", "error,warning", *files], check=True)
 
 
 def test_contents(unpacked):
     check_manual(unpacked / "usr/share/doc/toravane/user-guide.html")
     subprocess.run(["desktop-file-validate", unpacked / "usr/share/applications/toravane.desktop"], check=True)
-    for name in ("toravane", "toravane-replay", "toravane-receiver"):
+    subprocess.run(["appstreamcli", "validate", "--no-net", unpacked / "usr/share/metainfo/toravane.metainfo.xml"],
+                   check=True)
+    for name in ("toravane", "toravanectl", "toravane-replay", "toravane-receiver"):
         program = unpacked / "usr/bin" / name
-        assert subprocess.run([program, "--version"], capture_output=True, text=True).stdout == f"{name} 2.20\n"
+        version = subprocess.run([program, "--version"], capture_output=True, text=True).stdout
+        assert version.startswith(f"{name} 2.20")
         options = set(re.findall(r"--[a-z]+[a-z-]*", subprocess.run(
             [program, "--help"], capture_output=True, text=True, check=True).stdout))
         page = subprocess.run(["groff", "-man", "-Tutf8", "-P-cbou", "-ww"], capture_output=True, check=True, input=(
@@ -168,6 +178,37 @@ def test_contents(unpacked):
         assert page.stderr == b""
         text = page.stdout.decode().replace("\N{HYPHEN}", "-")
         assert [option for option in sorted(options) if option not in text] == []
+
+
+def test_installed_tools_find_each_other(unpacked):
+    """What autopkgtest runs in an installed system, with the unpacked tools."""
+    environment = {**os.environ, "PATH": f"{unpacked / 'usr/bin'}:{os.environ['PATH']}"}
+    subprocess.run([desktop.Root / "packaging/debian/tests/receiver"], env=environment, check=True, timeout=120)
+
+
+def test_adapter_names_give_no_rights(unpacked):
+    rules = only(unpacked, "**/udev/rules.d/*toravane*.rules").read_text()
+    assert rules.count("SYMLINK+=") >= 1
+    assert not re.search("MODE|GROUP|OWNER|RUN|TAG|PROGRAM|IMPORT", rules)
+
+
+def test_version_that_windows_shows(unpacked):
+    program = pefile.PE(unpacked / "usr/share/toravane/toravane.exe")
+    texts = {key.decode(): value.decode() for info in program.FileInfo[0] for table in getattr(info, "StringTable", [])
+             for key, value in table.entries.items()}
+    assert (texts["ProductName"], texts["ProductVersion"], texts["FileVersion"]) == ("Toravane", "2.20", "2.20")
+    assert texts["LegalCopyright"] == "Copyright 2026 The Toravane authors"
+    manifests = [kind for kind in program.DIRECTORY_ENTRY_RESOURCE.entries if kind.id == 24]
+    assert len(manifests) == 1 and len(manifests[0].directory.entries) == 1
+
+
+def test_sums_and_bill_of_materials(packages):
+    subprocess.run(["sha256sum", "--check", "--quiet", "SHA256SUMS"], cwd=packages, check=True)
+    listed = {line.split()[1] for line in (packages / "SHA256SUMS").read_text().splitlines()}
+    assert listed == {file.name for file in packages.iterdir()} - {"SHA256SUMS"}
+    bill = json.loads(only(packages, "*.spdx.json").read_text())
+    names = {part["name"]: part["versionInfo"] for part in bill["packages"]}
+    assert names["toravane"] == "2.20" and {"libpng-dev", "libcli11-dev", "libpugixml-dev"} <= set(names)
 
 
 class LaunchersPrefix:

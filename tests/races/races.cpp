@@ -18,6 +18,7 @@
 #include "platform/start.h"
 #include "resources/resource_ids.h"
 #include "sky/sky_objects.h"
+#include "tests/support/settings_key.h"
 
 namespace
 {
@@ -177,9 +178,8 @@ int main(int argc, char** argv)
     ResetSkyObjects();
     HeadlessPort& port = HeadlessAddPort(3);
     HeadlessStream(port, Log("walk-south-west.txt") + Log("walk-south-west.srf"), ByteMicroseconds);
-    constexpr const wchar_t* Settings = L"Software\\Quenmark\\Toravane";
-    HeadlessRegistrySetDword(HKEY_LOCAL_MACHINE, Settings, L"CommPortIdx", 3);
-    HeadlessRegistrySetDword(HKEY_LOCAL_MACHINE, Settings, L"BaudrateIdx", FastestRate);
+    HeadlessRegistrySetDword(HKEY_LOCAL_MACHINE, SettingsKey, L"CommPortIdx", 3);
+    HeadlessRegistrySetDword(HKEY_LOCAL_MACHINE, SettingsKey, L"BaudrateIdx", FastestRate);
     Round();
     return Report(RunProgram(nullptr, L"", SW_SHOWNORMAL));
 }

@@ -4,9 +4,10 @@
 # program under Wine, opened and closed that many times (200 by default, about three seconds each).
 set -euo pipefail
 cd "$(dirname "$0")/../.."
+native=${TORAVANE_TOOLS:-build/native}
 tools/build.sh native link_tests communication_tests
-timeout 300 build/native/link_tests --gtest_brief=1 --gtest_filter='*WhileTheReceiverStreams*:*WhileThePort*'
-timeout 300 build/native/communication_tests --gtest_brief=1 \
+timeout 300 "$native"/link_tests --gtest_brief=1 --gtest_filter='*WhileTheReceiverStreams*:*WhileThePort*'
+timeout 300 "$native"/communication_tests --gtest_brief=1 \
     --gtest_filter='*WhileTheReceiverStreams*:*WhileThePortIsBeingClosed*:FailingLog.*'
 tests/races/run.sh 60
 tools/build.sh desktop

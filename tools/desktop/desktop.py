@@ -16,7 +16,8 @@ Build = Root / "build"
 Program = Build / "desktop" / "toravane.exe"
 HandheldProgram = Build / "desktop" / "handheld" / "toravane.exe"  # with the hand-held shell beside it
 Driver = Build / "desktop" / "toravane-driver.exe"
-Receiver = Path(os.environ.get("TORAVANE_TOOLS", Build / "native")) / "toravane-receiver"
+Tools = Path(os.environ.get("TORAVANE_TOOLS", Build / "native"))  # where the tools were built
+Receiver = Tools / "toravane-receiver"
 
 # The hand-held devices that the shell stands for: platform type, and screen in pixels.
 Handhelds = {

@@ -11,6 +11,7 @@
 #include "platform/start.h"
 #include "resources/resource_ids.h"
 #include "tests/support/fresh_program.h"
+#include "tests/support/settings_key.h"
 #include "tests/support/whole_program.h"
 #include "ui/active_dialog.h"
 
@@ -172,7 +173,7 @@ Outcome Try(const UserAction& action, const Fault& fault)
     HeadlessSetTimeLimit(LongestMilliseconds);
     HeadlessSetClientSize(240, 294);
     HeadlessAddPort(3);
-    HeadlessRegistrySetDword(HKEY_LOCAL_MACHINE, L"Software\\Quenmark\\Toravane", L"CommPortIdx", 3);
+    HeadlessRegistrySetDword(HKEY_LOCAL_MACHINE, SettingsKey, L"CommPortIdx", 3);
     const auto run = [&] {
         if (action.prepare) action.prepare();
         HeadlessPumpMessages();
@@ -207,8 +208,6 @@ Outcome Try(const UserAction& action, const Fault& fault)
     return outcome;
 }
 
-constexpr const wchar_t* SettingsPath = L"Software\\Quenmark\\Toravane";
-
 // A process that starts, is looked at when it waits for the user, or when it has ended by itself, and is
 // ended.
 void RunOnce(const std::vector<StoredSetting>& settings, const wchar_t* commandLine,
@@ -218,7 +217,7 @@ void RunOnce(const std::vector<StoredSetting>& settings, const wchar_t* commandL
     HeadlessSetTimeLimit(LongestMilliseconds);
     HeadlessReceive(HeadlessAddPort(3), "$GPXYZ*61\r\n");
     for (const auto& [name, value] : settings)
-        HeadlessRegistrySetDword(HKEY_LOCAL_MACHINE, SettingsPath, name, value);
+        HeadlessRegistrySetDword(HKEY_LOCAL_MACHINE, SettingsKey, name, value);
     bool seen = false;
     const auto lookOnce = [&] {
         if (!std::exchange(seen, true)) look();
@@ -264,7 +263,7 @@ Outcome TryStart(const std::string& name, std::vector<StoredSetting> settings, c
         });
     outcome.left = Left();
     for (StoredSetting& setting : settings)
-        HeadlessRegistryGetDword(HKEY_LOCAL_MACHINE, SettingsPath, setting.name, setting.value);
+        HeadlessRegistryGetDword(HKEY_LOCAL_MACHINE, SettingsKey, setting.name, setting.value);
     RunOnce(
         settings, commandLine, [] {},
         [&] {

@@ -1,11 +1,10 @@
 #include "settings/settings_store.h"
 
+#include "tests/support/settings_key.h"
 #include "tests/unit/support/product_test.h"
 
 namespace
 {
-
-constexpr const wchar_t* Path = L"Software\\Quenmark\\Toravane";
 
 class SettingsStore : public ProductTest
 {
@@ -28,14 +27,14 @@ TEST_F(SettingsStore, StoresAndReads)
 
 TEST_F(SettingsStore, TypeIsNotLookedAt)
 {
-    HeadlessRegistrySetBytes(HKEY_LOCAL_MACHINE, Path, L"Lines", REG_BINARY,
+    HeadlessRegistrySetBytes(HKEY_LOCAL_MACHINE, SettingsKey, L"Lines", REG_BINARY,
                              std::string_view("\x02\x01\x00\x00", 4));
     EXPECT_EQ(SettingsGetDword(L"Lines", -1), 258);
 }
 
 TEST_F(SettingsStore, LongerThanFourBytesIsAbsent)
 {
-    HeadlessRegistrySetBytes(HKEY_LOCAL_MACHINE, Path, L"Lines", REG_BINARY, "12345");
+    HeadlessRegistrySetBytes(HKEY_LOCAL_MACHINE, SettingsKey, L"Lines", REG_BINARY, "12345");
     EXPECT_EQ(SettingsGetDword(L"Lines", -1), -1);
 }
 
@@ -62,7 +61,7 @@ TEST_F(SettingsStore, RefusedMachineRootFallsBackToTheUsersRoot)
     EXPECT_EQ(Setting(L"Lines"), 5);
     EXPECT_EQ(SettingsGetDword(L"Lines", -1), 6);
     uint32_t value = 0;
-    EXPECT_TRUE(HeadlessRegistryGetDword(HKEY_CURRENT_USER, Path, L"Lines", value));
+    EXPECT_TRUE(HeadlessRegistryGetDword(HKEY_CURRENT_USER, SettingsKey, L"Lines", value));
     EXPECT_EQ(value, 6u);
 }
 
@@ -73,7 +72,7 @@ TEST_F(SettingsStore, WritableMachineRootEndsTheFallback)
     HeadlessRegistryRefuseWrites(HKEY_LOCAL_MACHINE, false);
     SettingsSetDword(L"Lines", 7);
     uint32_t value = 0;
-    EXPECT_FALSE(HeadlessRegistryGetDword(HKEY_CURRENT_USER, Path, L"Lines", value));
+    EXPECT_FALSE(HeadlessRegistryGetDword(HKEY_CURRENT_USER, SettingsKey, L"Lines", value));
     EXPECT_EQ(SettingsGetDword(L"Lines", -1), 7);
 }
 

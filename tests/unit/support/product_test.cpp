@@ -4,11 +4,10 @@
 #include "link/reader_thread.h"
 #include "link/write_queue.h"
 #include "tests/support/fresh_program.h"
+#include "tests/support/settings_key.h"
 
 namespace
 {
-
-constexpr const wchar_t* SettingsPath = L"Software\\Quenmark\\Toravane";
 
 std::string Narrow(const std::wstring& text)
 {
@@ -91,14 +90,14 @@ std::wstring ProductTest::Line(uint32_t line)
 int32_t ProductTest::Setting(const wchar_t* name)
 {
     uint32_t value = 0;
-    return HeadlessRegistryGetDword(HKEY_LOCAL_MACHINE, SettingsPath, name, value)
+    return HeadlessRegistryGetDword(HKEY_LOCAL_MACHINE, SettingsKey, name, value)
                ? static_cast<int32_t>(value)
                : -12345;
 }
 
 void ProductTest::StoreSetting(const wchar_t* name, int32_t value)
 {
-    HeadlessRegistrySetDword(HKEY_LOCAL_MACHINE, SettingsPath, name, static_cast<uint32_t>(value));
+    HeadlessRegistrySetDword(HKEY_LOCAL_MACHINE, SettingsKey, name, static_cast<uint32_t>(value));
 }
 
 std::string Sentence(std::string_view body)
