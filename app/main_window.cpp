@@ -156,8 +156,8 @@ void PaintTextPage(HWND window, HDC dc, const RECT& invalid)
 // step.
 void RunStartActions(HWND window)
 {
-    CommPortIdx.store(SettingsGetDword(L"CommPortIdx", -1));
-    BaudrateIdx.store(SettingsGetDword(L"BaudrateIdx", -1));
+    CommPortIdx.store(SettingsGetDword(SettingCommPort, -1));
+    BaudrateIdx.store(SettingsGetDword(SettingBaudrate, -1));
     const bool hasPort = IsPortIndex(CommPortIdx.load()), hasRate = IsBaudIndex(BaudrateIdx.load());
     CommandLinePending.store(HasCommandLine() && (hasPort || hasRate));
     if (hasPort && hasRate) PortOpen(PortNameTable[CommPortIdx.load()], BaudTable[BaudrateIdx.load()]);

@@ -22,12 +22,12 @@ constexpr int32_t UnknownSirfRate = 4, UnknownNmeaRate = 5;
 
 int32_t SwitchStaticNavigation(bool on)
 {
-    const int32_t sirfIndex = SettingsGetDword(L"SirfBaudrateIdx", -1);
+    const int32_t sirfIndex = SettingsGetDword(SettingSirfBaudrate, -1);
     if (!IsBaudIndex(sirfIndex)) {
         InfoBox(L"CmdLine", L"Unknown baudrate for switching to SiRF");
         return UnknownSirfRate;
     }
-    const int32_t nmeaIndex = SettingsGetDword(L"NmeaBaudrateIdx", -1);
+    const int32_t nmeaIndex = SettingsGetDword(SettingNmeaBaudrate, -1);
     if (!IsBaudIndex(nmeaIndex)) {
         InfoBox(L"CmdLine", L"Unknown baudrate for switching to NMEA");
         return UnknownNmeaRate;
@@ -49,6 +49,6 @@ int32_t SwitchStaticNavigation(bool on)
     WaitServingSentMessages(ToNmeaMs);
     PortSetBaud(BaudTable[nmeaIndex]);
     // The first frame in SiRF binary has stored that protocol's rate as the port's.
-    SettingsSetDword(L"BaudrateIdx", nmeaIndex);
+    SettingsSetDword(SettingBaudrate, nmeaIndex);
     return 0;
 }

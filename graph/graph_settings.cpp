@@ -45,8 +45,8 @@ struct ChartSetting {
     std::atomic<int32_t>& value;
 };
 const ChartSetting ChartSettings[] = {
-    {L"Lines", GraphLines},
-    {L"TimeScaleIdx", TimeScaleIdx},
+    {SettingLines, GraphLines},
+    {SettingTimeScale, TimeScaleIdx},
 };
 
 // Default bands for screens on which those of the channel table do not fit.

@@ -18,8 +18,8 @@ void BeginProtocol(std::atomic<uint8_t>& recognised)
 void StoreWorkingPort()
 {
     if (!IsPortIndex(CommPortIdx.load())) return;
-    SettingsSetDword(L"CommPortIdx", CommPortIdx.load());
-    SettingsSetDword(L"BaudrateIdx", BaudrateIdx.load());
+    SettingsSetDword(SettingCommPort, CommPortIdx.load());
+    SettingsSetDword(SettingBaudrate, BaudrateIdx.load());
 }
 
 void StoreChosenRate(DialogKind kind, int control, const wchar_t* setting)

@@ -12,6 +12,8 @@
 #include "nmea/page_lines.h"
 #include "nmea/receiver_messages.h"
 #include "resources/resource_ids.h"
+#include "settings/settings_store.h"
+#include "sky/angles.h"
 #include "sky/sky_objects.h"
 #include "text/copy.h"
 #include "text/format.h"
@@ -22,8 +24,6 @@
 namespace
 {
 
-constexpr double MetresPerDegree = 111325.0;
-constexpr double RadiansPerDegree = 0.017453292519943295;
 constexpr double DegreesPerMinute = 0.016666666666666666;
 constexpr double MetresPerSecondPerKnot = 0.5147777777777778;  // a mile of 1853.2 m, on purpose
 constexpr double TrueMetresPerSecondPerKnot = 1852.0 / 3600.0; // for what is written down
@@ -309,10 +309,9 @@ void DecodeRmc()
     TakeLongitude(5);
     if (HasField(3) && ActiveDialogKind.load() == DialogKind::Sbas) {
         // The low eight bits of the year are what this side hands on; only Sun and Moon depend on it.
-        UpdateSkyObjects(FixTime.wYear & 0xFF, static_cast<uint8_t>(FixTime.wMonth),
-                         static_cast<uint8_t>(FixTime.wDay), static_cast<uint8_t>(FixTime.wHour),
-                         static_cast<uint8_t>(FixTime.wMinute), static_cast<uint8_t>(FixTime.wSecond),
-                         Latitude, Longitude);
+        SYSTEMTIME time = FixTime;
+        time.wYear &= 0xFF;
+        UpdateSkyObjects(time, Latitude, Longitude);
     }
     TakeSpeedKnots(7);
     TakeCourse(8);
@@ -421,7 +420,7 @@ void BeginNmea()
     BeginProtocol(NmeaRecognised);
     AskForStartUpText();
     StoreWorkingPort();
-    StoreChosenRate(DialogKind::SwitchToNmea, CONTROL_TO_NMEA_BAUDRATE, L"NmeaBaudrateIdx");
+    StoreChosenRate(DialogKind::SwitchToNmea, CONTROL_TO_NMEA_BAUDRATE, SettingNmeaBaudrate);
 }
 
 } // namespace

@@ -5,6 +5,20 @@
 
 #include <cstdint>
 
+// ---- Names ---------------------------------------------------------------------------------------------
+// Those of the chart's channels are the channel's name and a suffix (graph/graph_settings.cpp).
+
+inline constexpr const wchar_t* SettingCommPort = L"CommPortIdx"; // index of the port that worked last
+inline constexpr const wchar_t* SettingBaudrate = L"BaudrateIdx"; // index in BaudTable of its rate
+inline constexpr const wchar_t* SettingSirfBaudrate = L"SirfBaudrateIdx"; // of the rate used for SiRF binary
+inline constexpr const wchar_t* SettingNmeaBaudrate = L"NmeaBaudrateIdx"; // and for NMEA
+inline constexpr const wchar_t* SettingNmeaInterval =
+    L"NmeaIntervalIdx%02u";                                         // 1 to 10: seconds between sentences
+inline constexpr const wchar_t* SettingLines = L"Lines";            // the chart joins its points
+inline constexpr const wchar_t* SettingTimeScale = L"TimeScaleIdx"; // index of the chart's time scale
+
+// ---- Access --------------------------------------------------------------------------------------------
+
 // The stored number, or `absent` when the value is not stored, cannot be read or is longer than 4 bytes. Its
 // type is not looked at. Callers pass a number that cannot be a stored value.
 int32_t SettingsGetDword(const wchar_t* name, int32_t absent);

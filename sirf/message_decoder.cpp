@@ -1,4 +1,5 @@
 #include "sirf/message_decoder.h"
+#include "settings/settings_store.h"
 
 #include <algorithm>
 #include <cmath>
@@ -15,6 +16,7 @@
 #include "sirf/message_fields.h"
 #include "sirf/page_lines.h"
 #include "sirf/read_back.h"
+#include "sky/angles.h"
 #include "sky/sky_objects.h"
 #include "ui/active_dialog.h"
 #include "ui/error_boxes.h"
@@ -45,9 +47,7 @@ enum MessageId : uint8_t {
     DevelopmentData = 255,
 };
 
-constexpr double MetresPerDegree = 111325.0;
-constexpr double RadiansPerDegree = 0.017453292519943295;
-constexpr double DegreesPerRadian = 57.29577951308232;
+constexpr double PerDegree = 1e7; // message 41 counts in ten-millionths of a degree
 
 void StoreFixTime(uint32_t hour, uint32_t minute, uint32_t second)
 {
@@ -217,8 +217,9 @@ void DecodeGeodeticNavigation(const SirfMessage& message)
     const uint8_t* const record = GeodeticRecord;
     const double latitude = ReadField(record, Latitude1e7Deg), longitude = ReadField(record, Longitude1e7Deg);
 
-    SetChannelValue(ChannelNorthing, latitude * 0.0111325);
-    SetChannelValue(ChannelEasting, longitude * std::cos(latitude * 1.7453292519943295e-9) * 0.0111325);
+    SetChannelValue(ChannelNorthing, latitude * (MetresPerDegree / PerDegree));
+    SetChannelValue(ChannelEasting, longitude * std::cos(latitude * (RadiansPerDegree / PerDegree)) *
+                                        (MetresPerDegree / PerDegree));
     SetChannelValue(ChannelEhpe, ReadField(record, EhpeCm) * 0.01);
     SetChannelValue(ChannelEvpe, ReadField(record, EvpeCm) * 0.01);
     SetChannelValue(ChannelAltitude, ReadField(record, AltitudeMslCm) * 0.01);
@@ -227,10 +228,7 @@ void DecodeGeodeticNavigation(const SirfMessage& message)
     const bool utcIsKnown = TakeGeodeticTime(), hasFix = ReadField(record, NavType) & FixTypeBits;
     ReportGeodeticNavigation(utcIsKnown);
     if (hasFix && utcIsKnown && OpenDialogOfKind(DialogKind::Sbas))
-        UpdateSkyObjects(FixTime.wYear, static_cast<uint8_t>(FixTime.wMonth),
-                         static_cast<uint8_t>(FixTime.wDay), static_cast<uint8_t>(FixTime.wHour),
-                         static_cast<uint8_t>(FixTime.wMinute), static_cast<uint8_t>(FixTime.wSecond),
-                         latitude * 1e-7, longitude * 1e-7);
+        UpdateSkyObjects(FixTime, latitude * 1e-7, longitude * 1e-7);
     ShowTimes();
 
     ShowHdopLine(SirfLineHdop, GraphChannel[ChannelHdop].Value);
@@ -338,7 +336,7 @@ void BeginSirf()
     BeginProtocol(SirfRecognised);
     ClearArrivalList();
     StoreWorkingPort();
-    StoreChosenRate(DialogKind::SetSerialPort, CONTROL_TO_SIRF_BAUDRATE, L"SirfBaudrateIdx");
+    StoreChosenRate(DialogKind::SetSerialPort, CONTROL_TO_SIRF_BAUDRATE, SettingSirfBaudrate);
 }
 
 } // namespace

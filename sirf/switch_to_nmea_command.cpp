@@ -13,7 +13,7 @@ constexpr uint32_t SettingNameCapacity = 24;
 
 void NameSetting(uint32_t sentence, wchar_t (&name)[SettingNameCapacity])
 {
-    Format(name, L"NmeaIntervalIdx%02u", sentence + 1);
+    Format(name, SettingNmeaInterval, sentence + 1);
 }
 
 } // namespace

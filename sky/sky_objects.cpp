@@ -58,11 +58,13 @@ void PlaceSatellite(SkyObject& satellite, double latitude, double longitude, Sat
 
 } // namespace
 
-void UpdateSkyObjects(uint16_t year, uint8_t month, uint8_t day, uint8_t hour, uint8_t minute, uint8_t second,
-                      double latitude, double longitude)
+void UpdateSkyObjects(const SYSTEMTIME& time, double latitude, double longitude)
 {
     const double phi = latitude * RadiansPerDegree, lambda = longitude * RadiansPerDegree;
-    const double mjd = ModifiedJulianDate(year, month, day, hour, minute, second);
+    const double mjd =
+        ModifiedJulianDate(time.wYear, static_cast<uint8_t>(time.wMonth), static_cast<uint8_t>(time.wDay),
+                           static_cast<uint8_t>(time.wHour), static_cast<uint8_t>(time.wMinute),
+                           static_cast<uint8_t>(time.wSecond));
     const double centuries = JulianCenturies(mjd), siderealTime = SiderealTime(mjd) + lambda;
     PlaceBody(SkyObjects[SunRow], SunPosition(centuries), siderealTime, phi);
     PlaceBody(SkyObjects[MoonRow], MoonPosition(centuries), siderealTime, phi);

@@ -4,6 +4,8 @@
 #include <atomic>
 #include <cstdint>
 
+#include "platform/platform.h"
+
 constexpr uint32_t SkyObjectCount = 13, SunRow = 0, MoonRow = 1;
 
 // Degrees. The reader thread writes; each place has a float beside it for the sky plot of the user-interface
@@ -23,8 +25,7 @@ extern SkyObject SkyObjects[SkyObjectCount];
 // Computes all places for a UTC date and time and a position (degrees, north and east positive; east may run
 // to 360), shows the satellites in view in three lines of the open dialog, numbers, azimuths and elevations,
 // and has it painted again. Without a dialog only the table changes. Reader thread, after a fix.
-void UpdateSkyObjects(uint16_t year, uint8_t month, uint8_t day, uint8_t hour, uint8_t minute, uint8_t second,
-                      double latitude, double longitude);
+void UpdateSkyObjects(const SYSTEMTIME& time, double latitude, double longitude);
 
 // Everything as when the program starts.
 void ResetSkyObjects();

@@ -4,8 +4,9 @@
 
 #include <cstdint>
 
+#include "sky/angles.h"
+
 constexpr double TwoPi = 6.283185307179586;
-constexpr double RadiansPerDegree = 0.017453292519943295;
 
 // Seconds of arc to turns.
 constexpr double TurnsPerArcSecond = 7.716049382716049e-7;

@@ -53,19 +53,8 @@ void ShowError(DWORD error, const wchar_t* caption)
 
 void ShowRefusal(uint8_t refused, uint8_t polled)
 {
-    wchar_t text[160];
-    if (refused == 168 && polled == 170)
-        CopyText(text, 160,
-                 L"Get SBAS parameters not accepted. A likely reason is that it is not supported on XTrac or "
-                 L"GSW3 firmware.");
-    else if (refused == 168)
-        Format(text, L"Command 168 with parameter %u not accepted.", polled);
-    else if (refused == 170)
-        CopyText(text, 160,
-                 L"Set SBAS parameters not accepted. A likely reason is that it is not supported on XTrac "
-                 L"firmware.");
-    else
-        Format(text, L"Command %u\r\rCommand or parameter not accepted.", refused);
+    wchar_t text[RefusalCapacity];
+    WriteRefusal(refused, polled, text);
     InfoBox(L"NAcknowledgment", text);
 }
 

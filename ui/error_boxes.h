@@ -60,3 +60,8 @@ void ShowShortWrite(uint32_t written, uint32_t count);
 
 // Everything as when the program starts.
 void ResetErrorBoxes();
+
+// The words for a refused command; `polled` is the command whose settings were being asked for. Provided by
+// sirf/refusals.cpp.
+constexpr uint32_t RefusalCapacity = 160;
+void WriteRefusal(uint8_t refused, uint8_t polled, wchar_t (&text)[RefusalCapacity]);

@@ -33,7 +33,7 @@ void Fill(HWND dialog)
 {
     FillBaudrates(dialog, CONTROL_TO_SIRF_BAUDRATE);
     SelectListEntry(dialog, CONTROL_SERIAL_PROTOCOL, 0);
-    const int32_t stored = SettingsGetDword(L"SirfBaudrateIdx", -1);
+    const int32_t stored = SettingsGetDword(SettingSirfBaudrate, -1);
     const int32_t known =
         IsBaudIndex(stored) ? stored : FindRate(NmeaReportedBaud.load(), SlowestReportedRate);
     if (known >= 0)

@@ -60,7 +60,7 @@ void ShowRate(HWND dialog, int control, uint8_t seconds)
 int32_t ProposedBaudrate()
 {
     constexpr int32_t Slowest = 2, Fastest = 6;
-    const int32_t stored = SettingsGetDword(L"NmeaBaudrateIdx", -1);
+    const int32_t stored = SettingsGetDword(SettingNmeaBaudrate, -1);
     if (IsBaudIndex(stored)) return stored;
     const int32_t current = FindBaudrate(PortDcb.BaudRate);
     return current >= Slowest && current <= Fastest ? current : -1;

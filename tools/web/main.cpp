@@ -11,6 +11,7 @@
 #include "log_player.h"
 #include "messages.h"
 #include "platform/start.h"
+#include "settings/settings_store.h"
 #include "sky/sky_objects.h"
 #include "software_receiver.h"
 #include "text/format.h"
@@ -86,13 +87,13 @@ int32_t Stored(const wchar_t* name)
 // The port that the program finds stored when it starts.
 void ChooseFirstPort()
 {
-    const int32_t port = Stored(L"CommPortIdx");
-    const bool known =
-        IsPortIndex(port) && IsBaudIndex(Stored(L"BaudrateIdx")) && web::HasPort(static_cast<uint32_t>(port));
+    const int32_t port = Stored(SettingCommPort);
+    const bool known = IsPortIndex(port) && IsBaudIndex(Stored(SettingBaudrate)) &&
+                       web::HasPort(static_cast<uint32_t>(port));
     const uint32_t first = Player ? LogPort : known ? static_cast<uint32_t>(port) : ReceiverPort;
     if (Player || !known) {
-        web::OnSetting(L"CommPortIdx", static_cast<int32_t>(first));
-        web::OnSetting(L"BaudrateIdx", FindBaudrate(Player ? LogRate : ReceiverRate));
+        web::OnSetting(SettingCommPort, static_cast<int32_t>(first));
+        web::OnSetting(SettingBaudrate, FindBaudrate(Player ? LogRate : ReceiverRate));
         Substitute = static_cast<int32_t>(first);
     }
     if (first == ReceiverPort) web::HurryUntil(memory::Now() + Settling + FirstFixes);
@@ -137,7 +138,7 @@ void AfterStep()
 
 bool Keeps(const std::wstring& setting)
 {
-    const bool ofPort = setting == L"CommPortIdx" || setting == L"BaudrateIdx";
+    const bool ofPort = setting == SettingCommPort || setting == SettingBaudrate;
     return !ofPort || Substitute < 0 || CommPortIdx.load() != Substitute;
 }
 

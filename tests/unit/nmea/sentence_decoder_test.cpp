@@ -545,9 +545,10 @@ TEST_F(SentenceDecoder, SkyGetsTheLowEightBitsOfTheYear)
     PublishDialog(DialogKind::Sbas, nullptr);
     FeedSentence("GPRMC,120000,A,4916.4500,N,12311.1200,E,,,210608,,");
     const double elevation = SkyObjects[SunRow].elevation;
-    UpdateSkyObjects(216, 6, 21, 12, 0, 0, 49 + 16.45 / 60, 123 + 11.12 / 60); // 2008 is 7D8 in hexadecimal
+    UpdateSkyObjects({216, 6, 0, 21, 12, 0, 0, 0}, 49 + 16.45 / 60,
+                     123 + 11.12 / 60); // 2008 is 7D8 in hexadecimal
     EXPECT_DOUBLE_EQ(SkyObjects[SunRow].elevation, elevation);
-    UpdateSkyObjects(2008, 6, 21, 12, 0, 0, 49 + 16.45 / 60, 123 + 11.12 / 60);
+    UpdateSkyObjects({2008, 6, 0, 21, 12, 0, 0, 0}, 49 + 16.45 / 60, 123 + 11.12 / 60);
     EXPECT_GT(std::fabs(SkyObjects[SunRow].elevation - elevation), 0.1);
 }
 

@@ -285,7 +285,7 @@ void ExpectSkyOf(uint16_t year, double latitude, double longitude)
     std::vector<double> shown;
     for (const SkyObject& object : SkyObjects) shown.insert(shown.end(), {object.elevation, object.azimuth});
     ResetSkyObjects();
-    UpdateSkyObjects(year, 6, 21, 12, 0, 0, latitude, longitude);
+    UpdateSkyObjects({year, 6, 0, 21, 12, 0, 0, 0}, latitude, longitude);
     for (size_t i = 0; i < SkyObjectCount; ++i) {
         EXPECT_NEAR(shown[2 * i], SkyObjects[i].elevation, 1e-6) << i;
         EXPECT_NEAR(shown[2 * i + 1], SkyObjects[i].azimuth, 1e-6) << i;

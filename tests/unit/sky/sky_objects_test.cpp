@@ -14,6 +14,11 @@ namespace
 constexpr double Degree = 3.14159265358979323846 / 180;
 constexpr double ToNearest = 0.5; // is added to what is stored of Sun and Moon
 
+SYSTEMTIME TimeOf(uint16_t year, uint8_t month, uint8_t day, uint8_t hour, uint8_t minute, uint8_t second)
+{
+    return {year, month, 0, day, hour, minute, second, 0};
+}
+
 class SkyObjectsTest : public ProductTest
 {
 protected:
@@ -35,7 +40,7 @@ protected:
     }
     static void UpdateAt(double latitude, double longitude)
     {
-        UpdateSkyObjects(2026, 6, 21, 12, 0, 0, latitude, longitude);
+        UpdateSkyObjects(TimeOf(2026, 6, 21, 12, 0, 0), latitude, longitude);
     }
     static std::vector<std::wstring> Lines(HWND window)
     {
@@ -70,7 +75,7 @@ TEST_F(SkyObjectsTest, AgreeWithAnAstronomyPackage)
         ASSERT_EQ(cells.size(), 8 + 2 * SkyObjectCount) << line;
         const auto part = [&](size_t i) { return static_cast<uint8_t>(cells[i]); };
         ResetSkyObjects();
-        UpdateSkyObjects(static_cast<uint16_t>(cells[0]), part(1), part(2), part(3), part(4), part(5),
+        UpdateSkyObjects(TimeOf(static_cast<uint16_t>(cells[0]), part(1), part(2), part(3), part(4), part(5)),
                          cells[6], cells[7]);
         for (size_t i = 0; i < SkyObjectCount; ++i) {
             const SkyObject& object = SkyObjects[i];
@@ -175,7 +180,8 @@ TEST_F(SkyObjectsTest, AnyInputGivesFinitePlaces)
         for (const double longitude : {-1e15, 0.0, 720.0, 1e15})
             for (const int rest : {0, 255}) {
                 const auto b = static_cast<uint8_t>(rest);
-                UpdateSkyObjects(static_cast<uint16_t>(rest * 257), b, b, b, b, b, latitude, longitude);
+                UpdateSkyObjects(TimeOf(static_cast<uint16_t>(rest * 257), b, b, b, b, b), latitude,
+                                 longitude);
                 for (const SkyObject& object : SkyObjects) {
                     EXPECT_TRUE(std::isfinite(object.elevation));
                     EXPECT_TRUE(std::isfinite(object.azimuth));
