@@ -116,7 +116,48 @@ def chart():
         save('chart', f'{number:02}', content + bytes([4, 7, 5, 8, 6, 0x7F]) + chance.randbytes(90))
 
 
+SETTINGS = (143, 139, 140, 137, 133, 138, 136, 151, 167, 170, 53)
+PROFILE = '''# 2008-06-21, firmware GSW3.1.1-SW 1.00, /dev/ttyUSB0
+static-navigation enabled=off
+elevation-mask tracking=5.0 navigation=7.5
+power-mask tracking=28 navigation=28
+dop-mask selection=auto gdop=8 pdop=8 hdop=8
+dgps-source source=sbas frequency=0 bit-rate=0
+dgps-mode mode=auto timeout=30
+mode-control degraded-mode=direction-clock altitude=0 altitude-hold=auto altitude-source=last \
+degraded-timeout=30 dr-timeout=15 track-smoothing=off
+trickle-power push-to-fix=off duty-cycle=100.0 on-time=200
+low-power max-off-time=30000 max-search-time=120000 push-to-fix-period=1800 adaptive=off
+sbas prn=auto mode=integrity timeout=default
+'''.encode()
+COMMANDS = (
+    '--help', 'get --help', '--version', 'help set', 'ports --json', 'probe -p /dev/ttyUSB0', 'get all -b 4800',
+    'set elevation-mask tracking=5.0 navigation=-7.5 --force', 'switch nmea 57600 --rates GGA=1,GSV=5', 'rates GGA=1 GSV=0',
+    'restart factory -y', 'monitor --for 1.5 --correct-dates --reference 2026-11-21', 'log - --append',
+    'convert a b --to gpx -o c', 'profile apply file --through-sirf=57600', 'date -t 0.5', 'relay --tcp 2948 --pty l --write',
+    'send sirf 84 00', '-- get', '--rate', '--rate 4801', '-qvn', '-b4800 probe', 'frobnicate', '', '--json --dry-run probe')
+
+
+def console():
+    for number, message in enumerate(SETTINGS):
+        for mark, head in (('a', [43, message]), ('b', [19, 0])):
+            content = bytes([number] + head) + bytes(chance.choice((0, 1, 2, 5, 30, 50, 255)) for _ in range(63))
+            save('console_answers', f'{number:02}-{mark}', content)
+    lines = PROFILE.splitlines(keepends=True)
+    for number in range(12):
+        content = b''.join(chance.sample(lines, number)) if number else PROFILE
+        if number % 3 == 2:
+            content = content.replace(b'=', chance.choice((b'==', b' =', b'=-', b'=9999999999', b'')), 1)
+        save('console_profile', f'{number:02}', content)
+    for number, command in enumerate(COMMANDS):
+        save('console_arguments', f'{number:02}', command.replace(' ', '\n').encode())
+    dated = b'$GPRMC,235959.000,A,4722.6140,N,00832.5020,E,0.00,0.00,070407,,,A\r\n$GPZDA,000001.000,08,04,2007,,\r\n'
+    for number, log in enumerate(nmea + sirf):
+        save('console_convert', f'{number}', bytes([7 * number]) + some_of(log, 1800))
+        save('console_convert', f'{number}-mixed', bytes([255 - number]) + some_of(log, 900) + dated + some_of(log, 300))
+
+
 for old in here.glob('corpus/*/seed-*'):
     old.unlink()
-for make in (reception, dialogs, registry, names, replay, chart):
+for make in (reception, dialogs, registry, names, replay, chart, console):
     make()

@@ -4,7 +4,7 @@
 # there as crash-* (or timeout-*).
 set -uo pipefail
 cd "$(dirname "$0")/../.." || exit 1
-targets=(reception dialogs registry names replay chart)
+targets=(reception dialogs registry names replay chart console_answers console_arguments console_convert console_profile)
 [ $# -gt 0 ] && targets=("$1")
 seconds=${2:-60}
 for target in "${targets[@]}"; do

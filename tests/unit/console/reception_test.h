@@ -6,28 +6,12 @@
 #include <string>
 
 #include "console/reception.h"
-#include "graph/channels.h"
-#include "graph/latest_fix.h"
-#include "headless.h"
-#include "link/link_state.h"
-#include "nmea/sentence_assembler.h"
-#include "nmea/sentence_decoder.h"
-#include "sirf/frame_assembler.h"
-#include "sirf/message_decoder.h"
+#include "tests/support/fresh_reception.h"
 
 class ReceptionTest : public testing::Test
 {
 protected:
-    ReceptionTest()
-    {
-        HeadlessReset();
-        ResetLinkState();
-        ResetChannels();
-        ResetNmeaAssembler();
-        ResetNmeaDecoder();
-        ResetSirfFramer();
-        ResetSirfDecoder();
-    }
+    ReceptionTest() { StartReceptionAfresh(); }
 
     static void Bytes(const std::string& bytes)
     {
