@@ -64,14 +64,16 @@ CommandLine::CommandLine()
     help->add_option("COMMAND", helpWords_, "the command")->type_name("");
     actions_.emplace_back(help, [this](Context& context) {
         CLI::App* topic = &app_;
+        std::string before; // the words that lead to it
         for (const std::string& word : helpWords_) {
             const auto found =
                 topic->get_subcommands([&](const CLI::App* sub) { return sub->get_name() == word; });
             if (found.empty()) Fail(FailureKind::Usage, "no command \"" + word + "\"");
+            before += (before.empty() ? "" : " ") + topic->get_name();
             topic = found[0];
         }
         context.output.noObject = true;
-        context.output.Raw(topic->help(topic == &app_ ? "" : "toravanectl"));
+        context.output.Raw(topic->help(before));
     });
 }
 

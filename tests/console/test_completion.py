@@ -3,6 +3,7 @@
 import re
 import subprocess
 
+import pytest
 from streams import Build, environment, run
 
 Shells = ["bash", "zsh", "fish"]
@@ -107,3 +108,8 @@ def test_the_manual_has_its_sections():
         assert re.search(rf"^{heading}$", page, re.M), heading
     for status in ("0", "1", "2", "3", "6", "7", "8", "9", "10", "11", "130"):
         assert re.search(rf"^ +{status} ", page, re.M), status
+
+
+@pytest.mark.parametrize("name", ["probe", "monitor"])
+def test_help_of_a_command_in_both_forms(name):
+    assert run(name, "--help", check=0).stdout == run("help", name, check=0).stdout != b""
