@@ -7,7 +7,7 @@ import templates
 from conftest import wait_streaming
 from steps import (Pictures, choose, close_dialog, complaints_of_axe, cut_texts, open_dialog, wait_clock, wait_gone)
 
-Commands = ["Get", "Set", "OK"]
+Commands = ["Get", "Set", "Close"]
 Channels = ["SVsInFix", "HDOP", "EHPE", "Northing", "Easting", "VDOP", "EVPE", "Altitude", "Speed", "Course"]
 Stamps = ["GGA", "GLL", "GSA", "GSV", "MSS", "RMC", "VTG", "ZDA", "SRF150", "SRF151", "SRF152", "SRF154", "SRFTXT",
           "Other"]
@@ -24,19 +24,19 @@ Dialogs = [
     (2024, "About Toravane", ["About"], {"button": ["OK"]}),
     (2002, "Communication", ["Com"], {
         "combobox": ["Comm Port", "Baudrate"], "status": ["Protocol", "Statistics"], "group": ["Log File"],
-        "button": ["Find Port & Baud", "Open", "Find Baud", "Close", "Open", "Close"]}),
+        "button": ["Find Port & Baud", "Open", "Find Baud", "Close", "Open", "Close", "OK"]}),
     (2003, "Set Serial Port", ["NMEA", "Set Serial Port (Switch to SiRF)"], {
         "combobox": ["Baudrate", "Protocol"], "status": ["NmeaTime", "SirfTime"], "textbox": ["Receiver messages"],
-        "button": ["Set", "=Baud", "Help"]}),
+        "button": ["Set", "=Baud", "Help", "Close"]}),
     (2004, "Navigation Initialization", ["NMEA", "Navigation Initialization"], {
-        "textbox": [*Place, "Receiver messages"], "radio": Starts, "button": ["Set"]}),
+        "textbox": [*Place, "Receiver messages"], "radio": Starts, "button": ["Set", "Close"]}),
     (2005, "Set Message Rate", ["NMEA", "Set Message Rate"], {
         "combobox": ["Message", "Update Rate [s]"], "checkbox": ["Use Checksum"], "status": Stamps,
-        "textbox": ["Receiver messages"], "button": ["Set"]}),
+        "textbox": ["Receiver messages"], "button": ["Set", "Close"]}),
     (2007, "Development Data", ["NMEA", "Development Data"], {
-        "textbox": ["Command", "Receiver messages"], "button": ["Set"]}),
+        "textbox": ["Command", "Receiver messages"], "button": ["Set", "Close"]}),
     (2008, "Select Datum", ["NMEA", "Select Datum"], {
-        "combobox": ["Datum"], "textbox": ["Receiver messages"], "button": ["Set"]}),
+        "combobox": ["Datum"], "textbox": ["Receiver messages"], "button": ["Set", "Close"]}),
     (2009, "Advanced Power Management", ["SiRF", "Advanced Power Management"], {
         "checkbox": ["APM Enabled"], "button": Commands, "status": ["On-Time [ms]", "Off-Time [ms]", "UTC"],
         "textbox": ["APM Cycles Before Sleep", "Time Between Fixes [s]", "Max Response Time [s]",
@@ -48,7 +48,7 @@ Dialogs = [
     (2011, "Switch to NMEA Protocol", ["SiRF", "Switch to NMEA Protocol"], {
         "combobox": ["GGA", "GLL", "GSA", "GSV", "RMC", "VTG", "MSS", "User 8", "ZDA", "User 10", "Baudrate"],
         "group": ["Update Rate [s]"], "checkbox": ["Use Checksums", "Debug Messages"],
-        "status": ["SirfTime", "NmeaTime"], "button": ["Set", "=Baud", "Help", "OK"]}),
+        "status": ["SirfTime", "NmeaTime"], "button": ["Set", "=Baud", "Help", "Close"]}),
     (2012, "DGPS Source", ["SiRF", "DGPS Source"], {
         "combobox": ["DGPS Source"], "textbox": ["Internal Beacon Frequency [Hz]", "Internal Beacon Bit Rate [bps]"],
         "group": ["MID 27 DGPS Status", "MID 29 Nav.Lib. Differential GPS Data"], "button": Commands,
@@ -71,20 +71,20 @@ Dialogs = [
         "status": ["On-Time [ms]", "Off-Time [ms]", "UTC"], "button": Commands}),
     (2020, "Set Message Rate", ["SiRF", "Set Message Rate"], {
         "combobox": ["MID", "Update Rate [s]"], "group": ["Last arrivals"],
-        "status": [f"Last arrivals {number}" for number in range(1, 14)], "button": ["Set", "OK"]}),
+        "status": [f"Last arrivals {number}" for number in range(1, 14)], "button": ["Set", "Close"]}),
     (2021, "Low Power", ["SiRF", "Low Power"], {
         "textbox": ["Max Off Time [ms]", "Max Acq. Search Time [ms]", "Push-to-Fix Period [s]"],
         "checkbox": ["Adaptive TricklePower"], "button": Commands}),
     (2022, "SBAS", ["SiRF", "SBAS"], {
-        "combobox": ["SBAS PRN", "SBAS Mode", "Timeout"], "group": ["Visibles"], "button": ["Get", "Set"],
+        "combobox": ["SBAS PRN", "SBAS Mode", "Timeout"], "group": ["Visibles"], "button": Commands,
         "status": ["SV", "C/No", "State", "Azimuth", "Elevation", "Visibles 1", "Visibles 2", "Visibles 3"]}),
     (2023, "Graph Options", ["Graph"], {
         "textbox": [f"{channel} {field}" for channel in Channels
                     for field in ("Zero", "Value Min", "Value Max", "Pixel Min", "Pixel Max")],
         "checkbox": [*(f"{channel} Visible" for channel in Channels), "Lines"], "combobox": ["Time scale"],
-        "button": [*(f"{channel} Colour" for channel in Channels), "Help", "Zero", "Save", "Hide", "Show"]}),
+        "button": [*(f"{channel} Colour" for channel in Channels), "Help", "Zero", "Save", "Hide", "Show", "OK"]}),
     (2025, "Poll Software Version", ["SiRF", "Poll Software Version"], {
-        "textbox": ["Software Version"], "button": ["Get", "OK"]}),
+        "textbox": ["Software Version"], "button": ["Get", "Close"]}),
 ]
 Roles = ["textbox", "combobox", "checkbox", "radio", "status", "group", "button"]
 by_number = pytest.mark.parametrize("number, caption, way, names", Dialogs, ids=[number for number, *_ in Dialogs])
@@ -245,18 +245,25 @@ def test_tab_goes_through_the_fields_and_escape_closes(tab):
         reached.append(tab.run("document.activeElement.labels?.[0]?.textContent || document.activeElement.ariaLabel ||"
                                " document.activeElement.textContent"))
         tab.key("Tab")
-    assert reached == ["Tracking Mask [°]", "Navigation Mask [°]", "Get", "Set", "OK", "Close dialog"]
+    assert reached == ["Tracking Mask [°]", "Navigation Mask [°]", "Get", "Set", "Close", "Close dialog"]
     tab.key("Escape")
     wait_gone(tab, "dialog", "Elevation Mask")
     assert tab.find("menuitem", "SiRF").has_focus
     assert tab.complaints == []
 
 
-def test_enter_presses_the_default_button(tab):
-    open_dialog(tab, "Elevation Mask", "SiRF", "Elevation Mask")
-    tab.find("textbox", "Tracking Mask [°]").focus()
+def test_enter_sends_and_closes_where_that_would_restart_the_receiver(tab):
+    open_dialog(tab, "Set Message Rate", "NMEA", "Set Message Rate")
+    tab.find("checkbox", "Use Checksum").focus()
     tab.key("Enter")
-    wait_gone(tab, "dialog", "Elevation Mask")
+    tab.find("alertdialog", "Message")  # nothing is chosen yet
+    tab.key("Enter")
+    wait_gone(tab, "alertdialog", "Message")
+    close_dialog(tab, "Set Message Rate")
+    open_dialog(tab, "Initialize Data Source", "SiRF", "Initialize Data Source")
+    tab.find("textbox", "Channels").focus()
+    tab.key("Enter")
+    wait_gone(tab, "dialog", "Initialize Data Source")
 
 
 def test_three_states_of_a_box(tab):

@@ -115,7 +115,7 @@ def main():
         firefox.wait("it is read back", lambda: field.text == "21")
         print("read back:", field.text, firefox.find("textbox", "Navigation Mask [dB-Hz]").text)
         firefox.screenshot(Pictures / "firefox-power-mask.png")
-        firefox.find("button", "OK").click()
+        firefox.find("button", "Close").click()
 
         print("back to NMEA")
         menu(firefox, "SiRF", "Switch to NMEA Protocol")
@@ -124,7 +124,7 @@ def main():
         time.sleep(1)
         firefox.find("button", "=Baud").click()
         firefox.wait("sentences arrive", lambda: value_of(firefox, 901))
-        firefox.find("button", "OK").click()
+        firefox.find("button", "Close").click()
         wait_status(firefox, "NMEA, 9600 baud")
 
         print("the device is pulled out")
