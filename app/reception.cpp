@@ -15,7 +15,7 @@ uint32_t RouteUpToMessage(const uint8_t* bytes, uint32_t count)
         const uint8_t* const next = bytes + routed;
         uint32_t quiet = SirfQuietBytesAtMost(count - routed); // for nothing, so that little is searched
         if (quiet) quiet = NmeaQuietBytes(next, quiet);
-        if (quiet) quiet = SirfQuietBytes(next, quiet);
+        if (quiet && !NmeaIsInBody()) quiet = SirfQuietBytes(next, quiet);
         if (quiet) {
             NmeaTakeQuiet(next, quiet);
             SirfTakeQuiet(next, quiet);

@@ -22,6 +22,10 @@ bool NmeaAssembler(uint8_t b);
 // body. A byte that begins or ends something is not quiet, but not each one that is left out ends something.
 uint32_t NmeaQuietBytes(const uint8_t* bytes, uint32_t count);
 
+// True within a body. Quiet bytes are printable characters then, which begin no message of the other
+// protocol.
+bool NmeaIsInBody();
+
 // Feeds bytes that NmeaQuietBytes has found quiet, or the first of them.
 void NmeaTakeQuiet(const uint8_t* bytes, uint32_t count);
 

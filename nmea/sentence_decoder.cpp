@@ -147,6 +147,17 @@ bool TakeLatitude(uint32_t index)
     return true;
 }
 
+// A second's sentences repeat the position, and a device's processor reckons long at a cosine.
+double CosineOfLatitude()
+{
+    static double latitude = 0, cosine = 1;
+    if (Latitude != latitude) {
+        latitude = Latitude;
+        cosine = std::cos(latitude * RadiansPerDegree);
+    }
+    return cosine;
+}
+
 bool TakeLongitude(uint32_t index)
 {
     double angle;
@@ -154,8 +165,7 @@ bool TakeLongitude(uint32_t index)
     const char hemisphere = *Field(index + 1);
     ShowLongitudeLine(NmeaLineLongitude, angle, static_cast<unsigned char>(hemisphere));
     Longitude = hemisphere == 'W' ? 360.0 - angle : angle;
-    SetChannelValue(ChannelEasting,
-                    RoundToFloat(std::cos(Latitude * RadiansPerDegree) * Longitude * MetresPerDegree));
+    SetChannelValue(ChannelEasting, RoundToFloat(CosineOfLatitude() * Longitude * MetresPerDegree));
     ShowEastingLine(NmeaLineEasting, GraphChannel[ChannelEasting].Value);
     return true;
 }

@@ -26,9 +26,20 @@ template <typename Char> bool TakeSign(const Char*& text)
     return negative;
 }
 
+// Most numbers are this short: 32 bits hold their digits, and a device reckons with them three times as fast.
+constexpr uint32_t ShortDigits = 9;
+
+template <typename Char> uint32_t AppendDigit(uint32_t value, Char digit)
+{
+    return value * 10 + static_cast<uint32_t>(digit - '0');
+}
+
 template <typename Char> uint32_t TakeDigits(const Char* text, uint32_t limit)
 {
-    uint64_t value = 0;
+    uint32_t first = 0;
+    for (uint32_t i = 0; i < ShortDigits && IsDigit(*text); ++i, ++text) first = AppendDigit(first, *text);
+    if (first > limit) return limit;
+    uint64_t value = first;
     for (; IsDigit(*text); ++text) {
         value = value * 10 + static_cast<uint64_t>(*text - '0');
         if (value > limit) return limit;
@@ -36,11 +47,31 @@ template <typename Char> uint32_t TakeDigits(const Char* text, uint32_t limit)
     return static_cast<uint32_t>(value);
 }
 
+constexpr double PowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,
+                                  1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19};
+
+// The same as TakeDecimal for few digits; false, and nothing taken, for more.
+template <typename Char> bool TakeShortDecimal(const Char*& text, bool& found, double& value)
+{
+    const Char* next = text;
+    uint32_t digits = 0, places = 0, mantissa = 0;
+    for (; digits < ShortDigits && IsDigit(*next); ++digits, ++next) mantissa = AppendDigit(mantissa, *next);
+    if (*next == '.') {
+        ++next;
+        for (; digits < ShortDigits && IsDigit(*next); ++digits, ++places, ++next)
+            mantissa = AppendDigit(mantissa, *next);
+    }
+    if (IsDigit(*next)) return false;
+    text = next;
+    found = digits > 0;
+    value = static_cast<double>(mantissa);
+    if (places) value /= PowersOfTen[places];
+    return true;
+}
+
 // mantissa / 10^places, rounded once. Exact division where both are exact doubles, else bit by bit.
 double Scale(uint64_t mantissa, uint32_t places)
 {
-    static constexpr double PowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,
-                                             1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19};
     constexpr uint64_t ExactIntegers = uint64_t{1} << 53;
     if (mantissa <= ExactIntegers) return static_cast<double>(mantissa) / PowersOfTen[places];
 
@@ -90,6 +121,8 @@ template <typename Char> bool ParseWholeNumber(const Char* text, int32_t& value)
 // Digits with at most one point; `found` is true if there is any digit. At most MaxDecimal.
 template <typename Char> double TakeDecimal(const Char*& text, bool& found)
 {
+    double shortValue;
+    if (TakeShortDecimal(text, found, shortValue)) return shortValue;
     uint64_t mantissa = 0;
     uint32_t digits = 0, places = 0;
     bool point = false, huge = false;

@@ -1,6 +1,7 @@
 #include "ui/page_lines.h"
 
 #include <atomic>
+#include <cstddef>
 #include <cstring>
 #include <type_traits>
 
@@ -40,9 +41,28 @@ bool LoadSource(const Slot& slot, LineSource& source)
     return false;
 }
 
+// Stores the first words of a source; what follows is not looked at by its writer.
+void StoreWords(uint32_t line, const Word* words, uint32_t count)
+{
+    Slot& slot = Slots[line];
+    uint32_t i = 0;
+    while (i < count && slot.words[i].load(std::memory_order_relaxed) == words[i]) ++i;
+    if (i == count) return;
+    Changed |= uint32_t{1} << line;
+    const uint32_t version = slot.version.load(std::memory_order_relaxed);
+    slot.version.store(version + 1, std::memory_order_relaxed);
+    for (; i < count; ++i) slot.words[i].store(words[i], std::memory_order_release);
+    slot.version.store(version + 2, std::memory_order_release);
+}
+
 uint32_t WriteText(const LineSource& source, wchar_t (&text)[TextLineCapacity])
 {
     return CopyText(text, TextLineCapacity, source.text);
+}
+
+uint32_t WriteFormat(const LineSource& source, wchar_t (&text)[TextLineCapacity])
+{
+    return FormatValues(text, TextLineCapacity, source.text, source.values);
 }
 
 void EmptyLines()
@@ -54,19 +74,9 @@ void EmptyLines()
 
 void StoreLine(uint32_t line, const LineSource& source)
 {
-    Slot& slot = Slots[line];
     Word words[SourceWords];
     std::memcpy(words, &source, sizeof words);
-    uint32_t i = 0;
-    while (i < SourceWords && slot.words[i].load(std::memory_order_relaxed) == words[i]) ++i;
-    if (i == SourceWords) return;
-    Changed |= uint32_t{1} << line;
-    const uint32_t version = slot.version.load(std::memory_order_relaxed);
-    slot.version.store(version + 1, std::memory_order_relaxed);
-    for (; i < SourceWords; ++i)
-        if (slot.words[i].load(std::memory_order_relaxed) != words[i])
-            slot.words[i].store(words[i], std::memory_order_release);
-    slot.version.store(version + 2, std::memory_order_release);
+    StoreWords(line, words, SourceWords);
 }
 
 void StartTextView()
@@ -86,9 +96,15 @@ void SetTextLine(uint32_t line, const wchar_t* text)
     StoreLine(line, LineSource(WriteText, text));
 }
 
-uint32_t WriteFormat(const LineSource& source, wchar_t (&text)[TextLineCapacity])
+void StoreFormat(uint32_t line, const wchar_t* format, const FormatValue<wchar_t>* values, uint32_t count)
 {
-    return FormatValues(text, TextLineCapacity, source.text, source.values);
+    constexpr uint32_t HeadWords = 2, WordsPerValue = sizeof *values / sizeof(Word);
+    static_assert(offsetof(LineSource, values) == HeadWords * sizeof(Word));
+    Word words[SourceWords];
+    words[0] = reinterpret_cast<Word>(WriteFormat);
+    words[1] = reinterpret_cast<Word>(format);
+    std::memcpy(words + HeadWords, values, count * sizeof *values);
+    StoreWords(line, words, HeadWords + count * WordsPerValue);
 }
 
 uint32_t WriteCells(const LineSource& source, wchar_t (&text)[TextLineCapacity], uint32_t firstColumn,

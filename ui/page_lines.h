@@ -6,7 +6,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 
 #include "text/format.h"
 
@@ -49,17 +48,15 @@ void StoreLine(uint32_t line, const LineSource& source);
 // The same with a text, which must be there for as long as it is shown; more than 255 characters are cut.
 void SetTextLine(uint32_t line, const wchar_t* text);
 
-// The same with a format and its values.
-uint32_t WriteFormat(const LineSource& source, wchar_t (&text)[TextLineCapacity]);
+// The same with a format and its `count` values, at most LineSource::MaxValues.
+void StoreFormat(uint32_t line, const wchar_t* format, const FormatValue<wchar_t>* values, uint32_t count);
 template <typename... Values>
 void FormatTextLine(uint32_t line, std::type_identity_t<CheckedFormat<wchar_t, Values...>> format,
                     const Values&... values)
 {
     static_assert(sizeof...(Values) <= LineSource::MaxValues);
-    LineSource source(WriteFormat, format.text);
-    [[maybe_unused]] FormatValue<wchar_t>* value = source.values;
-    (std::construct_at(value++, values), ...);
-    StoreLine(line, source);
+    const FormatValue<wchar_t> list[] = {FormatValue<wchar_t>(values)..., FormatValue<wchar_t>(0u)};
+    StoreFormat(line, format.text, list, sizeof...(Values));
 }
 
 // The text of a source with cells: `text`, and over it from `firstColumn` on each cell in its format, three

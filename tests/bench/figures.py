@@ -1,21 +1,27 @@
 #!/usr/bin/env -S /usr/bin/python3 -B
 """Prints one table of figures: what the program costs, in instructions, time, space and memory.
 
-figures.py [--no-desktop] [SECONDS]: seconds that each share of a processor is measured for, 10 by default. Builds
-what it needs. Instructions are the same in every run; times are those of this machine at this moment.
+figures.py [--no-desktop] [--no-build] [--logs FOLDER] [--replay PROGRAM] [SECONDS]
+
+SECONDS: how long each share of a processor is measured, 10 by default. --logs: a folder of receivers' logs (.txt NMEA,
+.srf SiRF binary) that is measured like our own. --replay: another build of toravane-replay, to compare with; only what
+it costs is printed. Instructions are the same in every run; times are those of this machine at this moment.
 """
+import argparse
 import json
 import os
 import pathlib
 import re
 import subprocess
 import sys
+import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 NATIVE = pathlib.Path(os.environ.get("TORAVANE_TOOLS", ROOT / "build" / "native"))
 DESKTOP = ROOT / "build" / "desktop" / "toravane.exe"
 DEVICE = ROOT / "build" / "device" / "toravane.exe"
-LOGS = (("NMEA", "tests/data/walk-south-west.txt"), ("SiRF", "tests/data/walk-south-west.srf"))
+OWN = ROOT / "tests" / "data"
+PROTOCOLS = (("NMEA", ".txt"), ("SiRF", ".srf"))
 WIDTHS = (240, 640, 1920, 4096)
 
 
@@ -28,13 +34,52 @@ def build(*words):
     subprocess.run([ROOT / "tools" / "build.sh", *words], check=True, stdout=subprocess.DEVNULL)
 
 
-def reception():
-    """Speed of the replay tool, and instructions a byte."""
-    for protocol, log in LOGS:
-        line = output("tests/bench/reception.sh", log)
-        speed, instructions = re.search(r"(\d+) MB/s, (\d+) instructions", line).groups()
-        yield f"instructions a byte, {protocol}", instructions
-        yield f"replay, {protocol}", f"{speed} MB/s"
+def user_seconds(*command):
+    process = subprocess.Popen([str(word) for word in command], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    return os.wait4(process.pid, 0)[2].ru_utime
+
+
+def streams(logs):
+    """Our own logs and those of a folder: name and bytes of all logs of a protocol, one after the other."""
+    own = {"walk-south-west.txt", "cold-start.txt", "walk-south-west.srf", "cold-start.srf"}
+    for name, folder in (("our own logs", OWN), ("the folder's logs", logs)):
+        for protocol, suffix in PROTOCOLS:
+            files = sorted(folder.glob("*" + suffix)) if folder else []
+            yield f"{protocol}, {name}", b"".join(file.read_bytes() for file in files
+                                                  if folder != OWN or file.name in own)
+
+
+def reception(replay, logs):
+    """Instructions a byte: the difference between two runs of unequal length, so that the start of the process does
+    not count. Speed of the replay tool over 50 MB, by its user time."""
+    with tempfile.TemporaryDirectory() as folder:
+        log = pathlib.Path(folder) / "log"
+        for name, stream in streams(logs):
+            if not stream:
+                continue
+            stream *= -(-100_000 // len(stream))
+            counts = []
+            for times in (1, 2):
+                log.write_bytes(stream * times)
+                counts.append(instructions(replay, "--stats", log))
+            yield f"instructions a byte, {name}", str(round((counts[1] - counts[0]) / len(stream)))
+            log.write_bytes(stream * (50_000_000 // len(stream)))
+            for option in ("--stats", "--samples"):
+                speed = log.stat().st_size / 1e6 / user_seconds(replay, option, log)
+                yield f"replay {option}, {name}", f"{speed:.0f} MB/s of user time"
+
+
+def device():
+    """Instructions a received byte of the device's program, on the emulated processor."""
+    runner, symbols = NATIVE / "scenarios_emulated", DEVICE.with_suffix(".elf")
+    if not (DEVICE.is_file() and symbols.is_file()):
+        return
+    for protocol, suffix in PROTOCOLS:
+        done = subprocess.run([runner, "--image", DEVICE, "--symbols", symbols, "--logs", OWN, "--core", "926", "--figures", "yes",
+                               f"stream walk-south-west{suffix} on the page"], check=True, text=True, stdout=subprocess.DEVNULL,
+                              stderr=subprocess.PIPE)
+        yield (f"ARM instructions a byte, {protocol}",
+               re.search(r"(\d+ instructions a byte.*)", done.stderr)[1].replace(" instructions a byte", ""))
 
 
 def instructions(*command):
@@ -59,7 +104,7 @@ def chart():
 
 
 def sizes():
-    for name, file in (("desktop", DESKTOP), ("device", DEVICE)):
+    for name, file in (("desktop", DESKTOP), ("device", DEVICE), ("console", NATIVE / "toravanectl")):
         if file.is_file():
             yield f"program size, {name}", f"{file.stat().st_size:,} bytes"
 
@@ -75,21 +120,31 @@ def desktop(seconds):
 
 def memory():
     """Peak of the replay tool over a log."""
-    log = ROOT / LOGS[0][1]
+    log = OWN / "walk-south-west.txt"
     process = subprocess.Popen([NATIVE / "toravane-replay", "--stats", log], stdout=subprocess.DEVNULL)
     _, _, usage = os.wait4(process.pid, 0)
     yield "peak memory, replay", f"{usage.ru_maxrss / 1024:.1f} MB"
 
 
-def main(arguments):
-    with_desktop = "--no-desktop" not in arguments
-    seconds = next((float(word) for word in arguments if not word.startswith("-")), 10)
-    build("native", "toravane-replay", "bench_chart")
-    parts = [reception(), chart(), memory()]
-    if with_desktop:
-        build("desktop")
-        parts.append(desktop(seconds))
-    parts.append(sizes())
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--no-desktop", action="store_true")
+    parser.add_argument("--no-build", action="store_true")
+    parser.add_argument("--logs", type=pathlib.Path, metavar="FOLDER")
+    parser.add_argument("--replay", type=pathlib.Path, metavar="PROGRAM")
+    parser.add_argument("seconds", type=float, nargs="?", default=10)
+    options = parser.parse_args()
+    if options.replay:
+        parts = [reception(options.replay, options.logs)]
+    else:
+        if not options.no_build:
+            build("native", "toravane-replay", "bench_chart", "scenarios_emulated")
+        parts = [reception(NATIVE / "toravane-replay", options.logs), device(), chart(), memory()]
+        if not options.no_desktop:
+            if not options.no_build:
+                build("desktop")
+            parts.append(desktop(options.seconds))
+        parts.append(sizes())
     print("| figure | value |\n|---|---|")
     for part in parts:
         for name, value in part:
@@ -97,4 +152,4 @@ def main(arguments):
 
 
 if __name__ == "__main__":
-    main(sys.argv[1:])
+    main()
