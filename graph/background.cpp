@@ -66,7 +66,8 @@ void DrawChannelTicks(uint32_t channel)
 
     const float low = min < max ? min : max, high = min < max ? max : min;
     const double step = double{TickStep(channel, high - low)};
-    // A tick on a limit is the band's edge. The step's last bit must not make it a tick beside the edge.
+    // A tick on a limit is the band's edge, and nothing is drawn within a thousandth of a step of it: the
+    // last bit of a step must not make a tick beside the edge.
     const double margin = step / 1000;
     // Ticks are counted: with limits of many digits adding a small step to a tick's value would not move it.
     const double firstTick = std::floor(double{low} / step), lastTick = std::ceil(double{high} / step);

@@ -67,6 +67,7 @@ void PlotChannel(GraphChannelRecord& channel, int32_t column, int32_t width, int
 {
     const COLORREF color = channel.Color.load();
     POINT &previous = channel.Previous, &current = channel.Current;
+    // The first point of a channel has no line to it, over the right edge neither: it starts from itself.
     const bool isFirst = previous.y == -1;
     current.y = static_cast<uint16_t>(height - HeightOf(channel) - 1); // a band may end above the top row
     if (previous.x == width - 1 && !isFirst && lines) {

@@ -4,12 +4,18 @@
 // published contract; each implementation says where it differs:
 //   platform/windows   the desktop system, and what Windows CE has and the desktop lacks
 //   platform/headless  the whole interface in memory (platform/memory), under the control of a test or a tool
+//   platform/device    Windows CE itself, on ARM, without its development kit: the calls are in
+//   coredll.exports and
+//                      commctrl.exports, which are the whole list of what the product uses of the system
 #pragma once
 
 #include <atomic>
 #include <cstdint>
 
-#include "system.h" // of the implementation chosen by the include path
+// Of the implementation chosen by the include path. Besides the system's own names it provides what differs
+// in value from place to place: WS_EX_NODRAG, the settings' SETTINGS_FALLBACK_ROOT and SETTINGS_KEY_VIEW, and
+// where the colour dialog is found, COLOR_LIBRARY and COLOR_EXPORT.
+#include "system.h"
 
 // Function codes of EscapeCommFunction that switch a port into and out of infrared mode. Windows CE
 // drivers know them; desktop drivers refuse them.

@@ -162,8 +162,9 @@ constexpr MessageField<uint8_t> SvsInFix41{88}, HdopFifths41{89};
 
 constexpr uint16_t NoCourse = 0x8000, NoSpeed = 0x1000, FixTypeBits = 7;
 
-// Returns whether the receiver knows UTC. Otherwise the time of week serves, with the leap seconds of the
-// receivers' days; a week's first 14 s belong to the week before.
+// True if the receiver knows UTC. Otherwise the time of week serves, with the leap seconds of the receivers'
+// days. The first 14 s of a week are the last of the week before: a week is added before the subtraction,
+// which would else run below 0 and show a time that is wrong by hours.
 bool TakeGeodeticTime()
 {
     const uint8_t* const record = GeodeticRecord;
