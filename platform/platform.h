@@ -4,9 +4,8 @@
 // published contract; each implementation says where it differs:
 //   platform/windows   the desktop system, and what Windows CE has and the desktop lacks
 //   platform/headless  the whole interface in memory (platform/memory), under the control of a test or a tool
-//   platform/device    Windows CE itself, on ARM, without its development kit: the calls are in
-//   coredll.exports and
-//                      commctrl.exports, which are the whole list of what the product uses of the system
+//   platform/device    Windows CE itself, on ARM: coredll.exports and commctrl.exports there are the whole
+//                      list of what the product calls of the system
 #pragma once
 
 #include <atomic>
