@@ -83,7 +83,7 @@ struct PortObject : Line {
         const std::string_view bytes(static_cast<const char*>(buffer), count);
         if (port.lost) return Fail(GeneralFailure);
         if (port.device)
-            port.device->Write(bytes);
+            port.device->Write(bytes, line.dcb.BaudRate);
         else
             ToPagePortWrite(static_cast<int32_t>(number), bytes);
         written = count;

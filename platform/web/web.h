@@ -29,6 +29,9 @@ double PageTime();
 // Has the user-interface thread do this when it waits for the user's next act.
 void Enqueue(std::function<void()> act);
 
+// Makes the browser's colours the program's colour chooser; before the program starts.
+void OfferColourChooser();
+
 // ---- Ports (ports.cpp) --------------------------------------------------------------------------------
 
 // What stands at the other end of a port that the page need not open. Called on the program's threads.
@@ -38,7 +41,7 @@ public:
     virtual ~Device() = default;
     virtual void Open() = 0;
     virtual std::string Read(size_t most, uint32_t rate) = 0; // what has come, at most so many bytes
-    virtual void Write(std::string_view bytes) = 0;
+    virtual void Write(std::string_view bytes, uint32_t rate) = 0;
 };
 
 // The port with this number and name is there from now on.
@@ -61,9 +64,6 @@ void ShownFocus(HWND control);
 void ForgetChecks(HWND control);
 
 // ---- Provided by tools/web ----------------------------------------------------------------------------
-
-// Makes the browser's colours the program's colour chooser; before the program starts.
-void OfferColourChooser();
 
 int Start();                             // runs the program on the user-interface thread; its exit code
 void AfterStep();                        // looks at what has changed

@@ -10,7 +10,7 @@ public:
 
     void Open() override {}
     std::string Read(size_t most, uint32_t rate) override;
-    void Write(std::string_view) override {} // a log hears nothing
+    void Write(std::string_view, uint32_t) override {} // a log hears nothing
 
     void Play(int32_t speed, bool paused); // 0: at once, else times real time
     size_t Position() const { return Place; }

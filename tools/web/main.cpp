@@ -20,7 +20,7 @@
 namespace
 {
 
-constexpr uint32_t ReceiverPort = 0, LogPort = 9;
+constexpr int32_t ReceiverPort = 0, LogPort = 9;
 constexpr int32_t ReceiverRate = 4800, LogRate = 115200;
 constexpr const wchar_t* SettingsPath = L"Software\\Quenmark\\Toravane";
 constexpr uint64_t Settling = 2'000'000; // microseconds that opening a port takes
@@ -85,19 +85,16 @@ int32_t Stored(const wchar_t* name)
 }
 
 // The port that the program finds stored when it starts.
-void ChooseFirstPort()
+uint32_t ChooseFirstPort()
 {
     const int32_t port = Stored(SettingCommPort);
     const bool known = IsPortIndex(port) && IsBaudIndex(Stored(SettingBaudrate)) &&
-                       web::HasPort(static_cast<uint32_t>(port));
-    const uint32_t first = Player ? LogPort : known ? static_cast<uint32_t>(port) : ReceiverPort;
-    if (Player || !known) {
-        web::OnSetting(SettingCommPort, static_cast<int32_t>(first));
-        web::OnSetting(SettingBaudrate, FindBaudrate(Player ? LogRate : ReceiverRate));
-        Substitute = static_cast<int32_t>(first);
-    }
-    if (first == ReceiverPort) web::HurryUntil(memory::Now() + Settling + FirstFixes);
-    if (first == LogPort) web::HurryUntil(memory::Now() + Settling);
+                       (port == ReceiverPort || web::HasPort(static_cast<uint32_t>(port)));
+    if (!Player && known) return static_cast<uint32_t>(port);
+    Substitute = Player ? LogPort : ReceiverPort;
+    web::OnSetting(SettingCommPort, Substitute);
+    web::OnSetting(SettingBaudrate, FindBaudrate(Player ? LogRate : ReceiverRate));
+    return static_cast<uint32_t>(Substitute);
 }
 
 // Once no dialog is open, closes the port and goes on with `act`.
@@ -123,10 +120,14 @@ namespace web
 
 int Start()
 {
-    AddDevice(ReceiverPort, L"Receiver in this page", std::make_shared<SoftwareReceiver>());
+    const uint32_t first = ChooseFirstPort();
+    const uint64_t ahead = first == uint32_t{ReceiverPort} ? Settling + FirstFixes
+                           : first == uint32_t{LogPort}    ? Settling
+                                                           : 0;
+    AddDevice(ReceiverPort, L"Receiver in this page", std::make_shared<SoftwareReceiver>(ahead));
     if (Player) AddDevice(LogPort, L"Log", Player);
-    ChooseFirstPort();
     OfferColourChooser();
+    HurryUntil(memory::Now() + ahead);
     return RunProgram(nullptr, L"", SW_SHOWNORMAL);
 }
 

@@ -11,19 +11,23 @@ double Seconds()
 }
 
 // A walk where the chart's bands stand as long as nobody has moved them.
-receiver::Config Setup()
+receiver::Config Setup(uint64_t ahead)
 {
     receiver::Config config;
     config.track.kind = receiver::TrackKind::Walk;
     config.track.origin = {59.218600, 12.698000, 118.0};
     config.start = receiver::TimeOfThisMachine();
+    config.start.ms -= static_cast<int64_t>(ahead / 1000);
     config.firstStart = receiver::Restart::Hot;
     return config;
 }
 
 } // namespace
 
-SoftwareReceiver::SoftwareReceiver() : Sim(Setup()), Wire(Setup().seed), Begun(Seconds()) {}
+SoftwareReceiver::SoftwareReceiver(uint64_t ahead)
+    : Sim(Setup(ahead)), Wire(Sim.Options.seed), Begun(Seconds())
+{
+}
 
 void SoftwareReceiver::Open()
 {
@@ -51,7 +55,8 @@ std::string SoftwareReceiver::Read(size_t most, uint32_t rate)
     return bytes;
 }
 
-void SoftwareReceiver::Write(std::string_view bytes)
+void SoftwareReceiver::Write(std::string_view bytes, uint32_t rate)
 {
+    Run(rate);
     FromProgram.insert(FromProgram.end(), bytes.begin(), bytes.end());
 }

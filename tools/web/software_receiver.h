@@ -8,10 +8,11 @@
 class SoftwareReceiver : public web::Device
 {
 public:
-    SoftwareReceiver();
+    // Its clock is right once the program's has run ahead of the page's by so many microseconds.
+    explicit SoftwareReceiver(uint64_t ahead);
     void Open() override;
     std::string Read(size_t most, uint32_t rate) override;
-    void Write(std::string_view bytes) override;
+    void Write(std::string_view bytes, uint32_t rate) override;
 
 private:
     void Run(uint32_t rate); // until now
