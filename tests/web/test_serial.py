@@ -161,6 +161,8 @@ def test_rate_of_the_receiver_is_changed(visit, receiver):
     terminal, record = receiver("--rate", 4800)
     tab = visit(terminal, stored={"CommPortIdx": 1, "BaudrateIdx": 2, "Ports": '{"1":"USB 067b:2303"}'})
     wait_status(tab, "NMEA, 4800 baud")
+    for _ in range(3):  # a receiver that restarts, as the first sentence makes it do, is deaf for a second
+        wait_clock(tab)
     open_dialog(tab, "Set Serial Port", "NMEA", "Set Serial Port (Switch to SiRF)")
     tab.find("combobox", "Baudrate").fill("38400")
     tab.find("combobox", "Protocol").choose("SiRF")

@@ -28,6 +28,7 @@ class Line {
         this.number = number;
         this.port = port;
         this.isLost = false;
+        this.isClosing = false;
         /** @type {Promise<unknown>} */
         this.last = Promise.resolve();
         /** @type {ReadableStreamDefaultReader<Uint8Array> | null} */
@@ -51,7 +52,7 @@ class Line {
     async open(rate) {
         await this.shut();
         await this.port.open({ baudRate: rate, bufferSize: BufferSize });
-        this.isLost = false;
+        this.isLost = this.isClosing = false;
         this.reading = this.read();
     }
 
@@ -60,10 +61,12 @@ class Line {
         while (this.port.readable && !this.isLost) {
             const reader = this.port.readable.getReader();
             this.reader = reader;
+            let isOver = false;
             try {
                 for (;;) {
                     const { value, done } = await reader.read();
-                    if (done) return;
+                    isOver = done;
+                    if (done) break;
                     program?.bytes(this.number, new Uint8Array(value));
                 }
             } catch (error) {
@@ -72,7 +75,10 @@ class Line {
                 reader.releaseLock();
                 this.reader = null;
             }
+            if (this.isClosing) return;
+            if (isOver) break;
         }
+        this.lose(); // the stream of a device that is gone ends, or is not renewed
     }
 
     /** @param {Uint8Array<ArrayBuffer>} bytes */
@@ -90,6 +96,7 @@ class Line {
 
     async shut() {
         if (!this.port.readable && !this.port.writable) return;
+        this.isClosing = true;
         try {
             await this.reader?.cancel();
             await this.reading;

@@ -16,6 +16,7 @@ from serve_page import Server  # noqa: E402
 
 Pictures = Root / "build" / "web-tests"
 Device = Path("/dev/ttyUSB0")
+FirstLine = "return document.querySelector('.line').textContent"
 Choose = """
     const window = Services.wm.getMostRecentWindow("navigator:browser");
     const notice = window.PopupNotifications.panel.querySelector("popupnotification");
@@ -48,6 +49,14 @@ def wait_status(firefox, *parts, seconds=40):
     print("status:", last[0])
 
 
+def wait_running(firefox):
+    """Waits until the receiver's time goes on: the first sentence of a connection makes the program restart it, and a
+    receiver that restarts is deaf for a second."""
+    for _ in range(3):
+        before = firefox.run(FirstLine)
+        firefox.wait("the receiver goes on", lambda: firefox.run(FirstLine) != before)
+
+
 def menu(firefox, *path):
     for name in path:
         firefox.find("menuitem", name).click()
@@ -77,6 +86,7 @@ def main():
         wait_status(firefox, "NMEA, 9600 baud", "The search found it")
         firefox.screenshot(Pictures / "firefox-connected.png")
 
+        wait_running(firefox)
         print("another rate")
         menu(firefox, "NMEA", "Set Serial Port (Switch to SiRF)")
         firefox.find("combobox", "Baudrate").fill("19200")
@@ -90,6 +100,7 @@ def main():
         firefox.find("button", "Close dialog").click()
         wait_status(firefox, "NMEA, 19200 baud")
 
+        wait_running(firefox)
         print("to SiRF binary")
         menu(firefox, "NMEA", "Set Serial Port (Switch to SiRF)")
         firefox.find("combobox", "Baudrate").fill("38400")
@@ -102,6 +113,7 @@ def main():
         firefox.find("button", "Close dialog").click()
         wait_status(firefox, "SiRF, 38400 baud")
 
+        wait_running(firefox)
         print("a setting, set and read back")
         menu(firefox, "SiRF", "Power Mask")
         field = firefox.find("textbox", "Tracking Mask [dB-Hz]")
@@ -109,7 +121,7 @@ def main():
         field.fill("21")
         firefox.find("textbox", "Navigation Mask [dB-Hz]").fill("24")
         firefox.find("button", "Set").click()
-        field.fill("")
+        field.fill("9")
         time.sleep(0.5)
         firefox.find("button", "Get").click()
         firefox.wait("it is read back", lambda: field.text == "21")
@@ -136,6 +148,8 @@ def main():
         firefox.screenshot(Pictures / "firefox-pulled-out.png")
     except BaseException:
         print("Screenshot:", firefox.screenshot(Pictures / "firefox-failed.png"))
+        print("sent:", record.read_bytes())
+        print("the terminal's rate:", subprocess.run(["stty", "-F", Device, "speed"], capture_output=True).stdout)
         raise
     finally:
         receiver.kill()
