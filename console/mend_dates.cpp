@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cstdio>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace console
