@@ -4,11 +4,11 @@ import datetime
 import os
 import re
 import signal
-import time
+import subprocess
 import xml.etree.ElementTree as ElementTree
 
 import pytest
-from streams import Root, end, lines_of_json, run, sentence, start
+from streams import Root, lines_of_json, run, sentence, start, wait_until
 
 Gpx = "{http://www.topografix.com/GPX/1/1}"
 Kml = "{http://www.opengis.net/kml/2.2}"
@@ -148,10 +148,14 @@ def test_without_a_message_it_is_no_track(log):
     assert b"the track is empty" in done.stderr
 
 
-def test_interrupted_it_ends_with_a_whole_track(log, tmp_path):
-    output = tmp_path / "track.gpx"
-    process = start("convert", log(epoch("100035.000")), "-", "--to", "gpx", "-o", output, stdin=-1)
-    time.sleep(0.5)
-    status, _, _ = end(process, signal.SIGINT)
-    assert status == 130
-    assert len(ElementTree.fromstring(output.read_bytes()).findall(f".//{Gpx}trkpt")) == 1
+def test_interrupted_it_ends_with_a_whole_track(tmp_path):
+    output, unfinished = tmp_path / "track.gpx", tmp_path / "track.gpx.part"
+    process = start("convert", "-", "--to", "gpx", "-o", output, stdin=subprocess.PIPE)
+    process.stdin.write(b"".join(epoch(f"1000{second:02}.000") for second in range(60)) * 20)
+    process.stdin.flush()  # more than a portion; and it stays open
+    wait_until(lambda: unfinished.exists() and unfinished.stat().st_size > 0, "points in the track")
+    process.send_signal(signal.SIGINT)
+    assert process.wait(30) == 130
+    process.communicate()
+    assert len(ElementTree.fromstring(output.read_bytes()).findall(f".//{Gpx}trkpt")) > 100
+    assert not unfinished.exists()

@@ -1,10 +1,11 @@
 """Each failing system call gives the contract's exit status, a message, and no file that looks whole."""
 
 import errno
+import os
+import pathlib
 import signal
 import socket
 import subprocess
-import time
 
 import pytest
 import streams
@@ -128,5 +129,6 @@ def test_the_state_cannot_be_kept(receiver):
 
 def test_an_interruption_during_the_search(receiver):
     process = streams.start("probe", "-p", receiver.port, "-b", "1200")
-    time.sleep(0.4)
+    files = pathlib.Path(f"/proc/{process.pid}/fd")
+    wait_until(lambda: receiver.port in [os.readlink(file) for file in files.iterdir() if file.is_symlink()], "the port")
     assert streams.end(process, signal.SIGINT)[0] == 130
