@@ -64,7 +64,8 @@ if step "packages" tools/install_packages.sh testing packaging web; then
     step "commands" python_tests tests/commands
     step "rows of the mutation check" tests/mutation/mutate.py --check
     step "user guide" tools/check_guide
-    test_preset native && step "console tests" python_tests tests/console -n 4 --dist loadfile
+    test_preset native && step "console tests" python_tests tests/console -n 8 &&
+        step "switches of the console program" tests/console/switches.sh 30
     step "constructs" check_constructs
     test_preset native-asan
     step "races" tests/races/run.sh

@@ -1,8 +1,9 @@
 #include "console/input_reader.h"
 
+#include <atomic>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
-#include <thread>
 
 namespace console
 {
@@ -10,21 +11,29 @@ namespace console
 namespace
 {
 
-constexpr size_t Portion = 65536;
-constexpr size_t MostWaiting = 4; // portions
+constexpr size_t Portion = 1 << 18;
+
+// The thread that reads. It is never joined: a read of a pipe may never end.
+asio::thread_pool& ReadingThread()
+{
+    static asio::thread_pool* const thread = new asio::thread_pool(1);
+    return *thread;
+}
 
 } // namespace
 
-// Read by a thread of its own, because a read of a pipe may never end. It outlives the reader when it is
-// caught in one.
+// Handed over whole: the reading thread has it until `ready`, the other one after that. Owned by both,
+// because the reading thread may be caught in a read when the reader goes.
 struct InputReader::Shared {
     std::FILE* file = nullptr;
-    std::mutex mutex;
-    std::condition_variable roomLeft;
-    std::deque<std::string> portions;
-    bool ended = false, abandoned = false;
+    std::string portion;
     int error = 0;
-    asio::io_context* wake = nullptr; // null once the reader is gone
+    std::atomic<bool> ready{false};
+
+    ~Shared()
+    {
+        if (file && file != stdin) std::fclose(file);
+    }
 };
 
 InputReader::InputReader(EventLoop& loop, const std::string& name)
@@ -32,56 +41,27 @@ InputReader::InputReader(EventLoop& loop, const std::string& name)
 {
     shared_->file = name == "-" ? stdin : std::fopen(name.c_str(), "rb");
     if (!shared_->file) Fail(FailureKind::Failed, name + ": " + std::strerror(errno));
-    shared_->wake = &loop.Context();
-    std::thread(ReadAll, shared_).detach();
-}
-
-InputReader::~InputReader()
-{
-    const std::lock_guard lock(shared_->mutex);
-    shared_->abandoned = true;
-    shared_->wake = nullptr;
-    shared_->roomLeft.notify_one();
-}
-
-void InputReader::ReadAll(std::shared_ptr<Shared> shared)
-{
-    for (bool more = true; more;) {
-        std::string portion(Portion, '\0');
-        errno = 0;
-        portion.resize(std::fread(portion.data(), 1, portion.size(), shared->file));
-        const int error = std::ferror(shared->file) ? errno : 0;
-        more = !portion.empty() && error == 0;
-        std::unique_lock lock(shared->mutex);
-        shared->roomLeft.wait(lock,
-                              [&] { return shared->abandoned || shared->portions.size() < MostWaiting; });
-        if (shared->abandoned) break;
-        if (!portion.empty()) shared->portions.push_back(std::move(portion));
-        shared->ended = !more;
-        shared->error = error;
-        asio::post(*shared->wake, [] {});
-    }
-    if (shared->file != stdin) std::fclose(shared->file);
 }
 
 bool InputReader::Next(std::string& portion)
 {
-    constexpr auto NoLimit = std::chrono::hours(24 * 366);
-    loop_.WaitFor(
-        [this] {
-            const std::lock_guard lock(shared_->mutex);
-            return !shared_->portions.empty() || shared_->ended;
-        },
-        NoLimit);
+    shared_->ready.store(false);
+    asio::post(ReadingThread(), [shared = shared_] {
+        shared->portion.resize(Portion);
+        errno = 0;
+        shared->portion.resize(std::fread(shared->portion.data(), 1, Portion, shared->file));
+        shared->error = std::ferror(shared->file) ? errno : 0;
+        shared->ready.store(true);
+    });
+    // Asked often at first, because files answer at once; pipes may take long.
+    constexpr int OftenCount = 100;
+    constexpr double Often = 0.001, Seldom = 0.02;
+    const auto isReady = [this] { return shared_->ready.load(); };
+    for (int i = 0; !loop_.WaitFor(isReady, Seconds(i < OftenCount ? Often : Seldom));) i += i < OftenCount;
     if (loop_.IsInterrupted()) Fail(FailureKind::Interrupted, "interrupted");
-    const std::lock_guard lock(shared_->mutex);
-    if (!shared_->portions.empty()) {
-        portion = std::move(shared_->portions.front());
-        shared_->portions.pop_front();
-        shared_->roomLeft.notify_one();
-        bytesRead_ += portion.size();
-        return true;
-    }
+    portion = shared_->portion;
+    bytesRead_ += portion.size();
+    if (!portion.empty()) return true;
     if (shared_->error != 0) Fail(FailureKind::Failed, name_ + ": " + std::strerror(shared_->error));
     return false;
 }

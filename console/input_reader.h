@@ -1,11 +1,7 @@
 // Reads a file or standard input in portions, so that a signal ends the program even while no input comes.
 #pragma once
 
-#include <condition_variable>
-#include <cstdio>
-#include <deque>
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include "console/event_loop.h"
@@ -18,7 +14,6 @@ class InputReader
 public:
     // "-" is standard input. Throws Failure when the file cannot be opened.
     InputReader(EventLoop& loop, const std::string& name);
-    ~InputReader();
     InputReader(const InputReader&) = delete;
 
     // The next portion; false at the end. Throws Failure when it cannot be read, and Interrupted.
@@ -28,7 +23,6 @@ public:
 
 private:
     struct Shared;
-    static void ReadAll(std::shared_ptr<Shared> shared);
 
     EventLoop& loop_;
     std::string name_;

@@ -7,7 +7,6 @@
 #include "console/nmea_commands.h"
 #include "console/remembered_rate.h"
 #include "console/switching.h"
-#include "sirf/message_fields.h"
 #include "sirf/setting_values.h"
 
 namespace console
@@ -67,10 +66,10 @@ bool HasFix(const Sentence& sentence)
 }
 bool HasFix(const Message& message)
 {
-    constexpr uint8_t Geodetic = 41;
-    constexpr MessageField<uint16_t> NavType{3};
-    return message.Id() == Geodetic && message.payload.size() >= 91 &&
-           ReadField(message.payload.data(), NavType) & 7;
+    constexpr uint8_t Geodetic = 41, FixTypeBits = 7;
+    constexpr size_t FixType = 4, Length = 91;
+    return message.Id() == Geodetic && message.payload.size() >= Length &&
+           (message.payload[FixType] & FixTypeBits) != 0;
 }
 
 // Where the receiver is after a restart; a factory reset may change protocol and rate.

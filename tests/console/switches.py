@@ -1,0 +1,103 @@
+"""The rounds of switches.sh: what the program reports after a switch is where the receiver is."""
+
+import collections
+import concurrent.futures
+import json
+import random
+import re
+import subprocess
+import sys
+
+from streams import Build, Limit, environment
+
+Rates = (1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200)
+AtOnce = 10  # they wait most of the time, but a receiver that gets no turn is not heard
+RoundLimit = 120  # s
+
+
+class WatchedReceiver:
+    """A receiver that reports each second, on standard error, in which protocol and at which rate it is."""
+
+    def __init__(self, *options):
+        self.process = subprocess.Popen([Build / "toravane-receiver", "-v", *map(str, options)],
+                                        stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        self.port = self.process.stdout.readline().strip()
+
+    def state(self):
+        """Ends it; returns its last protocol and rate."""
+        self.process.terminate()
+        _, status = self.process.communicate(timeout=Limit)
+        last = re.findall(r" s  (NMEA|SiRF) (\d+)  host", status)[-1]
+        return {"protocol": last[0].lower(), "rate": int(last[1])}
+
+
+def faults(chance):
+    """Options of one receiver, chosen by chance; the probability of a lost byte is for both directions."""
+    options = ["--fault", f"lose={chance.choice((0, 0, 0.0005, 0.002, 0.005))}"]
+    kind = chance.choice(("none", "freeze", "elsewhere", "ignored"))
+    if kind == "freeze":
+        options += ["--fault", f"freeze-after-switch={chance.uniform(0.5, 8):.1f}"]
+    if kind == "elsewhere":
+        options += ["--fault", f"switch-lands-at={chance.choice(Rates[2:])}"]
+    if kind == "ignored":
+        options += ["--fault", f"ignore-switches={chance.choice((1, 2))}"]
+    return options
+
+
+def play_round(seed):
+    """Returns the exit status and, for a report that is not true, what is wrong with it."""
+    chance = random.Random(seed)
+    start = chance.choice(("nmea", "sirf")), chance.choice(Rates[2:])
+    wanted = chance.choice(("nmea", "sirf")), chance.choice(Rates[2:])
+    options = ["--seed", seed, "--protocol", start[0], "--rate", start[1], *faults(chance)]
+    receiver = WatchedReceiver(*options)
+    try:
+        done = subprocess.run([Build / "toravanectl", "--json", "-p", receiver.port, "switch", wanted[0],
+                               str(wanted[1])], capture_output=True, text=True, timeout=RoundLimit,
+                              env=environment())
+    finally:
+        # A report of the receiver after the program's end.
+        receiver.process.stdout.close()
+        try:
+            receiver.process.wait(1.2)
+        except subprocess.TimeoutExpired:
+            pass
+        state = receiver.state()
+    return done.returncode, judge(done, {"protocol": wanted[0], "rate": wanted[1]}, state,
+                                  f"{start} -> {wanted}, {options}")
+
+
+def judge(done, wanted, state, round_text):
+    def wrong(text):
+        return f"{text}: {round_text}: exit {done.returncode}, {done.stdout.strip()} {done.stderr.strip()}; is {state}"
+    if done.returncode not in (0, 6, 8, 10):
+        return wrong("unexpected exit status")
+    result = json.loads(done.stdout)
+    if result["exit"] != done.returncode:
+        return wrong("two exit statuses")
+    if done.returncode in (6, 10):  # nothing was heard, before or after; only a line that loses bytes excuses it
+        return None if "lose=0'" not in round_text or "freeze" in round_text else wrong("the receiver is there")
+    if result["found"] != state:
+        return wrong("the state is another one")
+    if (result["found"] == wanted) != (done.returncode == 0):
+        return wrong("the exit status does not fit")
+    return None
+
+
+def main():
+    rounds, first = int(sys.argv[1]), int(sys.argv[2])
+    statuses, failures = collections.Counter(), 0
+    with concurrent.futures.ThreadPoolExecutor(AtOnce) as pool:
+        seeds = range(first, first + rounds)
+        for seed, (status, wrong) in zip(seeds, pool.map(play_round, seeds)):
+            statuses[status] += 1
+            if wrong:
+                failures += 1
+                print(f"seed {seed}: {wrong}", flush=True)
+    print(f"{rounds - failures} of {rounds} switches ended at a state that is named and true; exit statuses "
+          + ", ".join(f"{status}: {count}" for status, count in sorted(statuses.items())))
+    sys.exit(1 if failures else 0)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,90 @@
+"""profile and doctor."""
+
+import json
+
+import pytest
+from streams import Receiver, run
+
+Changes = ("static-navigation enabled=on", "elevation-mask tracking=10.0", "power-mask navigation=33",
+           "dop-mask hdop=20", "dgps-source source=none", "dgps-mode mode=never", "mode-control altitude=-500",
+           "trickle-power on-time=300", "low-power max-off-time=1234", "sbas prn=124",
+           "advanced-power time-between-fixes=60")
+
+
+def ctl(receiver, *arguments, **options):
+    return run("-p", receiver.port, "-b", 57600, *arguments, **options)
+
+
+def sirf_receiver(*options):
+    return Receiver("--protocol", "sirf", "--rate", 57600, *options)
+
+
+def test_everything_comes_back_after_a_factory_reset(tmp_path):
+    file = tmp_path / "profile"
+    with sirf_receiver() as receiver:
+        for change in Changes:
+            ctl(receiver, "set", *change.split(), check=0)
+        ctl(receiver, "profile", "save", file, check=0)
+        saved = ctl(receiver, "get", "all", check=0).stdout
+        assert file.read_bytes().endswith(saved) and b"# firmware: GSW3.1.1-SW 1.00\n" in file.read_bytes()
+        ctl(receiver, "profile", "diff", file, check=0)
+        ctl(receiver, "restart", "factory", "-y", check=0)
+
+        different = ctl(receiver, "profile", "diff", file, check=8)
+        assert b"-power-mask navigation=28\n+power-mask navigation=33\n" in different.stdout
+        assert different.stderr == b""
+        done = json.loads(ctl(receiver, "--json", "profile", "apply", file, check=0).stdout)
+        assert done["command"] == "profile apply" and done["failed"] == done["unchanged"] == []
+        assert len(done["applied"]) == len(Changes)
+        assert ctl(receiver, "get", "all", check=0).stdout == saved
+        again = ctl(receiver, "-v", "profile", "apply", file, check=0)
+        sent = [line for line in again.stderr.decode().splitlines() if line.startswith("> ")]
+        assert len(sent) == len(Changes)
+        assert all(line[14:16] in ("A8", "98") for line in sent), sent  # polls alone
+
+
+def test_apply_goes_on_after_a_failure(tmp_path):
+    file = tmp_path / "profile"
+    file.write_text("sbas prn=120 mode=testing timeout=user\npower-mask tracking=30 navigation=30\n")
+    with sirf_receiver("--refuse", "170") as receiver:
+        done = json.loads(ctl(receiver, "--json", "profile", "apply", file, check=7).stdout)
+        assert (done["applied"], done["failed"]) == (["power-mask"], ["sbas"])
+
+
+@pytest.mark.parametrize("text", ["nix a=1\n", "sbas\n", "sbas prn=1\n", "", "# empty\n",
+                                  "power-mask tracking=1\npower-mask tracking=2\n"])
+def test_broken_profiles_are_refused(tmp_path, text):
+    file = tmp_path / "profile"
+    file.write_text(text)
+    run("profile", "show", file, check=2)
+    run("-p", "/nowhere", "profile", "apply", file, check=2)
+
+
+def test_show_needs_no_receiver(tmp_path):
+    file = tmp_path / "profile"
+    file.write_text("# head\n\nelevation-mask  navigation=9 \n")
+    assert run("profile", "show", file, check=0).stdout == b"elevation-mask navigation=9.0\n"
+    assert json.loads(run("--json", "profile", "show", file, check=0).stdout)["settings"] == {
+        "elevation-mask": {"navigation": 9.0}}
+    run("profile", "show", tmp_path / "nix", check=2)
+
+
+def test_save_to_standard_output_and_to_what_cannot_be_written():
+    with sirf_receiver() as receiver:
+        assert ctl(receiver, "profile", "save", "-", check=0).stdout.count(b"\n") == 4 + len(Changes)
+        ctl(receiver, "--json", "profile", "save", "-", check=2)
+        ctl(receiver, "profile", "save", "/nowhere/file", check=1)
+        ctl(receiver, "profile", "save", "/dev/full", check=1)
+
+
+def test_doctor_names_what_is_wrong():
+    def states(done):
+        return {check["check"]: check["state"] for check in json.loads(done.stdout)["checks"]}
+    with Receiver("--start", "hot", "--date", "now") as receiver:
+        healthy = states(run("-p", receiver.port, "--json", "doctor", check=0))
+        assert set(healthy.values()) == {"ok"}, healthy
+    with Receiver("--date", "2008-06-21T10:00:00") as receiver:
+        ill = states(run("-p", receiver.port, "--json", "doctor", check=1))
+        assert ill["fix"] == "problem" and ill["rate"] == "ok"
+    missing = states(run("-p", "/dev/nix", "--json", "doctor", check=1))
+    assert missing["port"] == "problem" and missing["bytes"] == "unknown"
