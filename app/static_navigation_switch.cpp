@@ -5,8 +5,10 @@
 #include "nmea/command_encoder.h"
 #include "settings/settings_store.h"
 #include "sirf/frame_sender.h"
+#include "sirf/message_decoder.h"
 #include "sirf/switch_to_nmea_command.h"
 #include "text/format.h"
+#include "ui/active_dialog.h"
 #include "ui/error_boxes.h"
 #include "ui/waiting.h"
 
@@ -16,7 +18,16 @@ namespace
 // What a receiver needs to change its protocol, to take a command, and to change back.
 constexpr uint32_t ToSirfMs = 5000, CommandMs = 3000, ToNmeaMs = 1000;
 
-constexpr int32_t UnknownSirfRate = 4, UnknownNmeaRate = 5;
+constexpr int32_t Closed = 1, UnknownSirfRate = 4, UnknownNmeaRate = 5;
+
+// Lets the time pass. False, at once, when the program's window is closed meanwhile.
+bool WaitWithWindow(HWND window, uint32_t milliseconds)
+{
+    constexpr uint32_t StepMs = 50;
+    for (uint32_t waited = 0; waited < milliseconds && MainWindow.load() == window; waited += StepMs)
+        WaitServingSentMessages(StepMs);
+    return MainWindow.load() == window;
+}
 
 } // namespace
 
@@ -33,22 +44,28 @@ int32_t SwitchStaticNavigation(bool on)
         return UnknownNmeaRate;
     }
 
+    HWND window = MainWindow.load();
     char body[32];
     Format(body, "PSRF100,0,%u,8,1,0", BaudTable[sirfIndex]);
     NmeaSend(body);
-    WaitServingSentMessages(ToSirfMs);
+    if (!WaitWithWindow(window, ToSirfMs)) return Closed;
     PortSetBaud(BaudTable[sirfIndex]);
 
+    const uint32_t messagesBefore = SirfMessageCount.load();
     const uint8_t staticNavigation[] = {143, on};
     SirfSend(staticNavigation, sizeof staticNavigation);
-    WaitServingSentMessages(CommandMs);
+    if (!WaitWithWindow(window, CommandMs)) return Closed;
+    const bool speaksSirf = SirfMessageCount.load() != messagesBefore;
 
     uint8_t seconds[NmeaRateCount];
     LoadNmeaRates(seconds);
+    LastRefusedCommand.store(0);
     SendSwitchToNmea(DebugMessages::Unchanged, seconds, true, BaudTable[nmeaIndex]);
-    WaitServingSentMessages(ToNmeaMs);
+    if (!WaitWithWindow(window, ToNmeaMs)) return Closed;
     PortSetBaud(BaudTable[nmeaIndex]);
-    // The first frame in SiRF binary has stored that protocol's rate as the port's.
-    SettingsSetDword(SettingBaudrate, nmeaIndex);
+    // The first message in SiRF binary has stored that protocol's rate as the port's. Without one the stored
+    // rate is still the receiver's, and with a refusal it has become so.
+    if (speaksSirf && LastRefusedCommand.load() != SwitchToNmeaId)
+        SettingsSetDword(SettingBaudrate, nmeaIndex);
     return 0;
 }

@@ -3,7 +3,7 @@
 #include "link/write_queue.h"
 #include "ui/error_boxes.h"
 
-std::atomic<uint8_t> WrapEE{0}, PendingPollId{0};
+std::atomic<uint8_t> WrapEE{0}, PendingPollId{0}, LastRefusedCommand{0};
 
 namespace
 {

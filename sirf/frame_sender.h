@@ -15,6 +15,10 @@ extern std::atomic<uint8_t> WrapEE;
 // the user-interface thread before it polls, cleared by the reader thread with the answer or the refusal.
 extern std::atomic<uint8_t> PendingPollId;
 
+// Id of the command that the receiver has refused last, 0 when none. The reader thread sets it; who wants to
+// know about a command clears it before sending.
+extern std::atomic<uint8_t> LastRefusedCommand;
+
 // Longest payload of a command, and its frame when it is wrapped.
 constexpr uint32_t MaxSirfCommandPayload = 255, MaxSirfCommand = MaxSirfCommandPayload + 9;
 

@@ -301,6 +301,7 @@ void DecodeRefusal(const SirfMessage& message)
     constexpr uint8_t PollParameter = 168;
     KeepRecord(RefusalRecord, message.bytes, message.length);
     const uint8_t refused = RefusalRecord[1];
+    LastRefusedCommand.store(refused);
     uint8_t polled = 0;
     if (refused == PollParameter) {
         polled = PendingPollId.load();
@@ -372,6 +373,7 @@ void ResetSirfDecoder()
     std::memset(DevelopmentText, 0, sizeof DevelopmentText);
     WrapEE.store(0);
     PendingPollId.store(0);
+    LastRefusedCommand.store(0);
     ClearArrivalList();
     ResetReadBack();
 }

@@ -40,7 +40,7 @@ void StoreNmeaRates(const uint8_t (&seconds)[NmeaRateCount])
 void PackSwitchToNmea(DebugMessages debug, const uint8_t (&seconds)[NmeaRateCount], bool checksums,
                       uint32_t baud, uint8_t (&payload)[SwitchToNmeaLength])
 {
-    payload[0] = 129;
+    payload[0] = SwitchToNmeaId;
     payload[1] = static_cast<uint8_t>(debug);
     for (uint32_t i = 0; i < NmeaRateCount; ++i) {
         payload[2 + 2 * i] = seconds[i];

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+constexpr uint8_t SwitchToNmeaId = 129;
 constexpr uint32_t NmeaRateCount = 10; // GGA, GLL, GSA, GSV, RMC, VTG, MSS, User 8, ZDA, User 10
 constexpr uint32_t SwitchToNmeaLength = 24;
 

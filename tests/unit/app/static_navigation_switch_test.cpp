@@ -1,5 +1,6 @@
 #include "app/static_navigation_switch.h"
 
+#include "link/link_state.h"
 #include "link/serial_port.h"
 #include "tests/unit/support/product_test.h"
 
@@ -10,15 +11,34 @@ using namespace std::literals;
 
 class StaticNavigationSwitch : public ProductTest
 {
+protected:
+    // A receiver that answers the two commands in SiRF binary, with message 11, or 12 where it refuses. The
+    // rates for the protocols are 57600 and 4800; the stored rate is another one.
+    HeadlessPort& AddReceiver(std::string_view toStatic, std::string_view toNmea)
+    {
+        HeadlessPort& port = HeadlessAddPort(3);
+        StoreSetting(L"SirfBaudrateIdx", 6);
+        StoreSetting(L"NmeaBaudrateIdx", 2);
+        StoreSetting(L"BaudrateIdx", 3);
+        CommPortIdx.store(3);
+        port.onWrite = [=](HeadlessPort& line, std::string_view bytes) {
+            if (bytes.size() > 4 && bytes[4] == '\x8F') HeadlessReceive(line, toStatic);
+            if (bytes.size() > 4 && bytes[4] == '\x81') HeadlessReceive(line, toNmea);
+        };
+        return port;
+    }
 };
+
+constexpr std::string_view Taken("\xA0\xA2\x00\x02\x0B\x8F\x00\x9A\xB0\xB3", 10),
+    Refused("\xA0\xA2\x00\x02\x0C\x8F\x00\x9B\xB0\xB3", 10),
+    TakenBack("\xA0\xA2\x00\x02\x0B\x81\x00\x8C\xB0\xB3", 10),
+    RefusedBack("\xA0\xA2\x00\x02\x0C\x81\x00\x8D\xB0\xB3", 10);
 
 TEST_F(StaticNavigationSwitch, SendsTheWholeSequence)
 {
-    HeadlessPort& port = HeadlessAddPort(3);
+    HeadlessPort& port = AddReceiver(Taken, TakenBack);
     ASSERT_TRUE(PortOpen(L"COM3:", 9600));
     const uint64_t start = HeadlessElapsed();
-    StoreSetting(L"SirfBaudrateIdx", 6);
-    StoreSetting(L"NmeaBaudrateIdx", 2);
     EXPECT_EQ(SwitchStaticNavigation(true), 0);
     ASSERT_EQ(port.writes.size(), 3u);
     EXPECT_EQ(port.writes[0], "$PSRF100,0,57600,8,1,0*37\r\n");
@@ -76,15 +96,96 @@ TEST_F(StaticNavigationSwitch, NeedsTheRateOfNmea)
     EXPECT_EQ(port.sent, "");
 }
 
-TEST_F(StaticNavigationSwitch, WithoutAnOpenPortGoesThroughItsStepsAllTheSame)
+// ---- The rate for the next start ----------------------------------------------------------------------
+
+TEST_F(StaticNavigationSwitch, SilentReceiverKeepsTheStoredRate)
+{
+    AddReceiver("", "");
+    ASSERT_TRUE(PortOpen(L"COM3:", 9600));
+    EXPECT_EQ(SwitchStaticNavigation(true), 0);
+    EXPECT_EQ(Setting(L"BaudrateIdx"), 3);
+}
+
+TEST_F(StaticNavigationSwitch, ReceiverThatStaysInSirfKeepsThatRate)
+{
+    AddReceiver(Taken, RefusedBack);
+    ASSERT_TRUE(PortOpen(L"COM3:", 9600));
+    EXPECT_EQ(SwitchStaticNavigation(true), 0);
+    EXPECT_EQ(Setting(L"BaudrateIdx"), 6); // as its first message has stored it
+}
+
+// The receiver refuses static navigation, but goes back to NMEA.
+TEST_F(StaticNavigationSwitch, RefusedStaticNavigationIsNoRefusedWayBack)
+{
+    AddReceiver(Refused, TakenBack);
+    ASSERT_TRUE(PortOpen(L"COM3:", 9600));
+    EXPECT_EQ(SwitchStaticNavigation(true), 0);
+    EXPECT_EQ(Setting(L"BaudrateIdx"), 2);
+}
+
+// It spoke SiRF binary at another rate than the one that is stored for it, and does not get the commands.
+TEST_F(StaticNavigationSwitch, SirfOfBeforeTheSwitchDoesNotCount)
+{
+    AddReceiver("", "");
+    SirfRecognised.store(1);
+    SirfMessageCount.store(100);
+    ASSERT_TRUE(PortOpen(L"COM3:", 9600));
+    EXPECT_EQ(SwitchStaticNavigation(true), 0);
+    EXPECT_EQ(Setting(L"BaudrateIdx"), 3);
+}
+
+TEST_F(StaticNavigationSwitch, WithoutAnOpenPortGoesThroughItsStepsAndKeepsTheStoredRate)
 {
     StoreSetting(L"SirfBaudrateIdx", 6);
     StoreSetting(L"NmeaBaudrateIdx", 2);
+    StoreSetting(L"BaudrateIdx", 3);
     EXPECT_EQ(SwitchStaticNavigation(true), 0);
     ASSERT_EQ(HeadlessBoxes().size(), 2u);
     EXPECT_EQ(HeadlessBoxes()[0].caption, L"SetCommState");
     EXPECT_EQ(HeadlessBoxes()[1].caption, L"SetCommState");
-    EXPECT_EQ(Setting(L"BaudrateIdx"), 2);
+    EXPECT_EQ(Setting(L"BaudrateIdx"), 3);
+}
+
+// ---- The window is closed meanwhile -------------------------------------------------------------------
+
+DWORD WINAPI CloseTheWindowLater(void* after)
+{
+    Sleep(static_cast<DWORD>(reinterpret_cast<uintptr_t>(after)));
+    SendMessageW(MainWindow.load(), WM_CLOSE, 0, 0);
+    return 0;
+}
+LRESULT CALLBACK ClosingProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_DESTROY) MainWindow.store(nullptr);
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+TEST_F(StaticNavigationSwitch, EndsAtOnceWithTheWindow)
+{
+    WNDCLASSW closing = {};
+    closing.lpszClassName = L"Closing";
+    closing.lpfnWndProc = ClosingProcedure;
+    RegisterClassW(&closing);
+    HeadlessPort& port = AddReceiver(Taken, TakenBack);
+    ASSERT_TRUE(PortOpen(L"COM3:", 9600));
+    const struct {
+        uintptr_t after;
+        size_t writes;
+    } rows[] = {{1000, 1}, {6000, 2}, {8500, 3}};
+    for (const auto& row : rows) {
+        StoreSetting(L"BaudrateIdx", 3);
+        port.writes.clear();
+        MainWindow.store(
+            CreateWindowExW(0, L"Closing", L"", 0, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr));
+        CloseHandle(
+            CreateThread(nullptr, 0, CloseTheWindowLater, reinterpret_cast<void*>(row.after), 0, nullptr));
+        const uint64_t start = HeadlessElapsed();
+        EXPECT_EQ(SwitchStaticNavigation(true), 1);
+        EXPECT_LE(HeadlessElapsed() - start, row.after + 50);
+        EXPECT_EQ(port.writes.size(), row.writes);
+        EXPECT_NE(Setting(L"BaudrateIdx"), 2);
+        Sleep(100); // the other thread ends
+    }
 }
 
 } // namespace
