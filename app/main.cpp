@@ -2,6 +2,7 @@
 
 #include "app/command_line.h"
 #include "app/main_window.h"
+#include "app/single_copy.h"
 #include "ui/shell_libraries.h"
 
 int RunProgram(HINSTANCE instance, const wchar_t* commandLine, int show)
@@ -15,6 +16,7 @@ int RunProgram(HINSTANCE instance, const wchar_t* commandLine, int show)
             DispatchMessageW(&message);
         }
         exitCode = static_cast<int>(message.wParam);
+        LeaveOnlyCopy();
     }
     FreeShellLibraries();
     return exitCode;

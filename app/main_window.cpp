@@ -2,6 +2,7 @@
 
 #include "app/about_dialog.h"
 #include "app/command_line.h"
+#include "app/single_copy.h"
 #include "graph/chart.h"
 #include "graph/graph_mode.h"
 #include "graph/graph_options_dialog.h"
@@ -33,6 +34,7 @@ HFONT PageFont = nullptr; // null: the font that a device context starts with
 int LineHeight = 0, CharacterWidth = 0;
 int GraphTop = 0; // upper edge of page and chart: height of a command bar
 bool FirstPaint = true;
+bool IsStarting = false, StartsMinimised = false;
 ShellActivateInfo Activation;
 
 // ---- Commands -----------------------------------------------------------------------------------------
@@ -202,6 +204,10 @@ LRESULT CALLBACK MainWindowProcedure(HWND window, UINT message, WPARAM wParam, L
     case WM_DESTROY: OnDestroy(); return 0;
     case WM_SIZE: // a minimised program ends
         if (wParam != SIZE_MINIMIZED) break;
+        if (IsStarting) {
+            StartsMinimised = true;
+            return 0;
+        }
         SendMessageW(window, WM_ACTIVATE, WA_INACTIVE, 0);
         SendMessageW(window, WM_CLOSE, 0, 0);
         return 0;
@@ -233,6 +239,37 @@ bool RegisterMainClass(const wchar_t* name)
     return RegisterClassW(&windowClass) != 0;
 }
 
+// The launcher may have asked for a minimised window, and systems obey it at the first showing, whatever the
+// program asks for. A program that ends when it is minimised must not start that way.
+void ShowMainWindow(HWND window, int show)
+{
+    ShowWindow(window, show);
+    if (StartsMinimised) ShowWindow(window, SW_RESTORE);
+    IsStarting = false;
+    UpdateWindow(window);
+}
+
+bool MakeMainWindow(HINSTANCE instance, const wchar_t* name, int show)
+{
+    if (!RegisterMainClass(name)) return false;
+    LoadShellLibraries();
+
+    const DWORD style = HasShellLibrary() ? WS_VISIBLE : WS_VISIBLE | WS_CAPTION | WS_SYSMENU;
+    const DWORD extendedStyle = HasShellLibrary() ? 0 : WS_EX_NODRAG;
+    GraphMode = GraphModeValue::TextPage;
+    FirstPaint = true;
+    IsStarting = true;
+    StartsMinimised = false;
+    Activation = {};
+    Activation.size = sizeof Activation;
+    StartTextView();
+    HWND window = CreateWindowExW(extendedStyle, name, name, style, CW_USEDEFAULT, CW_USEDEFAULT,
+                                  CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr, instance, nullptr);
+    if (!window) return false;
+    ShowMainWindow(window, show);
+    return true;
+}
+
 } // namespace
 
 bool InitInstance(HINSTANCE instance, int show)
@@ -241,24 +278,8 @@ bool InitInstance(HINSTANCE instance, int show)
     UserInterfaceThread.store(GetCurrentThreadId());
     wchar_t name[NameCapacity] = L"";
     LoadStringW(instance, STRING_PROGRAM_NAME, name, NameCapacity);
-    if (HWND other = FindWindowW(name, name)) {
-        BringToFront(other);
-        return false;
-    }
-    if (!RegisterMainClass(name)) return false;
-    LoadShellLibraries();
-
-    const DWORD style = HasShellLibrary() ? WS_VISIBLE : WS_VISIBLE | WS_CAPTION | WS_SYSMENU;
-    const DWORD extendedStyle = HasShellLibrary() ? 0 : WS_EX_NODRAG;
-    GraphMode = GraphModeValue::TextPage;
-    FirstPaint = true;
-    Activation = {};
-    Activation.size = sizeof Activation;
-    StartTextView();
-    HWND window = CreateWindowExW(extendedStyle, name, name, style, CW_USEDEFAULT, CW_USEDEFAULT,
-                                  CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr, instance, nullptr);
-    if (!window) return false;
-    ShowWindow(window, show);
-    UpdateWindow(window);
-    return true;
+    if (!BecomeOnlyCopy(name)) return false;
+    if (MakeMainWindow(instance, name, show)) return true;
+    LeaveOnlyCopy();
+    return false;
 }

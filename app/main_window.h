@@ -5,5 +5,6 @@
 #include "platform/platform.h"
 
 // Registers the class and creates and shows the window; `show` as the system gave it to the program. False
-// when another copy runs, which is brought to the front, or when the system refuses.
+// when another copy runs, which is brought to the front, or when the system refuses. LeaveOnlyCopy follows
+// the end of a program for which it was true.
 bool InitInstance(HINSTANCE instance, int show);

@@ -165,6 +165,8 @@ void HeadlessUser(std::function<void()> step, uint32_t delay = 0);
 // script is empty and nothing is left to do, or until the quit message; returns whether it was the latter.
 bool HeadlessRunMessages();
 
+uint32_t HeadlessStepsLeft(); // of the script, that have not run
+
 // Dispatches what is waiting, without letting time pass.
 void HeadlessPumpMessages();
 
@@ -201,6 +203,11 @@ HWND HeadlessMainWindow(); // the top-level window, null before it exists
 std::wstring HeadlessTitle(HWND window);
 void HeadlessSetClientSize(int width, int height); // of top-level windows made from now on; default 240 x 294
 void HeadlessSetScreenFont(int width, int height); // cell of every character; default 6 x 13
+
+void HeadlessStartMinimised(); // the launcher wants it so: the first ShowWindow of a top-level window
+                               // minimises it
+bool HeadlessIsMinimised(HWND window);
+WNDCLASSW HeadlessWindowClass(HWND window); // its style, icon and background
 
 HWND HeadlessBroughtToFront();                  // by BringToFront, null if none was
 void HeadlessOtherProgramInFront(bool inFront); // GetActiveWindow finds none while it is

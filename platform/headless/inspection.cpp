@@ -59,6 +59,28 @@ void HeadlessSetScreenFont(int width, int height)
     SetFontCell({width, height});
 }
 
+void HeadlessStartMinimised()
+{
+    MinimiseAtFirstShow();
+}
+
+bool HeadlessIsMinimised(HWND window)
+{
+    const Window* found = FindWin(window);
+    return found && found->minimised;
+}
+
+WNDCLASSW HeadlessWindowClass(HWND window)
+{
+    WNDCLASSW described = {};
+    if (const Window* found = FindWin(window)) {
+        described.style = found->windowClass.style;
+        described.hIcon = found->windowClass.icon;
+        described.hbrBackground = found->windowClass.background;
+    }
+    return described;
+}
+
 HWND HeadlessBroughtToFront()
 {
     return BroughtToFront();

@@ -100,6 +100,11 @@ void HeadlessPass(uint32_t milliseconds)
     PumpMessages();
 }
 
+uint32_t HeadlessStepsLeft()
+{
+    return static_cast<uint32_t>(Script.size());
+}
+
 bool HeadlessClick(HWND dialog, int control)
 {
     return Press(ControlOf(dialog, control).handle);

@@ -10,6 +10,10 @@ namespace memory
 namespace
 {
 
+struct Mutex : Object {
+    std::wstring name;
+};
+
 constexpr uintptr_t FirstHandle = 0x40;
 
 std::unordered_map<HANDLE, std::shared_ptr<Object>> Objects;
@@ -72,6 +76,20 @@ std::wstring Lower(std::wstring_view text)
 } // namespace memory
 
 using namespace memory;
+
+HANDLE CreateMutexW(void*, BOOL, const wchar_t* name)
+{
+    if (Fails(Call::CreateMutexW)) return nullptr;
+    bool exists = false;
+    for (const auto& [handle, object] : Objects) {
+        const auto* const other = dynamic_cast<const Mutex*>(object.get());
+        exists |= other && other->name == name;
+    }
+    auto mutex = std::make_shared<Mutex>();
+    mutex->name = name;
+    Me().lastError = exists ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS;
+    return NewHandle(std::move(mutex));
+}
 
 HANDLE CreateFileW(const wchar_t* name, DWORD access, DWORD share, void*, DWORD disposition, DWORD, HANDLE)
 {

@@ -30,7 +30,7 @@ namespace memory
     CALL(GetCommProperties) CALL(GetCommState) CALL(SetCommState) CALL(GetCommTimeouts) CALL(SetCommTimeouts) \
     CALL(ClearCommError) CALL(EscapeCommFunction) CALL(SetCommMask) \
     CALL(SHGetSpecialFolderPathW) CALL(GetSaveFileNameW) \
-    CALL(CreateThread) CALL(GetExitCodeThread) CALL(MsgWaitForMultipleObjectsEx) \
+    CALL(CreateThread) CALL(CreateMutexW) CALL(GetExitCodeThread) CALL(MsgWaitForMultipleObjectsEx) \
     CALL(RegOpenKeyExW) CALL(RegCreateKeyExW) CALL(RegQueryValueExW) CALL(RegSetValueExW) \
     CALL(RegDeleteValueW) CALL(RegEnumKeyExW) CALL(RegCloseKey) \
     CALL(GetVersionExW) CALL(SystemParametersInfoW) CALL(LoadLibraryW) CALL(GetProcAddressW) CALL(FreeLibrary) \
@@ -237,6 +237,8 @@ struct WindowClass {
     WNDPROC procedure = nullptr;
     HBRUSH background = nullptr;
     std::wstring name;
+    UINT style = 0;
+    HICON icon = nullptr;
 };
 
 struct Window {
@@ -250,7 +252,8 @@ struct Window {
     HWND parent = nullptr;                   // of a child window
     HWND owner = nullptr;                    // of a top-level window
     int x = 0, y = 0, width = 0, height = 0; // with the frame; of a child in its parent's client area
-    bool framed = false;                     // has a caption above the client area
+    bool minimised = false;
+    bool framed = false; // has a caption above the client area
     bool destroying = false;
     std::vector<MenuEntry> menu;
 
@@ -312,6 +315,7 @@ void SetMainClientSize(SIZE size); // of top-level windows made from now on
 void SetFontCell(SIZE cell);       // of every character
 HWND BroughtToFront();             // by BringToFront, null if none was
 void PutOtherProgramInFront(bool inFront);
+void MinimiseAtFirstShow();
 void ResetWindows();
 
 // ---- Messages (messages.cpp) --------------------------------------------------------------------------

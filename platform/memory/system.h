@@ -199,7 +199,7 @@ constexpr size_t MAX_PATH = 260;
 constexpr DWORD ERROR_SUCCESS = 0, ERROR_FILE_NOT_FOUND = 2, ERROR_ACCESS_DENIED = 5,
                 ERROR_INVALID_HANDLE = 6, ERROR_NOT_ENOUGH_MEMORY = 8, ERROR_GEN_FAILURE = 31,
                 ERROR_INVALID_PARAMETER = 87, ERROR_DISK_FULL = 112, ERROR_MORE_DATA = 234,
-                ERROR_NO_MORE_ITEMS = 259, ERROR_INVALID_WINDOW_HANDLE = 1400,
+                ERROR_ALREADY_EXISTS = 183, ERROR_NO_MORE_ITEMS = 259, ERROR_INVALID_WINDOW_HANDLE = 1400,
                 ERROR_CONTROL_ID_NOT_FOUND = 1421, ERROR_RESOURCE_NAME_NOT_FOUND = 1814,
                 ERROR_INVALID_SPI_VALUE = 1439, ERROR_MOD_NOT_FOUND = 126, ERROR_PROC_NOT_FOUND = 127;
 
@@ -329,6 +329,10 @@ BOOL SHGetSpecialFolderPathW(HWND owner, wchar_t* path, int folder, BOOL create)
 BOOL GetSaveFileNameW(OPENFILENAMEW* dialog);
 
 // Threads and time.
+// Ends with its last handle. Nobody waits for one here: it only shows by ERROR_ALREADY_EXISTS that the name
+// is taken.
+HANDLE CreateMutexW(void* security, BOOL owned, const wchar_t* name);
+
 HANDLE CreateThread(void* security, DWORD stackSize, LPTHREAD_START_ROUTINE start, void* parameter,
                     DWORD flags, DWORD* id);
 BOOL GetExitCodeThread(HANDLE thread, DWORD* exitCode);

@@ -21,7 +21,7 @@ uintptr_t NextWindow = FirstWindow;
 std::map<std::wstring, WindowClass> Classes; // by name in lower case
 SIZE MainClient = {UsualWidth, UsualHeight}, Cell = UsualCell;
 HWND LastInFront;
-bool OtherProgramInFront;
+bool OtherProgramInFront, StartMinimised;
 
 RECT ScreenFrame(const Window& window)
 {
@@ -346,6 +346,11 @@ void PutOtherProgramInFront(bool inFront)
     OtherProgramInFront = inFront;
 }
 
+void MinimiseAtFirstShow()
+{
+    StartMinimised = true;
+}
+
 void ResetWindows()
 {
     Windows.clear();
@@ -354,7 +359,7 @@ void ResetWindows()
     MainClient = {UsualWidth, UsualHeight};
     Cell = UsualCell;
     LastInFront = nullptr;
-    OtherProgramInFront = false;
+    OtherProgramInFront = StartMinimised = false;
 }
 
 } // namespace memory
@@ -374,7 +379,8 @@ ATOM RegisterClassW(const WNDCLASSW* windowClass)
     if (Fails(Call::RegisterClassW)) return 0;
     const std::wstring name = Lower(windowClass->lpszClassName);
     if (Classes.contains(name)) return Fail(ClassAlreadyExists);
-    Classes[name] = {windowClass->lpfnWndProc, windowClass->hbrBackground, windowClass->lpszClassName};
+    Classes[name] = {windowClass->lpfnWndProc, windowClass->hbrBackground, windowClass->lpszClassName,
+                     windowClass->style, windowClass->hIcon};
     return static_cast<ATOM>(0xC000 + Classes.size());
 }
 
@@ -525,6 +531,15 @@ BOOL ShowWindow(HWND window, int command)
     const Window* found = NeedWindow(window);
     if (!found) return FALSE;
     const bool wasVisible = (found->style & WS_VISIBLE) != 0;
+    if (StartMinimised && !found->parent) {
+        StartMinimised = false;
+        FindWin(window)->minimised = true;
+        Send(window, WM_SIZE, SIZE_MINIMIZED, 0);
+    } else if (found->minimised && command != SW_HIDE) {
+        FindWin(window)->minimised = false;
+        const SIZE client = ClientSize(*found);
+        Send(window, WM_SIZE, 0, client.cx | client.cy << 16);
+    }
     Show(window, command != SW_HIDE);
     return wasVisible;
 }

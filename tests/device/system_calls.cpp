@@ -79,6 +79,7 @@ const Signature Signatures[] = {
     // Threads and time.
     Row<CreateThread>("CreateThread", Result::Handle, Null, Number, ThreadProcedure, Number, Number,
                       NumberPlace),
+    Row<CreateMutexW>("CreateMutexW", Result::Handle, Null, Number, Text),
     Row<GetExitCodeThread>("GetExitCodeThread", Result::Number, Handle, NumberPlace),
     Row<Sleep>("Sleep", Result::None, Number),
     Row<GetTickCount>("GetTickCount", Result::Number),

@@ -1,11 +1,13 @@
 #include "app/main_window.h"
 
+#include "app/single_copy.h"
 #include "graph/graph_mode.h"
 #include "graph/graph_settings.h"
 #include "graph/recorder.h"
 #include "graph/repaint.h"
 #include "graph/surface.h"
 #include "link/link_state.h"
+#include "link/receiver_log.h"
 #include "link/serial_port.h"
 #include "link/write_queue.h"
 #include "platform/start.h"
@@ -36,6 +38,17 @@ protected:
     {
         StoreSetting(L"CommPortIdx", 3);
         StoreSetting(L"BaudrateIdx", 2);
+    }
+
+    // One that a copy's search for the program finds.
+    static HWND MakeWindowOfTheProgram()
+    {
+        WNDCLASSW standIn = {};
+        standIn.lpszClassName = L"Toravane";
+        standIn.lpfnWndProc = DefWindowProcW;
+        RegisterClassW(&standIn);
+        return CreateWindowExW(0, L"Toravane", L"Toravane", 0, 0, 0, 9, 9, nullptr, nullptr, nullptr,
+                               nullptr);
     }
 
     static void UserExits()
@@ -340,6 +353,111 @@ TEST_F(MainWindowTest, SecondStartActivatesTheFirstAndStartsNothingElse)
     EXPECT_EQ(second, 0);
     EXPECT_EQ(HeadlessGetPort(3).opens, 1u);
     EXPECT_NE(HeadlessBroughtToFront(), nullptr);
+}
+
+int ProgramsStarted = 0;
+DWORD WINAPI StartAnother(void*)
+{
+    ++ProgramsStarted;
+    EXPECT_FALSE(BecomeOnlyCopy(L"Toravane"));
+    return 0;
+}
+
+// The other copy has not made its window yet.
+TEST_F(MainWindowTest, TwoStartsAtOnceGiveOneWindow)
+{
+    const HANDLE starting = CreateMutexW(nullptr, FALSE, L"Toravane");
+    CloseHandle(CreateThread(nullptr, 0, StartAnother, nullptr, 0, nullptr));
+    Sleep(300);
+    EXPECT_EQ(HeadlessLiveThreads(), 1u); // it waits
+    StorePortAndRate();
+    HeadlessAddPort(3);
+    const HWND window = MakeWindowOfTheProgram();
+    Sleep(300);
+    EXPECT_EQ(HeadlessLiveThreads(), 0u);
+    EXPECT_EQ(HeadlessBroughtToFront(), window);
+    EXPECT_EQ(ProgramsStarted, 1);
+    DestroyWindow(window);
+    CloseHandle(starting);
+    EXPECT_EQ(HeadlessOpenHandles(), 0u);
+}
+
+// The other copy has no window any more: it is waited for, but not for ever.
+TEST_F(MainWindowTest, StartWaitsForACopyThatEnds)
+{
+    const HANDLE ending = CreateMutexW(nullptr, FALSE, L"Toravane");
+    EXPECT_TRUE(BecomeOnlyCopy(L"Toravane"));
+    EXPECT_EQ(HeadlessElapsed(), 5000u);
+    LeaveOnlyCopy();
+    CloseHandle(ending);
+    EXPECT_TRUE(BecomeOnlyCopy(L"Toravane"));
+    EXPECT_EQ(HeadlessElapsed(), 5000u);
+    LeaveOnlyCopy();
+    EXPECT_EQ(HeadlessOpenHandles(), 0u);
+}
+
+TEST_F(MainWindowTest, SystemWithoutTheObjectForOneCopyStartsIt)
+{
+    HeadlessFailCall("CreateMutexW", 1, ERROR_NOT_ENOUGH_MEMORY);
+    EXPECT_TRUE(BecomeOnlyCopy(L"Toravane"));
+    LeaveOnlyCopy();
+}
+
+TEST_F(MainWindowTest, CopyThatCouldNotStartLeavesTheNextOneItsPlace)
+{
+    HeadlessFailCall("CreateWindowExW", 1, ERROR_NOT_ENOUGH_MEMORY);
+    Run();
+    EXPECT_EQ(HeadlessOpenHandles(), 0u);
+    EXPECT_TRUE(BecomeOnlyCopy(L"Toravane"));
+    EXPECT_EQ(HeadlessElapsed(), 0u);
+    LeaveOnlyCopy();
+}
+
+// Systems obey the launcher at the first showing, whatever the program asks for.
+TEST_F(MainWindowTest, StartThatTheLauncherMinimisesShowsTheWindow)
+{
+    StorePortAndRate();
+    HeadlessAddPort(3);
+    HeadlessStartMinimised();
+    bool minimised = true, visible = false;
+    HeadlessUser([&] {
+        minimised = HeadlessIsMinimised(HeadlessMainWindow());
+        visible = GetWindowLongW(HeadlessMainWindow(), GWL_STYLE) & static_cast<LONG>(WS_VISIBLE);
+    });
+    UserExits();
+    Run();
+    EXPECT_FALSE(minimised);
+    EXPECT_TRUE(visible);
+}
+
+TEST_F(MainWindowTest, ClassRedrawsAtAnySizeOnWhiteWithTheProgramsIcon)
+{
+    StorePortAndRate();
+    HeadlessAddPort(3);
+    WNDCLASSW described = {};
+    HeadlessUser([&] { described = HeadlessWindowClass(HeadlessMainWindow()); });
+    UserExits();
+    Run();
+    EXPECT_EQ(described.style, UINT{CS_HREDRAW | CS_VREDRAW});
+    EXPECT_EQ(described.hIcon, LoadIconW(nullptr, MAKEINTRESOURCEW(1)));
+    EXPECT_NE(described.hIcon, nullptr);
+    EXPECT_EQ(described.hbrBackground, GetStockObject(WHITE_BRUSH));
+}
+
+TEST_F(MainWindowTest, LogIsClosedWithTheWindow)
+{
+    HeadlessPort& port = HeadlessAddPort(3);
+    StorePortAndRate();
+    HeadlessAnswerSaveDialog(L"\\a.txt", 1);
+    HeadlessUser([&] {
+        EXPECT_TRUE(LogOpen());
+        HeadlessReceive(port, "abc");
+    });
+    HeadlessUser([] { HeadlessCommand(HeadlessMainWindow(), COMMAND_EXIT); }, 200);
+    Run();
+    EXPECT_EQ(LogFileHandle.load(), INVALID_HANDLE_VALUE);
+    EXPECT_EQ(HeadlessFileContent(L"\\a.txt"), "abc");
+    EXPECT_EQ(HeadlessOpenHandles(), 0u);
 }
 
 TEST_F(MainWindowTest, TitleAndMenu)

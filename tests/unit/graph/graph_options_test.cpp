@@ -6,6 +6,7 @@
 #include "graph/graph_mode.h"
 #include "platform/start.h"
 #include "resources/resource_ids.h"
+#include "tests/support/fresh_program.h"
 #include "tests/unit/graph/support/chart_fixture.h"
 #include "ui/dialog_support.h"
 #include "ui/shell_libraries.h"
@@ -48,12 +49,17 @@ class GraphOptionsTest : public ChartTest
 protected:
     GraphOptionsTest()
     {
-        StoreSetting(L"CommPortIdx", 3);
-        StoreSetting(L"BaudrateIdx", 2);
-        m_port = &HeadlessAddPort(3);
+        StorePort();
         ColorIsChosen = true;
         ColorDialogs = 0;
         PassedBack = 0;
+    }
+
+    void StorePort()
+    {
+        StoreSetting(L"CommPortIdx", 3);
+        StoreSetting(L"BaudrateIdx", 2);
+        m_port = &HeadlessAddPort(3);
     }
 
     // The whole program with the dialog open: `work` is done in it, then it is closed by `last`.
@@ -518,14 +524,18 @@ TEST_F(GraphOptionsTest, KeypadColourFieldsShowTheFocus)
 TEST_F(GraphOptionsTest, KeypadEditsTakeNumbers)
 {
     constexpr UINT SetInputMode = 0xDE;
+    uint32_t edits = 0;
     for (const LPARAM mode : {0, 2}) {
+        StartAfresh();
+        StorePort();
         if (mode) HeadlessSetPlatformType(L"SmartPhone");
         Run([&](HWND dialog) {
             for (const int base : {1810, 1820, 1830, 1840, 1870})
-                for (int i = 0; i < 10; ++i)
+                for (int i = 0; i < 10; ++i, ++edits)
                     EXPECT_EQ(HeadlessIgnoredMessage(dialog, base + i, SetInputMode), mode) << base + i;
         });
     }
+    EXPECT_EQ(edits, 100u);
 }
 
 struct Place {

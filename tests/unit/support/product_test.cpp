@@ -34,6 +34,7 @@ ProductTest::ProductTest()
 
 ProductTest::~ProductTest()
 {
+    EXPECT_EQ(HeadlessStepsLeft(), 0u) << "steps of the user did not run";
     CloseEverything();
 }
 

@@ -1,4 +1,5 @@
-// Fixture of every test of the product: a freshly started system and a freshly started program.
+// Fixture of every test of the product: a freshly started system and a freshly started program. A test fails
+// when steps of its user have not run.
 #pragma once
 
 #include <gtest/gtest.h>
