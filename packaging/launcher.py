@@ -11,11 +11,13 @@ import subprocess
 import sys
 from pathlib import Path
 
-from ports import adapters, friendly_name, map_adapters, place, problem_with
-from prefix import PrefixInUse, Rates, Wine, display_reachable, environment, say, stop
+from ports import Positions, adapters, friendly_name, map_adapters, place, problem_with
+from prefix import MemoryDisplay, PrefixInUse, Rates, Wine, display_reachable, environment, say, stop
 
 Here = Path(__file__).resolve().parent
 Program = Here / "toravane.exe"
+UsualRate = 4800
+UnseenSeconds = 60  # an action takes twelve; longer, and it waits for a user who is not there
 Actions = ("StaticNavigationOn", "StaticNavigationOff")  # the program's own command lines
 
 Usage = """\
@@ -53,8 +55,8 @@ def parse_arguments():
     parser = argparse.ArgumentParser(prog="toravane", usage=Usage, description=Description, epilog=Examples,
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("device", nargs="?", metavar="DEVICE", help="the receiver's serial port, as in /dev/ttyUSB0")
-    parser.add_argument("rate", nargs="?", metavar="RATE", type=int, choices=Rates, default=4800,
-                        help=f"its rate in baud: {Rates[0]} to {Rates[-1]} (4800)")
+    parser.add_argument("rate", nargs="?", metavar="RATE", type=int, choices=Rates,
+                        help=f"its rate in baud: {Rates[0]} to {Rates[-1]} (the one that worked last, or {UsualRate})")
     parser.add_argument("--list", action="store_true", help="list the serial adapters and end")
     parser.add_argument("--version", action="version", version="toravane " + (Here / "version").read_text().strip())
     words = sys.argv[1:]
@@ -103,17 +105,52 @@ def start_beside(prefix, display, arguments):
                           stdin=subprocess.DEVNULL).returncode
 
 
-def run(wine, arguments):
-    names = {}
+def check_action(wine, number):
+    """Ends when the port that an action would use is not known or cannot be used."""
+    if number not in Positions:
+        fail("which port has the receiver? Name it once: toravane StaticNavigationOff /dev/ttyUSB0 4800")
+    device = wine.prefix / "dosdevices" / f"com{number}"
+    if not device.exists():
+        fail(f"COM{number}, the port that worked last, is not there; is the receiver plugged in?")
+    problem = problem_with(str(device.resolve()))
+    if problem:
+        fail(problem)
+
+
+def choose_settings(wine, arguments, number):
+    """What is stored before the program starts: the port `number`, if it was named, and a rate where none is known. An
+    action needs the rates of both protocols, too, which a new installation does not have."""
+    stored = wine.stored()
+    known = {name for name, index in stored.items() if index in range(len(Rates))}
+    if not number and arguments.action:
+        check_action(wine, stored.get("CommPortIdx"))
+    values = {"CommPortIdx": number} if number else {}
+    index = Rates.index(arguments.rate or UsualRate)
+    if not arguments.rate and "BaudrateIdx" in known:
+        index = stored["BaudrateIdx"]
+    elif number or arguments.action:
+        values["BaudrateIdx"] = index
+    if arguments.action:
+        values.update({name: index for name in ("SirfBaudrateIdx", "NmeaBaudrateIdx") if name not in known})
+    return values
+
+
+def run(wine, arguments, patience=None):
+    """Starts the program and waits for its end, at most `patience` seconds."""
+    names, number = {}, None
     if arguments.device:
         number = place(wine, arguments.device)
-        wine.store_port(number, arguments.rate)
         names[number] = friendly_name(Path(arguments.device).resolve())
-    for number, name in sorted(map_adapters(wine, names).items()):
-        say(f"COM{number}: {name}")
+    names = map_adapters(wine, names)
+    wine.store(choose_settings(wine, arguments, number))
+    for position, name in sorted(names.items()):
+        say(f"COM{position}: {name}")
     program = wine.start(Program, *arguments.action, stdin=subprocess.DEVNULL)
     try:
-        return program.wait()
+        return program.wait(patience)
+    except subprocess.TimeoutExpired:
+        fail(f"{arguments.action[0]} was not carried out: the program shows a box that nobody can answer; start it in a "
+             "graphical session to read it")
     finally:
         stop(program)
 
@@ -126,7 +163,8 @@ def main():
     if arguments.device and problems:
         fail(problems[0])
     display = os.environ.get("DISPLAY", "")
-    if not display_reachable(display):
+    seen = display_reachable(display)
+    if not seen and not arguments.action:
         fail(f"there is no display '{display}'; start this in a graphical session")
 
     # Whatever ends this script, the program ends too.
@@ -134,15 +172,21 @@ def main():
     signal.signal(signal.SIGHUP, lambda *_: sys.exit(1))
     data = Path(os.environ.get("XDG_DATA_HOME") or Path.home() / ".local" / "share")
     prefix = data / "toravane" / "wine"
-    try:
-        with contextlib.closing(Wine(prefix, display, window_manager=True)) as wine:
-            if problems:
+    with contextlib.ExitStack() as cleanup:
+        if not seen:
+            try:
+                display = cleanup.enter_context(contextlib.closing(MemoryDisplay())).name
+            except (OSError, RuntimeError):
+                fail("there is no display, and none can be made in memory: install xvfb")
+        try:
+            wine = cleanup.enter_context(contextlib.closing(Wine(prefix, display, window_manager=seen)))
+            if problems and not arguments.action:
                 tell("\n".join(problems))
-            return run(wine, arguments)
-    except PrefixInUse:
-        return start_beside(prefix, display, arguments)
-    except (OSError, subprocess.SubprocessError) as problem:
-        fail(f"Wine does not work: {problem}")
+            return run(wine, arguments, None if seen else UnseenSeconds)
+        except PrefixInUse:
+            return start_beside(prefix, display, arguments)
+        except (OSError, subprocess.SubprocessError) as problem:
+            fail(f"Wine does not work: {problem}")
 
 
 if __name__ == "__main__":

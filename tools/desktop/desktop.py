@@ -7,9 +7,9 @@ import os
 import subprocess
 from pathlib import Path
 
-from prefix import Rates, Wine, display_reachable, say, stop
+from prefix import MemoryDisplay, Rates, Wine, display_reachable, say, stop
 
-__all__ = ["Rates", "Wine", "display_reachable", "say"]  # for those who import this module
+__all__ = ["MemoryDisplay", "Rates", "Wine", "display_reachable", "say", "stop"]  # for those who import this module
 
 Root = Path(__file__).resolve().parents[2]
 Build = Root / "build"
@@ -41,25 +41,6 @@ def start_software_receiver(*options):
     if not terminal:
         raise RuntimeError("the software receiver did not start")
     return receiver, terminal
-
-
-class MemoryDisplay:
-    """An X display without a screen, on the first free number."""
-
-    def __init__(self, size="1024x768"):
-        reader, writer = os.pipe()
-        self.process = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writer), "-screen", "0", size + "x24", "-nolisten", "tcp"],
-            pass_fds=[writer], stdin=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True)
-        os.close(writer)
-        with os.fdopen(reader) as answer:
-            number = answer.readline().strip()
-        if not number:
-            raise RuntimeError("Xvfb did not start")
-        self.name = ":" + number
-
-    def close(self):
-        stop(self.process)
 
 
 def save_screenshot(display, path, box=None):

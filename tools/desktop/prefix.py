@@ -3,6 +3,7 @@
 import ctypes
 import fcntl
 import os
+import re
 import shutil
 import subprocess
 from pathlib import Path
@@ -51,6 +52,25 @@ def stop(process, patience=5):
         except subprocess.TimeoutExpired:
             process.kill()
             process.wait()
+
+
+class MemoryDisplay:
+    """An X display without a screen, on the first free number."""
+
+    def __init__(self, size="1024x768"):
+        reader, writer = os.pipe()
+        self.process = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", size + "x24", "-nolisten", "tcp"],
+            pass_fds=[writer], stdin=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True)
+        os.close(writer)
+        with os.fdopen(reader) as answer:
+            number = answer.readline().strip()
+        if not number:
+            raise RuntimeError("Xvfb did not start")
+        self.name = ":" + number
+
+    def close(self):
+        stop(self.process)
 
 
 class PrefixInUse(SystemExit):
@@ -123,10 +143,21 @@ class Wine:
         return next(path for path in (self.prefix / "drive_c" / "users").glob("*/Documents")
                     if path.parent.name != "Public")
 
+    def stored(self):
+        """The program's stored numbers by their names."""
+        answer = subprocess.run(["wine", "reg", "query", SettingsKey], env=self.environment, stdin=subprocess.DEVNULL,
+                                stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, errors="replace",
+                                timeout=300, check=False).stdout
+        return {name: int(value, 16) for name, value in re.findall(r"(\w+)\s+REG_DWORD\s+0x([0-9a-fA-F]+)", answer)}
+
+    def store(self, values):
+        """Stores numbers by their names."""
+        for name, value in values.items():
+            self.run("reg", "add", SettingsKey, "/f", "/v", name, "/t", "REG_DWORD", "/d", str(value))
+
     def store_port(self, number, rate):
         """Stores the port and rate that the program opens when it starts."""
-        for name, value in (("CommPortIdx", number), ("BaudrateIdx", Rates.index(rate))):
-            self.run("reg", "add", SettingsKey, "/f", "/v", name, "/t", "REG_DWORD", "/d", str(value))
+        self.store({"CommPortIdx": number, "BaudrateIdx": Rates.index(rate)})
 
     def close(self):
         self._server("-k")
