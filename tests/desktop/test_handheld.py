@@ -205,6 +205,25 @@ def test_keys_alone_suffice_on_a_smartphone(user):
     wait_for("it disappears", lambda: not user.dialogs())
 
 
+def test_refused_values_are_named_in_their_order(user):
+    line = start(user, "smartphone")
+    dialog = opened(user, 2016)
+    for number in (1393, 1394):
+        dialog.enter(number, "9999")
+    for caption, number in (("Tracking Mask", 1393), ("Navigation Mask", 1394)):
+        dialog.press(1392)  # Set
+        box = user.dialog(caption)
+        assert user.dialogs() == [caption, SirfMenu[2016]] or user.dialogs() == [SirfMenu[2016], caption]
+        assert len(box.texts) == 1 and box.texts[0].startswith("Range ")
+        user.press(VK_RETURN)
+        box.wait_gone()
+        assert b"\xA0\xA2\x00\x05\x8B" not in line.received
+        dialog.enter(number, "5")
+    dialog.press(1392)
+    wait_for("the receiver gets the command", lambda: b"\xA0\xA2\x00\x05\x8B" in line.received)
+    leave(dialog)
+
+
 def test_every_field_is_seen_when_it_has_the_focus(user):
     start(user, "smartphone")
     for item, fewest in ((2010, 8), (408, 70)):  # and how many fields the keys reach at least

@@ -5,7 +5,7 @@ import time
 
 import pytest
 
-from harness import (Port, VK_DOWN, VK_ESCAPE, VK_F10, VK_LEFT, VK_RETURN, VK_RIGHT, VK_UP, desktop, sentence,
+from harness import (Port, VK_DOWN, VK_ESCAPE, VK_F10, VK_LEFT, VK_RETURN, VK_RIGHT, VK_UP, desktop, frame, sentence,
                      wait_for)
 
 HotStart = b"$PSRF101,0,0,0,0,0,0,12,1*15\r\n"
@@ -311,6 +311,46 @@ def test_second_start_brings_an_open_box_to_the_front(user):
     assert second.wait_end() == 0
     wait_for("the box is in front", lambda: any(
         w["text"] == "About Toravane" and w["foreground"] for w in user.driver.windows()))
+
+
+def test_second_start_brings_a_box_of_the_receiver_to_the_front(user):
+    _, line = user.start_connected()
+    line.send(frame(bytes([12, 128])))
+    user.dialog("NAcknowledgment")
+    assert user.start().wait_end() == 0
+    wait_for("the box is in front", lambda: any(
+        w["text"] == "NAcknowledgment" and w["foreground"] for w in user.driver.windows()))
+
+
+def test_two_starts_at_once_give_one_window(user):
+    user.store(CommPortIdx=Port)  # nothing is opened
+    for _ in range(5):
+        programs = [user.start(), user.start()]
+        wait_for("one has ended", lambda: sum(program.running() for program in programs) == 1)
+        user.main_window()
+        time.sleep(0.5)  # a second window would come now
+        assert len([w for w in user.driver.windows() if w["class"] == "Toravane"]) == 1
+        user.close()
+        for program in programs:
+            assert program.wait_end() == 0
+
+
+def test_unattended_switch_that_the_receiver_refuses(user):
+    """Both refusals are shown, and the rate at which the receiver is left is the next start's."""
+    line = user.connect()
+    user.store(CommPortIdx=Port, BaudrateIdx=2, SirfBaudrateIdx=6, NmeaBaudrateIdx=2)
+    program = user.start("StaticNavigationOff")
+    wait_for("the receiver is sent to SiRF binary", lambda: b"$PSRF100,0,57600,8,1,0*37" in line.received)
+    wait_for("static navigation is switched", lambda: b"\xA0\xA2\x00\x02\x8F\x00" in line.received)
+    line.send(frame(bytes([12, 143])))
+    wait_for("the receiver is sent back", lambda: b"\xA0\xA2\x00\x18\x81" in line.received)
+    line.send(frame(bytes([12, 129])))
+    for command in (143, 129):
+        box = user.dialog("NAcknowledgment")
+        assert box.texts == [f"Command {command}\r\rCommand or parameter not accepted."]
+        box.dismiss("OK")
+    assert program.wait_end() == 0
+    assert user.stored("BaudrateIdx") == 6
 
 
 def test_minimising_ends_the_program(user):

@@ -164,6 +164,8 @@ ROWS = (
      "only the refused way back counts", "app_tests"),
     ("app/static_navigation_switch.cpp", "milliseconds && MainWindow.load() == window;", "milliseconds;",
      "the switch ends with the window", "app_tests"),
+    ("graph/graph_options_dialog.cpp", "        if (GraphWidth.load() && GraphHeight.load())\n", "",
+     "a time scale without a chart clears nothing", "graph_tests"),
     ("app/single_copy.cpp", "!isOther || waited >= LongestMs", "true", "one of two starts at once waits", "app_tests"),
     ("app/single_copy.cpp", " || waited >= LongestMs", "", "an ending copy is waited for, but not for ever", "app_tests"),
     ("app/main_window.cpp", "    LeaveOnlyCopy();\n", "", "a copy that could not start leaves its place", "app_tests"),

@@ -12,6 +12,7 @@
 #include "link/write_queue.h"
 #include "platform/start.h"
 #include "resources/resource_ids.h"
+#include "tests/support/fresh_program.h"
 #include "tests/unit/support/product_test.h"
 #include "ui/shell_libraries.h"
 
@@ -556,6 +557,40 @@ TEST_F(MainWindowTest, MinimisingEndsTheProgram)
     HeadlessUser([] { SendMessageW(HeadlessMainWindow(), WM_SIZE, SIZE_MINIMIZED, 0); });
     EXPECT_EQ(Run(), 0);
     EXPECT_FALSE(HeadlessGetPort(3).isOpen);
+}
+
+// Another program can do that behind every dialog.
+TEST_F(MainWindowTest, MinimisingBehindADialogEndsTheProgram)
+{
+    std::vector<int> items;
+    StorePortAndRate();
+    HeadlessAddPort(3);
+    HeadlessUser([&] {
+        for (const std::wstring& item : HeadlessMenu(HeadlessMainWindow()))
+            if (const int number = std::stoi(item.substr(2)); number && number != COMMAND_EXIT)
+                items.push_back(number);
+    });
+    UserExits();
+    Run();
+    ASSERT_EQ(items.size(), 23u);
+    for (const int item : items) {
+        StartAfresh();
+        StorePortAndRate();
+        HeadlessPort& port = HeadlessAddPort(3);
+        bool wasOpen = false;
+        HeadlessUser([&] { HeadlessCommand(HeadlessMainWindow(), item); });
+        HeadlessUser([&] {
+            wasOpen = HeadlessTopDialog() && ActiveDialogKind.load() != DialogKind::None;
+            SendMessageW(HeadlessMainWindow(), WM_SIZE, SIZE_MINIMIZED, 0);
+        });
+        EXPECT_EQ(Run(), 0) << item;
+        EXPECT_TRUE(wasOpen) << item;
+        EXPECT_FALSE(port.isOpen) << item;
+        EXPECT_EQ(ActiveDialogKind.load(), DialogKind::None) << item;
+        EXPECT_EQ(HeadlessLiveThreads(), 0u) << item;
+        EXPECT_EQ(HeadlessOpenHandles(), 0u) << item;
+        EXPECT_TRUE(HeadlessBoxes().empty()) << item;
+    }
 }
 
 TEST_F(MainWindowTest, CommandOfNoMenuItemDoesNothing)

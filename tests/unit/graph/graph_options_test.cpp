@@ -288,6 +288,17 @@ TEST_F(GraphOptionsTest, TimeScaleChangedBeforeTheFirstSampleLeavesAWhiteChart)
     });
 }
 
+TEST_F(GraphOptionsTest, TimeScaleWithoutAChartClearsNothing)
+{
+    HeadlessFailCall("CommandBar_Create", 1, ERROR_NOT_ENOUGH_MEMORY); // a window without a menu has no chart
+    Run([](HWND dialog) {
+        HeadlessClearFaults();
+        HeadlessChoose(dialog, 1892, 1);
+    });
+    EXPECT_EQ(TimeScaleIdx.load(), 1);
+    EXPECT_TRUE(HeadlessBoxes().empty());
+}
+
 TEST_F(GraphOptionsTest, FailedClearingIsNamed)
 {
     HeadlessFailCall("CreateDIBSection", 1, ERROR_NOT_ENOUGH_MEMORY, FailMode::FromHereOn);
