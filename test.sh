@@ -74,6 +74,10 @@ if step "packages" tools/install_packages.sh testing packaging web; then
         step "emulated device" tests/device/compare.sh
     step "build web" tools/build.sh web &&
         step "program of the page" node --no-experimental-fetch --test tests/web/engine_test.mjs
+    if step "build web" tools/build.sh web; then
+        step "checks of the page" platform/web/check.sh
+        step "page tests" python_tests tests/web --ignore tests/web/test_serial.py
+    fi
     step "package tests" python_tests tests/packages
 fi
 
