@@ -72,9 +72,8 @@ if step "packages" tools/install_packages.sh testing packaging web; then
     step "build desktop" tools/build.sh desktop && step "desktop tests" python_tests tests/desktop
     step "build device" tools/build.sh device && step "device tests" python_tests tests/device &&
         step "emulated device" tests/device/compare.sh
-    step "build web" tools/build.sh web &&
-        step "program of the page" node --no-experimental-fetch --test tests/web/engine_test.mjs
     if step "build web" tools/build.sh web; then
+        step "program of the page" node --no-experimental-fetch --test tests/web/engine_test.mjs
         step "checks of the page" platform/web/check.sh
         step "page tests" python_tests tests/web --ignore tests/web/test_serial.py
     fi
