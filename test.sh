@@ -27,9 +27,9 @@ check_format() {
     sources | xargs -0 clang-format --dry-run -Werror
 }
 
-# The product's folders and the console program, as the preset native compiles them.
+# The product's folders, as the preset native compiles them.
 check_constructs() {
-    run-clang-tidy -quiet -p build/native "^$PWD/(app|console|graph|link|nmea|settings|sirf|sky|text|ui)/"
+    run-clang-tidy -quiet -p build/native "^$PWD/(app|graph|link|nmea|settings|sirf|sky|text|ui)/"
 }
 
 # test_preset PRESET: builds a preset and runs its unit tests.
