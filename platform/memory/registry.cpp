@@ -64,7 +64,7 @@ Root& RootOf(HKEY root)
     return Roots[root];
 }
 
-// The key behind a handle if it was opened with the right; otherwise null and the error.
+// The key of a handle if it was opened with the right; otherwise null and the error.
 std::shared_ptr<Key> Opened(HKEY handle, DWORD right, LONG& error)
 {
     const auto found = OpenedKeys.find(handle);
