@@ -11,6 +11,7 @@
 #include <windows.h>
 
 #include <setupapi.h>
+#include <shellapi.h>
 
 #include "console/result.h"
 
