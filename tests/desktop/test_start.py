@@ -336,7 +336,7 @@ def test_two_starts_at_once_give_one_window(user):
 
 
 def test_unattended_switch_that_the_receiver_refuses(user):
-    """Both refusals are shown, and the rate at which the receiver is left is the next start's."""
+    """It ends without a user all the same, and the rate at which the receiver is left is the next start's."""
     line = user.connect()
     user.store(CommPortIdx=Port, BaudrateIdx=2, SirfBaudrateIdx=6, NmeaBaudrateIdx=2)
     program = user.start("StaticNavigationOff")
@@ -345,10 +345,6 @@ def test_unattended_switch_that_the_receiver_refuses(user):
     line.send(frame(bytes([12, 143])))
     wait_for("the receiver is sent back", lambda: b"\xA0\xA2\x00\x18\x81" in line.received)
     line.send(frame(bytes([12, 129])))
-    for command in (143, 129):
-        box = user.dialog("NAcknowledgment")
-        assert box.texts == [f"Command {command}\r\rCommand or parameter not accepted."]
-        box.dismiss("OK")
     assert program.wait_end() == 0
     assert user.stored("BaudrateIdx") == 6
 
