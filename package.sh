@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # Usage: ./package.sh [--here | --site]
 #
 # Makes all packages into build/packages/ from the last commit, byte for byte the same each time:
@@ -25,7 +26,7 @@ case "${1:-}" in
     exec packaging/site.py docs build/site "$output"
     ;;
 *)
-    sed -n '2,/^set/{/^#/s/^# \{0,1\}//p}' package.sh >&2
+    sed -n '/^# Usage/,/^set/{/^#/s/^# \{0,1\}//p}' package.sh >&2
     exit 2
     ;;
 esac

@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # Usage: ./run.sh [--help] [--web] [--pocketpc | --smartphone] [--sirf] [--cold] [DEVICE [RATE]]
 #
 # Installs what is missing, builds, and shows a receiver's data in the program, through Wine.
@@ -20,7 +21,7 @@ cd "$(dirname "$0")"
 
 case " $* " in
 *" --help "* | *" -h "*)
-    sed -n '2,/^set/{/^#/s/^# \{0,1\}//p}' run.sh
+    sed -n '/^# Usage/,/^set/{/^#/s/^# \{0,1\}//p}' run.sh
     exit
     ;;
 esac

@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # Builds everything and runs every test, the same on a developer's machine and in continuous integration.
 # Ends with a summary and, if anything failed, with an error.
 set -uo pipefail
@@ -58,6 +59,7 @@ check_python_programs() {
 
 if step "packages" tools/install_packages.sh testing packaging web; then
     step "format" check_format
+    step "licenses" tools/license_heads
     step "include graph" tools/check_includes
     step "shell scripts" check_shell_scripts
     step "Python programs" check_python_programs

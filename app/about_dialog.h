@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The About box; greets the user of a first start.
 #pragma once
 

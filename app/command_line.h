@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program's command line: one action without a user, then the end of the program.
 #pragma once
 

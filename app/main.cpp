@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/start.h"
 
 #include "app/command_line.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The one top-level window: text page or chart, the menu that leads to the dialogs, the actions of the start.
 // User-interface thread.
 #pragma once

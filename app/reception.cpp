@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where received bytes go. It stands above both protocols; the reader thread declares it.
 #include "link/link_state.h"
 #include "link/reader_thread.h"

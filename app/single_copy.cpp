@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/single_copy.h"
 
 #include "platform/platform.h"

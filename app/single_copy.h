@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One running copy of the program. User-interface thread.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The one command that reception sends; the decoder of sentences declares it.
 #include "link/link_state.h"
 #include "nmea/command_encoder.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Switches the receiver's static navigation on or off without a user: from NMEA through SiRF binary and back.
 #pragma once
 

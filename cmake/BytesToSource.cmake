@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # cmake -D INPUT=... -D OUTPUT=... -D NAME=... -P BytesToSource.cmake: the bytes of a file as a C++ array and its size.
 file(READ ${INPUT} BYTES HEX)
 string(REGEX REPLACE "(..)" "0x\\1," BYTES "${BYTES}")

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # add_unit_test(NAME SOURCES... LIBRARIES...): a test program. What takes time is compiling, not running: the tests'
 # own code is not optimised, and GoogleTest's headers are compiled once for all of them.
 find_package(GTest REQUIRED)

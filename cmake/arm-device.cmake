@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Windows CE on ARM, from Debian's bare-metal ARM compiler and the C headers of mingw-w64. docs/device.md explains
 # each flag.
 set(CMAKE_SYSTEM_NAME Generic)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A command of the program: its options, and what carries it out.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The command line: global options, and all commands.
 #pragma once
 

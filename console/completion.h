@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Completion scripts and the manual page, made of the same description as --help: the options and commands
 // that the command line defines.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "console/conversation.h"
 
 namespace console

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Conversations with a receiver that speaks SiRF binary: send, and wait for the answer, the refusal, or the
 // end of the time-out.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The options of commands that correct dates.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "console/dates.h"
 
 #include <algorithm>

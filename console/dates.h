@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Dates, and the whole 1024 weeks by which old receivers report them too early.
 //
 // The satellites send the week modulo 1024. Firmware takes it for one of the 1024 weeks that its makers

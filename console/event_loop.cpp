@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "console/event_loop.h"
 
 #include <csignal>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program's one thread of events: bytes, timers and signals.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Files that the program writes.
 #pragma once
 

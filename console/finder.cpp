@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "console/finder.h"
 
 #include <algorithm>

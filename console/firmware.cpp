@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "console/firmware.h"
 
 #include <algorithm>

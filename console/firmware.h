@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The receiver's firmware.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The option of commands that go on until they are interrupted, or for a time.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "console/input_reader.h"
 
 #include <atomic>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reads a file or standard input in portions, so that a signal ends the program even while no input comes.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // toravanectl: the receiver from a terminal.
 #include <exception>
 

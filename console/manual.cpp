@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Prints the manual page: manual SECTIONS, where SECTIONS is the file with what no option describes.
 #include <fstream>
 #include <iostream>

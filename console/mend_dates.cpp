@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "console/mend_dates.h"
 
 #include <charconv>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Mends the dates in a stream of NMEA sentences; everything else passes byte for byte.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "console/nmea_commands.h"
 
 #include "text/format.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Bodies of the NMEA commands that change the receiver.
 #pragma once
 

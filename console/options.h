@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The options that every command has.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a run prints: results on standard output, as text or as one JSON object; everything else on standard
 // error.
 #pragma once

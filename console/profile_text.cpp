@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "console/profile_text.h"
 
 #include <sstream>

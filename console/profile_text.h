@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The text of a profile: lines of settings as `get` prints them, and lines that begin with '#'.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A pseudo-terminal that stands for a serial port. One source file for each system.
 #pragma once
 

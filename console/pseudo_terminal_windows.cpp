@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "console/pseudo_terminal.h"
 #include "console/result.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "console/reception.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Received bytes on their way through the product's own reception, and what was recognised in them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "console/remembered_rate.h"
 
 #include <fstream>

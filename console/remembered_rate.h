@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The rate that worked last at each port, kept in the user's own folder. Only a hint: whatever cannot be read
 // or written is passed over.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "console/result.h"
 
 #include <cstddef>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How a run ends: exit status, kind of failure and message.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Samples: what the receiver reported for one moment, gathered from all the messages that belong to it.
 #pragma once
 

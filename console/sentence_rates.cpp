@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "console/sentence_rates.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How often the receiver sends each kind of message.
 #pragma once
 

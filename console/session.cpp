@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "console/session.h"
 
 #include <memory>

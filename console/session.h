@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One port from its opening to its end: what arrives goes through reception, what is sent is framed as the
 // program frames it. Nothing is sent but by the calls below.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading a receiver's settings, and changing them so that the change is seen.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "console/setting_names.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The receiver's settings by name: names, units and meanings for the rows of sirf/command_layouts.h, from
 // which ranges, packing and reading come.
 #pragma once

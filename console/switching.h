@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Changing the receiver's protocol and rate, and going along with it.
 #pragma once
 

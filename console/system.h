@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What differs between the systems: serial ports, terminals, places of files. One source file for each
 // system.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Linux: terminals of the serial drivers, sysfs and udev's links.
 #include "console/system.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Windows: COM ports and what SetupAPI knows about them.
 #include "console/system.h"
 

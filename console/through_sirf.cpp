@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "console/through_sirf.h"
 
 namespace console

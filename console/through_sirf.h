@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Work that needs SiRF binary, on a receiver that speaks it or is brought to it and back.
 #pragma once
 

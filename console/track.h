@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Writers of tracks: GPX, KML, CSV, and lines of JSON in the names that gpsd uses.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "graph/background.h"
 
 #include <cmath>

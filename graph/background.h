@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The two column patterns of the chart: the bands' edges for every column, and the ticks for the columns of
 // the minor grid. Any thread.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "graph/channels.h"
 
 #include "graph/latest_fix.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The ten quantities of the strip chart: their current values, and how each is drawn.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "graph/chart.h"
 
 #include "graph/graph_settings.h"

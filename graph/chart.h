@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The chart as the main window has it: made with the window, painted in chart mode, freed with the window.
 // User-interface thread.
 #pragma once

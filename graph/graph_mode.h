@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Selects the main window's view: text page or chart.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "graph/graph_options_dialog.h"
 
 #include "graph/background.h"

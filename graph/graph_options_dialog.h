@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The Graph Options dialog: how each channel of the chart is drawn, the time scale, and whether the main
 // window shows the chart or the text page.
 //

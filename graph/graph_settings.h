@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How the chart is drawn: its time scales, and the settings that the Graph Options dialog edits and stores.
 // User-interface thread, but for the two values that the recorder reads.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "graph/latest_fix.h"
 
 #include <limits>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the receiver reported last, in full precision and common units: for whoever writes it down. The text
 // page and the chart have values of their own, which are rounded and kept otherwise.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "graph/recorder.h"
 
 #include "graph/background.h"

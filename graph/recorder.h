@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The strip chart's recorder: one column for each position fix.
 //
 // The chart is a sweep: columns are overwritten in place, and the picture is never shifted. A sample costs

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a decoded message makes the main window paint anew.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The chart's pictures as arrays of pixels, and the few procedures that draw into them.
 //
 // Pixels belong to both threads: the reader thread draws samples, the user-interface thread rebuilds the

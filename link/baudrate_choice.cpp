@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/baudrate_choice.h"
 
 #include "link/link_state.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The line rates as the dialogs offer them. User-interface thread.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/communication_dialog.h"
 
 #include "link/baudrate_choice.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The Communication dialog: connects the program to the receiver, by hand or by search, shows what arrives,
 // and opens and closes the receiver's log.
 #pragma once

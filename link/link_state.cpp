@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/link_state.h"
 
 #include "platform/platform.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the program knows about its one link to a receiver: protocol, statistics, port and rate.
 //
 // Shared by the user-interface thread and the reader thread without a lock: each value is loaded and stored

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/port_discovery.h"
 
 #include <cwchar>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which serial ports the device has: labels for the port list out of the driver registry.
 //
 // Position n of the list always stands for "COMn:"; discovery changes an entry's text, never its place.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a port's failing call means to the user. User-interface thread.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/port_search.h"
 
 #include "link/link_state.h"

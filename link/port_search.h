@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The search for the port and the rate at which a receiver speaks.
 #pragma once
 

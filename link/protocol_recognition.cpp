@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/protocol_recognition.h"
 
 #include "link/baudrate_choice.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the first message of a protocol since the last reset sets in motion; reader thread.
 #pragma once
 

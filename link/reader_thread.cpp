@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/reader_thread.h"
 
 #include "link/link_state.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reception: one thread that takes bytes from the port, as many as are there, to everyone who wants them.
 #pragma once
 

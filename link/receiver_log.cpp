@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/receiver_log.h"
 
 #include "link/link_state.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The raw log of the receiver: every byte read, in order, in a file that other tools can read.
 #pragma once
 

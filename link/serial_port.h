@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Opening, setting and closing the one serial port: 8 data bits, no parity, one stop bit, no handshaking, RTS
 // on. User-interface thread. Failures of platform calls are shown with the call's name as caption, and the
 // sequence goes on: a driver that cannot tell its properties may well receive.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/serial_report.h"
 
 #include <cstdint>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The diagnostics report: a text file that says what the serial driver tells about a port as it was found.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/write_queue.h"
 
 #include "link/port_errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Bytes on their way to the receiver: the open port's handle, and the ring in which the command encoders
 // collect a whole sentence or frame before it goes out in one write.
 #pragma once

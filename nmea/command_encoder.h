@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // NMEA commands to the receiver: '$', body, '*', two upper-case digits of the XOR of the body, CR, LF.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nmea/page_lines.h"
 
 #include "ui/page_lines.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The text page in NMEA mode: where the lines that both protocols have stand (ui/fix_lines.h), and the lines
 // that only this one has. Reader thread.
 #pragma once

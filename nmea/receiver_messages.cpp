@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nmea/receiver_messages.h"
 
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The receiver's own text: start-up lines and answers to commands, shown in the grey box of the NMEA command
 // dialogs.
 #pragma once

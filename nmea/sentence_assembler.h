@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Cuts NMEA 0183 sentences out of the receiver's byte stream.
 #pragma once
 

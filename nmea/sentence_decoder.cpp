@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nmea/sentence_decoder.h"
 
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Turns NMEA sentences into the program's navigation state: text page, chart values, time, receiver text.
 #pragma once
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env -S /usr/bin/python3 -B
+# SPDX-License-Identifier: MIT
 """Prints what the packages are made of, as an SPDX 2.3 document: our own files and what is compiled or linked in.
 
 Usage: bill_of_materials.py VERSION DATE, the date as seconds since 1970. Versions are those of the installed packages.

@@ -1,4 +1,5 @@
 #!/usr/bin/python3 -B
+# SPDX-License-Identifier: MIT
 """The command toravane: finds the serial ports, and starts the program in a Wine prefix of its own."""
 
 import argparse

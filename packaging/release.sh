@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # Usage: packaging/release.sh [--dry-run]
 #
 # Makes a release of the last commit: everything is tested, packed twice, and tagged as vVERSION. Refuses a tree with
@@ -15,7 +16,7 @@ refuse() {
 case "${1:-}" in
 "" | --dry-run) ;;
 *)
-    sed -n '2,/^set/{/^#/s/^# \{0,1\}//p}' packaging/release.sh >&2
+    sed -n '/^# Usage/,/^set/{/^#/s/^# \{0,1\}//p}' packaging/release.sh >&2
     exit 2
     ;;
 esac

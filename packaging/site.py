@@ -1,4 +1,5 @@
 #!/usr/bin/env -S /usr/bin/python3 -B
+# SPDX-License-Identifier: MIT
 """Makes the static web site: the pages of packaging/site and of the documents, the page to try, and the packages.
 
 Usage: site.py DOCUMENTS SITE PACKAGES. The packages, and the page for the browser in build/web, are taken where they are

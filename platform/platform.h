@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The platform as the product sees it, under the names that Windows CE gives it.
 //
 // Product code includes this header and no other platform header. What the calls do is the platform's

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The entry of the program, called by each platform's start-up code. Provided by app/main.cpp.
 #pragma once
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Draws the program's icon and the 6 x 8 cell bitmap; run it again after a change and commit the files."""
 import math
 import pathlib

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every resource and control number of the program, once, by name. Included by the resource script and by
 // the code, so it holds nothing but macros.
 #pragma once

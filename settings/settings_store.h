@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every persistent setting of the program: 32-bit numbers in the registry under Software\Quenmark\Toravane of
 // the machine-wide root. Where the system refuses that root to ordinary users they live under the user's own,
 // which is read first. Any thread; no handle is kept between calls.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sirf/arrival_list.h"
 
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // When each kind of message arrived last, in the rows of the SiRF Set Message Rate dialog. A message id keeps
 // the row that it was first given, for as long as the protocol stays recognised. Reader thread.
 #pragma once

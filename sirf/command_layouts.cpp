@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sirf/command_layouts.h"
 
 #include "resources/resource_ids.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The receiver's settings commands as data: each control of a command dialog with the payload bytes that it
 // fills, in the order in which a dialog checks them. The answer to a poll carries the same payload, so the
 // rows serve sending and showing alike.

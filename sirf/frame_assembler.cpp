@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sirf/frame_assembler.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Cuts SiRF binary frames out of the receiver's byte stream: A0 A2, length (2), payload, checksum (2), B0 B3,
 // all numbers big-endian.
 #pragma once

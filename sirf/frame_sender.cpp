@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sirf/frame_sender.h"
 
 #include "link/write_queue.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // SiRF binary commands to the receiver; user-interface thread.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sirf/message_decoder.h"
 #include "settings/settings_store.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Turns SiRF binary messages into the program's navigation state: text page, chart channels, fix time, and
 // the controls of the command dialog that is open.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fields of SiRF binary messages: big-endian, at any address.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The receiver's output messages by number and name: the choices of the Set Message Rate dialog.
 #pragma once
 

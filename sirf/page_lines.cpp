@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sirf/page_lines.h"
 
 #include <cmath>

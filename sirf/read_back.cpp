@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sirf/read_back.h"
 
 #include <bit>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The receiver's answers and reports in the controls of the dialog that is open for them; nothing where it is
 // not. Reader thread.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The words for what a receiver refuses (message id 12).
 #include "text/copy.h"
 #include "text/format.h"

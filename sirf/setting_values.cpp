@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sirf/setting_values.h"
 
 #include <cstring>

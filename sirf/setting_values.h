@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The receiver's settings as values (text/fields.h), by the rows of sirf/command_layouts.h alone: into a
 // command, and out of an answer. No window and no port, so any thread and any program.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The values that a restarted receiver can be given to start from: the same fields in Initialize Data Source
 // (SiRF binary) and in Navigation Initialization (NMEA).
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The command by which a receiver leaves SiRF binary for NMEA (message id 129), and the sentence rates that
 // it is given, which are kept in the settings.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Angles, and lengths on the Earth that they stand for.
 #pragma once
 

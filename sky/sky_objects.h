@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where the Sun, the Moon and the SBAS satellites stand in the sky of the receiver.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The sky as a picture: Sun, Moon and SBAS satellites between two circles, the horizon and 45 degrees.
 #pragma once
 

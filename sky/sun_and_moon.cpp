@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sky/sun_and_moon.h"
 
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Places of the Sun and the Moon, from short series: good to a minute of arc or two for some centuries around
 // 2000, without nutation and parallax.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Mathematics of the sky: parts of numbers, directions and their rotation, calendar and sidereal time. Angles
 // in radians; any finite input gives finite results.
 #pragma once

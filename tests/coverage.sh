@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # coverage.sh: line coverage of the product's folders by all native tests together; fails below 95 %.
 set -euo pipefail
 cd "$(dirname "$0")/.."

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text/copy.h"
 
 void WidenAsciiCopy(wchar_t* to, const char* from)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Copies between 8-bit and wide text, and comparisons, without the system's locale.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text/fields.h"
 
 #include "text/format.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fields that a person fills in, as rows: a number, an entry of a list, a box. What a text means for a field,
 // whether the field takes it, and how its value is written; no window, so any thread and any program.
 //

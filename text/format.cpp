@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text/format.h"
 
 #include <bit>

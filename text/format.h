@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text from the printf formats of the program's text tables, bounded, and the same on every platform.
 //
 // Conversions: %u (unsigned), %d (signed), %X (unsigned, upper-case), %c (one character), %s (text of the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers out of text that the receiver or the user wrote; the same on every platform and for any input.
 #pragma once
 

@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # build.sh PRESET [TARGET]... configures a preset if that was not done yet, and builds all of it or the targets.
 set -euo pipefail
 cd "$(dirname "$0")/.."

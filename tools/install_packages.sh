@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # Usage: install_packages.sh [--list | --sizes] [SET]...
 #
 # Installs the Debian packages of the named sets that are still missing, and those of the set "running", which all
@@ -78,7 +79,7 @@ for argument; do
     running | testing | packaging | web) wanted+=("$argument") ;;
     --list | --sizes) action=${argument#--} ;;
     *)
-        sed -n '2,/^set/{/^#/s/^# \{0,1\}//p}' "$0" >&2
+        sed -n '/^# Usage/,/^set/{/^#/s/^# \{0,1\}//p}' "$0" >&2
         exit 2
         ;;
     esac

@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # Usage: tools/screenshots.sh
 #
 # Makes the pictures of the manual anew, in docs/images/: builds, starts the program through Wine on a display in

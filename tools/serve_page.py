@@ -1,4 +1,5 @@
 #!/usr/bin/env -S /usr/bin/python3 -B
+# SPDX-License-Identifier: MIT
 """Serves the page for the browser to this computer alone, and opens a browser where there is a display.
 
 Usage: serve_page.py [--port NUMBER] [FOLDER]

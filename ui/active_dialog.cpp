@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/active_dialog.h"
 
 std::atomic<HWND> MainWindow{nullptr};

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which dialog is open, for the decoders: they fill its controls, or repaint the main window when none is.
 #pragma once
 

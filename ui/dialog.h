@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A dialog as a row, and the one way to open it. User-interface thread.
 #pragma once
 

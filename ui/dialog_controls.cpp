@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/dialog_controls.h"
 
 #include "text/numbers.h"

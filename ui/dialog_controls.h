@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading and filling a dialog's controls, the same in both layouts. User-interface thread.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/dialog_fields.h"
 
 #include "ui/dialog_controls.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fields of a dialog, by their rows (text/fields.h): one way to prepare, read, show and enable the controls.
 #pragma once
 

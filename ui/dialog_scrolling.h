@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Dialogs on small screens: a template is as wide and high as its controls need, a hand-held device's dialog
 // as large as its screen. User-interface thread.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/dialog_support.h"
 
 #include "resources/resource_ids.h"

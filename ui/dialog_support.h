@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What every dialog uses: which device this is, set-up of a dialog, access to lists.
 #pragma once
 

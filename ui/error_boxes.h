@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Message boxes: what a failing platform call, a full queue or the receiver's refusal shows the user.
 //
 // Only the user-interface thread shows boxes. What the reader thread has to say it posts to the main window,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lines of the text page that both protocols show, each page in places of its own. Most formats end in
 // blanks, so that a shorter new value covers the tail of a longer one on screens that do not erase. Reader
 // thread.

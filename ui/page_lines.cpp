@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/page_lines.h"
 
 #include <atomic>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The text page: 19 lines that the decoders of both protocols store and the main window paints.
 //
 // A line is stored as what it is made from, and becomes text when somebody reads it: most lines are stored

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/shell_libraries.h"
 
 BOOL(WINAPI* ShellInitDialogEntry)(ShellInitDialog*) = nullptr;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The two libraries that some platforms have and others lack: the shell of hand-held devices and the common
 // dialogs. Entry points are null where the library or the export is missing; test each before its call.
 #pragma once

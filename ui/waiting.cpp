@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/waiting.h"
 
 void WaitServingSentMessages(uint32_t milliseconds)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The one wait of the user-interface thread.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One procedure for each command, as struct Command wants it; each has a file of its own.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "console/completion.h"
 #include "console/commands/commands.h"
 

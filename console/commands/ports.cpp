@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "console/commands/commands.h"
 #include "console/system.h"
 

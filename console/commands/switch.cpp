@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "console/commands/commands.h"
 #include "console/remembered_rate.h"
 #include "console/switching.h"

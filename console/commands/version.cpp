@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "console/commands/commands.h"
 #include "console/firmware.h"
 #include "console/through_sirf.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nmea/dialogs/command_dialog.h"
 
 #include "nmea/command_encoder.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The dialogs of the menu "NMEA". Each sends one command, and has a grey box with the receiver's own text.
 // User-interface thread.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nmea/dialogs/command_dialog.h"
 #include "resources/resource_ids.h"
 #include "text/format.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <iterator>
 
 #include "nmea/dialogs/command_dialog.h"

@@ -1,3 +1,4 @@
+; SPDX-License-Identifier: MIT
 ; The installer for Windows. /S installs without questions, /D=FOLDER (last) chooses the folder.
 ; Defined by package.sh: VERSION, FILES (folder of the program and its manual), OUTPUT.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The device's differences from other platforms.
 
 #include <cstring>

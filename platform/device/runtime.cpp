@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Routines that the compiler and its libraries call besides the system.
 
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The platform interface of the device implementation: the desktop's headers, corrected where Windows CE
 // differs, and what only Windows CE has. The calls are the system's own; coredll.exports and commctrl.exports
 // list which of them there are.

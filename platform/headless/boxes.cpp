@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Message boxes and the save-file dialog: recorded, and answered as scripted.
 #include "platform/headless/internal.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The virtual clock: it moves when every thread waits, straight to the next moment at which something
 // happens.
 #include "platform/headless/internal.h"

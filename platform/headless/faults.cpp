@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Platform calls that are told to fail.
 #include "platform/headless/internal.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Control of the headless platform: what a test, a benchmark or a tool sets up before it calls the program,
 // and what it looks at afterwards. The calls of the platform interface itself stand in system.h.
 //

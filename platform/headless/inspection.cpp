@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What tests look at and set in the system in memory.
 #include "platform/headless/internal.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Serial ports with a scripted device at the other end.
 //
 // The device has one line: what is queued goes over it piece by piece, each byte at its time, and between the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Threads that really run at the same time, for the program that looks for races with ThreadSanitizer.
 //
 // The sanitizer must see the product and nothing of the platform: neither what the platform reads and writes

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The whole system as freshly started.
 #include "platform/headless/internal.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Threads of the operating system that give each other the turn.
 #include "platform/headless/internal.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The usual platform, on which exactly one thread runs at a time: nothing that real threads need is needed.
 #include "platform/headless/internal.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The scripted user, and what the user sees.
 #include "platform/headless/internal.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Message boxes.
 #include "platform/memory/memory.h"
 

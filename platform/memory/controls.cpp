@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The system's controls: what they keep, the messages they answer and the notifications they send.
 #include "platform/memory/memory.h"
 

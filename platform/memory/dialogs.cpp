@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Modal dialogs, made from the program's templates, and access to their controls.
 #include "platform/memory/memory.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Device contexts with real pixels: windows, bitmaps, and bitmaps whose memory the program shares. Text is
 // drawn as a pattern that depends on the character only; what is written to windows is recorded too.
 #include "platform/memory/memory.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Last error and error texts.
 #include "platform/memory/memory.h"
 

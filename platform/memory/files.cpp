@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Files in memory and the special folders.
 #include "platform/memory/memory.h"
 

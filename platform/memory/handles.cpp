@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Handles of files, ports and threads. A number is used once only, so that a stale handle shows.
 #include "platform/memory/memory.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the system in memory leaves to the platform that is made of it: clock and turns, the user, ports,
 // stored settings, calls that are to fail. platform/headless provides all of it for tests, platform/web for a
 // page. Times are microseconds since the system started.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Run-time libraries, and what the system says about itself.
 #include "platform/memory/memory.h"
 

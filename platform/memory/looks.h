@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Records of the system in memory that tests, too, look at.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the files of the system in memory share with each other and with the platforms made of it. Exactly one
 // thread runs at a time, or at least in here (RealThreads), so none of this needs a lock; a reference into a
 // table must not be kept across a call that can run the program's own code (a window procedure, an act of the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Menus and the command bar that shows one.
 #include "platform/memory/memory.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Message queues. A message sent to a window of another thread waits until that thread serves it: in
 // GetMessageW and PeekMessageW, and while it itself waits for the answer to a message that it has sent.
 #include "platform/memory/memory.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Serial ports as the program sees them: the calls that ask and set their driver.
 #include "platform/memory/memory.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The registry: two roots of keys in memory. Names keep their letters and compare without case.
 #include "platform/memory/memory.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The system as freshly started.
 #include "platform/memory/memory.h"
 

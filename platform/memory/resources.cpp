@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program's resources: the compiled resource script stands in the program as it is, and is read here.
 #include "platform/memory/memory.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The threads, which take turns: only the one that has the turn runs; it gives the turn away where it waits,
 // to the thread whose time comes first. While only one thread lives nothing here takes a lock.
 #include "platform/memory/memory.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The platform interface of the system in memory: our own declarations of the names that the product
 // uses, with the published values. `wchar_t` is the platform's wide character, whatever its width.
 #pragma once

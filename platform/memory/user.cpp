@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The user's hands: what pressing, typing and choosing do to a control.
 #include "platform/memory/memory.h"
 

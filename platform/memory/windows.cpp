@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Windows as records. A window's procedure runs on the thread that made the window.
 #include "platform/memory/memory.h"
 

@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # Usage: check.sh
 #
 # Checks the page's sources: types, common faults, format. Needs npm, and messages.d.ts and its like, which the build of

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How a message between program and page is laid out in memory: its number, then its fields, each aligned to
 // four bytes. Numbers are 32 bits, little-endian; a text is its length and its UTF-16 units; lists and bytes
 // begin with their count. program.js has the other half.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import js from "@eslint/js";
 import globals from "globals";
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program's threads as fibers, and the page's clock. A step runs the program from the moment at which the
 // page calls it until every thread waits; then the page gets its turn back, with the time of the next step.
 #include "platform/web/web.h"

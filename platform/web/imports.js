@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the program calls in the page: one function, for all its messages.
 mergeInto(LibraryManager.library, {
     toravane_send: function (message, length) {

@@ -1,4 +1,5 @@
 #!/usr/bin/python3 -B
+# SPDX-License-Identifier: MIT
 """Makes both sides' halves of the messages between page and program from messages.json.
 
 Usage: make_messages.py MESSAGES RESOURCE_IDS DIRECTORY

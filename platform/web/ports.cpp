@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Serial ports: those that the page opens for the program, and devices that stand in the page itself.
 #include "platform/web/web.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Loads the program and lets it run: each message of the page goes in as one call, each of the program's comes out as
 // a call of a method of the page. See encoding.h for how a message is laid out.
 import createModule from "./toravane.js";

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Stored settings and files, which the page keeps; and what the platform of a page says about errors.
 #include "platform/web/web.h"
 

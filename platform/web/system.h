@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The platform interface of the page: the system in memory as it is.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The module that the compiler makes of the program.
 export interface ToravaneModule {
     HEAPU8: Uint8Array;

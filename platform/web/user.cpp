@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The user: what the page reports of the user's acts waits until the program waits for them.
 #include "platform/web/web.h"
 

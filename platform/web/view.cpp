@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Keeps the page in step with the windows in memory: after each step of the program they are compared with
 // what the page was sent, and the differences follow. So nothing in the program, nor in the system in memory,
 // knows of the page.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the files of the page's platform share, and what the program for the page adds to it.
 #pragma once
 

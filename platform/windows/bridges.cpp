@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Calls that Windows CE has and the desktop lacks, and calls whose desktop version differs.
 
 #include <cstring>

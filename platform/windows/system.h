@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The platform interface of the desktop implementation: the system's own headers, the few names that only
 // Windows CE has, and the calls whose desktop version differs. The latter keep their names in product code:
 // the name is redirected here to a bridge in this folder; its comment names the difference and the reason.

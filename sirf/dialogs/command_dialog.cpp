@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sirf/dialogs/command_dialog.h"
 
 #include "link/link_state.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The dialogs of the menu "SiRF". Most follow a command's layout alone: they poll the receiver for its
 // settings when they open and on "Get", and on "Set" check the fields in their order and send the command.
 // User-interface thread.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Initialize Data Source: restarts the receiver in one of seven ways, with or without a position and time to
 // begin with (message id 128).
 #include <iterator>

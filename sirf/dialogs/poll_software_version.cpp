@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Poll Software Version: the name and version of the receiver's firmware.
 #include "resources/resource_ids.h"
 #include "sirf/dialogs/command_dialog.h"

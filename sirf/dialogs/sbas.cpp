@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // SBAS: chooses satellite, mode and time-out (message id 170), and shows where the satellites stand.
 #include "resources/resource_ids.h"
 #include "sirf/dialogs/command_dialog.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Switch to NMEA Protocol: makes the receiver leave SiRF binary (message id 129), and the program's port
 // follow it to the new rate.
 #include <array>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Trickle Power: the share of the time for which the receiver is on (message id 151), with what it really
 // keeps.
 #include "resources/resource_ids.h"

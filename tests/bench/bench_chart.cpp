@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The cost of one sample of the strip chart, a new column each, ten visible channels: it must not grow with
 // the chart's width. And what a repaint of the whole window costs.
 //

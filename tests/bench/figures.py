@@ -1,4 +1,5 @@
 #!/usr/bin/env -S /usr/bin/python3 -B
+# SPDX-License-Identifier: MIT
 """Prints one table of figures: what the program costs, in instructions, time, space and memory.
 
 figures.py [--no-desktop] [--no-build] [--logs FOLDER] [--replay PROGRAM] [SECONDS]

@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # Figures of the reception path: how fast toravane-replay gets through a 50 MB log made by repetition, and how
 # many instructions a received byte costs (needs valgrind). Usage: reception.sh [LOG...]
 # Instructions are the difference between two runs of unequal length, so that the start of the process does not

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The commands that people start, as they answer before any window: ./run.sh and the launcher of the package."""
 
 import glob

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What a release is refused for, and links of the web site that lead nowhere."""
 
 import shutil

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Makes system calls on one file fail, in a program that loads this library first (LD_PRELOAD).
 //
 // TORAVANE_FAULT is "CALL ERROR N PATH": the N-th such call (1: the first) and all later ones fail with that

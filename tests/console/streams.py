@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the tests of the streaming commands share: the program, and the receiver in software on a pseudo-terminal."""
 
 import json

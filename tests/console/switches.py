@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The rounds of switches.sh: what the program reports after a switch is where the receiver is."""
 
 import collections

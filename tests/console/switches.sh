@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # Usage: switches.sh [ROUNDS [FIRST_SEED]]
 # Lets the console program switch protocol and rate of receivers that lose bytes, freeze, land at another rate or
 # ignore the command, each round with a seed of its own, and holds what the program reports against the state that

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Completion scripts, manual page and --help: all from one description."""
 
 import re

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """convert: tracks of logs, and what is refused."""
 
 import datetime

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the documents show of the program is what it does."""
 
 import re

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Each failing system call gives the contract's exit status, a message, and no file that looks whole."""
 
 import errno

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """log: every byte, and files that are whole whatever ends it."""
 
 import json

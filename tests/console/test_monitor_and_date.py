@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """monitor and date: what is reported, as text, page and JSON; dates that lie 1024 weeks back."""
 
 import json

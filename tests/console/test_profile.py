@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """profile and doctor."""
 
 import json

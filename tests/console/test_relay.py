@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """relay: the same bytes to every reader, both ways on request, with mended dates on request."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """get, set, settings, version and the frames of --dry-run."""
 
 import json

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """probe, switch, rates, restart and --through-sirf."""
 
 import json

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: MIT
 """Makes the session that docs/toravanectl.md shows, with the receiver in software: prints it, or --write puts it there."""
 
 import pathlib

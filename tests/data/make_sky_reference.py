@@ -1,4 +1,5 @@
 #!/usr/bin/env -S /usr/bin/python3 -B
+# SPDX-License-Identifier: MIT
 """Makes sky_reference.csv: where Sun, Moon and SBAS satellites stand, from an astronomy package.
 
 Needs the Debian package python3-ephem; the tests only read the table.

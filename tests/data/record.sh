@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # Records the logs of this folder from the software receiver, in fast motion. The receiver is that of TORAVANE_TOOLS, build/native by default.
 # After a change of the receiver: run it, look at what changed, run expect.sh, commit both.
 set -euo pipefail

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Pictures of every dialog on each hand-held device, screen by screen, in build/contact-sheets/: to be looked at.
 Names of devices as arguments choose some of them."""
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Prints figures of the program under Wine: how long it takes to show its window and its first page, its share of
 a processor on a silent line and at a stream of 115200 baud, the cost of a full repaint and its memory.
 

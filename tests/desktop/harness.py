@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the desktop tests are written in: the receiver's side of the line, and what a user sees and does."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Opens and closes the port through the Communication dialog again and again while the receiver streams at 115200
 baud without a pause, and closes it each time at a random moment. No hang and no crash, or it ends with an error.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Boxes of the receiver over an open dialog, answered with real keys: the keyboard goes back to where it was."""
 
 import pytest

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The Communication dialog on real serial lines: ports and rates, search, statistics, log, report, unplugging."""
 
 import subprocess

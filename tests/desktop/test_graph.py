@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The strip chart in the real window, and the Graph Options dialog."""
 
 import math

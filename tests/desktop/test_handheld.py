@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The program on the screens of hand-held devices: every dialog from the menu, commands, keys, the log."""
 
 import re

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The launcher of the package: what it stores before the program starts, and the actions without a user."""
 
 import importlib.util

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The NMEA command dialogs and the unattended switch, each against the software receiver."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The machine's serial adapters as ports of a Wine prefix, on a made-up machine and an empty prefix; and what is
 said about a device that cannot be used."""
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The SBAS dialog in the real window, with the software receiver: sky plot, satellites, settings."""
 
 import math

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """SiRF binary in the real window: the page, and the boxes of refused commands."""
 
 import struct

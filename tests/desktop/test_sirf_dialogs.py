@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The SiRF command dialogs in the real window: against the software receiver, which keeps what it is told."""
 
 import time

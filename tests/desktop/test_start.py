@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The program from its start to its end: settings, first sentence, menus, boxes, keys and the text page."""
 
 import re

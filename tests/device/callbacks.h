@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Routines of the program that the platform calls: the platform wants an address of the host's code for each.
 #pragma once
 

@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # compare.sh [--all]: runs the scenarios with the program and with its device image on the emulated device; their
 # transcripts must be equal byte for byte. Every scenario on one core, a few on each other core, at another address and
 # with another stack; with --all every scenario on every core at both addresses. Needs the presets native and device

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program's device image, on the emulated device.
 #include <cstdio>
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The end of a run that a device would not have survived, or would have survived by luck.
 #pragma once
 

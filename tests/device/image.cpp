@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/device/image.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Loads a program's image for Windows CE on ARM into the emulated memory, as the system's loader does:
 // sections with their rights, base relocations, imports by name or number.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/device/machine.h"
 
 #include <algorithm>

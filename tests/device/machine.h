@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The emulated processor. Runs one program's ARM code on as many threads as the platform starts; the platform
 // lets one run at a time, so that one processor is enough.
 //

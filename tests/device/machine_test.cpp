@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The emulated processor and its memory, with a few instructions written by hand.
 #include "tests/device/machine.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The address space of the emulated device: 32-bit addresses, each region backed by memory of the host.
 // Reading or writing outside a region, or writing to one that is read-only, is a DeviceFault, whoever does
 // it.

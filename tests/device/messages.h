@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Messages whose parameters are more than numbers, and how they are carried across in either direction.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program itself, linked in.
 #include "platform/start.h"
 #include "tests/device/scenario.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The emulation library, for the two files that speak to it.
 #pragma once
 

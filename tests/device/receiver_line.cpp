@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/device/receiver_line.h"
 
 namespace

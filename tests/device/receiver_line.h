@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The software receiver at the other end of a scripted port, on a thread of the platform's.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs scenarios, each in a process of its own, and prints their transcripts.
 #include <sys/wait.h>
 #include <unistd.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The platform's structures whose layout on the device differs from the host's: by the size of a pointer or
 // of a wide character. Each is described once, by its members in order; the description serves for reading,
 // writing and measuring. Structures without such members have one layout and need no entry.

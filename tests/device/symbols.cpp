@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/device/symbols.h"
 
 #include <cxxabi.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Names of the program's routines, for messages.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/device/system_calls.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The calls that the program imports: each is answered by the headless platform, or, where the device's
 // system has a call of another form or the platform none, by one of a few routines of its own.
 #pragma once

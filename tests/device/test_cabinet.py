@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The install packages as cabextract unpacks them, and their control file as the format describes it.
 
 Needs the presets device and native to be built.

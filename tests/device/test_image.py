@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The device's image as independent readers see it, and faults that must not get into one.
 
 Needs the presets device and native to be built.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Prints what the headless platform knows of the program, for scenarios.
 #pragma once
 

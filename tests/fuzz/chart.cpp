@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The chart of any size with any settings and any samples, seen and saved in between.
 #include "graph/chart.h"
 #include "graph/background.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the console program reads from a receiver's answers: the first byte chooses a setting, the rest is a
 // payload.
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The console program's command line: a line of the input is an argument. Nothing is carried out.
 #include <cstdlib>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Logs that the console program converts and passes on: the first byte chooses the sizes of the portions, the
 // rest is the log.
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Profiles of the console program: the input is a profile's text.
 #include <cstdlib>
 

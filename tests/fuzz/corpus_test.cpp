@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Replays the committed inputs of a fuzz target; a fault aborts, the last file named is the one.
 #include <gtest/gtest.h>
 

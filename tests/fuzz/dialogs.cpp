@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texts typed into the fields of a dialog, entries chosen, buttons pressed, answers received in between; in
 // the end every button is pressed once, the one that sends among them.
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The input of a fuzz target: its bytes, taken one after the other. When none is left everything reads
 // as 0 or empty.
 #pragma once

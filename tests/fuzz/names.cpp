@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Names from outside: labels of the ports out of the driver registry, folders and the name of a log, system
 // texts and the driver's answers in a report, all in one visit to the Communication dialog.
 #include "resources/resource_ids.h"

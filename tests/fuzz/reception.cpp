@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The byte path with each dialog open: the first byte chooses the dialog, the second what else is the case,
 // all others come from the receiver.
 #include "graph/surface.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Stored settings of any kind and value, and what start-up, chart and the dialogs that read them make of
 // them.
 #include "graph/channels.h"

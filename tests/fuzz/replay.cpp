@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The replay tool with any input: two bytes choose the options, all others are the log.
 #include "tools/replay/replay.h"
 

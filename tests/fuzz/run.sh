@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # run.sh [TARGET [SECONDS]]: fuzzes one target, or all in turn, for so long each (default 60), and prints what was
 # done. New inputs collect in build/fuzz/found/TARGET; one that faults ends the run with an error and is kept
 # there as crash-* (or timeout-*).

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The whole program, its window, reader thread, decoders, chart and log, against the software receiver for a
 // simulated week (or the number of hours in the argument). The receiver's protocol changes every few hours,
 // by the program's own commands; five minutes of each hour bytes are lost, five minutes bits are wrong, then

@@ -1,4 +1,5 @@
 #!/usr/bin/env -S /usr/bin/python3 -B
+# SPDX-License-Identifier: MIT
 """Breaks the program in one place at a time and shows that a test notices.
 
 mutate.py [NAME]... runs the rows (rows.py) whose file, text or effect contains one of the names; all without.

@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # shellcheck disable=SC2016 # what the other system runs is expanded there
 # Usage: tests/packages/clean_root.sh [FOLDER]
 #

@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # shellcheck disable=SC2016 # what the other system runs is expanded there
 # Usage: tests/packages/cross_root.sh [arm64 | armhf] [FOLDER]
 #
@@ -15,7 +16,7 @@ case $architecture in
 arm64) emulator=qemu-aarch64-static ;;
 armhf) emulator=qemu-arm-static ;;
 *)
-    sed -n '3,/^set/{/^#/s/^# \{0,1\}//p}' "$0" >&2
+    sed -n '/^# Usage/,/^set/{/^#/s/^# \{0,1\}//p}' "$0" >&2
     exit 2
     ;;
 esac

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The packages as their users get them: made, looked into, installed, started and removed again."""
 
 import json

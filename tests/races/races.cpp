@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The two threads at work at the same time, for ThreadSanitizer: the reader decodes both protocols at full
 // speed, while the user opens and closes the port and every dialog, searches, logs, paints and draws the
 // chart. Ends with an error when a race was reported that tests/races/suppressions.txt does not name (the

@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # rounds.sh [ROUNDS]: everything that looks for a standstill of the two threads, by one command. First the unit tests
 # that open, close and log while the receiver streams, in another order of the threads each round; then the real
 # program under Wine, opened and closed that many times (200 by default, about three seconds each).

@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # run.sh [SECONDS]: the two threads at the same time under ThreadSanitizer; at least one round through every dialog.
 # Fails when a race is reported that suppressions.txt does not name, and when nothing has ended after five minutes.
 set -euo pipefail

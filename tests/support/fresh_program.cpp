@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/support/fresh_program.h"
 
 #include "graph/channels.h"

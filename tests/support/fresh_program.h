@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A freshly started system with a freshly started program, as often as wanted in one process.
 #pragma once
 

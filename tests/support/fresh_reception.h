@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A reception that has heard nothing yet, for tests of the console program.
 #pragma once
 

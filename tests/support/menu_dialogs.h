@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every dialog of the program with the menu command that opens it. Knows nothing of the program but its
 // numbers.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where the program keeps its settings, typed apart from the program.
 #pragma once
 

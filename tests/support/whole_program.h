@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The whole program from start to end, worked by a scripted user, looked at in the end.
 #pragma once
 

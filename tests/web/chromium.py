@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A headless Chromium, commanded over a pipe in its DevTools protocol, and what a user does in one of its tabs."""
 
 import base64

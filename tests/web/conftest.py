@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 import sys
 from pathlib import Path
 

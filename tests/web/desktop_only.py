@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Tests of tests/desktop that cannot run with the page, and why; all others do."""
 
 OtherLayout = "a hand-held device's layout: the page has the one of touch screens and desktops"

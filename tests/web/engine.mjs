@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program of the page without a browser: a page that only remembers what it is sent.
 import { readFileSync } from "node:fs";
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program of the page without a browser.
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";

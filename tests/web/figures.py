@@ -1,4 +1,5 @@
 #!/usr/bin/env -S /usr/bin/python3 -B
+# SPDX-License-Identifier: MIT
 """Measures what the page promises; each figure by its name, all but the hour if none is given.
 
 Usage: figures.py [size | start | load | idle | hour [MINUTES [TIMES]]]...

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A user of the page, who can do what the user of the desktop program can: the same tests run with either.
 
 What is read are the page's own elements, and what is done goes through keys, mouse and their events.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Serial ports for a page in a browser: each leads to a terminal of this machine, where a receiver answers."""
 
 import base64

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* In place of the browser's serial ports: ports that the test holds the other end of. Set before the page loads:
    serialDouble = {granted: [{usbVendorId, usbProductId} | {}], chosen: index or -1}; the test answers `serialCall`. */
 (() => {

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the tests of the page do again and again."""
 
 import base64

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The program's dialog templates and menu as the resource compiler reads them: what the page is held against."""
 
 import struct

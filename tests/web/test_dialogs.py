@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Every dialog of the program as HTML: roles and names, places, keys, focus, accessibility, narrow, dark, enlarged."""
 
 import time

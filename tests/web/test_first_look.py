@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What a first visitor sees: a receiver that streams, at once and without a question."""
 
 import re

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Logs that are dropped on the page or chosen: played by the program, as the replay tool does it."""
 
 import json

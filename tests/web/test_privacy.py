@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The page asks nothing of another host, keeps no cookie, and works without a network after the first visit."""
 
 import urllib.parse

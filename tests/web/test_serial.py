@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Real receivers, through serial ports that the test holds the other end of: what is found, kept, refused and lost."""
 
 import os

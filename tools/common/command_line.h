@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What all tools do alike: reading options, printing --help and --version, ending with an error.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers from the texts of options and files: the whole text or nothing, without blanks and without a sign
 // '+'.
 #pragma once

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A desktop of our own for the program: a display in memory and a Wine prefix inside the build folder.
 
 Neither the user's display nor the user's Wine prefix is ever changed.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The raw calls of the driver, one method per command: what is seen of the windows, and what can be done."""
 
 import json

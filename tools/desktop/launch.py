@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Shows a receiver's data in the program, through Wine. ./run.sh --help says how to call it."""
 
 import argparse

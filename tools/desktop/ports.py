@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The machine's own serial adapters as COM ports of a Wine prefix, with names that the program's port list shows,
 and what keeps us from using one.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A Wine prefix of the program's own: what the launcher of the packages and that of the build share."""
 
 import ctypes

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Makes the pictures of the manual: the real program, the software receiver, and what a user does with both."""
 
 import contextlib

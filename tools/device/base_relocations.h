@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The places that the system corrects when it loads the image at another address.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Install packages for Windows CE: a cabinet of uncompressed files, of which the first lists where the others
 // go and what the start menu shows.
 #pragma once

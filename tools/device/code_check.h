@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Checks that the machine code runs on every processor that the image is meant for.
 #pragma once
 

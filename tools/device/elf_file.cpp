@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "elf_file.h"
 
 namespace device

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // An ARM program as the linker leaves it: sections, symbols, and the relocations that it has applied.
 #pragma once
 

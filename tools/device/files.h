@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Whole files in and out; both refuse with path and reason what cannot be read or written.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The image that the device's system loads, from the linked program and its compiled resources.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "import_stubs.h"
 
 #include "little_endian.h"

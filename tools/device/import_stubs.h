@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Assembler source of an import library, from the list of what a system library exports.
 //
 // Lines of a list: "LIBRARY file name" once, then a name each, or "name = exported name" where the system's

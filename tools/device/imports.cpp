@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "imports.h"
 
 #include "import_stubs.h"

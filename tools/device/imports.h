@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The image's imports: the slots that the linker kept, and the directory by which the system fills them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Little-endian numbers in byte sequences, and the one way in which these tools refuse their input.
 #pragma once
 

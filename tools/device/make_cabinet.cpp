@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // toravane-make-cabinet IMAGE PROGRAMS CABINET: the program's install package. PROGRAMS is the folder of
 // programs on the device, which links with a command line have to name.
 

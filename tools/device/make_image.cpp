@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // toravane-make-image PROGRAM RESOURCES IMAGE: see image.h.
 
 #include "files.h"

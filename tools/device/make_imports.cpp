@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // toravane-make-imports LIST SOURCE: see import_stubs.h.
 
 #include "files.h"

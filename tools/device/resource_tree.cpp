@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "resource_tree.h"
 
 #include <compare>

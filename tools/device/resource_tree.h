@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program's resources as the image keeps them: a tree by type, name and language.
 #pragma once
 

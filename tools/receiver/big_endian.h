@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Big-endian fields of SiRF binary messages, and the bit patterns of floating-point numbers in them.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands_nmea.h"
 
 #include "nmea_output.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Commands in NMEA form: PSRF100, 101, 103, 105 and 106.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands_sirf.h"
 
 #include "sirf_output.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Commands in SiRF binary form: set commands, polls, restarts, the switch to NMEA.
 

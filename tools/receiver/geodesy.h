@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // WGS-84 positions: geodetic, Earth-centred, and local east-north-up.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gps_time.h"
 
 #include "common/numbers.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // GPS time (weeks and milliseconds since 6 January 1980, no leap seconds) and UTC dates.
 

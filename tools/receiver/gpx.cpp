@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/files.h"
 #include "common/numbers.h"
 #include "gps_time.h"

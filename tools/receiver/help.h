@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What --help prints around the list of options.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host_input.h"
 
 #include "nmea_output.h"

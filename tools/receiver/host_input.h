@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Cuts what the host sends into commands. A receiver is strict: what has a wrong checksum is not there.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The serial line between receiver and host: bytes take their time, rates that differ turn them into
 // garbage, and faults on demand do the rest. No device here: it is driven with the time of the run.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // toravane-receiver: the receiver on a pseudo-terminal, in real time (or faster).
 
 #include "common/command_line.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // From the true motion and the sky to what the receiver believes: channels that lock on, fixes that come
 // and go, errors that wander.

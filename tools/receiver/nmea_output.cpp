@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nmea_output.h"
 
 #include <algorithm>

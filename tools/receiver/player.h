@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // A recorded log in place of the receiver: its bytes, as they are, one after another.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "power.h"
 
 #include <algorithm>

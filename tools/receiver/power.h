@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Power saving: when the receiver sleeps between fixes.
 

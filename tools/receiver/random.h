@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // A small random source of our own: equal seeds give equal runs with every compiler and library.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The receiver without its terminal: fed with the host's bytes and with the time of the run, it queues
 // the bytes that it sends. No clock, no file, no thread: equal input gives equal output.

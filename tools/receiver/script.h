@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Scripts: what happens when. One action a line, "TIME VERB [VALUE]...", '#' begins a comment.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // A run: receiver or player, line, and the script's actions, driven step by step with the time of the run.
 // Everything but the terminal itself.

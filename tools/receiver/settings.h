@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // What a host can change and the receiver keeps over restarts (all but a factory reset).
 

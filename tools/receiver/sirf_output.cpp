@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sirf_output.h"
 
 #include "power.h"

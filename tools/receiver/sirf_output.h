@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // SiRF binary messages that the receiver sends. All fields are big-endian.
 

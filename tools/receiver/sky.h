@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // The satellites: a GPS constellation that moves like the real one, and the geostationary SBAS satellites.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "track.h"
 
 #include <algorithm>

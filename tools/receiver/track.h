@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Where the receiver truly is: a position and a velocity for every moment of a run.
 

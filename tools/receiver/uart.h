@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // What a serial line interface reads when the sender runs at another rate: the levels on the wire, sampled
 // at the wrong times. This is where the familiar garbage comes from.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The chart as the window would show it, as a picture file.
 #pragma once
 

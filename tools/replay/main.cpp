@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // toravane-replay: recorded receiver logs through the program's own reception.
 #include "common/command_line.h"
 #include "options.h"

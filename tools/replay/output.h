@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What toravane-replay prints, on standard output.
 #pragma once
 

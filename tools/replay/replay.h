@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // toravane-replay without its command line.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sky.h"
 
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A stand-in for the SBAS dialog, so that the decoders compute the sky.
 #pragma once
 

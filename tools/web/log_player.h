@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A recorded log as a port of the page: at once, or with the time that passes between its fixes.
 #pragma once
 

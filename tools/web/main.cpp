@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program for the page: which port it begins with, what the page asks of it, and what it reports.
 #include <algorithm>
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "software_receiver.h"
 
 namespace

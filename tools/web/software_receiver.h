@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The receiver in software as a port of the page: it streams without anything plugged in.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Comes before everything else that is compiled for the device: lets the mingw-w64 headers take this compiler
 // for one of 32-bit Windows on ARM.
 #pragma once

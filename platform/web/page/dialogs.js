@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /**
  * The program's dialogs and message boxes as HTML: the same controls at the same places, with a role and a name each.
  * The program's state is the truth. What the user does goes to the program; what it makes of that comes back.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /** The page: starts the program, shows what it shows, gives it what the user does and the browser has. */
 
 import * as dialogs from "./dialogs.js";

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /** The program's menu as a menubar: arrow keys, Enter, Escape and first letters as in any other. */
 
 /**

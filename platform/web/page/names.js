@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /**
  * The names by which a field is found: its label in the template, else one of these.
  * A label stands before its field in tab order, beside or above it. A label before several buttons, boxes or values

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /** The browser's serial ports, by the numbers that the program knows them by. */
 
 /** @import { Program } from "./messages.js" */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /** The program's stored numbers: in the browser's own storage, each under its name. */
 
 /** @param {unknown} value */

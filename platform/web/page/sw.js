@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /**
  * Keeps the page usable without a network. What the network has is newer and comes first; what a visit has brought
  * serves when there is none.

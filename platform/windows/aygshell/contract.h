@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The shell of hand-held devices as its programs know it: structures, flags and messages, by their published
 // layout. Nothing here comes from the program that calls, so that a mistake in one shows against the other.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Behaviour that the device's own controls have and the desktop's do not.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/windows/aygshell/keys.h"
 
 #include "platform/windows/aygshell/menu_bar.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The device's keys, which the desktop's keyboard stands for: the arrows and Enter are the joystick, Escape
 // is Back, F1 and F2 are the soft keys.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The shell library of hand-held devices, for the desktop: with it beside the program, the program's own code
 // for those devices runs, on a screen of their size. Enough of the shell for that, and no more.
 #include "platform/windows/aygshell/fields.h"

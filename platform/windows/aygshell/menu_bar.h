@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Menu bars at the screen's lower edge: soft keys on a keypad device, a row of words on a touch screen.
 #pragma once
 

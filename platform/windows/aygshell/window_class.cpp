@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/windows/aygshell/window_class.h"
 
 HINSTANCE LibraryInstance = nullptr;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The shell's own window classes.
 #pragma once
 

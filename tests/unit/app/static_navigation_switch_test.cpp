@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/static_navigation_switch.h"
 
 #include "link/link_state.h"

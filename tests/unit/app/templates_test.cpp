@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The compiled dialog templates, all of them, in both layouts.
 #include <algorithm>
 #include <map>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The product's reception and commands against the receiver in software, in fast motion.
 
 #include <optional>

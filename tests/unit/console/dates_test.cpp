@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Dates that lie whole 1024 weeks back. All days were counted by another calendar.
 
 #include "console/dates.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Mended dates in a stream. Checksums were worked out by hand.
 
 #include "console/mend_dates.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fixture of tests that feed bytes: a reception that has heard nothing yet.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Samples: which messages belong to one moment, and which date it has.
 
 #include "console/sample.h"

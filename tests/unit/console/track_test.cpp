@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tracks as texts, typed by hand.
 
 #include "console/track.h"

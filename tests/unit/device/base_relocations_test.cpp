@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "device/base_relocations.h"
 
 #include "elf_builder.h"

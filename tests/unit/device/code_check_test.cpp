@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "device/code_check.h"
 
 #include "elf_builder.h"

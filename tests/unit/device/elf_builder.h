@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Linked ARM programs for the tests, written field by field as the format's description has it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "elf_builder.h"
 
 #include <gtest/gtest.h>

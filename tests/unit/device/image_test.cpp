@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "device/image.h"
 
 #include "elf_builder.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "device/import_stubs.h"
 
 #include "elf_builder.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "device/imports.h"
 
 #include "elf_builder.h"

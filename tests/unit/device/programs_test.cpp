@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The two programs as the build calls them.
 
 #include "device/files.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "device/resource_tree.h"
 
 #include "elf_builder.h"

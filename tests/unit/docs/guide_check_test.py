@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The check of the user guide notices what is missing, and finds the texts that it shall find."""
 
 import importlib.machinery

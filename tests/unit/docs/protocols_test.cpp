@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // docs/protocols.md against the program. Commands: each field's place, width, kind and range as in the tables
 // by which they are sent, each byte accounted for. Messages: a number put where the document says comes out
 // as what the document says.

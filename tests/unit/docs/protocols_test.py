@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """docs/protocols.md against the decoders: fields of sentences, places and types of message fields, commands as they are
 written in the code. The tables of sentences, messages and commands are the other test's, which links them."""
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/unit/failures/failure_loop.h"
 
 #include <csignal>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The failure loop: something that the user does is done again and again in a freshly started program, and
 // each time another platform call fails while it is done: once, or from then on every time. What the user
 // sees, what state that leaves, and what doing it again makes of it become lines of a text.

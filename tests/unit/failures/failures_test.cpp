@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The effect of every failing platform call on every action of the user, compared with texts that were looked
 // at by eye. TORAVANE_REWRITE_GOLDEN=1 writes them anew.
 #include "tests/unit/failures/failure_loop.h"

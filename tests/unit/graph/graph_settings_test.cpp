@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "graph/graph_settings.h"
 
 #include "tests/unit/graph/support/chart_fixture.h"

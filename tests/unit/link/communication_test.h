@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fixture of the tests that work the Communication dialog.
 #pragma once
 

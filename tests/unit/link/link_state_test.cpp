@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/link_state.h"
 
 #include "link/protocol_recognition.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/port_discovery.h"
 
 #include "tests/unit/link/communication_test.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the receiver sent comes to the program in portions of any size. Everything that can be noticed is the
 // same for all of them.
 #include <fstream>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A second program around the same reception: it links the product without the window program, and hears a
 // receiver without a word of its own.
 #include <gtest/gtest.h>

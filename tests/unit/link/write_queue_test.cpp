@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/write_queue.h"
 
 #include "tests/unit/support/product_test.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nmea/command_encoder.h"
 
 #include "link/write_queue.h"

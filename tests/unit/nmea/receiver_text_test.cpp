@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "link/link_state.h"
 #include "nmea/receiver_messages.h"
 #include "tests/unit/support/product_test.h"

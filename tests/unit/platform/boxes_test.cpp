@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Message boxes and the save-file dialog.
 #include <gtest/gtest.h>
 

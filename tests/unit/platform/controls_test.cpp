@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The system's controls and what the user does with them.
 #include <gtest/gtest.h>
 

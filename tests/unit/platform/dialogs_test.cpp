@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Modal dialogs from the program's own templates.
 #include <algorithm>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Device contexts, bitmaps and what windows show.
 #include <algorithm>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Calls that are made to fail.
 #include <gtest/gtest.h>
 

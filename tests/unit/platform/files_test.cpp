@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Files in memory and special folders.
 #include <atomic>
 

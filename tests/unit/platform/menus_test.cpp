@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Menus of the program's resources.
 #include <algorithm>
 

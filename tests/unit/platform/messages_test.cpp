@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Queues, timers and the scripted user.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Serial ports with a scripted device.
 #include <gtest/gtest.h>
 

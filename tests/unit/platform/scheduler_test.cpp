@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Order of the threads on the virtual clock, messages between them, and waits that never end.
 #include <cstring>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Error texts, libraries, system queries, strings and icons.
 #include <gtest/gtest.h>
 

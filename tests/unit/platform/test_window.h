@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A window for tests, which records what its procedure is given.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Windows: making, sizes, activation and the end.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // What the receiver's tests share: bytes as hexadecimal text, and a receiver that has started and is spoken
 // to.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every PSRF command, as whole sentences with checksums worked out by hand.
 
 #include "bench.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every SiRF binary command, as whole frames with checksums added up by hand.
 
 #include "bench.h"

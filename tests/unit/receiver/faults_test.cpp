@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a receiver does wrong on request: dates of old firmware, switches that go astray, commands without an
 // answer or with another effect than asked for.
 

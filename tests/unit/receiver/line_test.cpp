@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The line: time that bytes take, rates that differ, faults.
 
 #include "receiver/line.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sentences, character by character, from a fix whose values are chosen for it.
 
 #include "bench.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The command line: what is taken, and the one-line error for what is not.
 
 #include "receiver/options.h"

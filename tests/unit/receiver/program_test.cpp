@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program as its users start it.
 
 #include "temporary_path.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Whole runs without a terminal: power saving, faults, scripts, played logs, an hour of output.
 
 #include "bench.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Messages against bytes worked out by hand from a fix whose values are chosen for it.
 
 #include "bench.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 // Places for the files of a test: each process has its own, so that two runs of the tests do not meet.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The pseudo-terminal, with a host that opens it, sets its rate, closes it and comes back.
 
 #include "receiver/terminal.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Time, places, sky, and how the receiver finds its fix.
 
 #include "bench.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """toravane-replay --chart: options, and a picture whose every pixel is known. Usage: chart_test.py REPLAY"""
 import os
 import pathlib

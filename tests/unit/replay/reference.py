@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A second decoder of NMEA and SiRF binary, written from the messages' descriptions and from nothing of the program's:
 what the text page, the samples, the statistics and the receiver text must be after a log. Plain and slow."""
 import math

@@ -1,4 +1,5 @@
 #!/usr/bin/env -S /usr/bin/python3 -B
+# SPDX-License-Identifier: MIT
 """Plays logs through toravane-replay and compares everything that it prints with the second decoder beside this file.
 
 Usage: replay_test.py REPLAY            the logs of tests/data, the tool's options and its errors

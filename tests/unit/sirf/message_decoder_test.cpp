@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sirf/message_decoder.h"
 
 #include "graph/channels.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sirf/page_lines.h"
 
 #include "tests/unit/sirf/sirf_test.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Values of settings on their rows alone: what a text is, what is sent for it, what comes back. No window is
 // made.
 #include "sirf/setting_values.h"

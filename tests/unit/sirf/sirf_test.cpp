@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/unit/sirf/sirf_test.h"
 
 #include <algorithm>

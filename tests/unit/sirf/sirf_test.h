@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fixture of the tests of SiRF binary: payloads written by hand, and a dialog to read answers back into.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sirf/switch_to_nmea_command.h"
 
 #include "tests/unit/sirf/sirf_test.h"

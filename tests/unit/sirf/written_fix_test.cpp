@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the messages leave in LatestFix, for whoever writes it down.
 
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sky/vectors_and_time.h"
 
 #include <gtest/gtest.h>

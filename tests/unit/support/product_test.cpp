@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/unit/support/product_test.h"
 
 #include "link/link_state.h"

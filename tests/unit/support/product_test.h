@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fixture of every test of the product: a freshly started system and a freshly started program. A test fails
 // when steps of its user have not run.
 #pragma once

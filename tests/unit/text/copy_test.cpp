@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text/copy.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/dialog_support.h"
 
 #include "tests/unit/support/product_test.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/page_lines.h"
 
 #include "tests/unit/support/product_test.h"

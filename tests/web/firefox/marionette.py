@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A headless Firefox, commanded through its Marionette port."""
 
 import base64

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Loaded into Firefox: gives pseudo-terminals the modem lines of a real serial port, which Firefox asks for when it
 // opens one, and which they lack.
 #define _GNU_SOURCE

@@ -1,4 +1,5 @@
 #!/usr/bin/env -S /usr/bin/python3 -B
+# SPDX-License-Identifier: MIT
 """Photographs the page in Firefox, into build/web-tests/.
 
 First look, five dialogs, a message box, a log, the chart; a narrow, a dark and an enlarged page.

@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # Usage: unshare --mount private_dev.sh COMMAND...
 #
 # Runs a command with a /dev of its own without any serial device: Firefox opens every node there that looks like one,

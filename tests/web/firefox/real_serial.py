@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A real Web Serial port in Firefox, from its own chooser to the device that is pulled out; run by real_serial.sh.
 
 Usage: real_serial.py RECEIVER PRELOAD

@@ -1,4 +1,5 @@
 #!/bin/bash
+# SPDX-License-Identifier: MIT
 # Usage: real_serial.sh [TOOLS]
 #
 # A real Web Serial port without a device: a headless Firefox chooses the software receiver's terminal in its own

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A console program that looks at the windows of other programs and works their controls, for tests and for
 // the launcher. It reads one command a line, words separated by tabs, and answers with one JSON object a
 // line: what was asked for, or {"error": "..."}. Windows and messages are plain numbers.

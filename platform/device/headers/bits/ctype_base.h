@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The C++ library was configured for newlib and takes the character classes from its <ctype.h>, which the
 // system's headers replace here.
 #define _U 01

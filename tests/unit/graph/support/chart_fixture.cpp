@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/unit/graph/support/chart_fixture.h"
 
 char PixelName(uint32_t pixel)

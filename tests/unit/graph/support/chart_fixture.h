@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fixture of the chart's tests: small charts, and pictures as text.
 #pragma once
 

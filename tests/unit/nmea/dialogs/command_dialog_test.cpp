@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/unit/nmea/dialogs/command_dialog_test.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fixture of the dialogs' tests: an open port, and one step of the user while a dialog is open.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nmea/dialogs/command_dialog.h"
 
 #include "tests/unit/nmea/dialogs/command_dialog_test.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The NMEA dialogs as a table: for their tests, and for those of the whole program in other forms. Nothing
 // here belongs to the program.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The dialogs that follow their command's fields, as tables: what each field accepts and refuses, what is
 // sent, and when the receiver is polled.
 #include "link/link_state.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/unit/sirf/dialogs/dialog_test.h"
 
 #include "sirf/dialogs/command_dialog.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fixture of the tests of the SiRF command dialogs: the real dialogs on a port whose writes are kept, worked
 // by a scripted user.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/unit/sirf/dialogs/field_cases.h"
 
 #include "resources/resource_ids.h"

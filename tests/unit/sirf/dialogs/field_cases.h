@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What each field of the SiRF dialogs takes, as tables: for the tests of the dialogs, and for those of the
 // whole program in other forms. Nothing here belongs to the program.
 #pragma once

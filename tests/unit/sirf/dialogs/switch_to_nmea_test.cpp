@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "resources/resource_ids.h"
 #include "sirf/dialogs/command_dialog.h"
 
