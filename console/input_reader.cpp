@@ -12,7 +12,7 @@ namespace console
 namespace
 {
 
-constexpr size_t Portion = 1 << 18;
+constexpr size_t Portion = 1 << 16; // what a pipe brings is seen when so much of it is there
 
 // The thread that reads. It is never joined: a read of a pipe may never end.
 asio::thread_pool& ReadingThread()
