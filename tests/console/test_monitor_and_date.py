@@ -62,7 +62,8 @@ def test_the_page_is_renewed_in_place(sirf):
     master, slave = pty.openpty()
     process = start("monitor", *sirf, stdout=slave)
     os.close(slave)
-    page = read_some(master, lambda data: data.count(b"\x1b[H") >= 4 and b"Latitude" in data).decode()
+    page = read_some(master, lambda data: data.rfind(b"\x1b[H") > data.find(b"Fix: 3D Kalman Filter") > 0 and
+                     data.count(b"\x1b[H") >= 4).decode()
     status, _, _ = end(process, signal.SIGINT)
     rest = read_some_of_ended(master)
     assert status == 130
