@@ -35,7 +35,7 @@ check_constructs() {
 
 # test_preset PRESET: builds a preset and runs its unit tests.
 test_preset() {
-    step "build $1" tools/build.sh "$1" && step "unit tests, $1" ctest --preset "$1"
+    step "build $1" nice tools/build.sh "$1" && step "unit tests, $1" ctest --preset "$1"
 }
 
 # python_tests FOLDER [OPTION]...
@@ -57,6 +57,41 @@ check_python_programs() {
     xargs pyflakes3 <<<"$files" && xargs pycodestyle --max-line-length=130 --ignore=E402,W503,E731 <<<"$files"
 }
 
+# Tests that mostly wait: for windows, browsers, receivers.
+waiting_tests() {
+    step "console tests" python_tests tests/console -n 8
+    step "switches of the console program" tests/console/switches.sh 30
+    step "desktop tests" python_tests tests/desktop
+    step "program of the page" node --no-experimental-fetch --test tests/web/engine_test.mjs
+    step "checks of the page" platform/web/check.sh
+    step "page tests" python_tests tests/web --ignore tests/web/test_serial.py
+}
+
+# beside COMMAND: starts a procedure with steps of its own beside the following ones, which occupy the processors.
+beside() {
+    rm -f build/beside.summary
+    # shellcheck disable=SC2030,SC2031 # on purpose its own; join takes them over
+    (
+        summary=() failures=0
+        "$@"
+        printf '%s\n' "${summary[@]}" >build/beside.summary
+        exit $failures
+    ) >build/beside.log 2>&1 &
+    lane=$!
+}
+
+# join: waits for it, shows what it printed, and takes over how its steps went.
+join() {
+    local more
+    wait "$lane"
+    # shellcheck disable=SC2031
+    failures=$((failures + $?))
+    cat build/beside.log
+    mapfile -t more <build/beside.summary
+    # shellcheck disable=SC2031
+    summary+=("${more[@]}")
+}
+
 if step "packages" tools/install_packages.sh testing packaging web; then
     step "format" check_format
     step "licenses" tools/license_heads
@@ -66,20 +101,17 @@ if step "packages" tools/install_packages.sh testing packaging web; then
     step "commands" python_tests tests/commands
     step "rows of the mutation check" tests/mutation/mutate.py --check
     step "user guide" tools/check_guide
-    test_preset native && step "console tests" python_tests tests/console -n 8 &&
-        step "switches of the console program" tests/console/switches.sh 30
+    test_preset native
+    step "build desktop" tools/build.sh desktop
+    step "build web" tools/build.sh web
+    beside waiting_tests
     step "constructs" check_constructs
     test_preset native-asan
     step "races" tests/races/run.sh
-    step "build desktop" tools/build.sh desktop && step "desktop tests" python_tests tests/desktop
     step "build device" tools/build.sh device && step "device tests" python_tests tests/device &&
         step "emulated device" tests/device/compare.sh
-    if step "build web" tools/build.sh web; then
-        step "program of the page" node --no-experimental-fetch --test tests/web/engine_test.mjs
-        step "checks of the page" platform/web/check.sh
-        step "page tests" python_tests tests/web --ignore tests/web/test_serial.py
-    fi
     step "package tests" python_tests tests/packages
+    join
 fi
 
 printf '\n=== Summary\n'

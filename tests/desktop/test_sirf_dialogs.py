@@ -212,7 +212,7 @@ def test_enter_does_not_restart_or_switch_the_receiver(session):
 
 def test_undecided_box_is_refused(session):
     dialog = session.open(2018, "Static Navigation")
-    wait_shown(dialog, {1433: 1})
+    wait_for("the dialog shows the setting", lambda: shown(dialog, 1433) != 2)
     enter(dialog, {1433: 2})
     refused(session.user, dialog, 1432, "Static Navigation Flag", "Indeterminate")
     session.wait_sent("A88F")
