@@ -110,7 +110,7 @@ def test_installer(packages, user):
     installed = Installed(user)
     user.wine.run(str(setup), "/S")
     assert sorted(file.name for file in installed.folder.iterdir()) == [
-        "toravane.exe", "uninstall.exe", "user-guide.html"]
+        "license.txt", "toravane.exe", "uninstall.exe", "user-guide.html"]
     check_manual(installed.folder / "user-guide.html")
     assert installed.is_listed()
 
