@@ -52,7 +52,7 @@ dated() {
 
 echo "Packing version $version"
 rm -rf "$output"
-source=$output/work/toravane-$version
+source=$output/staging/toravane-$version
 mkdir -p "$source"
 if [ $# = 1 ]; then
     git ls-files -z --cached --others --exclude-standard | while IFS= read -r -d '' file; do
@@ -65,35 +65,35 @@ mv "$source/packaging/debian" "$source/debian"
 dated "$source"
 
 # ---- Debian and Ubuntu ----
-log=$output/work/debian.log
+log=$output/staging/debian.log
 (cd "$source" && dpkg-buildpackage --no-sign >"$log" 2>&1) || {
     tail --lines 40 "$log" >&2
     exit 1
 }
-mv "$output/work"/*.{deb,dsc,tar.xz} "$output"
+mv "$output/staging"/*.{deb,dsc,tar.xz} "$output"
 
 # ---- Windows ----
-windows=$output/work/windows/toravane-$version
+windows=$output/staging/windows/toravane-$version
 mkdir -p "$windows"
 cp "$source"/build/guide/{toravane.exe,user-guide.html} "$windows"
 cp LICENSE "$windows/license.txt"
 dated "$windows"
-(cd "$output/work/windows" &&
+(cd "$output/staging/windows" &&
     find "toravane-$version" -print | sort | zip --quiet -X -@ "$output/toravane-$version-windows.zip")
 makensis -V2 -NOCD -DVERSION="$version" -DFILES="$windows" -DICON=resources/toravane.ico \
     -DOUTPUT="$output/toravane-$version-setup.exe" packaging/windows/installer.nsi
 
 # ---- Page ----
 (cd "$source" && tools/build.sh web)
-page=$output/work/web/toravane-$version-web
+page=$output/staging/web/toravane-$version-web
 mkdir -p "$page"
 cp -r "$source/build/web/." "$page"
 dated "$page"
-(cd "$output/work/web" &&
+(cd "$output/staging/web" &&
     find "toravane-$version-web" -print | sort | zip --quiet -X -@ "$output/toravane-$version-web.zip")
 
 packaging/bill_of_materials.py "$version" "$SOURCE_DATE_EPOCH" >"$output/toravane-$version.spdx.json"
-rm -rf "$output/work"
+rm -rf "$output/staging"
 (cd "$output" && sha256sum -- * >SHA256SUMS)
 echo "Packages:"
 (cd "$output" && printf '  build/packages/%s\n' *)
