@@ -73,7 +73,7 @@ def script(messages):
     for direction in ("toPage", "toProgram"):
         rows = [[message["name"], "".join(TYPES[kind][0] for _, kind in message["fields"])]
                 for message in messages[direction]]
-        lines += [f"/** @type {{[string, string][]}} */", f"export const {direction} = {json.dumps(rows)};"]
+        lines += ["/** @type {[string, string][]} */", f"export const {direction} = {json.dumps(rows)};"]
     return "\n".join(lines) + "\n"
 
 

@@ -76,9 +76,9 @@ def device():
     if not (DEVICE.is_file() and symbols.is_file()):
         return
     for protocol, suffix in PROTOCOLS:
-        done = subprocess.run([runner, "--image", DEVICE, "--symbols", symbols, "--logs", OWN, "--core", "926", "--figures", "yes",
-                               f"stream walk-south-west{suffix} on the page"], check=True, text=True, stdout=subprocess.DEVNULL,
-                              stderr=subprocess.PIPE)
+        done = subprocess.run([runner, "--image", DEVICE, "--symbols", symbols, "--logs", OWN, "--core", "926",
+                               "--figures", "yes", f"stream walk-south-west{suffix} on the page"],
+                              check=True, text=True, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
         yield (f"ARM instructions a byte, {protocol}",
                re.search(r"(\d+ instructions a byte.*)", done.stderr)[1].replace(" instructions a byte", ""))
 
