@@ -75,7 +75,7 @@ mv "$output/staging"/*.{deb,dsc,tar.xz} "$output"
 # ---- Windows ----
 windows=$output/staging/windows/toravane-$version
 mkdir -p "$windows"
-cp "$source"/build/guide/{toravane.exe,user-guide.html} "$windows"
+cp "$source"/build/guide/{toravane.exe,user-guide.html,boxes.html} "$windows"
 cp LICENSE "$windows/license.txt"
 dated "$windows"
 (cd "$output/staging/windows" &&

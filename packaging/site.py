@@ -15,7 +15,7 @@ import sys
 import urllib.parse
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-PAGES = ("user-guide.md", "protocols.md", "receiver.md", "device.md")
+PAGES = ("user-guide.md", "boxes.md", "protocols.md", "receiver.md", "device.md")
 STYLE = "manual.css"
 
 

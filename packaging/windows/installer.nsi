@@ -78,6 +78,7 @@ Section
     SetOutPath "$INSTDIR"
     File "${FILES}/toravane.exe"
     File "${FILES}/user-guide.html"
+    File "${FILES}/boxes.html"
     File "${FILES}/license.txt"
     WriteUninstaller "$INSTDIR\uninstall.exe"
 
@@ -112,6 +113,7 @@ FunctionEnd
 Section Uninstall
     Delete "$INSTDIR\toravane.exe"
     Delete "$INSTDIR\user-guide.html"
+    Delete "$INSTDIR\boxes.html"
     Delete "$INSTDIR\license.txt"
     Delete "$INSTDIR\uninstall.exe"
     RMDir "$INSTDIR" ; only when nothing else is in it

@@ -63,11 +63,17 @@ def close(user, process):
         desktop.stop(process)
 
 
-def check_manual(file):
-    text = file.read_text()
-    assert "<h1" in text
-    outside = re.findall(r'(?:src|href)="(?!#|data:|https?:)([^"]*)"', text)
-    assert outside == []
+def check_manual(folder):
+    """The guide's pages link to each other, and need nothing else."""
+    pages = {file.name: file.read_text() for file in folder.glob("*.html")}
+    assert sorted(pages) == ["boxes.html", "user-guide.html"]
+    for text in pages.values():
+        assert "<h1" in text
+        for target in re.findall(r'(?:src|href)="(?!data:|https?:)([^"]*)"', text):
+            name, _, place = target.partition("#")
+            assert not place or f'id="{place}"' in (pages[name] if name else text), target
+            assert not name or name in pages, target
+    assert 'href="boxes.html"' in pages["user-guide.html"]
 
 
 # ---- Windows ------------------------------------------------------------------------------------------
@@ -76,8 +82,8 @@ def test_zip_runs(packages, user, tmp_path):
     with zipfile.ZipFile(only(packages, "*-windows.zip")) as archive:
         archive.extractall(tmp_path)
     folder = only(tmp_path, "toravane-*")
-    assert sorted(file.name for file in folder.iterdir()) == ["license.txt", "toravane.exe", "user-guide.html"]
-    check_manual(folder / "user-guide.html")
+    assert sorted(file.name for file in folder.iterdir()) == ["boxes.html", "license.txt", "toravane.exe", "user-guide.html"]
+    check_manual(folder)
     close(user, start(user, folder / "toravane.exe"))
 
 
@@ -110,8 +116,8 @@ def test_installer(packages, user):
     installed = Installed(user)
     user.wine.run(str(setup), "/S")
     assert sorted(file.name for file in installed.folder.iterdir()) == [
-        "license.txt", "toravane.exe", "uninstall.exe", "user-guide.html"]
-    check_manual(installed.folder / "user-guide.html")
+        "boxes.html", "license.txt", "toravane.exe", "uninstall.exe", "user-guide.html"]
+    check_manual(installed.folder)
     assert installed.is_listed()
 
     links = installed.links()
@@ -164,7 +170,7 @@ def test_lintian(packages):
 
 
 def test_contents(unpacked):
-    check_manual(unpacked / "usr/share/doc/toravane/user-guide.html")
+    check_manual(unpacked / "usr/share/doc/toravane")
     subprocess.run(["desktop-file-validate", unpacked / "usr/share/applications/toravane.desktop"], check=True)
     subprocess.run(["appstreamcli", "validate", "--no-net", unpacked / "usr/share/metainfo/toravane.metainfo.xml"],
                    check=True)

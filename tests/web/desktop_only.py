@@ -10,6 +10,7 @@ Pixels = "pixels of the desktop's own drawing: the page draws the sky with its o
 Reasons = {
     "test_handheld": OtherLayout,
     "test_ports": Wine,
+    "test_guide": "walks for a minute through dialogs whose own tests run with the page",
     "test_sirf_dialogs::test_keypad_layout_sets_the_same": OtherLayout,
     "test_sbas::test_keypad_layout": OtherLayout,
     "test_start::test_keypad_menu_items": OtherLayout,

@@ -11,7 +11,7 @@ loader = importlib.machinery.SourceFileLoader("check_guide", str(Root / "tools" 
 check_guide = importlib.util.module_from_spec(importlib.util.spec_from_loader("check_guide", loader))
 loader.exec_module(check_guide)
 
-Guide = (Root / "docs" / "user-guide.md").read_text()
+Guide = check_guide.guide_text()
 
 # A caption, texts of boxes, a filled-in text, a label, a menu item, a list's entry, a text in two pieces.
 Examples = [
