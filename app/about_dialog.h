@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The About box; greets the user of a first start.
+// The About box. It greets the user at the first start.
 #pragma once
 
 #include "ui/dialog.h"

@@ -28,7 +28,7 @@ namespace
 
 constexpr uint32_t NameCapacity = 64;
 
-// Room that the desktop is asked for: the text page's longest lines, and the chart's default bands.
+// Size of the window on the desktop: room for the text page's longest lines and the chart's default bands.
 constexpr int PageColumns = 50, ChartRows = 268;
 
 HFONT PageFont = nullptr; // null: the font that a device context starts with
@@ -40,7 +40,8 @@ ShellActivateInfo Activation;
 
 // ---- Commands -----------------------------------------------------------------------------------------
 
-// True if an item of the menu has been carried out. Most items have the number of the dialog that they open.
+// True if the number is a menu item, which has then been carried out. Most items have the number of the
+// dialog that they open.
 bool RunCommand(HWND window, uint16_t item)
 {
     switch (item) {
@@ -67,7 +68,7 @@ void MeasureText(HWND window)
     ReleaseDC(window, dc);
 }
 
-// The shell's menu bar, which lies below the window's own area; null when there is no shell.
+// The shell's menu bar, which is below the window's own area; null when there is no shell.
 HWND CreateShellMenuBar(HWND window, UINT menu)
 {
     if (!ShellCreateMenuBar) return nullptr;
@@ -79,8 +80,8 @@ HWND CreateShellMenuBar(HWND window, UINT menu)
     return ShellCreateMenuBar(&bar) ? bar.bar : nullptr;
 }
 
-// Makes the menu bar and the room for it: below the window with a shell, else at the top of its client area.
-// False when there is none of either kind.
+// Makes the menu bar and the room for it: below the window if there is a shell, otherwise at the top of the
+// client area. False if neither kind of bar can be made.
 bool CreateMenuBar(HWND window)
 {
     const uint16_t menu = static_cast<uint16_t>(MENU_MAIN + LayoutOffset());
@@ -154,9 +155,9 @@ void PaintTextPage(HWND window, HDC dc, const RECT& invalid)
     if (before) SelectObject(dc, before);
 }
 
-// Opens the port that worked last, greets a first user, carries out the command line. Runs within the first
-// paint and shows boxes, in which the user may end the program: the window is looked at again after each
-// step.
+// Opens the port that worked last, greets a first user, carries out the command line. Runs during the first
+// paint and shows boxes, in which the user may end the program. So each step checks first that the window
+// still exists.
 void RunStartActions(HWND window)
 {
     CommPortIdx.store(SettingsGetDword(SettingCommPort, -1));
@@ -240,8 +241,8 @@ bool RegisterMainClass(const wchar_t* name)
     return RegisterClassW(&windowClass) != 0;
 }
 
-// The launcher may have asked for a minimised window, and systems obey it at the first showing, whatever the
-// program asks for. A program that ends when it is minimised must not start that way.
+// The launcher may have asked for a minimised window. Systems obey it when the window is shown first, no
+// matter what the program asks for. This program ends when it is minimised, so it must not start that way.
 void ShowMainWindow(HWND window, int show)
 {
     ShowWindow(window, show);

@@ -5,7 +5,7 @@
 
 #include "platform/platform.h"
 
-// Registers the class and creates and shows the window; `show` as the system gave it to the program. False
-// when another copy runs, which is brought to the front, or when the system refuses. LeaveOnlyCopy follows
-// the end of a program for which it was true.
+// Registers the class and creates and shows the window; `show` is the value that the system gave to the
+// program. False when another copy runs, which is brought to the front, or when the system refuses. After a
+// true result the program calls LeaveOnlyCopy at its end.
 bool InitInstance(HINSTANCE instance, int show);

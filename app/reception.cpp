@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Where received bytes go. It stands above both protocols; the reader thread declares it.
+// Distributes the received bytes. It needs both protocols, so it is here; the reader thread declares it.
 #include "link/link_state.h"
 #include "link/reader_thread.h"
 #include "link/receiver_log.h"
@@ -11,10 +11,10 @@ uint32_t RouteUpToMessage(const uint8_t* bytes, uint32_t count)
     uint32_t routed = 0;
     bool complete = false;
     while (routed < count && !complete) {
-        // Bytes with which neither assembler does anything to be noticed go together. Only then is the order
-        // of all that can be noticed the same as byte by byte.
+        // Bytes on which neither assembler does anything that can be noticed are passed on together. So
+        // everything that can be noticed happens in the same order as byte by byte.
         const uint8_t* const next = bytes + routed;
-        uint32_t quiet = SirfQuietBytesAtMost(count - routed); // for nothing, so that little is searched
+        uint32_t quiet = SirfQuietBytesAtMost(count - routed); // costs nothing, and shortens the search
         if (quiet) quiet = NmeaQuietBytes(next, quiet);
         if (quiet && !NmeaIsInBody()) quiet = SirfQuietBytes(next, quiet);
         if (quiet) {

@@ -15,7 +15,8 @@ HANDLE OnlyCopy = nullptr;
 bool BecomeOnlyCopy(const wchar_t* name)
 {
     for (uint32_t waited = 0;; waited += PollMs) {
-        // Two copies that start at once find no window of each other, but only one of them makes this object.
+        // Two copies that start at the same time do not find each other's window, but only one of them can
+        // create this object.
         const HANDLE copy = CreateMutexW(nullptr, FALSE, name);
         const bool isOther = copy && GetLastError() == ERROR_ALREADY_EXISTS;
         HWND window = FindWindowW(name, name);

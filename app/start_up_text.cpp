@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The one command that reception sends; the decoder of sentences declares it.
+// The only command that reception sends; the sentence decoder declares it.
 #include "link/link_state.h"
 #include "nmea/command_encoder.h"
 #include "nmea/sentence_decoder.h"

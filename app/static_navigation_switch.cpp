@@ -16,12 +16,12 @@
 namespace
 {
 
-// What a receiver needs to change its protocol, to take a command, and to change back.
+// Times that a receiver needs to change its protocol, to carry out a command, and to change back.
 constexpr uint32_t ToSirfMs = 5000, CommandMs = 3000, ToNmeaMs = 1000;
 
 constexpr int32_t Closed = 1, UnknownSirfRate = 4, UnknownNmeaRate = 5;
 
-// Lets the time pass. False, at once, when the program's window is closed meanwhile.
+// Waits. Returns false immediately when the program's window is closed meanwhile.
 bool WaitWithWindow(HWND window, uint32_t milliseconds)
 {
     constexpr uint32_t StepMs = 50;
@@ -64,8 +64,9 @@ int32_t SwitchStaticNavigation(bool on)
     SendSwitchToNmea(DebugMessages::Unchanged, seconds, true, BaudTable[nmeaIndex]);
     if (!WaitWithWindow(window, ToNmeaMs)) return Closed;
     PortSetBaud(BaudTable[nmeaIndex]);
-    // The first message in SiRF binary has stored that protocol's rate as the port's. Without one the stored
-    // rate is still the receiver's, and with a refusal it has become so.
+    // The first message in SiRF binary has stored that protocol's rate as the port's rate. Without such a
+    // message the stored rate is still the receiver's, and after a refusal the stored rate is again the
+    // receiver's.
     if (speaksSirf && LastRefusedCommand.load() != SwitchToNmeaId)
         SettingsSetDword(SettingBaudrate, nmeaIndex);
     return 0;

@@ -4,7 +4,8 @@
 
 #include <cstdint>
 
-// Takes about ten seconds; user-interface thread. 0 when everything was sent, 1 when the program's window was
-// closed meanwhile; 4 or 5, with a box, when the rate in SiRF binary or in NMEA has never been seen. The rate
-// for the next start is changed only if the receiver has spoken SiRF binary and has not refused to leave it.
+// Takes about ten seconds; user-interface thread. Returns 0 when everything was sent, 1 when the program's
+// window was closed meanwhile; 4 or 5, with a box, when the rate for SiRF binary or for NMEA is not known.
+// The rate for the next start is changed only if the receiver has sent SiRF binary and has not refused to
+// leave it.
 int32_t SwitchStaticNavigation(bool on);

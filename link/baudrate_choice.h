@@ -7,9 +7,9 @@
 // Fills a list with the rates of BaudTable.
 void FillBaudrates(HWND dialog, int control);
 
-// Index in BaudTable of the rate that a filled list stands for: what is typed in its edit if the table has
-// it, else the selected entry; -1 when there is neither. Any thread.
+// Index in BaudTable of the rate that the user has chosen in a filled list: the rate typed in its edit if the
+// table has it, otherwise the selected entry; -1 when there is neither. Any thread.
 int32_t ChosenBaudrate(HWND dialog, int control);
 
-// The advice on which rates are safe.
+// Shows the advice about safe rates.
 void ShowBaudrateHelp();

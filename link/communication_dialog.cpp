@@ -22,12 +22,12 @@ namespace
 
 constexpr UINT_PTR StatisticsTimer = 1;
 constexpr UINT StatisticsMs = 1000;
-constexpr uint32_t ReceiverPasses = 100, PassMs = 50; // wait for the receiver after opening
-constexpr uint32_t ClosedMs = 500;                    // rest that some drivers need before the next open
+constexpr uint32_t ReceiverPasses = 100, PassMs = 50; // longest wait for a message after opening
+constexpr uint32_t ClosedMs = 500;                    // pause that some drivers need before the next open
 
 bool IsAtThePort = false; // while a command opens or closes the port
 
-// What chooses and opens a port: usable while none is open.
+// The controls that choose and open a port; they can be used while none is open.
 constexpr int SelectionControls[] = {CONTROL_COM_PORT, CONTROL_COM_BAUDRATE, CONTROL_COM_FIND_PORT,
                                      CONTROL_COM_FIND_BAUD, CONTROL_COM_OPEN};
 
@@ -54,7 +54,7 @@ void ShowProtocol(HWND dialog)
     SetDlgItemTextW(dialog, CONTROL_COM_PROTOCOL, ProtocolName(ProtocolMode()));
 }
 
-// Forgets the protocol, and shows so.
+// Forgets the protocol, and shows that none is known.
 void ForgetProtocol(HWND dialog)
 {
     ResetProtocolMode();
@@ -71,13 +71,13 @@ void ShowStatistics(HWND dialog)
     SetDlgItemTextW(dialog, CONTROL_COM_STATUS, text);
 }
 
-// The first statistics come a second from now, also when the timer is running.
+// The first statistics are shown one second from now, also when the timer is running already.
 void StartStatistics(HWND dialog)
 {
     if (!SetTimer(dialog, StatisticsTimer, StatisticsMs, nullptr)) ShowLastError(L"SetTimer");
 }
 
-// The selected port's index, or -1 after the box that says so.
+// Index of the selected port; -1, after a box, when none is selected.
 int32_t ReadPortSelection(HWND dialog)
 {
     const int32_t port = GetListSelection(dialog, CONTROL_COM_PORT);
@@ -123,7 +123,7 @@ void Fill(HWND dialog)
 
 // ---- Commands -----------------------------------------------------------------------------------------
 
-// The dialog neither repaints nor counts meanwhile.
+// Meanwhile the dialog neither repaints nor counts.
 void AwaitReceiver(HWND dialog)
 {
     for (uint32_t pass = 0; pass < ReceiverPasses && IsWindow(dialog); ++pass) {
@@ -135,8 +135,9 @@ void AwaitReceiver(HWND dialog)
     }
 }
 
-// True if a link runs or is being opened; a button that was pressed too late, or by a program that does not
-// look at it, changes nothing then. A port that a search has left open without a reader is closed.
+// True if a link runs or is being opened. A press of a button then changes nothing; it may come too late, or
+// from a program that ignores that the button is disabled. A port that a search has left open without a
+// reader is closed.
 bool HasLink()
 {
     if (IsPortBusy()) return true;
@@ -169,7 +170,7 @@ void OnOpen(HWND dialog)
     wchar_t text[32];
     Format(text, L"Bytes Received %u", BytesReceived.load());
     SetDlgItemTextW(dialog, CONTROL_COM_STATUS, text);
-    StartStatistics(dialog); // the tick that fell into the wait would take the text away at once
+    StartStatistics(dialog); // a tick that is already due would replace the text immediately
 }
 
 void OnClose(HWND dialog)
@@ -180,7 +181,7 @@ void OnClose(HWND dialog)
     }
     EnableControl(dialog, CONTROL_COM_CLOSE, false);
     PortClose();
-    // Only now: until the reader has ended, it may recognise what was still on its way, and show it.
+    // Not before the reader has ended: until then it may still recognise and show a late message.
     ForgetProtocol(dialog);
     WaitServingSentMessages(ClosedMs);
     EnableSelection(dialog, true);
@@ -231,7 +232,7 @@ void OnLogClose(HWND dialog)
     EnableControl(dialog, CONTROL_COM_LOG_CLOSE, false);
 }
 
-// The log ends by itself when it cannot be written.
+// The log ends by itself when it cannot be written any more.
 void NoticeEndOfLog(HWND dialog)
 {
     const HWND close = GetDlgItem(dialog, CONTROL_COM_LOG_CLOSE);
@@ -248,8 +249,8 @@ void OnEnd(HWND dialog)
     if (!KillTimer(dialog, StatisticsTimer)) ShowLastError(L"KillTimer");
 }
 
-// The waits of a command serve what other programs send, presses of disabled buttons too: only one command at
-// a time opens or closes the port.
+// While a command waits, it serves messages of other programs, which may press disabled buttons, too. So only
+// one command at a time may open or close the port.
 template <void (*Command)(HWND)> void AtThePort(HWND dialog)
 {
     if (IsAtThePort) return;

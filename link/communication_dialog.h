@@ -5,5 +5,5 @@
 
 #include "ui/dialog.h"
 
-// The port and the log stay as they are when it is closed.
+// Closing the dialog leaves the port and the log as they are.
 extern const Dialog CommunicationDialog;

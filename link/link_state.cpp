@@ -34,7 +34,8 @@ const wchar_t* ProtocolName(uint8_t mode)
 
 void MeasureEffectiveBaud(uint32_t bytes, uint32_t startTick)
 {
-    // Bytes that the driver held ready take no time at all: the infinite rate is stored and shown as it is.
+    // Bytes that the driver had collected already take no time at all. The result is an infinite rate, which
+    // is stored and shown as it is.
     const float elapsed = static_cast<float>(static_cast<uint32_t>(GetTickCount() - startTick));
     EffectiveBaud.store(static_cast<float>(bytes) * 10000.0f / elapsed);
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// What the program knows about its one link to a receiver: protocol, statistics, port and rate.
+// State of the program's one link to a receiver: protocol, statistics, port and rate.
 //
-// Shared by the user-interface thread and the reader thread without a lock: each value is loaded and stored
-// whole, and a stale one does no harm.
+// The user-interface thread and the reader thread share it without a lock: each value is loaded and stored as
+// a whole, and an old value does no harm.
 #pragma once
 
 #include <atomic>
@@ -10,29 +10,30 @@
 
 // ---- Protocol -----------------------------------------------------------------------------------------
 
-// Protocols recognised since the last reset. Each flag has one writer of 1 (the reader thread's decoder)
-// beside the reset, so that a reset is never lost to a decoder that is just setting the other flag.
+// Protocols recognised since the last reset. Each flag is set by one decoder only, in the reader thread. So a
+// reset is never lost because a decoder is setting the other flag at that moment.
 constexpr uint8_t ProtocolNone = 0, ProtocolNmea = 1, ProtocolSirf = 2;
 extern std::atomic<uint8_t> NmeaRecognised, SirfRecognised;
 
 // The set of flags: 0 nothing yet, 1 NMEA, 2 SiRF binary, 3 both.
 uint8_t ProtocolMode();
 
-// Forgets what was recognised: opening or closing a port, a search, a protocol switch. User-interface thread.
+// Forgets the recognised protocols, when a port is opened or closed, at a search and at a switch of the
+// protocol. User-interface thread.
 void ResetProtocolMode();
 
 // "NMEA" for exactly 1, "SiRF" for exactly 2, "-" for anything else.
 const wchar_t* ProtocolName(uint8_t mode);
 
-// Set while the port and rate search runs: decoders then only recognise, and open failures are silent.
+// Set while the search for port and rate runs: decoders then only recognise, and failures to open are silent.
 // User-interface thread writes.
 extern std::atomic<uint8_t> SearchInProgress;
 
-// Set while the port is being closed: what is still on its way through the decoders is dropped.
+// Set while the port is being closed: messages that are still being decoded are dropped.
 extern std::atomic<uint8_t> LinkClosing;
 
-// Set from start-up until the program's end when it has a command line to carry out: the hot start that the
-// first NMEA sentence causes would restart the receiver in the middle of that.
+// Set from the start to the end of a program that has a command line to carry out: the hot start that the
+// first NMEA sentence causes would restart the receiver during the action.
 extern std::atomic<uint8_t> CommandLinePending;
 
 // ---- Statistics ---------------------------------------------------------------------------------------
@@ -53,8 +54,8 @@ constexpr const wchar_t* PortNameTable[PortCount] = {L"COM0:", L"COM1:", L"COM2:
                                                      L"COM5:", L"COM6:", L"COM7:", L"COM8:", L"COM9:"};
 constexpr uint32_t BaudTable[BaudCount] = {1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200}; // bits/s
 
-// Indexes into the tables, -1 when unknown. Written by the user-interface thread; stored as settings by the
-// reader thread when a protocol is recognised. Stored settings come from outside: test them before use.
+// Indexes into the tables, -1 when unknown. The user-interface thread writes them; the reader thread stores
+// them as settings when a protocol is recognised. Stored settings come from outside: check them before use.
 extern std::atomic<int32_t> CommPortIdx, BaudrateIdx;
 
 constexpr bool IsPortIndex(int32_t index)
@@ -66,11 +67,11 @@ constexpr bool IsBaudIndex(int32_t index)
     return index >= 0 && index < BaudCount;
 }
 
-// Index of a rate in bits/s in BaudTable, -1 when it is not there.
+// Index of a rate in bits/s in BaudTable; -1 when the table does not have it.
 int32_t FindBaudrate(int64_t baud);
 
 // Index of the infrared port, -1 when there is none; found by port discovery.
 extern std::atomic<int8_t> IrPortNumber;
 
-// Everything as when the program starts.
+// Sets everything to its state at program start.
 void ResetLinkState();

@@ -17,7 +17,7 @@ namespace
 constexpr uint32_t KeyNameCapacity = 256;
 constexpr uint32_t TextCapacity = 128;    // of a registry string, in characters
 constexpr uint32_t BindingCapacity = 64;  // of the list of bound drivers, in characters
-constexpr uint32_t DeepestIrdaSearch = 8; // settings that are bound in a circle end it here
+constexpr uint32_t DeepestIrdaSearch = 8; // limit for settings that refer to each other in a circle
 constexpr uint32_t UnlabelledLength = 5;  // of "COM0:"
 
 // ---- Registry -----------------------------------------------------------------------------------------
@@ -35,7 +35,7 @@ bool ReadNumberValue(HKEY key, const wchar_t* name, DWORD& value)
            type == REG_DWORD && size == sizeof value;
 }
 
-// Stored texts need not be terminated, nor be a whole number of characters long.
+// Stored texts may lack the terminator, and their length may be no whole number of characters.
 template <uint32_t Capacity>
 bool ReadTextValue(HKEY key, const wchar_t* name, DWORD wantedType, wchar_t (&text)[Capacity])
 {
@@ -135,7 +135,7 @@ void AddRawIrPort(HWND dialog)
     const WPARAM index = static_cast<WPARAM>(number);
     if (SendDlgItemMessageW(dialog, CONTROL_COM_PORT, ListMessages.getTextLength, index, 0) !=
         UnlabelledLength)
-        return; // its driver's name says more
+        return; // the driver's name is more useful
     wchar_t label[2 * PortNameCapacity];
     Format(label, L"%s Raw IR", portName);
     ReplacePortLabel(dialog, static_cast<uint32_t>(number), label);
@@ -144,6 +144,6 @@ void AddRawIrPort(HWND dialog)
 void LabelPorts(HWND dialog)
 {
     ScanDriverKey(dialog, L"Drivers\\RegisteredDevice");
-    ScanDriverKey(dialog, L"Drivers\\BuiltIn"); // a driver under both keys is named by this one
+    ScanDriverKey(dialog, L"Drivers\\BuiltIn"); // for a driver under both keys, this name is used
     AddRawIrPort(dialog);
 }

@@ -18,14 +18,14 @@ struct PortProblem {
     const wchar_t* sentence;
 };
 
-// By the systems' numbers: some platforms do not name all of them.
+// Error numbers of the system; some platforms have no names for all of them.
 constexpr PortProblem Problems[] = {
     {2, NoDevice},   // file not found
     {3, NoDevice},   // path not found
     {20, NoDevice},  // bad unit
     {55, NoDevice},  // device does not exist
     {433, NoDevice}, // no such device
-    {5, Refused},    // access denied, which some systems also answer when the port is open elsewhere
+    {5, Refused},    // access denied; some systems also return it when the port is open elsewhere
     {32, InUse},     // sharing violation
     {170, InUse},    // busy
     {2404, InUse},   // device in use
@@ -34,7 +34,7 @@ constexpr PortProblem Problems[] = {
     {1167, Gone},    // not connected
 };
 
-// Of a call to an open port.
+// Error numbers of calls to an open port.
 constexpr PortProblem OpenPortProblems[] = {
     {1, NotSerial},  // invalid function
     {6, NotSerial},  // invalid handle: of this kind of call

@@ -14,7 +14,7 @@ namespace
 
 constexpr uint32_t RatePasses = 30, PassMs = 50;
 
-// Whether a protocol is recognised at this rate of the open port.
+// True if a protocol is recognised at this rate of the open port.
 bool TryRate(HWND dialog, int32_t rate)
 {
     SelectListEntry(dialog, CONTROL_COM_BAUDRATE, rate);
@@ -26,9 +26,9 @@ bool TryRate(HWND dialog, int32_t rate)
     return false;
 }
 
-// Whether a protocol is recognised in what the driver has received, at the rate that it had, while the port
-// was being opened. Else it would pass for the first rate that is tried, as it does when the driver's rate is
-// none of the table's.
+// True if a protocol is recognised in the bytes that the driver has received, at its own rate, while the port
+// was being opened. So the driver's rate is tried before all others. Without this step these bytes would
+// count for the first rate that is tried; they still do so if the table does not have the driver's rate.
 bool TryDriversRate(HWND dialog)
 {
     WaitServingSentMessages(PassMs);
@@ -38,12 +38,12 @@ bool TryDriversRate(HWND dialog)
     return true;
 }
 
-// Whether a receiver speaks on the port, which is then open at the receiver's rate.
+// True if a receiver was found at the port, which is then open at the receiver's rate.
 bool TryPort(HWND dialog, int32_t port)
 {
     CommPortIdx.store(port);
     SelectListEntry(dialog, CONTROL_COM_PORT, port);
-    ResetProtocolMode(); // what another port sent is not this one's
+    ResetProtocolMode(); // messages of another port do not count for this one
     wchar_t label[PortLabelCapacity] = L"";
     GetSelectedListText(dialog, CONTROL_COM_PORT, label, PortLabelCapacity);
     if (!PortOpen(PortNameTable[port], 0, label)) return false;
@@ -51,7 +51,7 @@ bool TryPort(HWND dialog, int32_t port)
     for (int32_t rate = 0; rate < BaudCount && IsWindow(dialog); ++rate)
         if (TryRate(dialog, rate)) return true;
     PortClose();
-    // A message that was complete just after the last look belongs to this port and its last rate.
+    // A message that was completed just after the last check belongs to this port and its last rate.
     return IsWindow(dialog) && ProtocolMode() != ProtocolNone &&
            PortOpen(PortNameTable[port], BaudTable[BaudCount - 1]);
 }
@@ -62,7 +62,7 @@ bool SearchPorts(HWND dialog, int32_t first, int32_t last)
 {
     SearchInProgress.store(1);
     bool found = false;
-    // The user may end the program from a box that the opening of a port shows.
+    // The user may end the program in a box that is shown while a port is opened.
     for (int32_t port = first; port <= last && !found && IsWindow(dialog); ++port)
         found = TryPort(dialog, port);
     SearchInProgress.store(0);

@@ -7,7 +7,7 @@
 std::atomic<uint8_t> ReadsMayBlock{0};
 
 constexpr DWORD IdleSleepMs = 50;
-constexpr DWORD RunBytes = 1024; // more than a port at full speed collects in that time
+constexpr DWORD RunBytes = 1024; // more than a port at full speed receives during the sleep
 
 DWORD WINAPI ReaderThread(void*)
 {
@@ -15,7 +15,7 @@ DWORD WINAPI ReaderThread(void*)
     while (port != INVALID_HANDLE_VALUE) {
         uint8_t run[RunBytes];
         DWORD count = 0; // a failed call must not count as a byte
-        // While data flows the handle is not tested: a closed one fails the next read.
+        // While data arrives the handle is not tested: if it is closed, the next read fails.
         while (ReadFile(port, run, ReadsMayBlock.load() ? 1 : RunBytes, &count, nullptr) && count) {
             RouteReceived(run, count);
             port = PortHandle.load();

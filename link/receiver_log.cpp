@@ -14,7 +14,7 @@ namespace
 constexpr uint32_t PathCapacity = MAX_PATH;
 constexpr DWORD NameTooLong = 206; // the system's error, which not every platform names
 
-// Pairs of what the user reads and what the names look like; the third takes any name.
+// Pairs of a text for the user and a pattern of file names; the third pattern accepts any name.
 constexpr wchar_t NameFilters[] = L"NMEA Text (*.txt)\0*.txt\0SiRF Binary (*.srf)\0*.srf\0Any (*.*)\0*.*\0";
 constexpr DWORD NmeaFilter = 1, SirfFilter = 2, AnyFilter = 3;
 
@@ -24,7 +24,7 @@ DWORD FilterOfProtocol()
     return mode == ProtocolNmea ? NmeaFilter : mode == ProtocolSirf ? SirfFilter : AnyFilter;
 }
 
-// A name without extension in the user's folder: the local time, so that names sort by it.
+// A name without extension in the user's folder: the local time, so that the names sort by time.
 void ProposePath(wchar_t (&path)[PathCapacity], int folder)
 {
     if (!SHGetSpecialFolderPathW(nullptr, path, folder, FALSE)) path[0] = 0;
@@ -44,7 +44,7 @@ bool HasExtension(const wchar_t* path)
     return has;
 }
 
-// After a write that failed.
+// Closes the log after a failed write.
 void EndLog(HANDLE log)
 {
     const DWORD error = GetLastError();
@@ -66,14 +66,14 @@ bool AskForPath(wchar_t (&path)[PathCapacity])
     dialog.nMaxFile = PathCapacity;
     dialog.lpstrDefExt = L"log";
     if (!GetSaveFileNameW(&dialog)) {
-        // A name that has no room is not given: its length stands in place of its first character then, where
-        // no path begins with such a character.
+        // A name that is too long is not returned: the first character then holds the needed length, and no
+        // path begins with such a character.
         if (static_cast<uint32_t>(path[0]) < PathCapacity) return false;
         SetLastError(NameTooLong);
         ShowLastError(L"CreateFile File");
         return false;
     }
-    // Systems differ in the extension that they add, if they add one.
+    // Some systems add an extension, others do not, and they add different ones.
     if (!HasExtension(path))
         AppendFormat(path, L"%s",
                      dialog.nFilterIndex == NmeaFilter   ? L".txt"
@@ -82,7 +82,7 @@ bool AskForPath(wchar_t (&path)[PathCapacity])
     return true;
 }
 
-// What a port receives would go back to the receiver.
+// A port as the log would send the bytes back to the receiver.
 bool IsPort(HANDLE file)
 {
     DCB dcb = {};

@@ -25,8 +25,8 @@ constexpr uint32_t SettleMs = 2000, PropertiesRetryMs = 1000, EndPollMs = 10;
 
 bool IsOpening = false;
 
-// Shows the box of a call that failed. False when the port is no longer open, because the user has ended the
-// program from a box.
+// Shows the box of a failed call. False when the port is no longer open, because the user has ended the
+// program in a box.
 bool GoOnAfter(BOOL succeeded, const wchar_t* caption)
 {
     if (!succeeded) ShowPortError(caption, IsPortOpen());
@@ -50,14 +50,14 @@ bool QueryProperties()
            (GoOnAfter(FALSE, L"GetCommProperties 1") && GoOnAfter(ReadProperties(), L"GetCommProperties 2"));
 }
 
-// What the driver has beside PortProperties and PortDcb, before anything is changed.
+// The driver's further settings, before anything is changed.
 struct PortAsFound {
     COMMTIMEOUTS timeouts;
     DWORD errors;
     COMSTAT status;
 };
 
-// Asks the driver everything. False when the port is no longer open.
+// Reads all settings of the driver. False when the port is no longer open.
 bool QueryPort(PortAsFound& found)
 {
     found = {};
@@ -71,8 +71,8 @@ bool QueryPort(PortAsFound& found)
 
 // ---- Configure ----------------------------------------------------------------------------------------
 
-// Everything that could hold back, change or drop a byte is off, RTS is on; how DTR is driven stays as the
-// driver has it, because some cables feed the receiver from it.
+// Everything that could delay, change or drop a byte is off; RTS is on. DTR stays as the driver has it,
+// because some cables supply the receiver with power from it.
 void SetLineSettings(DCB& dcb)
 {
     dcb.fBinary = 1;
@@ -93,7 +93,8 @@ void SetLineSettings(DCB& dcb)
     dcb.StopBits = 0;
 }
 
-// Reads return at once with what the driver holds. The time for a write grows with the rate, on purpose.
+// Reads return immediately with the bytes that the driver has. The time for a write grows with the rate, on
+// purpose.
 bool SetTimeouts(COMMTIMEOUTS& timeouts, uint32_t baud)
 {
     timeouts.ReadIntervalTimeout = 0xFFFFFFFF;
@@ -106,7 +107,7 @@ bool SetTimeouts(COMMTIMEOUTS& timeouts, uint32_t baud)
     return GoOnAfter(set, L"SetCommTimeouts");
 }
 
-// Rate 0: the one that the driver has. False when it has none or the port is no longer open.
+// Rate 0: the driver's own rate. False when the driver has none, or when the port is no longer open.
 bool ConfigurePort(const wchar_t* portName, uint32_t baud, COMMTIMEOUTS& timeouts)
 {
     if (baud == 0) baud = PortDcb.BaudRate;
@@ -158,7 +159,7 @@ bool OpenAndStart(const wchar_t* portName, uint32_t baud, const wchar_t* reportL
 
 bool PortOpen(const wchar_t* portName, uint32_t baud, const wchar_t* reportLabel)
 {
-    if (IsOpening) return false; // asked for by a message that the opening's waits serve
+    if (IsOpening) return false; // called by a message that was served while the port was being opened
     IsOpening = true;
     const bool runs = OpenAndStart(portName, baud, reportLabel);
     IsOpening = false;
@@ -189,7 +190,7 @@ bool PortCloseHandle()
     WriteHead = WriteTail = 0;
     const HANDLE port = PortHandle.load();
     if (port == INVALID_HANDLE_VALUE) return false;
-    EscapeCommFunction(port, CLRIR);        // on every port; one that is not infrared may refuse
+    EscapeCommFunction(port, CLRIR);        // on every port; a port that is not infrared may refuse
     PortHandle.store(INVALID_HANDLE_VALUE); // before the handle's value can be given to something else
     if (CloseHandle(port)) return true;
     ShowLastError(L"CloseHandle");
@@ -209,7 +210,7 @@ void PortClose()
     }
     if (ReaderThreadHandle) {
         DWORD exitCode;
-        do { // a message that is served may end the program, which has waited for the reader, too, then
+        do { // a message that is served here may end the program, and that waits for the reader as well
             WaitServingSentMessages(EndPollMs);
         } while (ReaderThreadHandle && GetExitCodeThread(ReaderThreadHandle, &exitCode) &&
                  exitCode == STILL_ACTIVE);

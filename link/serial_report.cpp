@@ -13,7 +13,7 @@ namespace
 {
 
 constexpr uint32_t PathCapacity = 64; // for folder, separator, label and terminator
-constexpr uint32_t ExtraLength = 5;   // of a ";" and the extension behind them
+constexpr uint32_t ExtraLength = 5;   // of a ";" and the extension after them
 constexpr uint32_t BlockCapacity = 2048;
 constexpr uint32_t SystemCapacity = 1000; // characters of the system block
 
@@ -92,7 +92,7 @@ template <uint32_t Count> void AppendName(Block& block, const NamedValue (&names
     AppendFormat(block, "%X", value);
 }
 
-// A flag that is clear leaves an empty line, so that the same flag stands in the same line of every report.
+// A flag that is not set leaves an empty line, so that each flag has the same line in every report.
 template <uint32_t Count>
 void AppendFlags(Block& block, const char* heading, const NamedValue (&flags)[Count], uint32_t value)
 {
@@ -103,20 +103,20 @@ void AppendFlags(Block& block, const char* heading, const NamedValue (&flags)[Co
     }
 }
 
-// As the system's 8-bit programs would write it. What they cannot is left to the system to replace: UTF-8,
-// which has everything, may not be given a replacement.
+// Writes the text in the system's 8-bit encoding. The system replaces characters that the encoding lacks. No
+// replacement character is given, because UTF-8, which has all characters, does not allow one.
 void Narrow(Block& block, const wchar_t* text)
 {
     if (!WideCharToMultiByte(CP_ACP, 0, text, -1, block, BlockCapacity, nullptr, nullptr)) block[0] = 0;
 }
 
-// Puts what the system tells behind the text; nothing when it does not.
+// Appends the system's answer to the text; nothing when the system does not answer.
 void AppendSystemText(wchar_t (&text)[SystemCapacity], UINT code)
 {
-    constexpr uint32_t Room = 64; // for what follows, whatever the system tells
+    constexpr uint32_t Room = 64; // reserved for the text that follows the system's answer
     const uint32_t length = static_cast<uint32_t>(std::wcslen(text));
     if (length + Room >= SystemCapacity) return;
-    // Counted in characters: a system that counts bytes leaves the rest of the room alone.
+    // The size in characters. A system that takes it as bytes uses a part of the buffer only.
     if (!SystemParametersInfoW(code, SystemCapacity - Room - length, text + length, 0)) text[length] = 0;
     text[SystemCapacity - Room] = 0;
 }
@@ -164,7 +164,7 @@ void PropertiesBlock(Block& block, const COMMPROP& properties)
                  properties.dwProvSpec2);
 }
 
-// A character as its code.
+// Writes a character as its code.
 uint32_t Code(char character)
 {
     return static_cast<uint8_t>(character);

@@ -30,7 +30,7 @@ void PortWrite(uint8_t b)
 
 void PortWriteBuffer()
 {
-    // Every flush and close empties the ring to index 0, so the bytes lie in one piece.
+    // Every flush and close sets the empty ring to index 0, so the bytes are contiguous.
     const HANDLE port = PortHandle.load();
     const uint8_t count = static_cast<uint8_t>(WriteHead - WriteTail);
     const uint8_t* const bytes = WriteQueue + WriteTail;

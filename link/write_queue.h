@@ -8,8 +8,8 @@
 
 #include "platform/platform.h"
 
-// The open port, INVALID_HANDLE_VALUE when closed. Written by the user-interface thread alone; both threads
-// read it afresh at each use.
+// The open port, INVALID_HANDLE_VALUE when closed. Only the user-interface thread writes it; both threads
+// read it again at each use.
 extern std::atomic<HANDLE> PortHandle;
 
 // The ring; user-interface thread only. Holds 255 bytes: a full ring would look like an empty one.
@@ -22,12 +22,12 @@ bool IsPortOpen();
 // Free bytes of the ring, 0 to 255.
 uint8_t WriteQueueSpace();
 
-// Appends a byte; when the ring is full drops it and shows "Buffer Full" ("PortWrite").
+// Appends a byte. When the ring is full, the byte is dropped and "Buffer Full" ("PortWrite") is shown.
 void PortWrite(uint8_t b);
 
-// Sends everything queued with one write and empties the ring, whatever becomes of the bytes: a command that
-// did not go out whole is never sent later. A failure shows "WriteFile 2", a short write its two counts.
+// Sends all queued bytes with one write, then empties the ring even if the write has failed: the rest of a
+// command is never sent later. A failure shows "WriteFile 2", an incomplete write shows its two counts.
 void PortWriteBuffer();
 
-// Reader thread: writes the bytes at once, past the ring, with one write. Failures are posted.
+// Reader thread: writes the bytes immediately with one write, without the ring. Failures are posted.
 void PortWriteFromReader(const uint8_t* bytes, uint32_t count);

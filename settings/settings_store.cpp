@@ -58,7 +58,7 @@ void SettingsSetDword(const wchar_t* name, int32_t value)
     const bool stored = Write(HKEY_LOCAL_MACHINE, name, value);
     if (!SETTINGS_FALLBACK_ROOT) return;
     if (stored)
-        Forget(SETTINGS_FALLBACK_ROOT, name); // else an older number there would win
+        Forget(SETTINGS_FALLBACK_ROOT, name); // otherwise an older number there would be read first
     else
         Write(SETTINGS_FALLBACK_ROOT, name, value);
 }

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-// Every persistent setting of the program: 32-bit numbers in the registry under Software\Quenmark\Toravane of
-// the machine-wide root. Where the system refuses that root to ordinary users they live under the user's own,
-// which is read first. Any thread; no handle is kept between calls.
+// All stored settings of the program: 32-bit numbers in the registry, under Software\Quenmark\Toravane of the
+// machine-wide root. If the system does not let the user write there, they are stored under the user's own
+// root. The user's root is read first. Any thread; no handle is kept between calls.
 #pragma once
 
 #include <cstdint>
 
 // ---- Names ---------------------------------------------------------------------------------------------
-// Those of the chart's channels are the channel's name and a suffix (graph/graph_settings.cpp).
+// The names for the chart's channels consist of the channel's name and a suffix (graph/graph_settings.cpp).
 
 inline constexpr const wchar_t* SettingCommPort = L"CommPortIdx"; // index of the port that worked last
 inline constexpr const wchar_t* SettingBaudrate = L"BaudrateIdx"; // index in BaudTable of its rate
@@ -21,8 +21,8 @@ inline constexpr const wchar_t* SettingTimeScale = L"TimeScaleIdx"; // index of 
 // ---- Access --------------------------------------------------------------------------------------------
 
 // The stored number, or `absent` when the value is not stored, cannot be read or is longer than 4 bytes. Its
-// type is not looked at. Callers pass a number that cannot be a stored value.
+// type is not checked. Callers pass a number that cannot be a stored value.
 int32_t SettingsGetDword(const wchar_t* name, int32_t absent);
 
-// Stores the number; silently leaves the old one when the system refuses.
+// Stores the number. If the system refuses, the old one stays, without a message.
 void SettingsSetDword(const wchar_t* name, int32_t value);

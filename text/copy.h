@@ -13,9 +13,9 @@ void NarrowWideCopy(char* to, const wchar_t* from);
 // Copies at most `capacity` - 1 characters, terminates, and returns how many. `capacity` is at least 1.
 uint32_t CopyText(wchar_t* to, uint32_t capacity, const wchar_t* from);
 
-// Whether two texts are the same, case included.
+// True if two texts are equal; upper and lower case differ.
 bool TextEquals(const wchar_t* a, const wchar_t* b);
 
-// Whether `text` begins with `start`; the second form takes letters A to Z and a to z as equal.
+// True if `text` begins with `start`. The second form ignores the case of the letters A to Z.
 bool StartsWith(const char* text, const char* start);
 bool StartsWithIgnoringCase(const wchar_t* text, const wchar_t* start);

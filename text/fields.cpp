@@ -52,7 +52,8 @@ bool ParseValue(const CommandField& field, const Char* text, Reading reading, in
         double decimal;
         if (!ParseDecimalNumber(text, decimal)) return false;
         if (decimal < field.low * field.typedTimes || decimal > field.high * field.typedTimes) return false;
-        number = static_cast<int64_t>(decimal * 10.0 + 0.5); // below zero upwards, on purpose
+        number =
+            static_cast<int64_t>(decimal * 10.0 + 0.5); // negative values are rounded upwards, on purpose
     } else if (reading == Reading::Typed && field.kind == FieldKind::NamedNumber) {
         int32_t leading;
         if (!ParseWholeNumber(text, leading)) return false;

@@ -18,7 +18,7 @@ struct Conversion {
     uint32_t width = 0, precision = 6;
 };
 
-// Bounded output: what does not fit is counted nowhere and written nowhere.
+// Bounded output: characters that do not fit are neither counted nor written.
 template <typename Char> struct Output {
     Char *next, *end;
     void Put(Char c)
@@ -53,7 +53,7 @@ struct BigNumber {
         return static_cast<uint32_t>(rest);
     }
 
-    uint32_t MultiplyBy(uint32_t factor) // returns what leaves the top
+    uint32_t MultiplyBy(uint32_t factor) // returns the carry out of the top limb
     {
         uint64_t carry = 0;
         for (uint32_t& part : limb) {
@@ -72,7 +72,7 @@ struct BigNumber {
     }
 };
 
-// Digits of the integer part in `digits` from `end` backwards; returns how many (at least one).
+// Writes the digits of the integer part backwards from `end`; returns their number (at least one).
 uint32_t PutDigitsBackwards(uint64_t value, char* end)
 {
     const char* const start = end;
@@ -96,7 +96,7 @@ uint32_t PutDigitsBackwards(BigNumber& value, char* end)
 
 enum class Rest { BelowHalf, Half, AboveHalf };
 
-// Digits of mantissa x 2^-shift, a value below 1 whose bits all lie in the lowest 60 after the point.
+// Digits of mantissa x 2^-shift, a value below 1, all of whose bits are among the first 60 after the point.
 Rest PutSmallFraction(uint64_t fraction60, uint32_t precision, char* out)
 {
     constexpr uint32_t Point = 60;
@@ -110,7 +110,7 @@ Rest PutSmallFraction(uint64_t fraction60, uint32_t precision, char* out)
     return fraction60 > Half ? Rest::AboveHalf : fraction60 == Half ? Rest::Half : Rest::BelowHalf;
 }
 
-// The same for fractions of any length, with the point above the top limb.
+// The same for fractions of any length; the point is above the top limb.
 Rest PutLongFraction(BigNumber& fraction, uint32_t precision, char* out)
 {
     for (uint32_t i = 0; i < precision; ++i) out[i] = static_cast<char>('0' + fraction.MultiplyBy(10));
@@ -120,7 +120,7 @@ Rest PutLongFraction(BigNumber& fraction, uint32_t precision, char* out)
 }
 
 // Digits of a finite value that is not negative, point included, rounded half to even.
-// `text` holds MaxRealCharacters; the digits stand at its end. Returns how many characters.
+// `text` has room for MaxRealCharacters; the digits are at its end. Returns the number of characters.
 uint32_t PutReal(double value, uint32_t precision, char* text)
 {
     const uint64_t bits = std::bit_cast<uint64_t>(value);

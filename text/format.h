@@ -3,8 +3,8 @@
 //
 // Conversions: %u (unsigned), %d (signed), %X (unsigned, upper-case), %c (one character), %s (text of the
 // same width as the format), %f (float or double) and %%. Numbers take flag '0' and a width, %d and %f flag
-// ' ' as well, and %f a precision of at most 9; all as printf has them. Formats are held against this, and
-// against the types of their values, when the program is compiled.
+// ' ' as well, and %f a precision of at most 9; all with the meaning that they have for printf. The compiler
+// checks each format, and the types of its values.
 //
 // %f rounds the exact value half to even; infinities and not-a-numbers read "inf", "-inf" and "nan".
 #pragma once
@@ -13,7 +13,7 @@
 #include <cstdint>
 #include <type_traits>
 
-// One value of a format, as its conversion wants it.
+// One value of a format, in the type that its conversion needs.
 template <typename Char> struct FormatValue {
     FormatValue(std::unsigned_integral auto value) requires(sizeof(value) <= 4) : number(value) {}
     FormatValue(std::signed_integral auto value) requires(sizeof(value) <= 4) : number(value) {}
@@ -83,7 +83,7 @@ private:
 template <typename Char>
 uint32_t FormatValues(Char* out, uint32_t capacity, const Char* format, const FormatValue<Char>* values);
 
-// The same with its values as arguments, into an array.
+// The same with the values as arguments, into an array.
 template <typename Char, uint32_t Capacity, typename... Values>
 uint32_t Format(Char (&out)[Capacity], std::type_identity_t<CheckedFormat<Char, Values...>> format,
                 const Values&... values)
@@ -92,7 +92,7 @@ uint32_t Format(Char (&out)[Capacity], std::type_identity_t<CheckedFormat<Char, 
     return FormatValues(out, Capacity, format.text, list);
 }
 
-// The same behind the text that `out` already holds.
+// The same; appends to the text in `out`.
 template <typename Char, uint32_t Capacity, typename... Values>
 uint32_t AppendFormat(Char (&out)[Capacity], std::type_identity_t<CheckedFormat<Char, Values...>> format,
                       const Values&... values)

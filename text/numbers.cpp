@@ -27,7 +27,8 @@ template <typename Char> bool TakeSign(const Char*& text)
     return negative;
 }
 
-// Most numbers are this short: 32 bits hold their digits, and a device reckons with them three times as fast.
+// Most numbers are this short: their digits fit in 32 bits, and a device calculates with these three times as
+// fast.
 constexpr uint32_t ShortDigits = 9;
 
 template <typename Char> uint32_t AppendDigit(uint32_t value, Char digit)
@@ -51,7 +52,7 @@ template <typename Char> uint32_t TakeDigits(const Char* text, uint32_t limit)
 constexpr double PowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,
                                   1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19};
 
-// The same as TakeDecimal for few digits; false, and nothing taken, for more.
+// The same as TakeDecimal for few digits; false, without taking anything, for more.
 template <typename Char> bool TakeShortDecimal(const Char*& text, bool& found, double& value)
 {
     const Char* next = text;
@@ -70,7 +71,7 @@ template <typename Char> bool TakeShortDecimal(const Char*& text, bool& found, d
     return true;
 }
 
-// mantissa / 10^places, rounded once. Exact division where both are exact doubles, else bit by bit.
+// mantissa / 10^places, rounded once. One division if both are exact doubles, otherwise bit by bit.
 double Scale(uint64_t mantissa, uint32_t places)
 {
     constexpr uint64_t ExactIntegers = uint64_t{1} << 53;
@@ -136,7 +137,7 @@ template <typename Char> double TakeDecimal(const Char*& text, bool& found)
         if (!IsDigit(*text)) break;
         found = true;
         if (digits ==
-            MaxSignificantDigits) { // further places do not count, further integer digits are too many
+            MaxSignificantDigits) { // further decimals are ignored, further integer digits are too many
             if (!point) huge = true;
             continue;
         }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which dialog is open, for the decoders: they fill its controls, or repaint the main window when none is.
+// Names the open dialog for the decoders: they fill its controls, or repaint the main window if none is open.
 #pragma once
 
 #include <atomic>
@@ -7,16 +7,16 @@
 #include "platform/platform.h"
 #include "ui/dialog_kind.h"
 
-// The top-level window; written once by the user-interface thread, null before it exists and after.
+// The top-level window; null before it exists and after its end. The user-interface thread writes it.
 extern std::atomic<HWND> MainWindow;
 
-// Written by the user-interface thread, read by both. The window is published before the kind and withdrawn
-// after it, so that whoever sees a kind finds a window that has its controls, or none. Sequentially
+// Written by the user-interface thread, read by both. The window is set before the kind and cleared after it.
+// So a thread that sees a kind finds a window with the controls of this kind, or none. Sequentially
 // consistent.
 extern std::atomic<HWND> ActiveDialogWindow;
 extern std::atomic<DialogKind> ActiveDialogKind;
 
-// Called by a dialog when it opens and before it ends (again from its destruction: harmless).
+// Called when a dialog opens and before it ends. A second call at its destruction does no harm.
 void PublishDialog(DialogKind kind, HWND dialog);
 void WithdrawDialog();
 

@@ -14,7 +14,7 @@ namespace
 
 const Dialog* Current = nullptr; // modal, so there is one
 
-// True where the system is to give the first control the focus.
+// True if the system is to give the focus to the first control.
 INT_PTR Initialise(HWND dialog)
 {
     InitDialogCommon(dialog);
@@ -33,8 +33,8 @@ bool IsFocusNotification(uint16_t code)
     return code == BN_SETFOCUS || code == LBN_SETFOCUS || code == CBN_SETFOCUS || code == EN_SETFOCUS;
 }
 
-// Only clicks press: most of what controls notify is caused by the receiver's answers, which the reader
-// thread writes into them.
+// Only clicks count as presses: most notifications of controls are caused by the receiver's answers, which
+// the reader thread writes into them.
 INT_PTR HandleCommand(HWND dialog, uint16_t control, uint16_t code)
 {
     if (IsFocusNotification(code)) ScrollToFocus(dialog);

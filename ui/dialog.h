@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A dialog as a row, and the one way to open it. User-interface thread.
+// A dialog as a row of a table, and the one way to open it. User-interface thread.
 #pragma once
 
 #include <cstdint>
@@ -14,18 +14,20 @@ struct DialogButton {
     void (*press)(HWND dialog);
 };
 
-// Opens with the common set-up, is published, and then prepares its fields, `fill`s and `begin`s: whatever
-// the reader thread writes into it comes after that. Null or empty: nothing to do.
+// A dialog opens with the common set-up, is published, prepares its fields, and then calls `fill` and
+// `begin`. The reader thread writes into it only after that. Null or empty: nothing to do.
 struct Dialog {
     uint16_t number; // of its templates, without the layout's offset
     DialogKind kind;
     std::span<const CommandField> fields = {};
-    std::span<const DialogButton> buttons = {}; // OK and Cancel end a dialog after what stands here for them
-    void (*fill)(HWND dialog) = nullptr;        // the controls' further initial state
-    void (*begin)(HWND dialog) = nullptr;       // at last: a poll, whose answer finds the dialog
-    int (*firstFocus)() = nullptr; // control that has the focus first; 0: the template's first one
+    std::span<const DialogButton> buttons =
+        {};                               // OK and Cancel end the dialog after their actions in this list
+    void (*fill)(HWND dialog) = nullptr;  // the controls' further initial state
+    void (*begin)(HWND dialog) = nullptr; // last step: a poll, whose answer finds the dialog ready
+    int (*firstFocus)() = nullptr;        // control that has the focus first; 0: the template's first one
 
-    // Messages that only this dialog answers, other than clicks; 0 where it leaves one to the others.
+    // Handles messages of this dialog only, other than clicks; returns 0 for messages that it does not
+    // handle.
     INT_PTR (*handle)(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) = nullptr;
 };
 

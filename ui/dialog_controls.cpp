@@ -44,7 +44,7 @@ void ReadControlText(HWND dialog, int control, wchar_t (&text)[ControlTextCapaci
         GetSelectedListText(dialog, control, text, ControlTextCapacity);
     else
         GetDlgItemTextW(dialog, control, text, ControlTextCapacity);
-    if (text[ControlTextCapacity - 2]) text[0] = 0; // perhaps the beginning of a longer one
+    if (text[ControlTextCapacity - 2]) text[0] = 0; // may be the beginning of a longer text
 }
 
 bool ReadNumber(HWND dialog, int control, int32_t& value)

@@ -9,28 +9,28 @@
 
 // ---- Lists --------------------------------------------------------------------------------------------
 
-// Adds the entries behind those that a list has.
+// Adds entries at the end of a list.
 void FillList(HWND dialog, int control, std::span<const wchar_t* const> entries);
 
 // Selects an entry; an index outside the list selects nothing.
 void SelectListEntry(HWND dialog, int control, int32_t index);
 
-// On keypad devices, whose list boxes show an entry though none is selected: selects the entry that is to be
-// shown, so that it is what is sent. Elsewhere nothing: a list without a selection is empty there.
+// On keypad devices list boxes show an entry even if none is selected. There this selects the entry that is
+// shown, so that the shown entry is sent. Elsewhere it does nothing: a list without a selection is empty.
 void SelectShownEntry(HWND dialog, int control, int32_t index);
 
-// On keypad devices, whose list boxes show one entry at a time: lets the user leaf through a list. Elsewhere
-// nothing, as other lists do not know the message.
+// On keypad devices list boxes show one entry at a time; this lets the user page through a list. Elsewhere it
+// does nothing, because other lists do not know the message.
 void MakeListLeafable(HWND dialog, int control);
 
 // ---- Numbers ------------------------------------------------------------------------------------------
 
-// A control's text, of a list box the selected entry; empty where there is none or it does not fit.
+// A control's text, or a list box's selected entry; empty if there is none or it does not fit.
 constexpr uint32_t ControlTextCapacity = 256;
 void ReadControlText(HWND dialog, int control, wchar_t (&text)[ControlTextCapacity]);
 
-// The whole number that a control's text is, as a whole (text/numbers.h). False, with `value` untouched,
-// where it is none of 32 bits.
+// Reads a whole number; the complete text must be the number (text/numbers.h). False, with `value` unchanged,
+// if it is no number of 32 bits.
 bool ReadNumber(HWND dialog, int control, int32_t& value);
 
 // ---- Boxes, buttons, edits ----------------------------------------------------------------------------

@@ -41,7 +41,7 @@ bool ReadField(HWND dialog, const CommandField& field, int64_t& value)
         return ReadTextField(dialog, field, value);
     value = field.kind == FieldKind::List ? GetListSelection(dialog, field.control)
                                           : static_cast<int64_t>(GetCheck(dialog, field.control));
-    return AcceptsValue(field, value, Reading::Typed); // an undecided box holds none of its values
+    return AcceptsValue(field, value, Reading::Typed); // false for an undecided box
 }
 
 } // namespace

@@ -8,12 +8,12 @@
 #include "platform/platform.h"
 #include "text/fields.h"
 
-// Before a dialog is published: lists are filled, edits take numbers, and on touch screens and desktops boxes
-// are undecided until the receiver has answered.
+// Called before a dialog is published: fills lists, lets edits take numbers, and on touch screens and
+// desktops makes boxes undecided until the receiver has answered.
 void PrepareFields(HWND dialog, std::span<const CommandField> fields);
 
-// Reads the fields in their order into as many values. The first one that is not acceptable is refused with
-// its box: false.
+// Reads the fields in their order into the values. Shows the box of the first field that is not acceptable
+// and returns false.
 bool ReadFields(HWND dialog, std::span<const CommandField> fields, int64_t* values);
 
 // Shows a value; an index that a list does not have selects nothing. Any thread.

@@ -4,13 +4,14 @@
 namespace
 {
 
-constexpr int LineStep = 24;  // pixels, about a row of a dialog
-constexpr int FocusRoom = 24; // around the focus: a keypad's labels stand above their fields
+constexpr int LineStep = 24; // pixels, about a row of a dialog
+constexpr int FocusRoom =
+    24; // kept visible around the focus: on a keypad device labels are above their fields
 
-// Of the open dialog; a modal one, so there is one.
+// State of the open dialog; dialogs are modal, so there is only one.
 int ContentHeight = 0;
 int Scrolled = 0;
-HWND LastFocus = nullptr; // once scrolled to, the user may scroll away from it
+HWND LastFocus = nullptr; // not scrolled to again, so that the user can scroll away from it
 
 RECT ClientOf(HWND dialog)
 {
@@ -34,7 +35,7 @@ RECT PlaceOf(HWND dialog, HWND control)
     return place;
 }
 
-// Buttons tell of the focus only when they are asked to.
+// Buttons report the focus only with this style.
 void LetTellOfFocus(HWND control)
 {
     constexpr LRESULT AnyButton = DLGC_BUTTON | DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON | DLGC_RADIOBUTTON;
@@ -42,7 +43,7 @@ void LetTellOfFocus(HWND control)
         SetWindowLongW(control, GWL_STYLE, GetWindowLongW(control, GWL_STYLE) | static_cast<LONG>(BS_NOTIFY));
 }
 
-// Height to give a control that keeps its size: a drop-down list's includes the list that drops down.
+// Height to set for a control that keeps its size: for a drop-down list it includes the part that drops down.
 int KeptHeight(HWND control, const RECT& place)
 {
     RECT dropped = {};
@@ -63,7 +64,7 @@ void ShowScrollState(HWND dialog)
     SetScrollInfo(dialog, SB_VERT, &info, TRUE);
 }
 
-// A dialog that is not shown yet, whose first focus may lie far down, is not scrolled by the system.
+// The first focus may be far down in a dialog that is not shown yet; the system does not scroll to it.
 void MoveControls(HWND dialog, int movement)
 {
     if (GetWindowLongW(dialog, GWL_STYLE) & static_cast<LONG>(WS_VISIBLE)) {
@@ -97,7 +98,7 @@ void FitDialogToScreen(HWND dialog, int width, int height)
     ContentHeight = height;
     Scrolled = 0;
     LastFocus = nullptr;
-    // First, because a bar takes its part of the width.
+    // First, because the scroll bar takes a part of the width.
     SetWindowPos(dialog, nullptr, 0, 0, 0, 0,
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
     ShowScrollState(dialog);

@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: MIT
-// Dialogs on small screens: a template is as wide and high as its controls need, a hand-held device's dialog
-// as large as its screen. User-interface thread.
+// Dialogs on small screens: a template is as large as its controls need, but a dialog on a hand-held device
+// is as large as the screen. User-interface thread.
 #pragma once
 
 #include "platform/platform.h"
 
-// Brings a dialog that has become as large as the screen to terms with it: its controls are stretched or
-// squeezed to the screen's width, and what does not fit below is scrolled to. `width` and `height`: client
-// area that the template asks for, in pixels.
+// Fits the controls of a dialog that has become as large as the screen: they are stretched or squeezed to the
+// screen's width, and the part that does not fit below can be scrolled to. `width` and `height`: client area
+// of the template, in pixels.
 void FitDialogToScreen(HWND dialog, int width, int height);
 
 // The dialog procedure's answer to a movement of its scroll bar.
 void ScrollDialog(HWND dialog, WPARAM wParam);
 
-// Scrolls until a control that has newly got the focus can be seen, with the label above it.
+// Scrolls until the control that has just got the focus is visible, with the label above it.
 void ScrollToFocus(HWND dialog);
 
-// Pixels that the open dialog's controls have been scrolled up.
+// Pixels by which the open dialog's controls have been scrolled up.
 int DialogScrolled();

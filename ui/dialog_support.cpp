@@ -29,13 +29,14 @@ constexpr UINT PlatformTypeCapacity = 256;
 bool QueryPlatformType(wchar_t (&type)[PlatformTypeCapacity])
 {
     type[0] = 0;
-    // Counted in characters: a system that counts bytes leaves the rest of the room alone.
+    // The size in characters. A system that takes it as bytes uses a part of the buffer only.
     const bool known = SystemParametersInfoW(SPI_GETPLATFORMTYPE, PlatformTypeCapacity, type, 0);
     type[PlatformTypeCapacity - 1] = 0;
     return known;
 }
 
-// With the button that closes it. The templates' own frame has room for a caption already.
+// A caption with the button that closes the dialog. The frame of the templates has room for a caption
+// already.
 void AddCaption(HWND dialog)
 {
     const LONG style = GetWindowLongW(dialog, GWL_STYLE);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What every dialog uses: which device this is, set-up of a dialog, access to lists.
+// Common to all dialogs: the kind of device, the set-up of a dialog, access to lists.
 #pragma once
 
 #include <cstdint>
@@ -11,10 +11,10 @@ extern HINSTANCE ProgramInstance;
 
 // ---- Platform -----------------------------------------------------------------------------------------
 
-// Keypad device: the platform type begins with "smartphone" in any case, or may not be asked for.
+// Keypad device: the platform type begins with "smartphone" in upper or lower case, or it may not be read.
 bool IsSmartphone();
 
-// Touch-screen device: the platform type begins with "pocketpc" in any case.
+// Touch-screen device: the platform type begins with "pocketpc" in upper or lower case.
 bool IsPocketPc();
 
 // Chooses templates and list messages for the device; once, when the main window is created.
@@ -28,12 +28,12 @@ uint32_t LayoutOffset();
 // Shows a modal dialog over the main window; `number` without the layout's offset. Returns its result.
 INT_PTR ShowDialog(uint32_t number, DLGPROC procedure);
 
-// Called first from a dialog's initialisation: full screen, scroll bar, caption and menu bar as the device
-// needs them.
+// The first call in a dialog's initialisation: sets up full screen, scroll bar, caption and menu bar as the
+// device needs them.
 void InitDialogCommon(HWND dialog);
 
-// The dialog procedure's answer to a hot-key message: the Back key goes to the shell, which erases in the
-// focused edit instead of closing the dialog.
+// The dialog procedure's answer to a hot-key message: passes the Back key to the shell, which then erases in
+// the focused edit instead of closing the dialog.
 void HandleHotKey(UINT message, WPARAM wParam, LPARAM lParam);
 
 // ---- Lists --------------------------------------------------------------------------------------------

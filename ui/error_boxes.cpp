@@ -10,7 +10,7 @@ std::atomic<DWORD> UserInterfaceThread{0};
 namespace
 {
 
-// Captions of the calls that the reader thread and the paint make.
+// Captions of failing calls in the reader thread and in the paint.
 constexpr const wchar_t* PostedCaptions[] = {
     L"WriteFile 2", L"WriteFile File", L"CloseHandle File", L"StretchBlt1", L"StretchBlt2", L"StretchBlt5",
     L"BitBlt1",     L"BitBlt2",        L"BitBlt3",          L"Polyline1",   L"Polyline2",   L"Polyline3",
@@ -19,14 +19,14 @@ constexpr const wchar_t* PostedCaptions[] = {
 constexpr uint32_t PostedCaptionCount = sizeof PostedCaptions / sizeof *PostedCaptions;
 
 // Set when a caption is posted, cleared when the user has answered the box: a call that fails at every sample
-// must not fill the screen.
+// must not fill the screen with boxes.
 std::atomic<uint8_t> CaptionIsPosted[PostedCaptionCount];
 
-// Counts of the reader's boxes, posted by it and done with by the user-interface thread (shown and closed, or
-// dropped). Each has one writer.
+// Numbers of boxes that the reader thread has posted, and that the user-interface thread has dealt with
+// (shown and closed, or dropped). Each has one writer.
 std::atomic<uint32_t> PostedCount, DoneCount;
 
-// Boxes that wait for the one that is up; user-interface thread.
+// Boxes that wait until the shown one is closed; user-interface thread.
 struct WaitingBox {
     PostedBox kind;
     uint32_t value;
@@ -77,8 +77,8 @@ void BeDone(const WaitingBox& box)
     }
 }
 
-// A dialog may have been opened while the main window's box was up. Closing the box enables and activates the
-// main window then; the dialog needs it disabled, and the keyboard for itself.
+// A dialog may have been opened while a box of the main window was shown. Closing the box then enables and
+// activates the main window; but the dialog needs it disabled, and the keyboard for itself.
 void ReturnToDialog()
 {
     const HWND dialog = ActiveDialogWindow.load(), window = MainWindow.load();
@@ -157,10 +157,10 @@ void ShowShortWrite(uint32_t written, uint32_t count)
 
 void PostBox(PostedBox kind, uint32_t value)
 {
-    constexpr uint32_t Enough = MaxWaitingBoxes + 1; // one is up
+    constexpr uint32_t Enough = MaxWaitingBoxes + 1; // one is being shown
     const uint32_t posted = PostedCount.load();
     if (posted - DoneCount.load() >= Enough) return;
-    PostedCount.store(posted + 1); // first: the box may be done with before the call returns
+    PostedCount.store(posted + 1); // first: the box may have been dealt with before the call returns
     if (!Post(kind, value)) PostedCount.store(posted);
 }
 

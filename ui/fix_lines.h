@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Lines of the text page that both protocols show, each page in places of its own. Most formats end in
-// blanks, so that a shorter new value covers the tail of a longer one on screens that do not erase. Reader
-// thread.
+// Lines of the text page that both protocols show; each protocol has its own places for them. Most formats
+// end with blanks, so that a shorter new value covers the end of a longer one on screens that do not erase.
+// Reader thread.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@
 // The first line of both pages: date and time of the latest fix.
 void ShowUtcLine(const SYSTEMTIME& time);
 
-// Puts the time of day, as that line shows it, into a dialog's control.
+// Shows the time of day in a dialog's control, in the form of that line.
 void ShowTimeOfDay(HWND dialog, int control);
 
 void ShowHdopLine(uint32_t line, double hdop);

@@ -11,8 +11,8 @@
 namespace
 {
 
-// A line's source, word by word. The version is odd while the words change. They are stored with release and
-// loaded with acquire order, so that who has loaded a new word finds the new version as well.
+// A line's source, word by word. The version is odd while the words change. Words are stored with release and
+// loaded with acquire order, so that a thread that has loaded a new word also finds the new version.
 using Word = uintptr_t;
 constexpr uint32_t SourceWords = sizeof(LineSource) / sizeof(Word);
 static_assert(std::is_trivially_copyable_v<LineSource>);
@@ -26,7 +26,7 @@ Slot Slots[TextLineCount];
 
 uint32_t Changed = 0; // bit set of lines
 
-constexpr uint32_t Tries = 100; // more would wait for a thread that does not run
+constexpr uint32_t Tries = 100; // limit, because the writing thread may be suspended
 
 bool LoadSource(const Slot& slot, LineSource& source)
 {
@@ -42,7 +42,7 @@ bool LoadSource(const Slot& slot, LineSource& source)
     return false;
 }
 
-// Stores the first words of a source; what follows is not looked at by its writer.
+// Stores the first words of a source; its writer does not use the rest.
 void StoreWords(uint32_t line, const Word* words, uint32_t count)
 {
     Slot& slot = Slots[line];

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// The two libraries that some platforms have and others lack: the shell of hand-held devices and the common
-// dialogs. Entry points are null where the library or the export is missing; test each before its call.
+// Two libraries that only some platforms have: the shell of hand-held devices and the common dialogs. An
+// entry point is null if the library or the export is missing; test each one before you call it.
 #pragma once
 
 #include "platform/platform.h"
 
-// Request to the shell about a dialog that opens: done button, full screen, input panel down.
+// Request to the shell for a dialog that opens: done button, full screen, input panel hidden.
 struct ShellInitDialog {
     DWORD mask;
     HWND dialog;
@@ -14,7 +14,7 @@ struct ShellInitDialog {
 constexpr DWORD ShellInitFlagsValid = 1;
 constexpr DWORD ShellDoneButton = 1, ShellFullScreen = 4, ShellInputPanelDown = 8;
 
-// Request for a menu bar: resource number of the bar, and the bar's window in return.
+// Request for a menu bar: contains the bar's resource number, and receives the bar's window.
 struct ShellMenuBar {
     DWORD size;
     HWND parent;
@@ -26,7 +26,7 @@ struct ShellMenuBar {
     COLORREF background;
 };
 
-// Kept by the window for the shell's settings-change handler.
+// The window keeps this for the shell's handler of changed settings.
 struct ShellActivateInfo {
     DWORD size;
     HWND lastFocus;
@@ -40,7 +40,7 @@ extern void(WINAPI* ShellSendBackToFocusWindow)(UINT, WPARAM, LPARAM);          
 extern FARPROC ShellExport188; // looked up, not called
 extern BOOL(WINAPI* ChooseColorEntry)(CHOOSECOLORW*);
 
-// Whether the shell library is there, whatever it exports.
+// True if the shell library is loaded, even if exports are missing.
 bool HasShellLibrary();
 
 void LoadShellLibraries();

@@ -379,7 +379,7 @@ ROWS = (
      "nmea_tests sirf_tests"),
     ("link/port_search.cpp", "RatePasses = 30, PassMs = 50", "RatePasses = 29, PassMs = 50",
      "a rate is tried for a second and a half", "communication_tests"),
-    ("link/port_search.cpp", "    ResetProtocolMode(); // what", "    // what",
+    ("link/port_search.cpp", "    ResetProtocolMode(); // messages", "    // messages",
      "what another port sent is not this one's", "communication_tests"),
     ("link/port_search.cpp", "    if (TryDriversRate(dialog)) return true;\n", "",
      "what came at the driver's own rate is not the first rate's", "communication_tests"),
@@ -458,7 +458,7 @@ ROWS = (
      "value;\n    return Read(HKEY_LOCAL_MACHINE, name, value) ? value : absent;",
      "if (Read(HKEY_LOCAL_MACHINE, name, value)) return value;\n    return Read(SETTINGS_FALLBACK_ROOT, name, value) ? "
      "value : absent;", "the user's own value comes first", "settings_tests"),
-    ("settings/settings_store.cpp", "        Forget(SETTINGS_FALLBACK_ROOT, name); // else", "        ; // else",
+    ("settings/settings_store.cpp", "        Forget(SETTINGS_FALLBACK_ROOT, name); // otherwise", "        ; // otherwise",
      "an older value of the user's is forgotten", "settings_tests"),
     ("settings/settings_store.cpp", "        Write(SETTINGS_FALLBACK_ROOT, name, value);", "        ;",
      "what the system refuses is kept for the user", "settings_tests"),
