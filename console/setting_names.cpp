@@ -210,10 +210,11 @@ std::string ValueText(const Setting& setting, size_t key, int64_t value)
     const CommandField& field = FieldOf(setting, key);
     const std::span<const char* const> choices = setting.keys[key].choices;
     if (field.kind == FieldKind::Check) return value ? "on" : "off";
-    // A receiver may report an entry that there is not.
-    if (value >= 0 && value < static_cast<int64_t>(choices.size()))
-        return choices[static_cast<size_t>(value)];
-    return NumberText(field, value);
+    if (field.kind != FieldKind::List) return NumberText(field, value);
+    // A receiver may report an entry that does not exist. Its number alone could be the name of another
+    // entry.
+    if (value < 0 || value >= static_cast<int64_t>(choices.size())) return "entry-" + std::to_string(value);
+    return choices[static_cast<size_t>(value)];
 }
 
 Json ValueJson(const Setting& setting, size_t key, int64_t value)

@@ -45,7 +45,8 @@ struct KeyValue {
 // that is not wholly one in its range.
 std::vector<KeyValue> ParseKeyValues(const Setting& setting, std::span<const std::string> texts);
 
-// A value as `get` prints it, and as JSON has it.
+// A value as `get` prints it, and as JSON has it: "7.5", "on", the name of a list entry, and "entry-135" for
+// an entry of a receiver that is in no list, which is not accepted back.
 std::string ValueText(const Setting& setting, size_t key, int64_t value);
 Json ValueJson(const Setting& setting, size_t key, int64_t value);
 
