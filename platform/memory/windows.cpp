@@ -501,8 +501,12 @@ HWND SetFocus(HWND window)
     const Window* found = NeedWindow(window);
     if (!found) return nullptr;
     if (found->thread != &me) return Fail(ERROR_ACCESS_DENIED), nullptr;
-    for (const Window* level = found; level; level = FindWin(level->parent))
+    HWND top = nullptr;
+    for (const Window* level = found; level; level = FindWin(level->parent)) {
         if (level->style & WS_DISABLED) return Fail(ERROR_INVALID_PARAMETER), nullptr;
+        top = level->handle;
+    }
+    if (me.active != top) Activate(top);
     SetFocusTo(me, window);
     return before;
 }

@@ -124,6 +124,16 @@ TEST_F(StaticNavigationSwitch, RefusedStaticNavigationIsNoRefusedWayBack)
     EXPECT_EQ(Setting(L"BaudrateIdx"), 2);
 }
 
+// That refusal may arrive so late that the way back was sent already.
+TEST_F(StaticNavigationSwitch, LateRefusalOfStaticNavigationIsNoRefusedWayBack)
+{
+    const std::string late = std::string(Refused) + std::string(TakenBack);
+    AddReceiver(Taken, late);
+    ASSERT_TRUE(PortOpen(L"COM3:", 9600));
+    EXPECT_EQ(SwitchStaticNavigation(true), 0);
+    EXPECT_EQ(Setting(L"BaudrateIdx"), 2);
+}
+
 // It spoke SiRF binary at another rate than the one that is stored for it, and does not get the commands.
 TEST_F(StaticNavigationSwitch, SirfOfBeforeTheSwitchDoesNotCount)
 {

@@ -18,6 +18,36 @@ protected:
     }
 };
 
+DWORD WINAPI WriteAByte(void*)
+{
+    LogWrite(reinterpret_cast<const uint8_t*>("a"), 1);
+    return 0;
+}
+
+// The disk is full, and the reader finds that out before, while or after the user closes the log.
+TEST_F(ReceiverLog, FailureOfALogThatTheUserHasClosedIsSilent)
+{
+    MakeMainWindow();
+    uint32_t closedByUser = 0;
+    constexpr uint32_t Rounds = 200;
+    for (uint32_t round = 1; round <= Rounds; ++round) {
+        OpenLog(L"\\a");
+        HeadlessFailCall("WriteFile", 1, ERROR_DISK_FULL, FailMode::FromHereOn);
+        HeadlessInterleave(round);
+        CloseHandle(CreateThread(nullptr, 0, WriteAByte, nullptr, 0, nullptr));
+        const bool closed = LogClose();
+        Sleep(10);
+        HeadlessInterleave(0);
+        HeadlessClearFaults();
+        HeadlessPumpMessages();
+        ASSERT_EQ(HeadlessBoxes().size(), closed ? 0u : 1u) << round;
+        HeadlessClearBoxes();
+        closedByUser += closed;
+    }
+    EXPECT_GE(closedByUser, Rounds / 10);
+    EXPECT_LE(closedByUser, Rounds - Rounds / 10);
+}
+
 TEST_F(ReceiverLog, ClosingWithoutALogDoesNothing)
 {
     EXPECT_FALSE(LogClose());

@@ -455,6 +455,8 @@ TEST_F(SentenceDecoder, GsvPrnOfThreeDigitsTouchesTheNextColumn)
 {
     FeedSentence("GPGSV,1,1,02,120,45,120,39,07,46,121,40");
     EXPECT_EQ(Line(1), L" Sv:12007 00 00 00 00 00 00 00 00 00 00 ");
+    FeedSentence("GPGSV,3,3,12,99,10,1,1,02,20,2,2,03,30,3,3,100,40,4,4");
+    EXPECT_EQ(Line(1).substr(28), L"99 02 03 100");
 }
 
 TEST_F(SentenceDecoder, GsvValuesWiderThanTheirColumnAreOverwrittenByTheNext)

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ui/dialog_support.h"
 
+#include "resources/resource_ids.h"
 #include "tests/unit/support/product_test.h"
+#include "ui/dialog.h"
 #include "ui/waiting.h"
 
 namespace
@@ -79,6 +81,25 @@ TEST_F(DialogSupport, ListOfNoDialogHasNoSelection)
     bool found = true;
     EXPECT_EQ(GetSelectedListNumber(nullptr, 1001, found), 0);
     EXPECT_FALSE(found);
+}
+
+// The text needs room for its end too.
+TEST_F(DialogSupport, ListEntryIsReadIfItFits)
+{
+    constexpr Dialog Dgps = {.number = DIALOG_SIRF_DGPS_SOURCE, .kind = DialogKind::DgpsSource};
+    HeadlessUser([] {
+        const HWND dialog = HeadlessTopDialog();
+        SendDlgItemMessageW(dialog, CONTROL_DGPS_SOURCE, CB_INSERTSTRING, 0,
+                            reinterpret_cast<LPARAM>(L"Abcdefg"));
+        SendDlgItemMessageW(dialog, CONTROL_DGPS_SOURCE, CB_SETCURSEL, 0, 0);
+        wchar_t text[8] = L"old";
+        EXPECT_EQ(GetSelectedListText(dialog, CONTROL_DGPS_SOURCE, text, 7), 0u);
+        EXPECT_STREQ(text, L"old");
+        EXPECT_EQ(GetSelectedListText(dialog, CONTROL_DGPS_SOURCE, text, 8), 7u);
+        EXPECT_STREQ(text, L"Abcdefg");
+        HeadlessCommand(dialog, IDCANCEL);
+    });
+    OpenDialog(Dgps);
 }
 
 // ---- Waiting ------------------------------------------------------------------------------------------

@@ -287,9 +287,11 @@ TEST_P(BoxesOverADialog, BoxThatWasThereBeforeTheDialogGivesItTheKeyboard)
 {
     HWND opened = nullptr;
     HeadlessDuringBox([&] {
+        const HWND box = GetActiveWindow();
         opened = CreateWindowExW(0, L"MainWindow", L"", WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr, nullptr,
                                  nullptr);
         PublishDialog(DialogKind::PowerMask, opened);
+        SetFocus(box); // the user answers it
     });
     SetFocus(MainWindow.load());
     Refuse();
