@@ -10,11 +10,11 @@
 namespace
 {
 
-// More rounds than any two numbers are powers of ten apart.
+// Limit of the loops; two numbers are never so many powers of ten apart.
 constexpr uint32_t MaxScalingRounds = 40;
 
-// Largest power of ten that is not above `range`. Not by way of the library's logarithm, whose last digit,
-// and with it the number of ticks, differs from system to system.
+// Largest power of ten that is not above `range`. It does not use the library's logarithm: its last digit,
+// and with it the number of ticks, differs between systems.
 double PowerOfTenBelow(double range)
 {
     double power = 1;
@@ -23,7 +23,7 @@ double PowerOfTenBelow(double range)
     return power;
 }
 
-// Distance of two ticks as a value: 1, 2 or 5 times a power of ten, ten to twenty pixels.
+// Distance between two ticks as a value: 1, 2 or 5 times a power of ten, and ten to twenty pixels.
 float TickStep(uint32_t channel, float range)
 {
     float step = static_cast<float>(PowerOfTenBelow(static_cast<double>(range)));
@@ -67,10 +67,11 @@ void DrawChannelTicks(uint32_t channel)
 
     const float low = min < max ? min : max, high = min < max ? max : min;
     const double step = double{TickStep(channel, high - low)};
-    // A tick on a limit is the band's edge, and nothing is drawn within a thousandth of a step of it: the
-    // last bit of a step must not make a tick beside the edge.
+    // A tick on a limit is the band's edge. Within a thousandth of a step from the edge no tick is drawn: an
+    // error in the last bit of a step must not cause a tick beside the edge.
     const double margin = step / 1000;
-    // Ticks are counted: with limits of many digits adding a small step to a tick's value would not move it.
+    // Ticks are counted: if the limits have many digits, adding a small step to a tick's value would not
+    // change it.
     const double firstTick = std::floor(double{low} / step), lastTick = std::ceil(double{high} / step);
     const uint32_t mostTicks = GraphHeight.load() + 2u;
     for (uint32_t i = 0; i < mostTicks && firstTick + i <= lastTick; ++i) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The ten quantities of the strip chart: their current values, and how each is drawn.
+// The ten quantities of the strip chart: their current values, and the settings for drawing them.
 #pragma once
 
 #include <atomic>
@@ -21,17 +21,17 @@ enum Channel : uint32_t {
     ChannelCount
 };
 
-// One channel. Settings are written by the user-interface thread and read by both; a routine that uses
-// several reads each once. Values belong to the reader thread.
+// One channel. The user-interface thread writes the settings, both threads read them; a routine reads each
+// setting only once. The values belong to the reader thread.
 struct GraphChannelRecord {
-    const wchar_t* Name;               // also the start of the names under which its settings are stored
+    const wchar_t* Name;               // also the beginning of the names of its stored settings
     std::atomic<float> ValueZero;      // subtracted from the value before it is scaled
-    std::atomic<float> ValueMin;       // after that: drawn at PixelMin
-    std::atomic<float> ValueMax;       // drawn at PixelMax
+    std::atomic<float> ValueMin;       // is drawn at PixelMin
+    std::atomic<float> ValueMax;       // is drawn at PixelMax
     std::atomic<uint16_t> PixelMin;    // height of the band's floor above the chart's bottom row
     std::atomic<uint16_t> PixelMax;    // and of its ceiling
     std::atomic<COLORREF> Color;       // 0x00BBGGRR
-    std::atomic<int32_t> Visible;      // 0: neither drawn nor ticked
+    std::atomic<int32_t> Visible;      // 0: neither points nor ticks are drawn
     double Value;                      // reader thread only
     std::atomic<float> PublishedValue; // the same for the user-interface thread
     POINT Previous;                    // last point drawn; y -1: none yet
@@ -46,5 +46,5 @@ void SetChannelValue(Channel channel, double value);
 // Time of the latest fix, UTC. Written and read by the reader thread; day of week and milliseconds stay 0.
 extern SYSTEMTIME FixTime;
 
-// Everything as when the program starts, settings included.
+// Sets everything to its state at program start, settings included.
 void ResetChannels();

@@ -14,7 +14,7 @@ namespace
 struct MemoryDc {
     HDC dc;
     HBITMAP bitmap;
-    HGDIOBJ before; // selected again before the context is deleted, so that the bitmap can be deleted too
+    HGDIOBJ before; // is selected again before the context is deleted, so that the bitmap can be deleted, too
 };
 MemoryDc Graph, Background, Tick, Cell;
 
@@ -27,16 +27,15 @@ void SelectBitmap(MemoryDc& memory, HDC screen, HBITMAP bitmap)
     memory.before = memory.dc && bitmap ? SelectObject(memory.dc, bitmap) : nullptr;
 }
 
-// Pixels from one row to the next: an odd number of cache lines of 64 bytes. The pixels of a column then
-// spread over the whole cache; with a power of two they would drive each other out of it, in wide charts
-// only.
+// Pixels from one row to the next: an odd number of cache lines of 64 bytes. So the pixels of a column are
+// spread over the whole cache; with a power of two they would remove each other from it.
 int StrideOf(int width)
 {
     constexpr int LinePixels = 16;
     return ((width + LinePixels - 1) / LinePixels | 1) * LinePixels;
 }
 
-// Makes a picture whose pixels the device context and the drawing procedures share.
+// Makes a picture; the device context and the drawing procedures share its pixels.
 void CreatePicture(MemoryDc& memory, Surface& surface, HDC screen, int width, int height)
 {
     BITMAPINFO info = {};

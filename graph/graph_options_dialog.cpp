@@ -37,15 +37,15 @@ constexpr PixelEdit PixelEdits[] = {
     {CONTROL_GRAPH_PIXEL_MAX, &GraphChannelRecord::PixelMax},
 };
 
-// Brush of each colour field. The dialog is asked for one at every repaint; the one before is deleted then,
-// and the last ones when the dialog closes.
+// Brush of each colour field. The dialog makes a new one at every repaint and deletes the one before; the
+// last ones are deleted when the dialog closes.
 HBRUSH ColorBrushes[ChannelCount];
 
-COLORREF CustomColors[16]; // of the colour chooser, kept while the program runs
+COLORREF CustomColors[16]; // for the system's colour dialog, kept while the program runs
 
 // ---- Fields -------------------------------------------------------------------------------------------
 
-// The whole number that an edit can show of a value.
+// A value as the whole number that an edit shows.
 int32_t ShownValue(float value)
 {
     if (!(value >= -2147483648.0f)) return INT32_MIN;
@@ -102,7 +102,7 @@ void ApplyGraphOptions(HWND dialog)
     for (int i = 0; i < int{ChannelCount}; ++i) ApplyChannel(dialog, i);
     GraphLines.store(IsChecked(dialog, CONTROL_GRAPH_LINES));
     const int32_t row = GetListSelection(dialog, CONTROL_GRAPH_TIME_SCALE);
-    if (row >= 0 && row != TimeScaleIdx.load()) { // none is selected when the stored index names no row
+    if (row >= 0 && row != TimeScaleIdx.load()) { // -1 if the stored index names no row
         TimeScaleIdx.store(row);
         if (GraphWidth.load() && GraphHeight.load())
             CheckGdiResult(CopyToAllColumns(GraphBitmap, BackgroundColumn), L"StretchBlt3");
@@ -112,7 +112,7 @@ void ApplyGraphOptions(HWND dialog)
 
 // ---- Commands -----------------------------------------------------------------------------------------
 
-// The dialog may have covered a part of the main window only, which can show something else now.
+// The main window may show the other view now, and the dialog may have covered only a part of the window.
 void Apply(HWND dialog)
 {
     ApplyGraphOptions(dialog);
@@ -139,7 +139,7 @@ void Save(HWND dialog)
     SaveGraphSettings();
 }
 
-// Moves the present position to the value 0 of its bands.
+// Makes the present position the zero of its channels.
 void Zero(HWND dialog)
 {
     constexpr Channel Positions[] = {ChannelNorthing, ChannelEasting, ChannelAltitude};
@@ -170,7 +170,7 @@ void ChooseChannelColor(HWND dialog, uint32_t channel)
     if (!ChooseColorEntry(&request)) return;
     GraphChannel[channel].Color.store(request.rgbResult);
     HWND field = GetDlgItem(dialog, CONTROL_GRAPH_COLOR + static_cast<int>(channel));
-    ShowWindow(field, SW_HIDE); // and shown again it repaints
+    ShowWindow(field, SW_HIDE); // it repaints when it is shown again
     ShowWindow(field, SW_SHOW);
 }
 
@@ -186,7 +186,7 @@ constexpr DialogButton Buttons[] = {
 
 // ---- Colour fields ------------------------------------------------------------------------------------
 
-// Brush that fills a control of the dialog, null for one that is no colour field.
+// Brush that fills a colour field; null for other controls of the dialog.
 HBRUSH PaintColorField(HDC dc, HWND control)
 {
     const uint32_t channel = static_cast<uint32_t>(GetDlgCtrlID(control) - CONTROL_GRAPH_COLOR);
@@ -197,7 +197,7 @@ HBRUSH PaintColorField(HDC dc, HWND control)
     return ColorBrushes[channel] = CreateSolidBrush(color);
 }
 
-// The same for a keypad's colour fields, which are buttons: keys reach those.
+// The same for the colour fields of a keypad device: they are buttons, because keys can reach buttons.
 void DrawColorButton(const DRAWITEMSTRUCT& item)
 {
     const HBRUSH brush = PaintColorField(item.hDC, item.hwndItem);

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// The Graph Options dialog: how each channel of the chart is drawn, the time scale, and whether the main
-// window shows the chart or the text page.
+// The Graph Options dialog: settings of the chart's channels, the time scale, and the choice between chart
+// and text page in the main window.
 //
-// Whatever way it is closed, what stands in its fields is applied: there is no discarding. Settings are
-// stored only by "Save".
+// The values of its fields are applied in whatever way it is closed; they cannot be discarded. Only "Save"
+// stores the settings.
 #pragma once
 
 #include "ui/dialog.h"

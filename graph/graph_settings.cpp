@@ -7,7 +7,7 @@
 #include "text/format.h"
 
 const TimeScaleRow TimeScale[TimeScaleCount] = {
-    {L"1 sec/pixel", 1, 10, 60},   {L" 5 sec/pixel", 5, 12, 60}, // the blank has always been there
+    {L"1 sec/pixel", 1, 10, 60},   {L" 5 sec/pixel", 5, 12, 60}, // the blank at the start is kept on purpose
     {L"20 sec/pixel", 20, 15, 60}, {L"1 min/pixel", 60, 10, 60},
     {L"3 min/pixel", 180, 10, 60}, {L"6 min/pixel", 360, 10, 60},
 };
@@ -21,7 +21,7 @@ namespace
 constexpr int32_t NotStored = -1;
 constexpr int32_t ValueNotStored = INT32_MAX;
 
-// Settings of a channel; each is stored under the channel's name followed by the suffix.
+// Settings of a channel; each is stored with the channel's name and this suffix as its name.
 struct ValueSetting {
     const wchar_t* suffix;
     std::atomic<float> GraphChannelRecord::*field;
@@ -50,7 +50,7 @@ const ChartSetting ChartSettings[] = {
     {SettingTimeScale, TimeScaleIdx},
 };
 
-// Default bands for screens on which those of the channel table do not fit.
+// Default bands for screens on which the bands of the channel table do not fit.
 struct Band {
     uint16_t floor, ceiling; // pixels above the bottom row
 };
@@ -123,8 +123,9 @@ void LoadChannel(GraphChannelRecord& channel)
     if (use != NotStored) channel.Visible.store(use);
 }
 
-// A value as it is stored: the whole number in 32 bits, those above 2147483647 as unsigned ones. Negative
-// ones go by way of 64 bits, because not every processor makes unsigned numbers of them.
+// A value as it is stored: a whole number in 32 bits; numbers above 2147483647 are stored as unsigned.
+// Negative numbers are converted through 64 bits, because some processors cannot convert them directly to
+// unsigned.
 int32_t StoredValue(float value)
 {
     constexpr float Lowest = -2147483648.0f, Above = 4294967296.0f;

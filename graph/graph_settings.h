@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How the chart is drawn: its time scales, and the settings that the Graph Options dialog edits and stores.
-// User-interface thread, but for the two values that the recorder reads.
+// Time scales of the chart, and the settings that the Graph Options dialog changes and stores. User-interface
+// thread, except the two values that the recorder reads.
 #pragma once
 
 #include <atomic>
@@ -16,18 +16,18 @@ extern const TimeScaleRow TimeScale[TimeScaleCount];
 
 // Written by the user-interface thread, read by both.
 extern std::atomic<int32_t> GraphLines;   // 0: each sample is a dot; else samples are joined by lines
-extern std::atomic<int32_t> TimeScaleIdx; // row of TimeScale as it was stored: any number
+extern std::atomic<int32_t> TimeScaleIdx; // row of TimeScale as it was stored; may be any number
 
-// The row to draw with: the first one when the stored index names none.
+// The row to use for drawing: the first one when the stored index names none.
 const TimeScaleRow& SelectedTimeScale();
 
-// Fits the bands of the channels to the chart's height, then applies the stored settings. Once at start,
-// after the chart's size is known.
+// Fits the bands of the channels to the chart's height, then applies the stored settings. Called once at
+// start, when the chart's size is known.
 void LoadGraphSettings();
 
-// Stores every setting. Values are stored as whole numbers; one that is not stored reads as -1, or 2147483647
-// for the channels' values, so these two cannot be stored.
+// Stores all settings. Values are stored as whole numbers. A missing value is read as -1 (2147483647 for the
+// channels' values), so these two numbers cannot be stored.
 void SaveGraphSettings();
 
-// Lines and time scale as when the program starts; ResetChannels does the rest.
+// Sets lines and time scale to their state at program start; ResetChannels does the rest.
 void ResetGraphSettings();

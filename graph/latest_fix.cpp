@@ -50,7 +50,7 @@ void BeginFixReport(FixMode mode)
     LatestFix.Mode = mode;
     LatestFix.HasTimeOfDay = false;
     if (mode != FixMode::None) return;
-    // A receiver without a fix does not move as it did with the last one.
+    // Speed and course of the last fix do not hold any more when the receiver has no fix.
     LatestFix.SpeedMetresPerSecond = LatestFix.CourseDegrees = LatestFix.Vdop = NotKnown;
     LatestFix.HorizontalErrorMetres = LatestFix.VerticalErrorMetres = NotKnown;
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the receiver reported last, in full precision and common units: for whoever writes it down. The text
-// page and the chart have values of their own, which are rounded and kept otherwise.
+// The receiver's latest report, in full precision and common units, for programs that write it to files. The
+// text page and the chart have their own values, which are rounded and kept in other ways.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,8 @@ struct SatelliteInView {
 enum class FixMode : uint8_t { Unknown, None, TwoD, ThreeD };
 
 // Each number is a NaN while it is not known. Position, altitudes, HDOP and satellites belong to the latest
-// sample of the chart: what its message did not have is not known. The rest is the latest that was reported.
+// sample of the chart; values that its message did not contain are not known. The other values are the latest
+// ones that were reported.
 struct FixReport {
     double LatitudeDegrees, LongitudeDegrees;          // north and east positive, longitude -180 to 180
     double AltitudeMslMetres, AltitudeEllipsoidMetres; // above mean sea level, above the ellipsoid
@@ -27,7 +28,7 @@ struct FixReport {
     FixMode Mode;
     bool HasTimeOfDay;         // FixTime is the UTC that the latest sample's message gave
     uint16_t Year, Month, Day; // of the calendar, UTC; Day 0: not known
-    int32_t DatedSecondOfDay;  // of the message that brought the date
+    int32_t DatedSecondOfDay;  // of the message that contained the date
     SatelliteInView InView[MaxSatellitesInView];
     uint32_t InViewCount;
     uint32_t InViewReports; // lists received; wraps
@@ -36,15 +37,15 @@ struct FixReport {
 // Written and read by the reader thread.
 extern FixReport LatestFix;
 
-// Begins the report of a sample's message: forgets what belongs to the latest sample.
+// Begins the report of a sample's message: forgets the values that belong to the sample before.
 void BeginFixReport(FixMode mode);
 
-// Nothing for a day that the calendar does not have.
+// Does nothing for a day that the calendar does not have.
 void ReportDate(uint32_t year, uint32_t month, uint32_t day, uint32_t secondOfDay);
 
 void ReportSatellite(
-    const SatelliteInView& satellite); // after the list was begun; more than it can hold are left
+    const SatelliteInView& satellite); // after the list was begun; does nothing when the list is full
 void BeginSatelliteReport();
 
-// Nothing known, as when the program starts.
+// Sets everything to unknown, as at program start.
 void ResetLatestFix();

@@ -16,8 +16,8 @@ namespace
 constexpr int32_t NoColumn = -1;
 int32_t LastGraphColumn = NoColumn; // latest column prepared; none until the first sample
 
-// Seconds since the beginning of the UTC day. No decoder knows the day of the week, so it counts nothing, and
-// the sweep begins anew each midnight.
+// Seconds since the beginning of the UTC day. No decoder knows the day of the week, so the day does not
+// count, and the sweep starts again each midnight.
 uint32_t SecondOfDay()
 {
     return ((FixTime.wDayOfWeek * 24u + FixTime.wHour) * 60u + FixTime.wMinute) * 60u + FixTime.wSecond;
@@ -39,8 +39,8 @@ void PrepareColumn(int32_t column, const TimeScaleRow& scale)
         CheckGdiResult(CopyColumn(GraphBitmap, column, TickColumn), L"BitBlt3");
 }
 
-// Empties the columns after the latest one up to and with the new one. A fix time that has gone back takes
-// them round the right edge.
+// Empties the columns after the latest one, up to and including the new one. If the fix time has gone back,
+// the columns go round the right edge.
 void PrepareColumns(int32_t current, int32_t width, const TimeScaleRow& scale)
 {
     if (LastGraphColumn == current) return;
@@ -52,8 +52,8 @@ void PrepareColumns(int32_t current, int32_t width, const TimeScaleRow& scale)
         channel.Previous.x = (current == 0 ? width : current) - 1;
 }
 
-// Height above the bottom row. Values outside of the band's range, and those that are no number, lie on its
-// edges, so that only what lies between is converted.
+// Height above the bottom row. Values outside the band's range, and values that are no number, are drawn on
+// its edges; so only values between them are converted.
 int32_t HeightOf(const GraphChannelRecord& channel)
 {
     const float min = channel.ValueMin.load(), max = channel.ValueMax.load();
@@ -68,11 +68,12 @@ void PlotChannel(GraphChannelRecord& channel, int32_t column, int32_t width, int
 {
     const COLORREF color = channel.Color.load();
     POINT &previous = channel.Previous, &current = channel.Current;
-    // The first point of a channel has no line to it, over the right edge neither: it starts from itself.
+    // No line leads to the first point of a channel, not even over the right edge: the line starts at the
+    // point itself.
     const bool isFirst = previous.y == -1;
     current.y = static_cast<uint16_t>(height - HeightOf(channel) - 1); // a band may end above the top row
     if (previous.x == width - 1 && !isFirst && lines) {
-        current.x = width; // the line goes on over the right edge, and comes in again on the left
+        current.x = width; // the line leaves at the right edge and comes in again at the left
         CheckGdiResult(DrawLine(GraphBitmap, previous, current, color), L"Polyline2");
     }
     current.x = column;

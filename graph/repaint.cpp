@@ -16,7 +16,7 @@ namespace
 
 uint32_t PaintedSamples = 0; // reader thread
 
-// From the first to the last of some lines, across the window.
+// Rectangle from the first to the last of some lines, as wide as the window.
 RECT PlaceOf(uint32_t lines)
 {
     const int32_t top = TextPageTop.load(), height = TextLineHeight.load();
@@ -39,7 +39,7 @@ void RepaintMainWindow()
     const uint32_t lines = ChangedLines();
     if (!lines) return;
     const RECT place = PlaceOf(lines);
-    if (InvalidateRect(window, &place, FALSE)) ForgetChangedLines(); // else with the next message
+    if (InvalidateRect(window, &place, FALSE)) ForgetChangedLines(); // otherwise the next message tries again
 }
 
 void ResetRepaint()

@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: MIT
-// What a decoded message makes the main window paint anew.
+// Requests repaints of the main window after a decoded message.
 #pragma once
 
 #include <atomic>
 #include <cstdint>
 
-// Where the text page's lines stand in the main window, pixels from the top of its client area: line i from
-// TextPageTop + i * TextLineHeight on. User-interface thread writes.
+// Places of the text page's lines in the main window, in pixels from the top of its client area: line i
+// begins at TextPageTop + i * TextLineHeight. User-interface thread writes.
 extern std::atomic<int32_t> TextPageTop, TextLineHeight;
 
-// Reader thread, after each message that shows something: asks for a paint, without erasing, of what has
-// changed in the view that the window shows: the lines that have been replaced by others, or the chart, if it
-// has a new sample. While a dialog is open nothing is asked for; the next message after it does.
+// Reader thread, after each message that shows something: requests a paint, without erasing, of the changed
+// part of the window's view: the lines that have been replaced, or the chart if it has a new sample. While a
+// dialog is open nothing is requested; the first message after it requests all changes.
 void RepaintMainWindow();
 
-// As when the program starts.
+// Sets everything to its state at program start.
 void ResetRepaint();

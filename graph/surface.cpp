@@ -47,7 +47,7 @@ int32_t FillColumn(const Surface& surface, int32_t column, COLORREF color)
 {
     if (!HasPixels(surface)) return 0;
     if (!HasColumn(surface, column)) return 1;
-    // Locals, since a pixel that is written could be a part of `surface` for all that the compiler knows.
+    // Local copies, because the compiler must assume that writing a pixel could change `surface`.
     const int32_t height = surface.Height, stride = surface.Stride;
     const uint32_t value = PixelOf(color);
     uint32_t* pixel = PixelAt(surface, column, 0);
@@ -78,7 +78,7 @@ int32_t DrawLine(const Surface& surface, POINT from, POINT to, COLORREF color)
 {
     if (!HasPixels(surface)) return 0;
     const bool steep = std::abs(int64_t{to.y} - from.y) > std::abs(int64_t{to.x} - from.x);
-    if (steep) { // x runs along the line from here on, whichever axis that is
+    if (steep) { // from here on x is the axis along which the line is longer
         std::swap(from.x, from.y);
         std::swap(to.x, to.y);
     }
@@ -87,8 +87,8 @@ int32_t DrawLine(const Surface& surface, POINT from, POINT to, COLORREF color)
     const int32_t acrossEnd = steep ? surface.Width : surface.Height;
     const ptrdiff_t alongStep = steep ? surface.Stride : 1, acrossStep = steep ? 1 : surface.Stride;
 
-    // y = from.y + rise / length * (x - from.x), rounded half up, beginning at the first x that can be seen.
-    // `rest` / (2 * length) is how far y has been rounded down.
+    // y = from.y + rise / length * (x - from.x), rounded half up, beginning at the first visible x.
+    // `rest` / (2 * length) is the part by which y has been rounded down.
     const int32_t first = std::max<int32_t>(from.x, 0), last = std::min<int32_t>(to.x, alongEnd - 1);
     const int64_t length = std::max<int64_t>(int64_t{to.x} - from.x, 1), rise = int64_t{to.y} - from.y;
     const int64_t start = 2 * (int64_t{first} - from.x) * rise + length;

@@ -4,24 +4,24 @@
 
 #include <cstdint>
 
-// Longest body, and longest sentence: that body and its frame.
+// Length of the longest body, and of the longest sentence: this body and its frame.
 constexpr uint32_t MaxNmeaBody = 255, MaxNmeaCommand = MaxNmeaBody + 6;
 
 // Frames a body of `length` characters into `sentence`; returns the sentence's length, `length` + 6.
 uint32_t FrameNmeaCommand(const char* body, uint8_t length, uint8_t (&sentence)[MaxNmeaCommand]);
 
-// Frames and sends a command; user-interface thread. Without an open port nothing happens and the result is
-// -1. When the queue cannot take the whole sentence nothing is queued and "Buffer Full" ("NmeaSend") is
+// Frames and sends a command; user-interface thread. Without an open port it does nothing and returns -1.
+// When the queue has no room for the whole sentence, nothing is queued and "Buffer Full" ("NmeaSend") is
 // shown.
 int32_t NmeaSend(const char* body, uint8_t length);
 
 // The same for a terminated text. A body longer than MaxNmeaBody is not sent: the result is -1.
 int32_t NmeaSend(const char* body);
 
-// Frames a command and writes it at once, past the queue, which belongs to the user-interface thread. Nothing
-// happens with a body longer than MaxNmeaBody.
+// Frames a command and writes it immediately, without the queue, which belongs to the user-interface thread.
+// Does nothing if the body is longer than MaxNmeaBody.
 void NmeaSendFromReader(const char* body);
 
-// Sets an output message's rate from digit characters: each field of PSRF103 is '0' and the given character.
-// For callers that hold their values as characters.
+// Sets the rate of an output message: each field of PSRF103 is '0' and the given character. For callers that
+// have their values as characters.
 int32_t SendPsrf103(char message, char mode, char rate, char checksum);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The text page in NMEA mode: where the lines that both protocols have stand (ui/fix_lines.h), and the lines
-// that only this one has. Reader thread.
+// The text page in NMEA mode: places of the lines that both protocols have (ui/fix_lines.h), and the lines
+// that only NMEA has. Reader thread.
 #pragma once
 
 #include <cstdint>
@@ -23,7 +23,7 @@ enum NmeaLine : uint32_t {
     NmeaLineCourse,
 };
 
-// One satellite slot of the view; 0 in prn: none.
+// A column of the satellite table; prn 0: empty.
 struct Satellite {
     uint8_t prn, elevationDegrees;
     uint32_t azimuthDegrees;

@@ -8,15 +8,15 @@
 
 constexpr uint32_t ReceiverMessagesCapacity = 2048; // wide characters, terminator included
 
-// What has arrived, a line each, CR LF behind every line. Reader thread only.
+// The received lines, each followed by CR LF. Reader thread only.
 extern wchar_t ReceiverMessagesText[ReceiverMessagesCapacity];
 
-// Set by a dialog just before it sends a command: the next line then begins a new text, so that the box shows
-// the receiver's answer alone. Cleared by the reader thread.
+// A dialog sets this just before it sends a command: the next line then begins a new text, so that the box
+// shows only the receiver's answer. The reader thread clears it.
 extern std::atomic<uint8_t> ClearOnNextAppend;
 
-// Appends a line; one that does not fit any more is dropped.
+// Appends a line; a line that does not fit is dropped.
 void AppendReceiverMessage(const char* line);
 
-// Puts the text into the grey box of an open NMEA command dialog.
+// Shows the text in the grey box of an open NMEA command dialog.
 void ShowReceiverMessages();

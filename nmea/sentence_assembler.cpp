@@ -17,7 +17,7 @@ enum class AssemblerState : uint8_t { Idle, Body, FirstDigit, SecondDigit, WantC
 
 constexpr uint8_t Cr = '\r', Lf = '\n';
 constexpr uint32_t BodyCapacity = 256;
-constexpr uint8_t ShortestMeasuredBody = 65; // shorter ones take too few ticks to measure a rate
+constexpr uint8_t ShortestMeasuredBody = 65; // shorter ones take too few ticks for a measurement
 
 AssemblerState State = AssemblerState::Idle;
 char NmeaSentenceBuffer[BodyCapacity + SentenceSlack];
@@ -68,15 +68,15 @@ constexpr Word EachByte = ~Word{0} / 0xFF, HighBits = 0x80 * EachByte;
 
 Word LoadWord(const uint8_t* bytes)
 {
-    // One load where the processor takes any address, and no call where it does not.
+    // One load on processors that can load from any address; no function call on others.
     const auto half = [](const uint8_t* b) {
         return static_cast<uint32_t>(b[0] | b[1] << 8 | b[2] << 16) | static_cast<uint32_t>(b[3]) << 24;
     };
     return half(bytes) | Word{half(bytes + 4)} << 32;
 }
 
-// True if all are body bytes. Each term sets the high bit of a byte that is none: of 80 and above,
-// below 20, of 7F, of '*'. Borrows and carries reach further bytes from such a byte only.
+// True if all are body bytes. Each term sets the high bit of a byte that is not: 80 and above, below 20, 7F,
+// '*'. Borrows and carries into further bytes come only from such a byte.
 bool AreBodyBytes(Word word)
 {
     const Word star = word ^ '*' * EachByte;
@@ -129,7 +129,7 @@ void NmeaTakeQuiet(const uint8_t* bytes, uint32_t count)
     }
 }
 
-// A case that keeps the sentence returns; falling out of the switch is the one place that drops it.
+// Each case that keeps the sentence returns; the code after the switch drops it.
 bool NmeaAssembler(uint8_t b)
 {
     bool complete = false;

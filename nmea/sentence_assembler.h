@@ -1,34 +1,34 @@
 // SPDX-License-Identifier: MIT
-// Cuts NMEA 0183 sentences out of the receiver's byte stream.
+// Finds NMEA 0183 sentences in the receiver's byte stream.
 #pragma once
 
 #include <atomic>
 #include <cstdint>
 
-// Sees each accepted sentence before it is decoded: its body without '$' and checksum, and if it had a
-// checksum. Null: nobody looks. Set while nothing is received; called by the reader thread.
+// Is called with each accepted sentence before it is decoded: its body without '$' and checksum, and whether
+// it had a checksum. May be null. Set it while nothing is received; the reader thread calls it.
 using SentenceObserver = void (*)(const char* body, uint32_t length, bool hadChecksum);
 extern std::atomic<SentenceObserver> ObserveSentence;
 
-// Feeds one byte; reader thread. A sentence that ends properly, with the right checksum or without one, goes
-// to NmeaDispatcher and is counted in NmeaMessageCount; true if this byte completed one. Everything else is
-// dropped silently. Bodies of more than 64 characters measure EffectiveBaud.
+// Takes one byte; reader thread. A sentence that ends correctly, with the right checksum or without one, is
+// passed to NmeaDispatcher and counted in NmeaMessageCount. Returns true if this byte completed one. All
+// other bytes are dropped silently. Bodies of more than 64 characters are used to measure EffectiveBaud.
 //
-// Lenient on purpose: a '*' directly before the line end passes untested; so does a sentence without a '*'.
-// A '$' within a sentence is a character like any other. A body of more than 255 characters wraps to the
-// start of its buffer: what is dispatched is the part behind the wrap.
+// It accepts some faults on purpose: a sentence with '*' directly before the line end, or without '*', is not
+// tested. A '$' within a sentence is an ordinary character. A body of more than 255 characters wraps to the
+// start of its buffer: only the part after the wrap is dispatched.
 bool NmeaAssembler(uint8_t b);
 
-// How many of the next `count` bytes are quiet: the assembler would only skip them, or store them in the
-// body. A byte that begins or ends something is not quiet, but not each one that is left out ends something.
+// Number of the next `count` bytes that are quiet: the assembler would only skip them, or store them in the
+// body. Bytes that begin or end a sentence are never quiet; some other bytes are not counted, either.
 uint32_t NmeaQuietBytes(const uint8_t* bytes, uint32_t count);
 
-// True within a body. Quiet bytes are printable characters then, which begin no message of the other
+// True within a body. Quiet bytes are then printable characters, which cannot begin a message of the other
 // protocol.
 bool NmeaIsInBody();
 
-// Feeds bytes that NmeaQuietBytes has found quiet, or the first of them.
+// Takes bytes that NmeaQuietBytes has found to be quiet, or the first part of them.
 void NmeaTakeQuiet(const uint8_t* bytes, uint32_t count);
 
-// Everything as when the program starts.
+// Sets everything to its state at program start.
 void ResetNmeaAssembler();

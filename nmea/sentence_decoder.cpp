@@ -26,15 +26,15 @@ namespace
 {
 
 constexpr double DegreesPerMinute = 0.016666666666666666;
-constexpr double MetresPerSecondPerKnot = 0.5147777777777778;  // a mile of 1853.2 m, on purpose
-constexpr double TrueMetresPerSecondPerKnot = 1852.0 / 3600.0; // for what is written down
+constexpr double MetresPerSecondPerKnot = 0.5147777777777778;  // nautical mile of 1853.2 m, on purpose
+constexpr double TrueMetresPerSecondPerKnot = 1852.0 / 3600.0; // for graph/latest_fix.h
 
-// The fields of the current sentence; 0 is its name.
+// The fields of the current sentence; field 0 is its name.
 constexpr uint32_t MaxFields = 20;
 char* NmeaFieldTable[MaxFields];
 uint8_t FieldCount = 0;
 
-// Last values received; they stay when the port is closed. Nothing shows PDOP, so it is not kept.
+// Last received values; they stay when the port is closed. PDOP is not shown anywhere, so it is not kept.
 double Latitude = 0;  // degrees, south negative
 double Longitude = 0; // degrees, 0 to 360: west is 360 - value
 Satellite SatelliteView[SatelliteCount];
@@ -52,7 +52,7 @@ bool HasField(uint32_t index)
     return *Field(index) != 0;
 }
 
-// Replaces each comma by a terminator and notes where the fields begin. The twentieth comma ends the table.
+// Replaces each comma by a terminator and stores where the fields begin. The twentieth comma ends the table.
 void SplitFields(char* sentence)
 {
     uint8_t commas = 0;
@@ -69,8 +69,8 @@ void SplitFields(char* sentence)
     FieldCount = static_cast<uint8_t>(commas + 1);
 }
 
-// Three two-digit numbers in a row, read from the last to the first and cut apart on the way. The field's
-// length is not looked at: one that is too short takes from the field behind it.
+// Three consecutive two-digit numbers, read from the last to the first; each is cut off after it is read. The
+// field's length is not checked: a field that is too short takes characters of the next field.
 struct Triple {
     uint16_t first, second, third;
 };
@@ -97,7 +97,7 @@ void TakeTime(uint32_t index) // hhmmss[.sss]
         if (HWND dialog = OpenDialogOfKind(kind)) ShowTimeOfDay(dialog, CONTROL_NMEA_TIME);
 }
 
-// Second of the day of "hhmmss[.sss]"; of any other text some number.
+// Second of the day for "hhmmss[.sss]"; for other texts any number.
 uint32_t SecondOfDay(const char* time)
 {
     const uint32_t digits = static_cast<uint32_t>(ParseInteger(time)) % 1000000;
@@ -112,14 +112,13 @@ void TakeDate(uint32_t index) // ddmmyy, of RMC
     FixTime.wMonth = date.second;
     FixTime.wYear = static_cast<uint16_t>(date.third + 2000);
     ShowUtcLine(FixTime);
-    // GPS began in 1980: an old receiver's 97 is 1997.
+    // GPS began in 1980: 97 from an old receiver means 1997.
     if (isWhole)
         ReportDate(date.third + (date.third < 80 ? 2000u : 1900u), date.second, date.first,
                    SecondOfDay(Field(1)));
 }
 
-// Degrees of "dd...mm.mmmm" with `degreeDigits` digits of degrees; false when the field does not look like
-// it.
+// Converts "dd...mm.mmmm" with `degreeDigits` digits for the degrees; false when the field has another form.
 bool ReadAngle(const char* field, uint32_t degreeDigits, double& angle)
 {
     const uint32_t point = degreeDigits + 2;
@@ -130,7 +129,7 @@ bool ReadAngle(const char* field, uint32_t degreeDigits, double& angle)
     return true;
 }
 
-// The chart's metres are kept with the precision of 32-bit floats.
+// The chart's metres have the precision of 32-bit floats.
 double RoundToFloat(double value)
 {
     return static_cast<double>(static_cast<float>(value));
@@ -148,7 +147,7 @@ bool TakeLatitude(uint32_t index)
     return true;
 }
 
-// A second's sentences repeat the position, and a device's processor reckons long at a cosine.
+// The sentences of one second repeat the position, and a cosine takes long on a device's processor.
 double CosineOfLatitude()
 {
     static double latitude = 0, cosine = 1;
@@ -198,9 +197,9 @@ void TakeCourse(uint32_t index)
     SetChannelValue(ChannelCourse, course);
 }
 
-// ---- What is written down (graph/latest_fix.h) ---------------------------------------------------------
+// ---- The latest fix (graph/latest_fix.h) ----------------------------------------------------------------
 
-// Two or three dimensions stand in GSA alone; without one a fix with an altitude counts as three.
+// Only GSA reports two or three dimensions; without GSA a fix with an altitude counts as three-dimensional.
 FixMode ModeOfQuality()
 {
     if (!HasField(6) || ParseInteger(Field(6)) == 0) return FixMode::None;
@@ -253,7 +252,7 @@ void DecodeGga()
     if (HasField(11)) {
         const float separation = static_cast<float>(ParseDecimal(Field(11)));
         ShowGeoidSeparation(separation);
-        // Subtracted, on purpose: the chart's altitude differs from the page's by the separation.
+        // Subtracted on purpose: the chart's altitude differs from the page's altitude by the separation.
         if (HasField(9)) SetChannelValue(ChannelAltitude, altitude - separation);
     }
     if (HasField(6)) ShowFix(ParseInteger(Field(6)), ParseInteger(Field(7)), ParseInteger(Field(13)));
@@ -311,7 +310,7 @@ void DecodeGsv()
     RepaintMainWindow();
 }
 
-// $GPRMC,time,status,lat,N,lon,E,knots,course,date,variation,E[,mode]; a void one counts like a valid one
+// $GPRMC,time,status,lat,N,lon,E,knots,course,date,variation,E[,mode]; the status is ignored
 void DecodeRmc()
 {
     TakeDate(9);
@@ -319,7 +318,7 @@ void DecodeRmc()
     TakeLatitude(3);
     TakeLongitude(5);
     if (HasField(3) && ActiveDialogKind.load() == DialogKind::Sbas) {
-        // The low eight bits of the year are what this side hands on; only Sun and Moon depend on it.
+        // Only the low eight bits of the year are passed on; they affect Sun and Moon only.
         SYSTEMTIME time = FixTime;
         time.wYear &= 0xFF;
         UpdateSkyObjects(time, Latitude, Longitude);
@@ -337,7 +336,7 @@ void DecodeVtg()
     RepaintMainWindow();
 }
 
-// $GPZDA,time,day,month,year,zone hours,zone minutes; nothing of it is shown
+// $GPZDA,time,day,month,year,zone hours,zone minutes; not shown
 void DecodeZda()
 {
     ReportDate(static_cast<uint32_t>(ParseInteger(Field(4))), static_cast<uint32_t>(ParseInteger(Field(3))),
@@ -349,7 +348,7 @@ void DecodeZda()
 constexpr char TextSentence[] = "PSRFTXT";
 constexpr size_t TextSentenceLength = sizeof TextSentence - 1;
 
-// "POS:" x y z, metres; a control for which there is no number keeps its text.
+// "POS:" x y z, metres; if a number is missing, its control keeps its text.
 void ShowStartPosition(HWND dialog, const char* text)
 {
     constexpr int Controls[] = {CONTROL_NAVINIT_ECEF_X, CONTROL_NAVINIT_ECEF_Y, CONTROL_NAVINIT_ECEF_Z};
@@ -379,7 +378,7 @@ void ShowStartValues(HWND dialog, const char* text)
                           static_cast<UINT>(ParseInteger(text + std::strlen(line.start))), TRUE);
 }
 
-// The text stands in field 1, or directly behind the name; of any other sentence only the name is shown.
+// The text is in field 1, or directly after the name; of other sentences only the name is shown.
 void DecodeText()
 {
     const bool isText = StartsWith(Field(0), TextSentence);

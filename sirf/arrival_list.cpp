@@ -10,7 +10,7 @@
 namespace
 {
 
-constexpr uint8_t FirstRow = 1, LastRow = 13; // every message id after the thirteenth shares the last row
+constexpr uint8_t FirstRow = 1, LastRow = 13; // all message ids after the thirteenth share the last row
 
 uint8_t SirfArrivalList[256]; // row of each message id, 0 none yet
 uint8_t NextFreeRow = FirstRow;

@@ -95,7 +95,7 @@ constexpr CommandField DgpsModeFields[] = {
 
 constexpr CommandField MaskField(uint16_t control, uint8_t offset, const wchar_t* caption)
 {
-    // On purpose dialogs test the number of degrees as typed against limits in tenths.
+    // On purpose: dialogs compare the typed number of degrees with the limits in tenths.
     return {Tenths, control, offset, 2, -20, 90, caption, L"Range -20.0 to 90.0 \u00B0", {}, nullptr, 10};
 }
 
@@ -138,7 +138,7 @@ constexpr CommandField SbasFields[] = {
 constexpr uint8_t PrnIsChosen = 0x08, TimeoutIsChosen = 0x01; // flags of a command 170
 constexpr uint32_t PrnOffset = 1, FlagsOffset = 3;
 
-// The satellite's entry becomes its number, and a flag says that there is one.
+// Converts the satellite's list entry to its number, and sets a flag that a satellite is chosen.
 void EncodeSbas(uint8_t* payload)
 {
     if (!payload[PrnOffset]) return;
@@ -146,7 +146,7 @@ void EncodeSbas(uint8_t* payload)
     payload[FlagsOffset] |= PrnIsChosen;
 }
 
-// The satellite becomes its list entry, the flags become the one that chooses the time-out.
+// Converts the satellite's number to its list entry, and the flags to the choice of the time-out.
 void DecodeSbas(uint8_t* payload)
 {
     constexpr uint8_t FirstPrn = 120, Auto = 0, NoEntry = 0xFF;
@@ -182,7 +182,7 @@ void FieldIsMisplaced() {}
 void PayloadIsTooLong() {}
 void FieldsAreTooMany() {}
 
-// A layout whose fields lie inside the payload, after the message id, without overlapping.
+// Checks that the fields of a layout are inside the payload, after the message id, without overlapping.
 consteval CommandLayout Checked(CommandLayout layout)
 {
     uint32_t used = 1;

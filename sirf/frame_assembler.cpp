@@ -35,8 +35,8 @@ uint16_t Sum = 0;       // of the payload; at the end its difference from the re
 uint32_t StartTick = 0; // ms, when the length was accepted
 uint8_t Buffer[SirfBufferSize];
 
-// Bytes that are searched for a start in one go. Few, because the other assembler may stop at any of them,
-// and the rest would be searched again.
+// Number of bytes that are searched for a start at once. It is small, because the other assembler may stop at
+// any of them, and then the rest would be searched again.
 constexpr uint32_t SearchedBytes = 64;
 
 } // namespace
@@ -68,7 +68,7 @@ void SirfTakeQuiet(const uint8_t* bytes, uint32_t count)
     Count = static_cast<uint16_t>(Count + count);
 }
 
-// A case that keeps the frame returns; falling out of the switch is the one place that drops it.
+// Each case that keeps the frame returns; the code after the switch drops it.
 bool SirfFramer(uint8_t b)
 {
     bool complete = false;

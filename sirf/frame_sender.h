@@ -5,31 +5,31 @@
 #include <atomic>
 #include <cstdint>
 
-// Message id into which some receivers wrap every other message.
+// Message id of the wrapper that some receivers put around all messages.
 constexpr uint8_t WrapId = 0xEE;
 
-// Set by the decoder when the receiver wraps its messages: commands are then wrapped too. Never cleared.
+// The decoder sets this when the receiver wraps its messages: commands are then wrapped, too. Never cleared.
 // Reader thread writes.
 extern std::atomic<uint8_t> WrapEE;
 
-// Command whose settings the user has asked for, so that a refusal of the poll can name it; 0 none. Set by
-// the user-interface thread before it polls, cleared by the reader thread with the answer or the refusal.
+// Command whose settings the user has requested, so that a refusal of the poll can name it; 0: none. The
+// user-interface thread sets it before it polls; the reader thread clears it at the answer or the refusal.
 extern std::atomic<uint8_t> PendingPollId;
 
-// Id of the command that the receiver has refused last, 0 when none. The reader thread sets it; who wants to
-// know about a command clears it before sending.
+// Id of the command that the receiver has refused last; 0: none. The reader thread sets it. A caller that
+// wants to know about a command clears it before sending.
 extern std::atomic<uint8_t> LastRefusedCommand;
 
-// Longest payload of a command, and its frame when it is wrapped.
+// Length of the longest payload of a command, and of its frame when it is wrapped.
 constexpr uint32_t MaxSirfCommandPayload = 255, MaxSirfCommand = MaxSirfCommandPayload + 9;
 
-// Frames a payload of `length` bytes, its first the message id, into `frame`, wrapped if the receiver wraps;
-// returns the frame's length.
+// Frames a payload of `length` bytes, the first of which is the message id, into `frame`; wraps it if the
+// receiver wraps its messages. Returns the frame's length.
 uint32_t FrameSirfCommand(const uint8_t* payload, uint8_t length, uint8_t (&frame)[MaxSirfCommand]);
 
-// Frames a payload of `length` bytes, its first the message id, and sends it. Without an open port, or for
-// more than 255 bytes, nothing happens. When the queue cannot take the whole frame nothing is queued and
-// "Buffer Full" ("SirfSend") is shown. The checksum is sent with all its 16 bits, on purpose.
+// Frames a payload of `length` bytes, the first of which is the message id, and sends it. Does nothing
+// without an open port, or for more than 255 bytes. When the queue has no room for the whole frame, nothing
+// is queued and "Buffer Full" ("SirfSend") is shown. All 16 bits of the checksum are sent, on purpose.
 void SirfSend(const uint8_t* payload, uint16_t length);
 
 void SendPollSoftwareVersion();            // answered by message id 6

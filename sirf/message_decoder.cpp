@@ -148,7 +148,7 @@ void DecodeMeasuredNavigation(const SirfMessage& message)
 
 // ---- Message id 41: everything but the fix line and its satellites -----------------------------------
 
-constexpr MessageField<uint16_t> NavValid{1}; // bit 15: no course
+constexpr MessageField<uint16_t> NavValid{1}; // bit 15: course not valid
 constexpr MessageField<uint16_t> NavType{3};  // bits 0 to 2 fix type, bit 12: no speed
 constexpr MessageField<uint16_t> UtcYear{11};
 constexpr MessageField<uint8_t> UtcMonth{13}, UtcDay{14}; // day 0: UTC is not known yet
@@ -163,9 +163,9 @@ constexpr MessageField<uint8_t> SvsInFix41{88}, HdopFifths41{89};
 
 constexpr uint16_t NoCourse = 0x8000, NoSpeed = 0x1000, FixTypeBits = 7;
 
-// True if the receiver knows UTC. Otherwise the time of week serves, with the leap seconds of the receivers'
-// days. The first 14 s of a week are the last of the week before: a week is added before the subtraction,
-// which would else run below 0 and show a time that is wrong by hours.
+// True if the receiver knows UTC. Otherwise the time of week is used, less the leap seconds of the years in
+// which these receivers were made. The first 14 s of a GPS week are the last ones of the UTC week before: one
+// week is added before the subtraction; otherwise the result would be below 0, and the time wrong by hours.
 bool TakeGeodeticTime()
 {
     const uint8_t* const record = GeodeticRecord;
@@ -240,7 +240,7 @@ void DecodeGeodeticNavigation(const SirfMessage& message)
     ShowEastingLine(SirfLineEasting, GraphChannel[ChannelEasting].Value);
     ShowSirfAltitudeEllipsoid(static_cast<float>(ReadField(record, AltitudeEllipsoidCm)) * 0.01f);
     ShowAltitudeMslLine(SirfLineAltitudeMsl, GraphChannel[ChannelAltitude].Value);
-    // Without a new value the chart and the page keep the old one, on purpose.
+    // If there is no new value, the chart and the page keep the old one, on purpose.
     if (!(ReadField(record, NavType) & NoSpeed)) {
         SetChannelValue(ChannelSpeed, ReadField(record, SpeedCmPerS) * 0.01);
         ShowSpeedLine(SirfLineSpeed, GraphChannel[ChannelSpeed].Value);
@@ -257,9 +257,9 @@ void DecodeGeodeticNavigation(const SirfMessage& message)
 // ---- Message id 4: satellites ------------------------------------------------------------------------
 
 constexpr uint32_t ChannelCountOffset = 7, FirstTrackedChannel = 8, TrackedChannelBytes = 15;
-constexpr uint32_t CarrierToNoiseCount = 10; // measurements a channel, each a tenth of a second
+constexpr uint32_t CarrierToNoiseCount = 10; // measurements of a channel, one for each tenth of a second
 
-// A channel, from its first byte on.
+// Fields of a channel, from its first byte on.
 constexpr MessageField<uint8_t> ChannelSvId{0}, ChannelAzimuth{1},
     ChannelElevation{2}; // azimuth 3/2, elevation 1/2 degrees
 constexpr MessageField<uint16_t> ChannelState{3};
@@ -307,7 +307,7 @@ void DecodeRefusal(const SirfMessage& message)
     if (refused == PollParameter) {
         polled = PendingPollId.load();
         PendingPollId.store(0);
-        if (!polled) return; // nobody asked: the poll that a dialog sends when it opens
+        if (!polled) return; // the poll of a dialog that opens; the user has not requested it
     }
     PostBox(PostedBox::RefusedCommand, static_cast<uint32_t>(refused << 8 | polled));
 }

@@ -15,7 +15,7 @@ constexpr uint32_t ReadBigEndian(const uint8_t* bytes, uint32_t width)
     return value;
 }
 
-// Place, width and sign of a field, so that nobody can take it for something else.
+// Place, width and sign of a field, so that it cannot be read with a wrong type.
 template <std::integral T> struct MessageField {
     uint8_t offset; // from the message id
 };
@@ -25,7 +25,7 @@ template <std::integral T> constexpr T ReadField(const uint8_t* message, Message
     return static_cast<T>(ReadBigEndian(message + field.offset, sizeof(T)));
 }
 
-// Keeps the first bytes of a payload; bytes that it does not have become 0.
+// Keeps the first bytes of a payload; missing bytes become 0.
 template <uint32_t Size> void KeepRecord(uint8_t (&record)[Size], const uint8_t* payload, uint32_t available)
 {
     const uint32_t count = std::min(available, Size);

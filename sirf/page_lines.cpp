@@ -29,7 +29,7 @@ uint32_t WriteHexadecimal(const LineSource& source, wchar_t (&text)[TextLineCapa
 uint32_t WriteElevations(const LineSource& source, wchar_t (&text)[TextLineCapacity])
 {
     return WriteCells(source, text, FirstColumn + 1, L"%02u    ",
-                      L"%02u    "); // one to the right, on purpose
+                      L"%02u    "); // shifted one column to the right, on purpose
 }
 
 } // namespace

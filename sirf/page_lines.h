@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The text page in SiRF mode: where the lines that both protocols have stand (ui/fix_lines.h), and the lines
-// that only this one has. A line that no message writes keeps its text. Reader thread.
+// The text page in SiRF mode: places of the lines that both protocols have (ui/fix_lines.h), and the lines
+// that only SiRF binary has. A line that no message writes keeps its text. Reader thread.
 #pragma once
 
 #include <cstdint>
@@ -26,7 +26,7 @@ enum SirfLine : uint32_t {
     SirfLineMapDatum,
 };
 
-// What the receiver reports of the satellite on one of its channels.
+// Report about the satellite on one of the receiver's channels.
 struct TrackedSatellite {
     uint8_t svId;
     uint8_t elevationDegrees;

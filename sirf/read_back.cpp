@@ -24,14 +24,14 @@ uint8_t ParameterRecord[CommandParametersLength];
 namespace
 {
 
-// When the receiver last said that its radio is off, and on; ms.
+// Time of the receiver's last announcement that its radio goes off, and on; ms.
 struct PowerState {
     uint32_t tick;
     bool known;
 };
 PowerState RadioOff, RadioOn;
 
-// The lines that collect differential data. Room is left for the unit that ends a line.
+// The lines in which differential data is collected. Room is left for the unit at the end of a line.
 constexpr uint32_t CorrectionLineCapacity = 256, UnitCharacters = 2;
 wchar_t CorrectionSvs[CorrectionLineCapacity], Corrections[CorrectionLineCapacity],
     CorrectionAges[CorrectionLineCapacity];
@@ -54,7 +54,7 @@ void ShowValues(HWND dialog, const CommandLayout& layout, const SettingValues& v
     for (size_t i = 0; i < layout.fields.size(); ++i) ShowField(dialog, layout.fields[i], values[i]);
 }
 
-// ---- Settings that are not shown as they come ---------------------------------------------------------
+// ---- Settings that are converted before they are shown ------------------------------------------------
 
 // Initialize Data Source: the reset configuration is one option button and three boxes.
 void ShowResetConfiguration(HWND dialog, uint8_t map)
@@ -73,7 +73,7 @@ void ShowResetConfiguration(HWND dialog, uint8_t map)
     ShowCheck(dialog, CONTROL_INIT_CLEAR, map & 0x80);
 }
 
-// DGPS Source: the beacon's frequency and bit rate count only for that source.
+// DGPS Source: the beacon's frequency and bit rate are valid only for the source "Internal Beacon".
 void ClearUnusedBeacon(SettingValues& values)
 {
     if (values[0] != InternalBeacon) values[1] = values[2] = 0;

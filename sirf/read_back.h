@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: MIT
-// The receiver's answers and reports in the controls of the dialog that is open for them; nothing where it is
-// not. Reader thread.
+// Shows the receiver's answers and reports in the controls of the open dialog; does nothing if their dialog
+// is not open. Reader thread.
 //
-// Each routine takes a payload that its caller has found to be at least as long as the message; the last
-// message of each kind is kept whether or not its dialog is open.
+// The caller of each routine has checked that the payload is at least as long as the message. The last
+// message of each kind is kept, also when its dialog is not open.
 #pragma once
 
 #include <cstdint>
 
 #include "sirf/page_lines.h"
 
-// Software version (message id 6): text of up to 80 characters behind the message id.
+// Software version (message id 6): text of up to 80 characters after the message id.
 void ShowSoftwareVersion(const uint8_t* payload, uint32_t length);
 
-// OK to send (18), which announces when the receiver's radio goes on and off: measures how long it was on and
-// off, in milliseconds.
+// OK to send (18) announces that the receiver's radio goes on or off: measures the times on and off, in
+// milliseconds.
 void ShowOkToSend(const uint8_t* payload);
 constexpr uint32_t OkToSendLength = 2;
 
@@ -32,17 +32,18 @@ void ShowCorrection(const uint8_t* payload);
 constexpr uint32_t CorrectionLength = 26;
 void EndCorrections();
 
-// Settings of one command (43); an answer too short for its command shows nothing.
+// Settings of one command (43); an answer that is too short for its command is not shown.
 void ShowCommandParameters(const uint8_t* payload, uint32_t length);
 constexpr uint32_t CommandParametersLength = 26;
 
 // An SBAS satellite on one of the receiver's channels (4), for the SBAS dialog.
 void ShowSbasSatellites(const TrackedSatellite* satellites, uint32_t count);
 
-// Time of day, as the text page shows it, or time of week, where a dialog has a place for it.
+// Shows the time of day in the form of the text page, or the time of week, if the open dialog has a place for
+// it.
 void ShowReceiverTime(uint32_t timeOfWeekSeconds);
 
-// Everything as when the program starts.
+// Sets everything to its state at program start.
 void ResetReadBack();
 
 extern uint8_t OkToSendRecord[OkToSendLength];

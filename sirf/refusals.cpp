@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The words for what a receiver refuses (message id 12).
+// The texts for commands that a receiver refuses (message id 12).
 #include "text/copy.h"
 #include "text/format.h"
 #include "ui/error_boxes.h"

@@ -13,7 +13,7 @@ constexpr uint8_t PollNavigationParametersId = 152, PollParametersId = 168;
 
 constexpr int32_t HundredthsPerUnit = 100;
 
-// A negative number becomes the two's complement that the receiver takes it for.
+// A negative number becomes its two's complement, as the receiver expects it.
 void PutField(const CommandField& field, int64_t value, uint8_t* payload)
 {
     if (field.kind == FieldKind::Hundredths) value *= HundredthsPerUnit;
@@ -38,7 +38,7 @@ int64_t GetField(const CommandField& field, const uint8_t* payload, Signs signs)
     }
 }
 
-// Power management's settings as its own command would set them.
+// The settings of power management, in the form of its command.
 void PackPowerManagement(const uint8_t* message, uint8_t (&payload)[MaxCommandLength])
 {
     constexpr uint32_t Enabled = 57, Cycles = 59, TimeBetweenFixes = 61, MaxErrors = 62, MaxResponseTime = 63,
@@ -59,7 +59,7 @@ void PackPowerManagement(const uint8_t* message, uint8_t (&payload)[MaxCommandLe
     std::memcpy(payload, settings, sizeof settings);
 }
 
-// The settings in an answer as the layout's command carries them.
+// The settings of an answer, in the form of the layout's command.
 bool PackAnswer(const CommandLayout& layout, const uint8_t* message, uint32_t length,
                 uint8_t (&payload)[MaxCommandLength])
 {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The receiver's settings as values (text/fields.h), by the rows of sirf/command_layouts.h alone: into a
-// command, and out of an answer. No window and no port, so any thread and any program.
+// Converts the receiver's settings, by the rows of sirf/command_layouts.h: from values (text/fields.h) to a
+// command, and from an answer to values. It needs no window and no port, so any thread and program can use
+// it.
 #pragma once
 
 #include <array>
@@ -8,27 +9,28 @@
 
 #include "sirf/command_layouts.h"
 
-// Of each of a layout's fields, in the order of its rows; further ones are not looked at.
+// A value for each of a layout's fields, in the order of its rows; further ones are ignored.
 using SettingValues = std::array<int64_t, MaxCommandFields>;
 
-// The command's payload, message id first, layout.length bytes. Bytes without a field are 0. The values are
-// expected to be accepted; others are cut to their field's width.
+// Writes the command's payload, message id first, layout.length bytes. Bytes without a field are 0. The
+// values should be acceptable for their fields; others are cut to the field's width.
 void PackCommand(const CommandLayout& layout, const SettingValues& values,
                  uint8_t (&payload)[MaxCommandLength]);
 
-// The poll that the receiver answers with a layout's settings; its length, or 0 where it never reports them.
+// Writes the poll that the receiver answers with a layout's settings. Returns its length, or 0 if the
+// receiver never reports them.
 constexpr uint32_t PollLength = 2;
 uint32_t PackPoll(const CommandLayout& layout, uint8_t (&payload)[PollLength]);
 
-// How numbers are read whose field's range goes below zero.
+// The way to read numbers of fields with a negative range.
 enum class Signs : uint8_t {
     Kept,
-    Dropped, // as dialogs show them, on purpose: -5.0 reads 6548.6
+    Dropped, // as dialogs show them, on purpose: -5.0 becomes 6548.6
 };
 
-// The values of a layout's settings in a received message (payload, id first): of 43 with the layout's
-// command in byte 1, or of 19 where the layout's settings are reported there (53). False, with `values`
-// untouched, for any other message, for one that is too short, and for a 19 that does not report power
-// management.
+// Reads the values of a layout's settings from a received message (payload, id first): from message 43 with
+// the layout's command in byte 1, or from message 19 if the layout's settings are reported there (53). False,
+// with `values` unchanged, for other messages, for a message that is too short, and for a message 19 without
+// power management.
 bool ReadAnswer(const CommandLayout& layout, const uint8_t* message, uint32_t length, Signs signs,
                 SettingValues& values);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The values that a restarted receiver can be given to start from: the same fields in Initialize Data Source
-// (SiRF binary) and in Navigation Initialization (NMEA).
+// Start values for a receiver that is restarted: the same fields in Initialize Data Source (SiRF binary) and
+// in Navigation Initialization (NMEA).
 #pragma once
 
 #include <array>
@@ -8,11 +8,11 @@
 
 #include "text/fields.h"
 
-// Position, clock and time, which only a warm start with initialisation is given; the channels stand last.
+// Position, clock and time are for a warm start with initialisation only; the number of channels is the last
+// field.
 constexpr uint32_t StartValueCount = 6, StartFieldCount = 7;
 
-// The rows of a dialog whose controls for them are numbered from `first` on, with their places in a command
-// 128.
+// The rows for a dialog whose controls are numbered from `first` on, with their places in a command 128.
 consteval std::array<CommandField, StartFieldCount> StartFields(uint16_t first)
 {
     using enum FieldKind;

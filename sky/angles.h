@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Angles, and lengths on the Earth that they stand for.
+// Conversion of angles, also to lengths on the Earth.
 #pragma once
 
 constexpr double RadiansPerDegree = 0.017453292519943295;
 constexpr double DegreesPerRadian = 57.29577951308232;
 
-// Of latitude, for the chart's Northing and Easting.
+// Metres of one degree of latitude, for the chart's Northing and Easting.
 constexpr double MetresPerDegree = 111325.0;

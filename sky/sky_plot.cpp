@@ -28,7 +28,7 @@ void DrawCircle(HDC dc, int x, int y, int radius, Shape& shape)
     CheckPaint(Ellipse(dc, x - radius, y - radius, x + radius, y + radius), shape.caption, shape.failed);
 }
 
-// Where a label with its centre at the place lies.
+// Rectangle of a label whose centre is at the place.
 RECT PlaceLabel(HDC dc, int x, int y, const wchar_t* label)
 {
     RECT area = {};
@@ -47,7 +47,7 @@ void DrawDirection(HDC dc, int x, int y, const wchar_t* label)
     DrawTextW(dc, label, -1, &area, DT_LEFT);
 }
 
-// South is up and east left, as on a chart of the sky seen from below.
+// South is up and east is left, as in a map of the sky seen from below.
 void DrawObject(HDC dc, int top, const SkyObject& object)
 {
     const double elevation = object.plottedElevation.load(), azimuth = object.plottedAzimuth.load();

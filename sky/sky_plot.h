@@ -4,11 +4,11 @@
 
 #include "platform/platform.h"
 
-// Draws the picture at its place, pixels 31..149 from the left and 62..182 below `top`, which a dialog keeps
-// free for it; `top` is 0, or negative when the dialog is scrolled. A failing drawing call shows a box.
-// Objects that cover each other take turns in lying on top: every second picture is drawn in reverse order.
+// Draws the picture at its place, pixels 31..149 from the left and 62..182 below `top`; a dialog keeps this
+// area free. `top` is 0, or negative when the dialog is scrolled. A failing drawing call shows a box. Every
+// second picture is drawn in reverse order, so that each of two overlapping objects is on top in turn.
 // User-interface thread.
 void DrawSkyPlot(HDC dc, int top);
 
-// Everything as when the program starts.
+// Sets everything to its state at program start.
 void ResetSkyPlot();

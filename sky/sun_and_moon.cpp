@@ -16,7 +16,7 @@ EquatorialPlace FromEcliptic(double longitude, double latitude)
     return {place.azimuth, place.elevation};
 }
 
-// An argument of the series: turns at 2000 and turns a century, as an angle.
+// An argument of the series as an angle, from turns at the year 2000 and turns per century.
 double Argument(double turns, double turnsPerCentury, double centuries)
 {
     return TwoPi * Frac(turns + turnsPerCentury * centuries);

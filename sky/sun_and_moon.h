@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Places of the Sun and the Moon, from short series: good to a minute of arc or two for some centuries around
-// 2000, without nutation and parallax.
+// Places of the Sun and the Moon, from short series: exact to one or two minutes of arc for some centuries
+// around 2000, without nutation and parallax.
 #pragma once
 
-// Angles in radians, of the date's equator.
+// Angles in radians, relative to the equator of the date.
 struct EquatorialPlace {
     double rightAscension, declination;
 };
@@ -12,10 +12,10 @@ struct EquatorialPlace {
 EquatorialPlace SunPosition(double centuries);
 EquatorialPlace MoonPosition(double centuries);
 
-// Radians; the azimuth counts from south over west, -pi..pi.
+// Radians; the azimuth is counted from south to west, -pi..pi.
 struct HorizontalPlace {
     double azimuthFromSouth, elevation;
 };
 
-// The hour angle is how far the meridian has turned past the object.
+// The hour angle is the angle by which the meridian has turned past the object.
 HorizontalPlace EquatorialToHorizontal(double declination, double hourAngle, double latitude);

@@ -18,7 +18,7 @@ bool ShowNmeaDialog(uint16_t number)
 
 void SendDialogCommand(const char* body)
 {
-    // Before the command: the answer's first line may be there before this thread runs again.
+    // Before the command: the first line of the answer may arrive before this thread runs again.
     ClearOnNextAppend.store(1);
     NmeaSend(body);
 }

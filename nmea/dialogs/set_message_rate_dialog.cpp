@@ -21,7 +21,7 @@ constexpr CommandField Fields[] = {
     CheckField(CONTROL_NMEA_RATE_CHECKSUM, 0, 0, L"Use Checksum"),
 };
 
-constexpr int32_t EachSecond = 1; // index, and the rate that receivers have from the factory
+constexpr int32_t EachSecond = 1; // index; the factory setting of receivers
 
 void Fill(HWND dialog)
 {

@@ -15,15 +15,15 @@
 namespace
 {
 
-constexpr const wchar_t* ProtocolTexts[] = {L"SiRF", L"NMEA"}; // in the order of the command's numbers
+constexpr const wchar_t* ProtocolTexts[] = {L"SiRF", L"NMEA"}; // in the order of the numbers in the command
 
 constexpr CommandField Fields[] = {
     ListField(CONTROL_SERIAL_PROTOCOL, 0, L"Protocol", ProtocolTexts, L"Select a protocol.")};
 
 constexpr int32_t SlowestTypedRate = 1;    // index: 1200 is sent only when it is chosen from the list
-constexpr int32_t SlowestReportedRate = 2; // index: slower ones are not believed
+constexpr int32_t SlowestReportedRate = 2; // index: slower rates are taken for errors
 
-// Index of a rate from `first` on; -1 when the table does not hold it there.
+// Index of a rate, if it is `first` or above; otherwise -1.
 int32_t FindRate(uint32_t baud, int32_t first)
 {
     const int32_t index = FindBaudrate(baud);
@@ -49,7 +49,7 @@ int32_t SelectedRate(HWND dialog)
     return GetListSelection(dialog, CONTROL_TO_SIRF_BAUDRATE);
 }
 
-// The number that stands in the list's edit, or else the selected rate; 0 when there is neither.
+// The number in the list's edit, otherwise the selected rate; 0 when there is neither.
 int32_t ReadRate(HWND dialog)
 {
     int32_t baud;
@@ -79,7 +79,7 @@ void PressFollow(HWND dialog)
     const int32_t baud = ReadRate(dialog);
     if (baud <= 0) return;
     PortSetBaud(static_cast<uint32_t>(baud));
-    // What was still on its way at the old rate may have been recognised since the command.
+    // Messages sent at the old rate may have been recognised since the command.
     ResetProtocolMode();
     ClearOnNextAppend.store(1);
 }

@@ -29,9 +29,9 @@ void Set(HWND dialog)
     if (ReadFields(dialog, Layout->fields, values.data())) SendCommand(*Layout, values);
 }
 
-// ---- Dialogs that differ from their layout a little ---------------------------------------------------
+// ---- Dialogs that differ slightly from their layout ---------------------------------------------------
 
-// This one box is off, not undecided, until the receiver has answered.
+// This box is clear, not undecided, until the receiver has answered.
 void ClearTrackSmoothing(HWND dialog)
 {
     SetCheck(dialog, CONTROL_MODE_TRACK_SMOOTHING, BST_UNCHECKED);
@@ -47,7 +47,7 @@ void FillRates(HWND dialog)
     SelectShownEntry(dialog, CONTROL_RATE_SECONDS, EachSecond);
 }
 
-// Low Power asks for the collection of parameters, which has two of its values, on purpose.
+// Low Power polls the navigation parameters, on purpose: they contain two of its values.
 void PollParameters(HWND)
 {
     SendPollNavigationParameters();
@@ -86,7 +86,7 @@ const Dialog* FindOwnDialog(uint16_t number)
     return nullptr;
 }
 
-// A dialog with what its layout says.
+// Makes a dialog from its layout.
 void OpenLayoutDialog(Dialog dialog)
 {
     const DialogButton buttons[] = {{Layout->getButton, GetSettings}, {Layout->setButton, Set}};

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The dialogs of the menu "SiRF". Most follow a command's layout alone: they poll the receiver for its
-// settings when they open and on "Get", and on "Set" check the fields in their order and send the command.
-// User-interface thread.
+// The dialogs of the menu "SiRF". Most are completely described by a command's layout: when they open, and on
+// "Get", they poll the receiver for its settings; on "Set" they check the fields in order and send the
+// command. User-interface thread.
 #pragma once
 
 #include <atomic>
@@ -10,19 +10,19 @@
 #include "sirf/setting_values.h"
 #include "ui/dialog.h"
 
-// Shows the dialog with that template; false where it is none of these.
+// Shows the dialog with this number; false if the number is not one of these dialogs.
 bool ShowSirfDialog(uint16_t number);
 
-// Those that do more than their layout says, or have none; their fields, buttons and first poll are their
-// layout's where they name none.
+// Dialogs that do more than their layout describes, or have none. Fields, buttons and first poll come from
+// the layout if they are not given here.
 extern const Dialog InitializeDataSourceDialog, SwitchToNmeaDialog, PollSoftwareVersionDialog,
     TricklePowerDialog, SbasDialog;
 
-// "Get": polls the open dialog's settings. Only a poll that the user has asked for is named when it is
-// refused.
+// "Get": polls the open dialog's settings. If a poll is refused, the box names it only when the user has
+// requested it.
 void GetSettings(HWND dialog);
 
-// The poll of a dialog that opens, from a receiver that will understand it.
+// The poll at the opening of a dialog; sent only to a receiver that will understand it.
 void PollUnderstood(HWND dialog);
 
 // True if SiRF binary has been recognised, so that a poll will be understood.
@@ -30,5 +30,5 @@ bool ReceiverSpeaksSirf();
 
 void SendCommand(const CommandLayout& layout, const SettingValues& values);
 
-// Set when the receiver begins anew, by a command or at another rate; read by nothing.
+// Set when the receiver restarts or changes its rate after a command; nothing reads it.
 extern std::atomic<uint8_t> InitializeSent;

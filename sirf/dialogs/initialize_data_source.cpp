@@ -85,7 +85,7 @@ void Set(HWND dialog)
     InitializeSent.store(1);
 }
 
-// Whatever has been recognised.
+// Polls even if no protocol has been recognised.
 void PollSettings(HWND)
 {
     SendPollParameter(InitializeDataSourceLayout.command);

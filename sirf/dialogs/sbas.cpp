@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// SBAS: chooses satellite, mode and time-out (message id 170), and shows where the satellites stand.
+// SBAS: chooses satellite, mode and time-out (message id 170), and shows the places of the satellites.
 #include "resources/resource_ids.h"
 #include "sirf/dialogs/command_dialog.h"
 #include "sky/sky_plot.h"

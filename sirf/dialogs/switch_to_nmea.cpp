@@ -46,7 +46,7 @@ constexpr std::array Rates = RateFields();
 
 uint8_t Seconds[NmeaRateCount]; // between two sentences of each kind, as stored or last accepted
 
-// A rate that the list does not offer stands in its edit, where it has one.
+// A rate that is not in the list is shown in the list's edit, if it has one.
 void ShowRate(HWND dialog, int control, uint8_t seconds)
 {
     for (uint32_t i = 0; i < std::size(UpdateRateTexts); ++i)
@@ -57,7 +57,8 @@ void ShowRate(HWND dialog, int control, uint8_t seconds)
     SetDlgItemInt(dialog, control, seconds, FALSE);
 }
 
-// The rate of the last switch, else the port's. The slowest and the fastest are left for the user to choose.
+// Proposes the rate of the last switch, otherwise the port's rate. The slowest and the fastest rate are not
+// proposed.
 int32_t ProposedBaudrate()
 {
     constexpr int32_t Slowest = 2, Fastest = 6;
@@ -80,7 +81,7 @@ void Fill(HWND dialog)
     EnableControl(dialog, CONTROL_TO_NMEA_FOLLOW, false);
 }
 
-// What was accepted is kept, also when a later rate is refused.
+// Accepted rates are kept, also when a later one is refused.
 bool ReadRates(HWND dialog)
 {
     int64_t seconds[NmeaRateCount];
@@ -90,7 +91,7 @@ bool ReadRates(HWND dialog)
     return accepted;
 }
 
-// What is typed counts if it is a rate that the program knows; otherwise the selected entry does.
+// A typed rate is used if the program knows it; otherwise the selected entry is used.
 bool ReadBaudrate(HWND dialog, uint32_t& baud)
 {
     const int32_t index = ChosenBaudrate(dialog, CONTROL_TO_NMEA_BAUDRATE);
@@ -123,8 +124,8 @@ void Set(HWND dialog)
     EnableControl(dialog, CONTROL_TO_NMEA_FOLLOW, true);
 }
 
-// SiRF binary that was still under way when the command went out has been recognised again since: only what
-// arrives at the new rate counts.
+// SiRF binary messages from before the switch may have been recognised since the command: only messages at
+// the new rate are to count.
 void FollowReceiver(HWND dialog)
 {
     int32_t baud;

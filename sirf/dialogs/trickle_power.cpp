@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Trickle Power: the share of the time for which the receiver is on (message id 151), with what it really
-// keeps.
+// Trickle Power: the share of time in which the receiver is on (message id 151), with the measured values.
 #include "resources/resource_ids.h"
 #include "sirf/dialogs/command_dialog.h"
 #include "text/format.h"
@@ -10,8 +9,8 @@
 namespace
 {
 
-// A receiver that is on for an instant every few seconds hardly hears the command that would wake it up, so
-// the user is asked first.
+// A receiver that is on only for a short moment every few seconds will miss most commands, also the one that
+// would wake it up. So the user is asked first.
 bool UserAcceptsPeriod(const SettingValues& values)
 {
     constexpr float LongSeconds = 10.0f;
