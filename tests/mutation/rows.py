@@ -507,7 +507,7 @@ ROWS = (
     ("app/main_window.cpp", "const int height = client.bottom - (IsSmartphone() ? 0 : GraphTop);",
      "const int height = client.bottom - GraphTop;", "a keypad device's chart has the whole window", "app_tests"),
     ("ui/dialog_support.cpp", "if (HIWORD(static_cast<WPARAM>(lParam)) == BackKey && ShellSend", "if (ShellSend",
-     "only the Back key goes to the shell", "sirf_tests"),
+     "only the Back key goes to the shell", "sirf_dialog_tests"),
     ("app/command_line.cpp", "CommandLineCapacity = 256;", "CommandLineCapacity = 255;", "a command line of 255 characters",
      "app_tests"),
     ("ui/waiting.cpp", "GetTickCount() - start >= milliseconds", "GetTickCount() >= start + milliseconds",
