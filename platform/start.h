@@ -4,6 +4,6 @@
 
 #include "platform/platform.h"
 
-// Runs the program to its end; `commandLine` without the program's name, `show` as the system gave it to the
-// program. Returns the exit code of the process.
+// Runs the program to its end. `commandLine` is without the program's name, `show` is the value that the
+// system gave to the program. Returns the exit code of the process.
 int RunProgram(HINSTANCE instance, const wchar_t* commandLine, int show);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Message boxes and the save-file dialog: recorded, and answered as scripted.
+// Message boxes and the save-file dialog: they are recorded, and answered by the script.
 #include "platform/headless/internal.h"
 
 #include <algorithm>
@@ -19,7 +19,7 @@ std::vector<HeadlessSaveDialog> SaveDialogs;
 std::wstring SavePath;
 DWORD SaveFilter = 1;
 
-// Buttons of the types of box, in their order; ended by 0.
+// Buttons of each type of box, in their order; 0 ends the list.
 constexpr int Buttons[][4] = {{1}, {1, 2}, {3, 4, 5}, {6, 7, 2}, {6, 7}, {4, 2}};
 constexpr UINT BoxTypeMask = 0xF, DefaultButtonShift = 8, DefaultButtonMask = 3;
 
@@ -37,7 +37,7 @@ int AnswerOf(UINT type)
     return answer;
 }
 
-// Messages are dispatched while a box is up, and the steps of the user that belong to it run.
+// While a box is shown, messages are dispatched and the user's steps for this box run.
 void RunSteps(HWND box, const std::vector<std::function<void()>>& steps)
 {
     YieldTurn();
@@ -129,7 +129,7 @@ BOOL GetSaveFileNameW(OPENFILENAMEW* dialog)
     const bool closed = ShowModal(dialog->hwndOwner, L"Save As", [](HWND window) { RunSteps(window, {}); });
     if (!closed || SavePath.empty()) return FALSE;
     if (SavePath.size() >= dialog->nMaxFile) {
-        dialog->lpstrFile[0] = static_cast<wchar_t>(SavePath.size() + 1); // the room that it needs
+        dialog->lpstrFile[0] = static_cast<wchar_t>(SavePath.size() + 1); // the length that it needs
         return FALSE;
     }
     std::copy_n(SavePath.c_str(), SavePath.size() + 1, dialog->lpstrFile);

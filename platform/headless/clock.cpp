@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The virtual clock: it moves when every thread waits, straight to the next moment at which something
-// happens.
+// The virtual clock: when every thread waits, it moves directly to the next event.
 #include "platform/headless/internal.h"
 
 #include <cinttypes>
@@ -16,7 +15,7 @@ constexpr DWORD FirstTick = 100000; // milliseconds
 constexpr uint64_t DefaultTimeLimit = 10ull * 3600 * 1000000;
 constexpr SYSTEMTIME FirstLocalTime = {2008, 11, 0, 16, 4, 29, 5, 0};
 
-// Never freed, as the threads that may still wait for it are not.
+// Never freed, because threads may still wait for it.
 struct Clock {
     uint64_t now = 0, limit = DefaultTimeLimit;
     DWORD tickOffset = FirstTick;
@@ -87,7 +86,7 @@ void SwitchAtRandom()
     random ^= random >> 17;
     random ^= random << 5;
     const uint32_t drawn = random;
-    headless::SetNow(Now() + drawn % 128); // calls take a little time, so that sleepers get their chance too
+    headless::SetNow(Now() + drawn % 128); // calls take a little time, so that sleeping threads can run, too
     if ((drawn >> 8) % 4 != 0) return;
     std::vector<Thread*> others;
     for (const auto& thread : Threads())

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Platform calls that are told to fail.
+// Platform calls that fail on request.
 #include "platform/headless/internal.h"
 
 #include <array>
@@ -18,7 +18,8 @@ constexpr std::array CallNames = {
 struct Fault {
     bool any;
     Call call;
-    uint32_t remaining; // calls up to and with the one that fails; 0: spent or, in FromHereOn, failing
+    uint32_t
+        remaining; // calls until the failing one, which is included; 0: used up or, in FromHereOn, failing
     DWORD error;
     FailMode mode;
 };
@@ -27,7 +28,7 @@ std::vector<Fault> Faults;
 std::string FailedCall;
 std::array<uint32_t, CallNames.size()> Counts;
 
-// Boxes show what else has failed, so "any call" leaves them out.
+// Boxes show other failures, so "any call" does not include them.
 bool Concerns(const Fault& fault, Call call)
 {
     return fault.any ? call != Call::MessageBoxW : fault.call == call;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What tests look at and set in the system in memory.
+// Access of tests to the system in memory.
 #include "platform/headless/internal.h"
 
 #include <cstring>
@@ -237,7 +237,7 @@ std::vector<std::wstring> HeadlessLoadedLibraries()
     return LoadedLibraries();
 }
 
-// ---- What the program has not given back --------------------------------------------------------------
+// ---- Resources that the program has not released ------------------------------------------------------
 
 uint32_t HeadlessOpenHandles()
 {

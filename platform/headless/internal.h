@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the files of the headless platform share.
+// Shared by the files of the headless platform.
 #pragma once
 
 #include "platform/headless/headless.h"

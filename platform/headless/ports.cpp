@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Serial ports with a scripted device at the other end.
 //
-// The device has one line: what is queued goes over it piece by piece, each byte at its time, and between the
-// pieces a stream repeats itself. A byte that arrives while the port is open lands in the driver's queue, as
-// noise if the port's rate is not the device's; while the port is closed it is lost. Only what is queued on a
-// closed port waits for the port to be opened.
+// The device has one line: queued pieces are sent over it one after the other, each byte at its time, and a
+// stream repeats itself between the pieces. A byte that arrives while the port is open enters the driver's
+// queue, as noise if the port's rate is not the device's rate. While the port is closed it is lost; but
+// pieces that are queued on a closed port wait until the port is opened.
 #include "platform/headless/internal.h"
 
 #include <algorithm>
@@ -14,7 +14,7 @@ using namespace memory;
 namespace
 {
 
-constexpr size_t StreamQueueBytes = 1 << 20; // of a stream that nobody reads no more than this is kept
+constexpr size_t StreamQueueBytes = 1 << 20; // limit for the bytes of a stream that nobody reads
 
 struct Piece {
     std::string bytes;
@@ -26,7 +26,7 @@ struct Piece {
 struct Port : HeadlessPort {
     std::deque<Piece> queue;
     Piece stream{};
-    Piece current{}; // on the line now, from its byte `sentBytes` on
+    Piece current{}; // being sent now, from its byte `sentBytes` on
     size_t sentBytes = 0;
     uint64_t lineFree = 0;
     std::string received; // the driver's queue from `taken` on
@@ -44,7 +44,7 @@ char NoiseByte(Port& port)
     return static_cast<char>(byte == '$' || byte == 0xA0 ? 0xFF : byte);
 }
 
-// When the next queued piece can start, and when the stream can start again.
+// Times at which the next queued piece can start, and at which the stream can start again.
 uint64_t QueueTime(const Port& port)
 {
     if (port.queue.empty() || port.queue.front().awaitsOpening) return Never;
@@ -56,7 +56,7 @@ uint64_t StreamTime(const Port& port)
     return port.stream.bytes.empty() ? Never : std::max(port.stream.start, port.lineFree);
 }
 
-// Puts the next piece on the line if its time has come.
+// Starts to send the next piece if its time has come.
 bool StartPiece(Port& port)
 {
     const uint64_t queued = QueueTime(port), streamed = StreamTime(port);
@@ -75,7 +75,7 @@ bool StartPiece(Port& port)
     return true;
 }
 
-// Lets everything arrive that has come over the line until now.
+// Lets all bytes arrive that have been sent until now.
 void Arrive(Port& port)
 {
     while (port.sentBytes < port.current.bytes.size() || StartPiece(port)) {
@@ -97,7 +97,7 @@ void Arrive(Port& port)
     }
 }
 
-// When the next byte comes, Never if none is on its way.
+// Time of the next byte; Never if no byte is being sent.
 uint64_t NextArrival(const Port& port)
 {
     if (port.sentBytes < port.current.bytes.size())
@@ -112,7 +112,7 @@ struct PortObject : Line {
 
     bool SetState(const DCB& dcb) override
     {
-        Arrive(*port); // what has come until now came at the old rate
+        Arrive(*port); // bytes sent until now have the old rate
         port->dcb = dcb;
         port->rates.push_back(dcb.BaudRate);
         return true;
@@ -142,7 +142,7 @@ struct PortObject : Line {
         port->taken = 0;
         port->isOpen = false;
         ++port->closes;
-        WakeAll(WakePort); // reads that still wait end
+        WakeAll(WakePort); // ends the reads that still wait
     }
 };
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Threads that really run at the same time, for the program that looks for races with ThreadSanitizer.
 //
-// The sanitizer must see the product and nothing of the platform: neither what the platform reads and writes
-// nor its lock, which would order the two threads at every call and hide most races. So the lock is made of
-// what the sanitizer does not follow in this file, and what the platform does is left out of its accounts.
-// What a real system orders is told it by HandOver and TakeOver.
+// The sanitizer must see the product and nothing of the platform: neither the platform's reads and writes nor
+// its lock, because the lock would order the two threads at every call and hide most races. So the sanitizer
+// does not follow the lock in this file, and ignores what the platform does. HandOver and TakeOver report to
+// it the order that a real system guarantees.
 #include "platform/headless/internal.h"
 
 #include <atomic>
@@ -29,7 +29,7 @@ const bool RealThreads = true;
 namespace
 {
 
-constexpr uint64_t Speed = 20; // the clock's: the program's pauses would take up most of the time
+constexpr uint64_t Speed = 20; // of the clock; otherwise the program's pauses would take most of the time
 constexpr useconds_t PauseMicroseconds = 20;
 
 std::atomic_flag Taken;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The whole system as freshly started.
+// Sets the whole system to the state of one that has just started.
 #include "platform/headless/internal.h"
 
 void HeadlessReset()

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Threads of the operating system that give each other the turn.
+// Threads of the operating system, of which only one runs at a time.
 #include "platform/headless/internal.h"
 
 #include <condition_variable>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The usual platform, on which exactly one thread runs at a time: nothing that real threads need is needed.
+// The usual platform: exactly one thread runs at a time, so the additions for real threads are empty here.
 #include "platform/headless/internal.h"
 
 namespace memory

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The scripted user, and what the user sees.
+// The scripted user, and the texts that the user sees.
 #include "platform/headless/internal.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@ namespace
 struct Step {
     std::function<void()> act;
     uint64_t delay;       // microseconds
-    uint64_t due = Never; // known when the thread waits for it
+    uint64_t due = Never; // set when the thread waits for it
 };
 
 std::deque<Step> Script;
@@ -25,7 +25,7 @@ Window& ControlOf(HWND dialog, int control)
     return *found;
 }
 
-// What the user reads in a control.
+// The text that the user reads in a control.
 std::wstring ShownText(const Window& control)
 {
     const bool isList = control.kind == Kind::List && control.selection >= 0;

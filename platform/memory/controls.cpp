@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The system's controls: what they keep, the messages they answer and the notifications they send.
+// The system's controls: their contents, the messages that they answer, the notifications that they send.
 #include "platform/memory/memory.h"
 
 #include <algorithm>
@@ -176,7 +176,7 @@ LRESULT EditProcedure(Window& edit, UINT message, WPARAM wParam, LPARAM lParam)
     case WmSetFocus: Notify(handle, EN_SETFOCUS); return 0;
     case WmKillFocus: Notify(handle, EnKillFocus); return 0;
     case WM_SETTEXT: {
-        const bool tells = !(edit.style & EsMultiline); // a multi-line edit does not tell of this
+        const bool tells = !(edit.style & EsMultiline); // a multi-line edit sends no notification here
         const LRESULT result = TextProcedure(edit, message, wParam, lParam);
         if (tells) Notify(handle, EnUpdate);
         if (tells) Notify(handle, EnChange);
@@ -191,14 +191,14 @@ LRESULT ComboProcedure(Window& combo, UINT message, WPARAM wParam, LPARAM lParam
     switch (message) {
     case CB_LIMITTEXT: combo.limit = wParam; return 1;
     case CB_GETEDITSEL: {
-        const auto end = static_cast<DWORD>(combo.text.size()); // the caret stands at the end
+        const auto end = static_cast<DWORD>(combo.text.size()); // the caret is at the end
         if (wParam != 0) *reinterpret_cast<DWORD*>(wParam) = end;
         if (lParam != 0) *reinterpret_cast<DWORD*>(lParam) = end;
         return IsEditableCombo(combo) ? static_cast<LRESULT>(MAKEWPARAM(LOWORD(end), LOWORD(end))) : CB_ERR;
     }
     case WmSetFocus: Notify(combo.handle, CBN_SETFOCUS); return 0;
     case WmKillFocus: Notify(combo.handle, CbnKillFocus); return 0;
-    case CB_GETDROPPEDCONTROLRECT: // its place is that with the list, as the template has it
+    case CB_GETDROPPEDCONTROLRECT: // the rectangle of the template, which includes the list
         return GetWindowRect(combo.handle, reinterpret_cast<RECT*>(lParam));
     case WM_SETTEXT:
         // The list keeps its selection; without an edit there is nothing to set.
@@ -223,7 +223,7 @@ LRESULT Notify(HWND control, UINT code)
                 reinterpret_cast<LPARAM>(control));
 }
 
-// What a button does when it is pressed, and the notification.
+// The action of a pressed button, and its notification.
 void ClickButton(HWND button)
 {
     Window* found = FindWin(button);

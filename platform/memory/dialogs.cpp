@@ -58,7 +58,7 @@ int DefaultCommand(HWND dialog)
 
 } // namespace
 
-// The dialog's own procedure first; what it leaves alone gets the usual treatment.
+// Calls the dialog's own procedure first; messages that it does not handle get the usual treatment.
 LRESULT DialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     Window* dialog = FindWin(window);
@@ -80,7 +80,7 @@ LRESULT DialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
     }
 }
 
-// Enter presses the default button, Escape cancels, wherever in the dialog the key arrives.
+// Enter presses the default button, Escape cancels, whichever control of the dialog gets the key.
 bool DialogKey(const MSG& message)
 {
     if (message.message != WM_KEYDOWN || (message.wParam != KeyEnter && message.wParam != KeyEscape))

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Device contexts with real pixels: windows, bitmaps, and bitmaps whose memory the program shares. Text is
-// drawn as a pattern that depends on the character only; what is written to windows is recorded too.
+// drawn as a pattern that depends only on the character; text in windows is recorded, too.
 #include "platform/memory/memory.h"
 
 #include <algorithm>
@@ -84,8 +84,7 @@ HGDIOBJ Add(GdiObject object)
     return handle;
 }
 
-// The system's own objects, made when they are asked for first. Number -1: the bitmap of a new memory
-// context.
+// The system's own objects, made at their first use. Number -1: the bitmap of a new memory context.
 HGDIOBJ Stock(int number)
 {
     const HGDIOBJ handle = reinterpret_cast<HGDIOBJ>(FirstStock + static_cast<uintptr_t>(number + 1) * 16);
@@ -186,7 +185,8 @@ std::wstring WithoutPrefixes(std::wstring_view text, UINT format)
     return shown;
 }
 
-// One line of text with its upper left corner at the place, inside `clip`; recorded if it goes to a window.
+// Draws one line of text with its upper left corner at the place, inside `clip`; records it if it is in a
+// window.
 void PutText(const Dc& dc, int x, int y, const std::wstring& text, const RECT& clip)
 {
     if (text.empty()) return;
@@ -249,7 +249,7 @@ int PutLines(const Dc& dc, const std::wstring& text, RECT& area, UINT format)
     return height;
 }
 
-// A filled shape with an outline; `inside` says which pixels of the area belong to it.
+// A filled shape with an outline; `inside` is true for the pixels of the area that belong to it.
 template <typename Inside> void PutShape(const Dc& dc, const char* name, RECT area, Inside inside)
 {
     if (Window* window = FindWin(dc.window)) {
@@ -289,7 +289,7 @@ BOOL Copy(HDC to, RECT target, HDC from, RECT source, DWORD operation)
     const int width = target.right - target.left, height = target.bottom - target.top;
     const int fromWidth = source.right - source.left, fromHeight = source.bottom - source.top;
     if (width < 0 || height < 0 || fromWidth < 0 || fromHeight < 0) return Fail(ERROR_INVALID_PARAMETER);
-    // By way of a copy, as source and target may be one bitmap.
+    // Through a copy, because source and target may be the same bitmap.
     Surface read = SurfaceOf(*outOf);
     const std::vector<uint32_t> pixels(read.pixels, read.pixels + static_cast<size_t>(read.width) *
                                                                       static_cast<size_t>(read.height));
@@ -397,7 +397,7 @@ uint32_t GdiObjectCount()
 const Picture& PictureOf(HWND window)
 {
     const HDC dc = NewWindowDc(window);
-    SurfaceOf(*FindDc(dc)); // which makes it as large as the window
+    SurfaceOf(*FindDc(dc)); // makes it as large as the window
     FreeDc(dc);
     return FindWin(window)->picture;
 }
@@ -428,7 +428,7 @@ HDC BeginPaint(HWND window, PAINTSTRUCT* paint)
     if (found->thread != &Me()) return Fail(ERROR_ACCESS_DENIED), nullptr;
     const bool erase = found->erase;
     paint->rcPaint = found->update;
-    Validate(*found); // when it fails too, or the window would be asked to paint for ever
+    Validate(*found); // also after a failure; otherwise the window would be asked to paint for ever
     if (fails) return nullptr;
     const RECT& area = paint->rcPaint;
     const bool isWhole = area.top <= 0 && area.bottom >= ClientSize(*found).cy;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Handles of files, ports and threads. A number is used once only, so that a stale handle shows.
+// Handles of files, ports and threads. Each number is used only once, so that the use of an old handle is
+// found.
 #include "platform/memory/memory.h"
 
 #include <cwctype>
@@ -97,7 +98,7 @@ HANDLE CreateFileW(const wchar_t* name, DWORD access, DWORD share, void*, DWORD 
     if (Fails(Call::CreateFileW)) return INVALID_HANDLE_VALUE;
     uint32_t number = 0;
     if (!ParsePortName(name, number)) return OpenFile(name, access, share, disposition);
-    if (share != 0) return Fail(ERROR_INVALID_PARAMETER), INVALID_HANDLE_VALUE; // a port is opened alone
+    if (share != 0) return Fail(ERROR_INVALID_PARAMETER), INVALID_HANDLE_VALUE; // a port cannot be shared
     return OpenPort(number);
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the system in memory leaves to the platform that is made of it: clock and turns, the user, ports,
-// stored settings, calls that are to fail. platform/headless provides all of it for tests, platform/web for a
+// The system in memory needs these parts from the platform that uses it: clock and turns, the user, ports,
+// stored settings, calls that are to fail. platform/headless provides them for tests, platform/web for a
 // page. Times are microseconds since the system started.
 #pragma once
 
@@ -23,15 +23,15 @@ uint64_t Now();
 DWORD Tick();                // GetTickCount, milliseconds; it may wrap
 int64_t LocalMilliseconds(); // local time since the beginning of 1601
 
-// Called when every thread waits and none can run before `until`: returns when that time has come, or earlier
-// when something from outside has ended a wait. Never: only such a thing can.
+// Called when every thread waits and none can run before `until`. Returns at that time, or earlier when an
+// event from outside has ended a wait. Never: only such an event can end it.
 void PassTime(uint64_t until);
 
-// What a thread needs to have the turn and to give it away.
+// The data with which a thread takes its turn and gives it away.
 struct Turn;
 std::shared_ptr<Turn> MakeTurn();
 
-// Makes a thread that calls `run` when it gets the turn first, and then never runs again.
+// Makes a thread that calls `run` at its first turn, and never runs again after it.
 void StartTurns(std::shared_ptr<Thread> thread, void (*run)(std::shared_ptr<Thread>));
 
 // Gives the turn to another thread; returns when `me` has it again.
@@ -40,18 +40,19 @@ void SwitchTurn(Thread& me, Thread& next);
 // The same from a thread that has ended, as its last act.
 void LeaveTurns(std::shared_ptr<Thread> me, Thread& next);
 
-// Prints or shows why the system cannot go on, and ends it.
+// Prints or shows the reason why the system cannot go on, and ends it.
 [[noreturn]] void Stop(const std::string& why);
 
 // ---- Real threads -------------------------------------------------------------------------------------
 
-// True in the program that looks for races: its threads run at the same time in the product's code, and one
-// at a time in the platform's. The compiler puts EnterPlatform and LeavePlatform around every function of it.
+// True in the program that searches for races: its threads run at the same time in the product's code, but
+// one at a time in the platform's code. The compiler adds EnterPlatform and LeavePlatform to each of its
+// functions.
 extern const bool RealThreads;
 void EnterPlatform();
 void LeavePlatform();
 
-// Around the program's own code that a platform call runs, and around a pause.
+// For the program's own code that a platform call runs, and for a pause.
 class InProgram
 {
 public:
@@ -65,8 +66,8 @@ private:
 };
 void PauseReally(); // a moment, outside of the platform
 
-// What a real system orders, and nothing else does: what a thread did before it sent or posted a message,
-// made a thread or ended is over when the other side sees that.
+// The order that a real system guarantees, and no other: all that a thread did before it sent or posted a
+// message, created a thread or ended, is complete when the other side notices this.
 void HandOver(const void* what);
 void TakeOver(const void* what);
 
@@ -74,15 +75,15 @@ void TakeOver(const void* what);
 
 enum class Call : uint8_t;
 
-extern bool FaultsArmed;  // FaultHit is asked only then
+extern bool FaultsArmed;  // FaultHit is called only then
 bool FaultHit(Call call); // true if this call is to fail, with the last error set
 extern bool Interleaving; // SwitchAtRandom is called only then
 void SwitchAtRandom();    // at every platform call; may give the turn away
 
 // ---- The user -----------------------------------------------------------------------------------------
 
-bool RunUserStep();      // the user's next act, if one is due; on the user-interface thread
-uint64_t UserStepTime(); // when the next act is due, Never if none is known
+bool RunUserStep();      // runs the user's next step, if one is due; on the user-interface thread
+uint64_t UserStepTime(); // time of the next step, Never if none is known
 
 struct Box {
     std::wstring text, caption;
@@ -90,13 +91,13 @@ struct Box {
     HWND owner;
 };
 
-// Dispatches messages until the user has answered the box that is up; returns the button. What it returns
-// after the box was destroyed does not matter.
+// Dispatches messages until the user has answered the box that is shown; returns the button. If the box was
+// destroyed, the result does not matter.
 int AwaitAnswer(HWND window, const Box& box);
 
 // ---- The view -----------------------------------------------------------------------------------------
 
-extern const bool DrawsTexts;         // as patterns into the pixels; else the view draws what is recorded
+extern const bool DrawsTexts; // as patterns into the pixels; otherwise the view draws the recorded texts
 extern const bool KeepsInvalidations; // Window::invalidations, which grows with each
 
 // ---- Ports, settings, texts ---------------------------------------------------------------------------

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Run-time libraries, and what the system says about itself.
+// Run-time libraries, and the system's data about itself.
 #include "platform/memory/memory.h"
 
 #include <algorithm>

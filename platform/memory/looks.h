@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Records of the system in memory that tests, too, look at.
+// Records of the system in memory that tests use, too.
 #pragma once
 
 #include <string>
@@ -24,13 +24,13 @@ struct Template {
     std::vector<TemplateControl> controls;
 };
 
-// A line of text that a paint has written, and its upper left corner.
+// A line of text from a paint, and its upper left corner.
 struct TextOut {
     int x, y;
     std::wstring text;
 };
 
-// What the driver of a serial port reports and has been told.
+// Settings and reports of a serial port's driver.
 struct LineState {
     COMMPROP properties;
     DCB dcb;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// What the files of the system in memory share with each other and with the platforms made of it. Exactly one
-// thread runs at a time, or at least in here (RealThreads), so none of this needs a lock; a reference into a
-// table must not be kept across a call that can run the program's own code (a window procedure, an act of the
-// user) or give the turn to another thread.
+// Shared by the files of the system in memory, and by the platforms that use it. Exactly one thread runs at a
+// time, at least in this code (RealThreads), so it needs no lock. A reference into a table must not be kept
+// during a call that can run the program's own code (a window procedure, a step of the user) or another
+// thread.
 #pragma once
 
 #include <cstdint>
@@ -58,7 +58,7 @@ enum class Call : uint8_t {
 
 // ---- Threads (scheduler.cpp) --------------------------------------------------------------------------
 
-// What can end a wait before its time.
+// Events that can end a wait before its time.
 enum Wakes : unsigned { WakeSent = 1, WakeInput = 2, WakeReply = 4, WakePort = 8, WakeEnd = 16 };
 
 struct SentMessage {
@@ -83,7 +83,7 @@ struct Timer {
     TIMERPROC procedure;
 };
 
-// What a thread waits for, to be told when the wait never ends.
+// The reason of a thread's wait, printed if the wait never ends.
 struct WaitReason {
     const char* what;
     uint64_t number = 0;
@@ -97,7 +97,7 @@ struct Thread {
     LPTHREAD_START_ROUTINE start = nullptr; // null: the thread that started the program
     void* parameter = nullptr;
 
-    // Its turn, and what it waits for while it has none.
+    // Its turn, and the data of its wait.
     std::shared_ptr<Turn> turn;
     bool waiting = false;
     uint64_t wakeTime = 0, ticket = 0; // the earlier ticket goes first among equal times
@@ -118,12 +118,13 @@ Thread& Me();
 Thread& UserInterfaceThread();
 const std::vector<std::shared_ptr<Thread>>& Threads(); // alive; the user interface's first
 
-// Gives the turn away until the time has come or one of `wakes` is given by Wake; returns those given.
+// Gives the turn away until the time has come or Wake was called with one of `wakes`; returns those of the
+// calls.
 unsigned Wait(uint64_t until, unsigned wakes, WaitReason reason);
 void Wake(Thread& thread, unsigned why);
 void WakeAll(unsigned why);
-void YieldTurn();                               // to the threads that could run at this moment
-void GiveWay(Thread& other);                    // to one that waits and could run at this moment
+void YieldTurn();                               // to the threads that can run at this moment
+void GiveWay(Thread& other);                    // to a waiting thread that can run at this moment
 int64_t MillisecondsOf(const SYSTEMTIME& time); // since the beginning of 1601
 
 inline void PlatformCall()
@@ -131,7 +132,7 @@ inline void PlatformCall()
     if (Interleaving) SwitchAtRandom();
 }
 
-// First statement of every platform call that can fail: true if it has to, with the last error set.
+// First statement of every platform call that can fail: true if it must fail; the last error is then set.
 inline bool Fails(Call call)
 {
     PlatformCall();
@@ -143,7 +144,7 @@ void ResetScheduler();
 
 // ---- Handles of files, ports and threads (handles.cpp) ------------------------------------------------
 
-// Sets the error and returns false, for the failing end of a call.
+// Sets the error and returns false; used at the end of a failing call.
 bool Fail(DWORD error);
 
 struct Object {
@@ -166,7 +167,7 @@ std::wstring Lower(std::wstring_view text);
 
 // ---- Serial ports (ports.cpp) -------------------------------------------------------------------------
 
-// An open port, as the platform makes it.
+// An open port, made by the platform.
 struct Line : Object {
     virtual LineState& State() = 0;
     virtual bool SetState(const DCB& dcb) = 0; // false with the error
@@ -196,9 +197,9 @@ void RefuseWrites(HKEY root, bool refuse);
 uint32_t OpenKeyCount();
 void ResetRegistry();
 
-// ---- Libraries, what the system says about itself (libraries.cpp) -------------------------------------
+// ---- Libraries, the system's data about itself (libraries.cpp) ----------------------------------------
 
-// An error other than 0 makes the query fail with it.
+// With an error other than 0 the query fails with this error.
 void SetPlatformType(const wchar_t* type, DWORD error);
 void SetOemInfo(const wchar_t* text, DWORD error);
 void AddExport(const wchar_t* library, const wchar_t* name, FARPROC procedure);
@@ -332,9 +333,9 @@ LRESULT Dispatch(const MSG& message);
 
 enum class Next : uint8_t { Message, Quit, Stopped };
 enum class Idle : uint8_t { Wait, Return };
-// The next message of the calling thread. On the user-interface thread the scripted user acts whenever there
-// is none. Ends with Stopped when `stop` says so, or, as told, when there is nothing to do without waiting
-// for anything but the user.
+// The next message of the calling thread. On the user-interface thread the scripted user acts when there is
+// none. Returns Stopped when `stop` is true or, if requested, when there is nothing to do except wait for the
+// user.
 Next NextMessage(MSG& message, HWND window, UINT first, UINT last, const std::function<bool()>& stop,
                  Idle idle);
 void PumpMessages();
@@ -351,15 +352,15 @@ bool DialogKey(const MSG& message);         // Enter and Escape in a dialog
 std::vector<MenuEntry> MenuOf(HWND window); // its own or its command bar's
 bool TakeMenu(HMENU menu, std::vector<MenuEntry>& entries);
 void ResetMenus();
-HWND TopDialog(); // that is open, null if none
+HWND TopDialog(); // the topmost open dialog, null if none
 
-// A modal window of the system's own (boxes.cpp): its owner is disabled until `during` returns. False if it
-// was destroyed meanwhile, with its owner.
+// A modal window of the system (boxes.cpp): its owner is disabled until `during` returns. False if the window
+// was destroyed meanwhile, together with its owner.
 bool ShowModal(HWND owner, const std::wstring& caption, const std::function<void(HWND)>& during);
 
 // ---- The user's hands (user.cpp) ----------------------------------------------------------------------
 
-// Each does nothing (false) when the control is disabled or hidden, or the window that it is in.
+// Each does nothing and returns false when the control or its window is disabled or hidden.
 bool Press(HWND control);                          // button, check box, option button, label that notifies
 bool Type(HWND control, const std::wstring& text); // replaces the text, caret at its end
 bool Choose(HWND control, int index);              // list entry
@@ -380,7 +381,7 @@ uint32_t GdiObjectCount();             // drawing objects and device contexts
 const Picture& PictureOf(HWND window); // of the client area
 void ResetDrawing();
 
-// Everything but the threads as in a freshly started system (reset.cpp).
+// Sets everything except the threads to the state of a system that has just started (reset.cpp).
 void ResetSystem();
 
 } // namespace memory

@@ -15,7 +15,7 @@ uintptr_t NextMenu = FirstMenu;
 
 } // namespace
 
-// A menu that a window is made with belongs to the window from then on.
+// A menu that is given to a new window belongs to the window from then on.
 bool TakeMenu(HMENU menu, std::vector<MenuEntry>& entries)
 {
     const auto found = Menus.find(menu);

@@ -35,7 +35,7 @@ Timer* DueTimer(Thread& thread, HWND filter)
     return due;
 }
 
-// The first message that is there: posted ones, then the end, then paints, then timers.
+// The first available message: posted ones, then the end, then paints, then timers.
 bool Take(Thread& me, MSG& message, HWND filter, UINT first, UINT last, bool remove)
 {
     for (auto posted = me.posted.begin(); posted != me.posted.end(); ++posted) {
@@ -159,7 +159,7 @@ bool Post(Thread& thread, const MSG& message, wchar_t character)
     return true;
 }
 
-// A window that has gone: nothing for it is delivered, and who has sent to it gets 0.
+// For a window that has been destroyed: its messages are not delivered, and senders get 0.
 void ForgetMessages(const Window& window)
 {
     Thread& thread = *window.thread;
@@ -203,11 +203,11 @@ Next NextMessage(MSG& message, HWND window, UINT first, UINT last, const std::fu
     for (;;) {
         ServeSent();
         if (stop && stop()) return Next::Stopped;
-        // Where the reader really runs meanwhile there may always be something to paint.
+        // If the reader really runs at the same time, there may always be something to paint.
         if (RealThreads && IsUserInterface(me) && RunUserStep()) continue;
         if (Take(me, message, window, first, last, true))
             return message.message == WM_QUIT ? Next::Quit : Next::Message;
-        // Others that can run now may have something for this thread; only then it is idle.
+        // Other threads that can run now may have messages for this thread; only after them it is idle.
         if (!yielded) {
             yielded = true;
             YieldTurn();
@@ -222,7 +222,7 @@ Next NextMessage(MSG& message, HWND window, UINT first, UINT last, const std::fu
     }
 }
 
-// Dispatches what there is now. The end of the program stays in the queue for the outer loop.
+// Dispatches the present messages. The end of the program stays in the queue for the outer loop.
 void PumpMessages()
 {
     Thread& me = Me();
@@ -271,7 +271,7 @@ BOOL PeekMessageW(MSG* message, HWND window, UINT first, UINT last, UINT flags)
     PlatformCall();
     ServeSent();
     const UINT kinds = flags >> 16;
-    if (kinds != 0 && (kinds & ~QS_SENDMESSAGE) == 0) return FALSE; // it was asked for sent messages only
+    if (kinds != 0 && (kinds & ~QS_SENDMESSAGE) == 0) return FALSE; // only sent messages were requested
     return Take(Me(), *message, window, first, last, (flags & PM_REMOVE) != 0);
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Serial ports as the program sees them: the calls that ask and set their driver.
+// Calls that read and set the state of serial ports.
 #include "platform/memory/memory.h"
 
 namespace memory
@@ -16,7 +16,7 @@ Line* FindLine(HANDLE handle, std::shared_ptr<Object>& object)
     return line;
 }
 
-// Copies one part of what the driver holds.
+// Copies one part of the driver's state.
 template <typename Part> BOOL Get(HANDLE port, Part LineState::*part, Part& into)
 {
     std::shared_ptr<Object> object;
@@ -54,7 +54,7 @@ LineState OrdinaryLine()
     return line;
 }
 
-// A device's name stays one with an extension behind it.
+// A device's name with an extension is still a device's name.
 bool ParsePortName(const std::wstring& path, uint32_t& number)
 {
     const std::wstring name = path.substr(0, path.find(L'.'));

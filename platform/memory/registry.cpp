@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The registry: two roots of keys in memory. Names keep their letters and compare without case.
+// The registry: two roots of keys in memory. Names keep their case, but comparisons ignore it.
 #include "platform/memory/memory.h"
 
 #include <algorithm>
@@ -35,7 +35,7 @@ std::map<HKEY, Root> Roots;
 std::map<HKEY, OpenedKey> OpenedKeys;
 uintptr_t NextKey = FirstKey;
 
-// The key at the end of a path, null if there is none; `create` makes all that is missing.
+// The key at the end of a path, null if there is none; `create` makes all missing keys.
 std::shared_ptr<Key> Walk(std::shared_ptr<Key> key, std::wstring_view path, bool create)
 {
     while (!path.empty()) {

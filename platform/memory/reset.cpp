@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The system as freshly started.
+// Sets the system to the state of one that has just started.
 #include "platform/memory/memory.h"
 
 namespace memory

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// The program's resources: the compiled resource script stands in the program as it is, and is read here.
+// The program's resources: the compiled resource script is part of the program, and is read here.
 #include "platform/memory/memory.h"
 
 #include <algorithm>
 #include <optional>
 
-// Made of the compiled resource script by the build.
+// The build makes it from the compiled resource script.
 extern const uint8_t Resources[];
 extern const size_t ResourcesSize;
 
@@ -17,7 +17,7 @@ namespace
 
 enum Type : uint32_t { Bitmap = 2, Menu = 4, Dialog = 5, String = 6, IconGroup = 14 };
 
-constexpr uint16_t NumberMark = 0xFFFF; // stands before a number in place of a text
+constexpr uint16_t NumberMark = 0xFFFF; // precedes a number in the place of a text
 constexpr uint32_t TemplateHasFont = 0x40;
 constexpr uint16_t PopupItem = 0x10, LastItem = 0x80;
 constexpr int DeepestMenu = 8;
@@ -32,7 +32,7 @@ struct Name {
     std::wstring text; // in capitals, as the compiler stores it; empty if it is a number
 };
 
-// Reads little-endian fields; past the end everything is 0 and `Bad` says so.
+// Reads little-endian fields; after the end everything is 0 and `Bad` is true.
 class Reader
 {
 public:

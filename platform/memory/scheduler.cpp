@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The threads, which take turns: only the one that has the turn runs; it gives the turn away where it waits,
-// to the thread whose time comes first. While only one thread lives nothing here takes a lock.
+// The threads take turns: only the thread that has the turn runs. When it waits, it gives the turn to the
+// thread whose time comes first. While there is only one thread, no lock is taken.
 #include "platform/memory/memory.h"
 
 #include <algorithm>
@@ -41,7 +41,7 @@ std::shared_ptr<Thread> AddThread()
     return thread;
 }
 
-// The thread that can run first, when its time has come.
+// The thread that can run first, if its time has come.
 Thread& AwaitNext()
 {
     for (;;) {
@@ -57,7 +57,7 @@ Thread& AwaitNext()
     }
 }
 
-// Real threads each look after their own time.
+// Real threads each check their own time.
 void AwaitTime(Thread& me)
 {
     while (me.wakeTime > Now()) PauseReally();
@@ -94,7 +94,7 @@ void RunThread(std::shared_ptr<Thread> me)
         exitCode = me->start(me->parameter);
     }
 
-    // Its windows go with it; who sent to them gets an answer.
+    // Its windows are destroyed with it; threads that have sent messages to them get an answer.
     for (const HWND handle : AllWindows()) {
         const Window* window = FindWin(handle);
         if (window && window->thread == me.get()) Destroy(handle);

@@ -35,7 +35,7 @@ RECT ScreenFrame(const Window& window)
     return {x, y, x + window.width, y + window.height};
 }
 
-// The window that Windows would activate, of the thread's own, when the active one goes.
+// The thread's window that Windows would activate when the active one is destroyed.
 HWND Successor(const Thread& thread, HWND owner)
 {
     const Window* window = FindWin(owner);
@@ -58,7 +58,7 @@ void SetFocusTo(Thread& thread, HWND window)
         CallProcedure(window, WmSetFocus, reinterpret_cast<WPARAM>(before), 0);
 }
 
-// Children and owned windows go with a window.
+// Children and owned windows are destroyed with their window.
 void DestroyDependents(HWND window)
 {
     for (const HWND handle : AllWindows()) {
@@ -159,7 +159,7 @@ SIZE FontCell()
     return Cell;
 }
 
-// Moves and sizes a window, frame and all; tells it a new client size.
+// Moves and sizes a window with its frame; notifies it of a new client size.
 void SetFrame(Window& window, int x, int y, int width, int height)
 {
     const SIZE before = ClientSize(window);
@@ -244,7 +244,7 @@ void Focus(HWND window)
     SetFocusTo(*found->thread, window);
 }
 
-// Returns whether it was disabled. A disabled window cannot keep the focus.
+// True if it was disabled before. A disabled window cannot keep the focus.
 bool Enable(HWND window, bool enable)
 {
     Window* found = FindWin(window);
@@ -293,7 +293,7 @@ void Invalidate(Window& window, const RECT* rectangle, bool erase)
     Wake(*window.thread, WakeInput);
 }
 
-// A window of the thread that has to be painted, null if none has.
+// A window of the thread that must be painted, null if there is none.
 Window* InvalidWindow(const Thread& thread, HWND filter)
 {
     for (const auto& [handle, window] : Windows)
@@ -609,7 +609,7 @@ BOOL ScreenToClient(HWND window, POINT* point)
     return TRUE;
 }
 
-// The bar takes no part of the window's width here.
+// Here the bar does not reduce the window's width.
 int SetScrollInfo(HWND window, int, const SCROLLINFO* info, BOOL)
 {
     PlatformCall();
