@@ -2,11 +2,11 @@
 // A command of the program: its options, and what carries it out.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <functional>
 
 #include "console/options.h"
 #include "console/output.h"
+#include "console/parser.h"
 
 namespace console
 {
@@ -24,7 +24,7 @@ struct Command {
 
     // Adds the command's arguments and options (and its own commands, if it has some), with descriptions, and
     // returns what carries it out. That throws Failure when it does not end with 0.
-    Action (*define)(CLI::App& app);
+    Action (*define)(Parser& parser);
 };
 
 // For commands whose standard output is the result itself: refuses --json.

@@ -59,7 +59,8 @@ CommandLine::CommandLine()
     app_.add_flag("-q,--quiet", flags_.quiet, "no notes on standard error");
     for (const Command& command : Commands()) {
         CLI::App* const sub = app_.add_subcommand(command.name, command.summary);
-        actions_.emplace_back(sub, command.define(*sub));
+        Parser parser(sub);
+        actions_.emplace_back(sub, command.define(parser));
     }
     CLI::App* const help = app_.add_subcommand("help", "print the help of a command");
     help->add_option("COMMAND", helpWords_, "the command")->type_name("");

@@ -2,6 +2,7 @@
 // The command line: global options, and all commands.
 #pragma once
 
+#include <CLI/CLI.hpp>
 #include <span>
 #include <utility>
 #include <vector>

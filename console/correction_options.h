@@ -2,11 +2,11 @@
 // The options of commands that correct dates.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
 
 #include "console/dates.h"
 #include "console/options.h"
+#include "console/parser.h"
 #include "console/result.h"
 
 namespace console
@@ -18,17 +18,18 @@ struct CorrectionOptions {
 
     // Adds --correct-dates and --reference; `otherwise` describes the reference that is taken without the
     // latter.
-    void Define(CLI::App& app, const std::string& otherwise)
+    void Define(Parser& parser, const std::string& otherwise)
     {
-        app.add_flag("--correct-dates", wanted, "correct dates that lie whole 1024 weeks back");
-        DefineReference(app, otherwise);
+        parser.Flag("--correct-dates", wanted, "correct dates that lie whole 1024 weeks back");
+        DefineReference(parser, otherwise);
     }
 
-    void DefineReference(CLI::App& app, const std::string& otherwise)
+    void DefineReference(Parser& parser, const std::string& otherwise)
     {
-        app.add_option("--reference", reference,
-                       "date that a corrected one must be near, YYYY-MM-DD; else " + otherwise)
-            ->type_name("DATE");
+        parser
+            .Option("--reference", reference,
+                    "date that a corrected one must be near, YYYY-MM-DD; else " + otherwise)
+            .TypeName("DATE");
     }
 
     // The reference given, else the other one. Throws Failure of the kind Usage.

@@ -2,11 +2,11 @@
 // The option of commands that go on until they are interrupted, or for a time.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
 
 #include "console/event_loop.h"
 #include "console/options.h"
+#include "console/parser.h"
 
 namespace console
 {
@@ -14,10 +14,10 @@ namespace console
 struct ForOption {
     std::string seconds; // as typed
 
-    void Define(CLI::App& app)
+    void Define(Parser& parser)
     {
-        app.add_option("--for", seconds, "end after so many seconds; else when interrupted")
-            ->type_name("SECONDS");
+        parser.Option("--for", seconds, "end after so many seconds; else when interrupted")
+            .TypeName("SECONDS");
     }
 
     // Decades without the option. Throws Failure of the kind Usage.

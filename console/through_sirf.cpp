@@ -49,11 +49,11 @@ void GoBack(Session& session, Found now, Found old, const NmeaRates& rates)
 
 } // namespace
 
-void ThroughSirf::AddTo(CLI::App& app)
+void ThroughSirf::AddTo(Parser& parser)
 {
     // A flag, so that the argument after it is not taken for its rate.
-    app.add_flag("--through-sirf{" + std::string(PresentRate) + "}", rate,
-                 "on a receiver that speaks NMEA: change to SiRF binary (=RATE at another rate), and back");
+    parser.Flag("--through-sirf", std::string(PresentRate), rate,
+                "on a receiver that speaks NMEA: change to SiRF binary (=RATE at another rate), and back");
 }
 
 void WithSirf(Context& context, const ThroughSirf& option, const SirfWork& work)

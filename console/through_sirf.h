@@ -11,7 +11,7 @@ namespace console
 struct ThroughSirf {
     std::string rate; // as typed: empty not given, "now" without a rate
 
-    void AddTo(CLI::App& app);
+    void AddTo(Parser& parser);
 };
 
 using SirfWork = std::function<void(Session&)>;

@@ -7,23 +7,23 @@
 namespace console
 {
 
-Action DefinePorts(CLI::App& app);
-Action DefineSettings(CLI::App& app);
-Action DefineProbe(CLI::App& app);
-Action DefineConvert(CLI::App& app);
-Action DefineDate(CLI::App& app);
-Action DefineDoctor(CLI::App& app);
-Action DefineGet(CLI::App& app);
-Action DefineLog(CLI::App& app);
-Action DefineMonitor(CLI::App& app);
-Action DefineProfile(CLI::App& app);
-Action DefineRates(CLI::App& app);
-Action DefineRelay(CLI::App& app);
-Action DefineCompletion(CLI::App& app);
-Action DefineRestart(CLI::App& app);
-Action DefineSend(CLI::App& app);
-Action DefineSet(CLI::App& app);
-Action DefineSwitch(CLI::App& app);
-Action DefineVersion(CLI::App& app);
+Action DefinePorts(Parser& parser);
+Action DefineSettings(Parser& parser);
+Action DefineProbe(Parser& parser);
+Action DefineConvert(Parser& parser);
+Action DefineDate(Parser& parser);
+Action DefineDoctor(Parser& parser);
+Action DefineGet(Parser& parser);
+Action DefineLog(Parser& parser);
+Action DefineMonitor(Parser& parser);
+Action DefineProfile(Parser& parser);
+Action DefineRates(Parser& parser);
+Action DefineRelay(Parser& parser);
+Action DefineCompletion(Parser& parser);
+Action DefineRestart(Parser& parser);
+Action DefineSend(Parser& parser);
+Action DefineSet(Parser& parser);
+Action DefineSwitch(Parser& parser);
+Action DefineVersion(Parser& parser);
 
 } // namespace console

@@ -16,12 +16,10 @@ void PrintCompletion(Context& context, const std::string& shell)
 
 } // namespace
 
-Action DefineCompletion(CLI::App& app)
+Action DefineCompletion(Parser& parser)
 {
     const auto shell = std::make_shared<std::string>();
-    app.add_option("SHELL", *shell, "bash, zsh or fish")
-        ->required()
-        ->check(CLI::IsMember({"bash", "zsh", "fish"}));
+    parser.Option("SHELL", *shell, "bash, zsh or fish").Required().OneOf({"bash", "zsh", "fish"});
     return [shell](Context& context) { PrintCompletion(context, *shell); };
 }
 

@@ -209,20 +209,20 @@ void Convert(Context& context, const Arguments& arguments)
 
 } // namespace
 
-Action DefineConvert(CLI::App& app)
+Action DefineConvert(Parser& parser)
 {
     const auto arguments = std::make_shared<Arguments>();
-    app.add_option("FILE", arguments->files,
-                   "log of NMEA, SiRF binary or both; several are one stream, - is standard input")
-        ->required()
-        ->type_name("FILE...");
-    app.add_option("--to", arguments->format, "gpx, kml, csv or json")
-        ->required()
-        ->check(CLI::IsMember({"gpx", "kml", "csv", "json"}))
-        ->type_name("FORMAT");
-    app.add_option("-o,--output", arguments->output, "file to write; else standard output")
-        ->type_name("FILE");
-    arguments->correction.Define(app, "the file's last change");
+    parser
+        .Option("FILE", arguments->files,
+                "log of NMEA, SiRF binary or both; several are one stream, - is standard input")
+        .Required()
+        .TypeName("FILE...");
+    parser.Option("--to", arguments->format, "gpx, kml, csv or json")
+        .Required()
+        .OneOf({"gpx", "kml", "csv", "json"})
+        .TypeName("FORMAT");
+    parser.Option("-o,--output", arguments->output, "file to write; else standard output").TypeName("FILE");
+    arguments->correction.Define(parser, "the file's last change");
     return [arguments](Context& context) { Convert(context, *arguments); };
 }
 

@@ -33,10 +33,10 @@ void ReportDate(Context& context, const CorrectionOptions& options)
 
 } // namespace
 
-Action DefineDate(CLI::App& app)
+Action DefineDate(Parser& parser)
 {
     const auto options = std::make_shared<CorrectionOptions>();
-    options->DefineReference(app, "the computer's clock");
+    options->DefineReference(parser, "the computer's clock");
     return [options](Context& context) { ReportDate(context, *options); };
 }
 

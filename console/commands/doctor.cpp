@@ -200,7 +200,7 @@ void Doctor(Context& context)
 
 } // namespace
 
-Action DefineDoctor(CLI::App&)
+Action DefineDoctor(Parser&)
 {
     return Doctor;
 }

@@ -61,11 +61,11 @@ void Get(Context& context, const GetOptions& options)
 
 } // namespace
 
-Action DefineGet(CLI::App& app)
+Action DefineGet(Parser& parser)
 {
     const auto options = std::make_shared<GetOptions>();
-    app.add_option("NAME", options->names, "settings, or \"all\"")->required()->type_name("");
-    options->through.AddTo(app);
+    parser.Option("NAME", options->names, "settings, or \"all\"").Required().TypeName("");
+    options->through.AddTo(parser);
     return [options](Context& context) { Get(context, *options); };
 }
 

@@ -181,13 +181,13 @@ void Log(Context& context, const Arguments& arguments)
 
 } // namespace
 
-Action DefineLog(CLI::App& app)
+Action DefineLog(Parser& parser)
 {
     const auto arguments = std::make_shared<Arguments>();
-    app.add_option("FILE", arguments->file, "file to write, - for standard output")->required();
-    arguments->duration.Define(app);
-    app.add_flag("--force", arguments->force, "begin a file anew that exists");
-    app.add_flag("--append", arguments->append, "go on with a file that exists");
+    parser.Option("FILE", arguments->file, "file to write, - for standard output").Required();
+    arguments->duration.Define(parser);
+    parser.Flag("--force", arguments->force, "begin a file anew that exists");
+    parser.Flag("--append", arguments->append, "go on with a file that exists");
     return [arguments](Context& context) { Log(context, *arguments); };
 }
 

@@ -175,12 +175,12 @@ void MonitorReceiver(Context& context, const Arguments& arguments)
 
 } // namespace
 
-Action DefineMonitor(CLI::App& app)
+Action DefineMonitor(Parser& parser)
 {
     const auto arguments = std::make_shared<Arguments>();
-    arguments->duration.Define(app);
-    app.add_flag("--plain", arguments->plain, "a line for each fix, on a terminal too");
-    arguments->correction.Define(app, "the computer's clock");
+    arguments->duration.Define(parser);
+    parser.Flag("--plain", arguments->plain, "a line for each fix, on a terminal too");
+    arguments->correction.Define(parser, "the computer's clock");
     return [arguments](Context& context) { MonitorReceiver(context, *arguments); };
 }
 

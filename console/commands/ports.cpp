@@ -35,7 +35,7 @@ void Ports(Context& context)
 
 } // namespace
 
-Action DefinePorts(CLI::App&)
+Action DefinePorts(Parser&)
 {
     return Ports;
 }

@@ -24,7 +24,7 @@ void Probe(Context& context)
 
 } // namespace
 
-Action DefineProbe(CLI::App&)
+Action DefineProbe(Parser&)
 {
     return Probe;
 }

@@ -180,30 +180,29 @@ void Apply(Context& context, const ProfileOptions& options)
 
 } // namespace
 
-Action DefineProfile(CLI::App& app)
+Action DefineProfile(Parser& parser)
 {
     struct Part {
         const char *name, *summary;
         void (*run)(Context&, const ProfileOptions&);
         bool needsReceiver;
-        CLI::App* app;
+        Parser parser;
     };
     const auto options = std::make_shared<ProfileOptions>();
     const auto parts = std::make_shared<std::vector<Part>>(std::vector<Part>{
-        {"save", "write all readable settings to a file (\"-\": standard output)", Save, true, nullptr},
-        {"show", "check a profile without a receiver, and print its settings", Show, false, nullptr},
-        {"diff", "print what differs: - the receiver, + the file", Diff, true, nullptr},
-        {"apply", "set what differs, each setting read back", Apply, true, nullptr},
+        {"save", "write all readable settings to a file (\"-\": standard output)", Save, true, {}},
+        {"show", "check a profile without a receiver, and print its settings", Show, false, {}},
+        {"diff", "print what differs: - the receiver, + the file", Diff, true, {}},
+        {"apply", "set what differs, each setting read back", Apply, true, {}},
     });
-    app.require_subcommand(1);
     for (Part& part : *parts) {
-        part.app = app.add_subcommand(part.name, part.summary);
-        part.app->add_option("FILE", options->file, "the profile")->required()->type_name("");
-        if (part.needsReceiver) options->through.AddTo(*part.app);
+        part.parser = parser.Command(part.name, part.summary);
+        part.parser.Option("FILE", options->file, "the profile").Required().TypeName("");
+        if (part.needsReceiver) options->through.AddTo(part.parser);
     }
     return [options, parts](Context& context) {
         for (const Part& part : *parts)
-            if (part.app->parsed()) part.run(context, *options);
+            if (part.parser.Given()) part.run(context, *options);
     };
 }
 

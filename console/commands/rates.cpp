@@ -154,15 +154,16 @@ void SetRates(Context& context, const RatesOptions& options)
 
 } // namespace
 
-Action DefineRates(CLI::App& app)
+Action DefineRates(Parser& parser)
 {
     const auto options = std::make_shared<RatesOptions>();
-    app.add_option(
-           "NAME=SECONDS", options->assignments,
-           "sentences (GGA GLL GSA GSV RMC VTG MSS ZDA) or message ids, and seconds between two; 0 is off")
-        ->type_name("");
-    app.add_option("--for", options->seconds, "how long to measure (11)")->type_name("SECONDS");
-    app.add_flag("--no-verify", options->noVerify, "do not wait until the change is seen");
+    parser
+        .Option(
+            "NAME=SECONDS", options->assignments,
+            "sentences (GGA GLL GSA GSV RMC VTG MSS ZDA) or message ids, and seconds between two; 0 is off")
+        .TypeName("");
+    parser.Option("--for", options->seconds, "how long to measure (11)").TypeName("SECONDS");
+    parser.Flag("--no-verify", options->noVerify, "do not wait until the change is seen");
     return [options](Context& context) {
         const double seconds = options->seconds.empty() ? 11 : ParseSeconds(options->seconds, "--for");
         if (options->assignments.empty())

@@ -188,16 +188,15 @@ void RelayStream(Context& context, const Arguments& arguments)
 
 } // namespace
 
-Action DefineRelay(CLI::App& app)
+Action DefineRelay(Parser& parser)
 {
     const auto arguments = std::make_shared<Arguments>();
-    app.add_option("--pty", arguments->link,
-                   "a pseudo-terminal behind this symbolic link, removed at the end")
-        ->type_name("LINK");
-    app.add_option("--tcp", arguments->tcpPort, "port of this computer alone, 127.0.0.1, for several readers")
-        ->type_name("PORT");
-    app.add_flag("--write", arguments->writes, "send to the receiver what the readers write");
-    arguments->correction.Define(app, "the computer's clock");
+    parser.Option("--pty", arguments->link, "a pseudo-terminal behind this symbolic link, removed at the end")
+        .TypeName("LINK");
+    parser.Option("--tcp", arguments->tcpPort, "port of this computer alone, 127.0.0.1, for several readers")
+        .TypeName("PORT");
+    parser.Flag("--write", arguments->writes, "send to the receiver what the readers write");
+    arguments->correction.Define(parser, "the computer's clock");
     return [arguments](Context& context) { RelayStream(context, *arguments); };
 }
 

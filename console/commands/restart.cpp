@@ -138,12 +138,12 @@ void Restart(Context& context, const RestartOptions& options)
 
 } // namespace
 
-Action DefineRestart(CLI::App& app)
+Action DefineRestart(Parser& parser)
 {
     const auto options = std::make_shared<RestartOptions>();
-    app.add_option("KIND", options->kind, "hot, warm, cold or factory")->required()->type_name("");
-    app.add_flag("--wait", options->wait, "wait for the first fix");
-    app.add_option("--for", options->seconds, "how long to wait for it (900)")->type_name("SECONDS");
+    parser.Option("KIND", options->kind, "hot, warm, cold or factory").Required().TypeName("");
+    parser.Flag("--wait", options->wait, "wait for the first fix");
+    parser.Option("--for", options->seconds, "how long to wait for it (900)").TypeName("SECONDS");
     return [options](Context& context) { Restart(context, *options); };
 }
 

@@ -87,16 +87,15 @@ void SendMessage(Context& context, Protocol protocol, int id, const std::functio
 
 } // namespace
 
-Action DefineSend(CLI::App& app)
+Action DefineSend(Parser& parser)
 {
     const auto options = std::make_shared<SendOptions>();
-    app.require_subcommand(1);
-    CLI::App* const nmea = app.add_subcommand("nmea", "send a sentence; $ and checksum are added");
-    nmea->add_option("BODY", options->body, "as PSRF105,1")->required()->type_name("");
-    CLI::App* const sirf = app.add_subcommand("sirf", "send a message; frame and checksum are added");
-    sirf->add_option("HEX", options->bytes, "the payload's bytes, as 84 00")->required()->type_name("");
+    Parser nmea = parser.Command("nmea", "send a sentence; $ and checksum are added");
+    nmea.Option("BODY", options->body, "as PSRF105,1").Required().TypeName("");
+    Parser sirf = parser.Command("sirf", "send a message; frame and checksum are added");
+    sirf.Option("HEX", options->bytes, "the payload's bytes, as 84 00").Required().TypeName("");
     return [options, nmea](Context& context) {
-        if (nmea->parsed()) {
+        if (nmea.Given()) {
             const std::string body = CheckBody(options->body);
             SendMessage(context, Protocol::Nmea, -1, [&] { return FrameNmea(body); });
         } else {

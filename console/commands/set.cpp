@@ -52,14 +52,14 @@ void Set(Context& context, const SetOptions& options)
 
 } // namespace
 
-Action DefineSet(CLI::App& app)
+Action DefineSet(Parser& parser)
 {
     const auto options = std::make_shared<SetOptions>();
-    app.add_option("NAME", options->name, "the setting")->required()->type_name("");
-    app.add_option("KEY=VALUE", options->assignments, "what to change")->required()->type_name("");
-    app.add_flag("--force", options->force, "send it even when all is so already");
-    app.add_flag("--no-verify", options->noVerify, "read neither before nor after; needs all keys");
-    options->through.AddTo(app);
+    parser.Option("NAME", options->name, "the setting").Required().TypeName("");
+    parser.Option("KEY=VALUE", options->assignments, "what to change").Required().TypeName("");
+    parser.Flag("--force", options->force, "send it even when all is so already");
+    parser.Flag("--no-verify", options->noVerify, "read neither before nor after; needs all keys");
+    options->through.AddTo(parser);
     return [options](Context& context) { Set(context, *options); };
 }
 

@@ -27,7 +27,7 @@ void ShowSettings(Context& context)
 
 } // namespace
 
-Action DefineSettings(CLI::App&)
+Action DefineSettings(Parser&)
 {
     return ShowSettings;
 }

@@ -55,14 +55,14 @@ void Switch(Context& context, const SwitchOptions& options)
 
 } // namespace
 
-Action DefineSwitch(CLI::App& app)
+Action DefineSwitch(Parser& parser)
 {
     const auto options = std::make_shared<SwitchOptions>();
-    app.add_option("PROTOCOL", options->protocol, "nmea or sirf")->required()->type_name("");
-    app.add_option("RATE", options->rate, "line rate in bits/s; the present one if it is not given")
-        ->type_name("");
-    app.add_option("--rates", options->sentences, "sentences and seconds, as GGA=1,GSV=5; the others are off")
-        ->type_name("LIST");
+    parser.Option("PROTOCOL", options->protocol, "nmea or sirf").Required().TypeName("");
+    parser.Option("RATE", options->rate, "line rate in bits/s; the present one if it is not given")
+        .TypeName("");
+    parser.Option("--rates", options->sentences, "sentences and seconds, as GGA=1,GSV=5; the others are off")
+        .TypeName("LIST");
     return [options](Context& context) { Switch(context, *options); };
 }
 

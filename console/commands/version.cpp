@@ -6,10 +6,10 @@
 namespace console
 {
 
-Action DefineVersion(CLI::App& app)
+Action DefineVersion(Parser& parser)
 {
     const auto through = std::make_shared<ThroughSirf>();
-    through->AddTo(app);
+    through->AddTo(parser);
     return [through](Context& context) {
         if (context.options.dryRun) {
             context.output.Line("> " + FrameText(FrameSirf(VersionPoll())));
