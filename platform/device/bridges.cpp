@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "platform/device/packed_template.h"
 #include "platform/platform.h"
 
 // ---- Calls that the system has in another form --------------------------------------------------------
@@ -10,13 +11,14 @@
 INT_PTR DeviceDialogBoxParam(HINSTANCE instance, const wchar_t* name, HWND owner, DLGPROC procedure,
                              LPARAM parameter)
 {
-    constexpr uintptr_t DialogType = 5;
-    HRSRC resource = FindResourceW(instance, name, MAKEINTRESOURCEW(DialogType));
+    // Read only while the dialog is made, so one place serves a dialog over another, too.
+    alignas(DWORD) static uint8_t dialogTemplate[LargestTemplate];
+    HRSRC resource = FindResourceW(instance, name, MAKEINTRESOURCEW(PackedTemplateType));
     HGLOBAL found = resource ? LoadResource(instance, resource) : nullptr;
-    if (!found) return -1;
     // A loaded resource is its bytes; nothing has to be locked.
-    return DialogBoxIndirectParamW(instance, static_cast<const DLGTEMPLATE*>(found), owner, procedure,
-                                   parameter);
+    if (!found || !UnpackTemplate(static_cast<const uint8_t*>(found), dialogTemplate)) return -1;
+    return DialogBoxIndirectParamW(instance, reinterpret_cast<const DLGTEMPLATE*>(dialogTemplate), owner,
+                                   procedure, parameter);
 }
 
 DWORD DeviceCurrentThreadId()

@@ -4,7 +4,10 @@
 #include <algorithm>
 #include <cstdlib>
 #include <map>
+#include <utility>
+#include <vector>
 
+#include "platform/device/packed_template.h"
 #include "tests/device/callbacks.h"
 #include "tests/device/fault.h"
 #include "tests/device/machine.h"
@@ -335,21 +338,21 @@ uint64_t CallDeleteObject(const GuestCall& call)
     return TRUE;
 }
 
-// Dialogs are made from templates in the image; the platform makes them from its own copy of the same ones.
-constexpr uint32_t DialogType = 5;
+// Dialogs are made from templates that the program unpacks; the platform makes them from its own copy of the
+// same ones.
 LoadedImage Image;
-std::map<GuestAddress, uint32_t> DialogTemplates; // numbers
+// The last one that the program looked for, and found; number 0 for none.
+uint32_t SoughtTemplate = 0;
+ImageResource SoughtResource;
 
 uint64_t CallFindResource(const GuestCall& call)
 {
-    if (call.Word(1) >> 16 != 0 || call.Word(2) != DialogType)
+    if (call.Word(1) >> 16 != 0 || call.Word(2) != PackedTemplateType)
         DeviceFault("the program looks for a resource");
-    const ImageResource found = FindImageResource(Image, DialogType, call.Word(1));
-    if (found.address != 0)
-        DialogTemplates[found.address] = call.Word(1);
-    else
-        SetLastError(ERROR_RESOURCE_NAME_NOT_FOUND);
-    return found.address;
+    SoughtResource = FindImageResource(Image, PackedTemplateType, call.Word(1));
+    SoughtTemplate = SoughtResource.address != 0 ? call.Word(1) : 0;
+    if (SoughtTemplate == 0) SetLastError(ERROR_RESOURCE_NAME_NOT_FOUND);
+    return SoughtResource.address;
 }
 
 uint64_t CallLoadResource(const GuestCall& call)
@@ -359,6 +362,15 @@ uint64_t CallLoadResource(const GuestCall& call)
 
 void CheckTemplate(GuestAddress address, uint32_t number)
 {
+    std::vector<uint8_t> packed(SoughtResource.size);
+    for (uint32_t i = 0; i < SoughtResource.size; ++i)
+        packed[i] = LoadGuest<uint8_t>(SoughtResource.address + i);
+    static uint8_t expected[LargestTemplate];
+    const size_t size = UnpackTemplate(packed.data(), expected);
+    for (uint32_t i = 0; i < size; ++i)
+        if (LoadGuest<uint8_t>(address + i) != expected[i])
+            DeviceFault("the program has unpacked template " + std::to_string(number) + " differently");
+
     HeadlessTemplate known;
     const bool isKnown = HeadlessFindTemplate(number, known);
     const bool isSame = isKnown && LoadGuest<uint32_t>(address) == known.style &&
@@ -371,11 +383,11 @@ void CheckTemplate(GuestAddress address, uint32_t number)
 
 uint64_t CallDialogBoxIndirectParam(const GuestCall& call)
 {
-    const auto found = DialogTemplates.find(call.Word(1));
-    if (found == DialogTemplates.end()) DeviceFault("a dialog is made from no template of the image");
-    CheckTemplate(found->first, found->second);
+    if (SoughtTemplate == 0) DeviceFault("a dialog is made from no template of the image");
+    const uint32_t number = std::exchange(SoughtTemplate, 0);
+    CheckTemplate(call.Word(1), number);
     return static_cast<uint64_t>(
-        DialogBoxParamW(static_cast<HINSTANCE>(HandleOf(call.Word(0))), MAKEINTRESOURCEW(found->second),
+        DialogBoxParamW(static_cast<HINSTANCE>(HandleOf(call.Word(0))), MAKEINTRESOURCEW(number),
                         static_cast<HWND>(HandleOf(call.Word(2))), WindowProcedureFor(call.Word(3)),
                         static_cast<int32_t>(call.Word(4))));
 }

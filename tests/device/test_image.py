@@ -20,6 +20,7 @@ Tools = pathlib.Path(os.environ.get("TORAVANE_TOOLS", Root / "build/native"))  #
 ImagePath = Build / "toravane.exe"
 Libraries = {"COREDLL.dll": "coredll", "commctrl.dll": "commctrl"}
 Base, Elsewhere = 0x10000, 0x110000
+Menu, Dialog, PackedDialog = 4, 5, 256  # types of resources
 
 
 def output_of(*command, cwd=Build):
@@ -39,6 +40,31 @@ def resources_of(path):
         for kind in image.DIRECTORY_ENTRY_RESOURCE.entries
         for name in kind.directory.entries
         for language in name.directory.entries
+    }
+
+
+def unpacked(packed):
+    """A dialog's template of the form in which the image keeps it: a reader of its own."""
+    size, place, flags, whole = int.from_bytes(packed[:2], "little"), 2, "", b""
+    while len(whole) < size:
+        if not flags:
+            flags, place = f"{packed[place]:08b}", place + 1
+        is_byte, flags = flags[-1] == "1", flags[:-1]
+        if is_byte:
+            whole, place = whole + packed[place:place + 1], place + 1
+        else:
+            repeat, place = int.from_bytes(packed[place:place + 2], "little"), place + 2
+            for _ in range(repeat // 2048 + 3):
+                whole += whole[-(repeat % 2048) - 1:][:1]
+    assert len(whole) == size and place == len(packed)
+    return whole
+
+
+def resources_of_image():
+    """As the program sees them: dialogs' templates unpacked and of the system's type."""
+    return {
+        (Dialog if kind == PackedDialog else kind, name, language): unpacked(data) if kind == PackedDialog else data
+        for (kind, name, language), data in resources_of(ImagePath).items()
     }
 
 
@@ -83,10 +109,16 @@ def test_imports_are_in_the_lists(image):
 
 
 def test_resources_are_those_of_another_linker(tmp_path):
-    output_of("x86_64-w64-mingw32-windres", "-O", "coff", "-I", Root / "resources", Root / "resources/toravane.rc",
-              tmp_path / "resources.o")
+    output_of("x86_64-w64-mingw32-windres", "-O", "coff", "-I", Root / "platform/device", "-I", Root / "resources",
+              Root / "resources/toravane.rc", tmp_path / "resources.o")
     output_of("x86_64-w64-mingw32-ld", "-shared", "-o", tmp_path / "resources.dll", tmp_path / "resources.o")
-    assert resources_of(ImagePath) == resources_of(tmp_path / "resources.dll")
+    assert resources_of_image() == resources_of(tmp_path / "resources.dll")
+
+
+def test_icons_have_sixteen_colours():
+    icons = [data for (kind, _, _), data in resources_of(ImagePath).items() if kind == 3]
+    bits_a_pixel = [int.from_bytes(data[14:16], "little") for data in icons]
+    assert bits_a_pixel == [4, 4]
 
 
 def test_wrestool_lists_every_resource():
@@ -99,7 +131,7 @@ def test_wrestool_lists_every_resource():
 
 
 def test_each_layout_has_every_menu_and_dialog():
-    numbers = {(kind, name) for kind, name, _ in resources_of(ImagePath) if kind in (4, 5)}
+    numbers = {(kind, name) for kind, name, _ in resources_of_image() if kind in (Menu, Dialog)}
     touch = {(kind, name + 100) for kind, name in numbers if 2002 <= name < 2100 or name == 2000}
     keypad = {(kind, name) for kind, name in numbers if name >= 2100}
     assert touch == keypad

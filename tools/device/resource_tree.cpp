@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "resource_tree.h"
 
+#include "packed_dialogs.h"
+#include "platform/device/packed_template.h"
+
 #include <compare>
 #include <map>
 #include <string>
@@ -18,6 +21,8 @@ struct ResourceName {
     std::u16string text;
     auto operator<=>(const ResourceName&) const = default;
 };
+
+constexpr uint16_t DialogType = 5;
 
 ResourceName Number(uint16_t number)
 {
@@ -58,9 +63,11 @@ Node ReadTree(std::span<const uint8_t> compiled)
         const auto data = Part(compiled, offset + headerSize, dataSize);
         offset = RoundUp(offset + headerSize + dataSize, size_t{4});
         if (type == Number(0)) continue; // the mark at the file's beginning
-        const auto [leaf, isNew] = root.below[type].below[name].below.try_emplace(Number(language));
+        const bool isDialog = type == Number(DialogType);
+        const ResourceName kept = isDialog ? Number(PackedTemplateType) : type;
+        const auto [leaf, isNew] = root.below[kept].below[name].below.try_emplace(Number(language));
         if (!isNew) throw Refusal("a resource is there twice");
-        leaf->second.data.assign(data.begin(), data.end());
+        leaf->second.data = isDialog ? PackTemplate(data) : Bytes(data.begin(), data.end());
     }
     if (root.below.empty()) throw Refusal("no resources");
     return root;

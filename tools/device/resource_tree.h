@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The program's resources as the image keeps them: a tree by type, name and language.
+// The program's resources as the image keeps them: a tree by type, name and language. Dialog templates are
+// packed and have a type of their own.
 #pragma once
 
 #include "little_endian.h"

@@ -48,6 +48,22 @@ TEST(ResourceTree, TablesAreInTheOrderInWhichTheyAreSearched)
     EXPECT_EQ(MakeResourceSection(Joined({Mark, Numbered, Named}), 0x5000), expected);
 }
 
+TEST(ResourceTree, DialogsArePackedAndOfAnotherType)
+{
+    // Type 5, name 7, language 0x0409, six bytes.
+    const Bytes dialog = {6, 0, 0, 0, 32, 0, 0, 0, 0xFF, 0xFF, 5, 0, 0xFF, 0xFF, 7,   0,   0,   0,   0, 0,
+                          0, 0, 9, 4, 0,  0, 0, 0, 0,    0,    0, 0, 'a',  'b',  'c', 'a', 'b', 'c', 0, 0};
+    constexpr uint32_t Below = 0x80000000;
+    const Bytes expected = Joined({
+        Words({0, 0, 0, 0x00010000, 256, Below | 0x18}),
+        Words({0, 0, 0, 0x00010000, 7, Below | 0x30}),
+        Words({0, 0, 0, 0x00010000, 0x0409, 0x48}),
+        Words({0x5058, 8, 0, 0}),
+        {6, 0, 0b0111, 'a', 'b', 'c', 2, 0}, // three bytes come again, three back
+    });
+    EXPECT_EQ(MakeResourceSection(Joined({Mark, dialog}), 0x5000), expected);
+}
+
 TEST(ResourceTree, EveryCutIsRefused)
 {
     const Bytes whole = Joined({Mark, Named});

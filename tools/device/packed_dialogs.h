@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+// Packs dialog templates for the image (platform/device/packed_template.h).
+#pragma once
+
+#include "little_endian.h"
+
+namespace device
+{
+
+// Refuses a template that the program has no room for.
+Bytes PackTemplate(std::span<const uint8_t> dialogTemplate);
+
+} // namespace device
