@@ -40,6 +40,8 @@ bool AwaitPage(Port& port)
 struct PortObject : Line {
     uint32_t number;
     LineState line = OrdinaryLine();
+    bool foundNothing = false; // when it was read last
+    bool closed = false;
 
     explicit PortObject(uint32_t portNumber) : number(portNumber) {}
 
@@ -60,7 +62,29 @@ struct PortObject : Line {
         return AwaitPage(port);
     }
 
+    // A read that finds nothing returns at once. The next one waits until something may be there, so that
+    // nobody wakes up for a silent line.
     bool Read(void* buffer, DWORD count, DWORD& read) override
+    {
+        if (foundNothing) AwaitBytes();
+        if (closed) return Fail(ERROR_INVALID_HANDLE);
+        const bool success = Take(buffer, count, read);
+        foundNothing = success && read == 0;
+        return success;
+    }
+
+    void AwaitBytes()
+    {
+        Port& port = Mine();
+        if (port.device) {
+            const uint64_t due = port.device->NextBytes();
+            if (due > Now()) Wait(due, WakePort, {"a device's bytes"});
+        } else {
+            while (!closed && !port.lost && port.received.empty()) Wait(Never, WakePort, {"the page's bytes"});
+        }
+    }
+
+    bool Take(void* buffer, DWORD count, DWORD& read)
     {
         Port& port = Mine();
         if (port.device) {
@@ -94,10 +118,12 @@ struct PortObject : Line {
     void Close() override
     {
         Port& port = Mine();
+        closed = true;
         port.open = false;
         port.received.clear();
         port.taken = 0;
         if (!port.device) ToPagePortClose(static_cast<int32_t>(number));
+        WakeAll(WakePort);
     }
 };
 
@@ -164,6 +190,7 @@ void OnBytes(int32_t number, std::string_view bytes)
     if (found == Ports.end() || !found->second.open) return;
     std::string& received = found->second.received;
     received += bytes.substr(0, MostReceived - std::min(MostReceived, received.size()));
+    WakeAll(WakePort);
 }
 
 void OnPortLost(int32_t number)

@@ -19,12 +19,17 @@ def pytest_collection_modifyitems(config, items):
         return
     sys.path[:0] = [str(Root / "tests" / "web"), str(Root / "tools")]
     from desktop_only import Reasons
+    used = set()
     for item in items:
-        test = item.originalname or item.name
         file = Path(item.fspath).stem
-        reason = Reasons.get(f"{file}::{test}", Reasons.get(file))
-        if reason:
-            item.add_marker(pytest.mark.skip(reason=reason))
+        for name in (file, f"{file}::{item.originalname}", f"{file}::{item.name}"):
+            if name in Reasons:
+                item.add_marker(pytest.mark.skip(reason=Reasons[name]))
+                used.add(name)
+    files = {Path(item.fspath).stem for item in items}
+    stale = [name for name in Reasons if name.partition("::")[0] in files and name not in used]
+    if stale and not any("::" in argument for argument in config.args) and not config.getoption("keyword"):
+        raise pytest.UsageError(f"tests/web/desktop_only.py names tests that are not there: {', '.join(stale)}")
 
 
 @pytest.hookimpl(hookwrapper=True)

@@ -18,7 +18,7 @@ sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools" / "desktop"
 import desktop
 import driver as raw
 
-Output = desktop.Build / "desktop-tests"
+Output = desktop.Build / "desktop-tests" / os.environ.get("PYTEST_XDIST_WORKER", "")
 Settings = r"Software\Quenmark\Toravane"
 Port = 3
 
@@ -242,6 +242,7 @@ class User:
 
     def connect_receiver(self, rate, *options):
         """The software receiver on the program's COM3; the bytes that the program sends go into a file."""
+        Output.mkdir(parents=True, exist_ok=True)
         record = Output / "sent-by-the-program"
         receiver, terminal = desktop.start_software_receiver("--rate", rate, "--record", record, *options)
         self.receivers.append(receiver)

@@ -187,6 +187,31 @@ test("the rate is searched, and a lost port is not an endless wait", async () =>
     engine.program.stop();
 });
 
+test("a search that finds nothing gives way to what was open before", async () => {
+    const engine = await Engine.load();
+    engine.program.ports([1], ["Serial port 1"]);
+    engine.program.start();
+    await until("the page's receiver", 3, () => engine.receiver?.protocol === "NMEA");
+    engine.program.search(1);
+    const found = await until("the end of the search", 60, () => engine.found);
+    assert.deepEqual(found, { port: 1, rate: 0, protocol: "-" });
+    await until("the page's receiver again", 6, () => engine.receiver.port === 0 && engine.receiver.protocol === "NMEA");
+    assert.deepEqual([engine.settings.CommPortIdx, engine.settings.BaudrateIdx], [undefined, undefined]);
+    engine.program.stop();
+});
+
+test("a silent line wakes nobody up", async (context) => {
+    const engine = await atPort(Gga);
+    await pause(500);
+    const timers = context.mock.method(globalThis, "setTimeout");
+    await pause(2000);
+    assert.equal(timers.mock.callCount(), 1); // the pause's own
+    timers.mock.restore();
+    engine.receive(sentence("GPVTG,231.8,T,,M,10.0,N,18.5,K,D"));
+    await until("it is still read", 3, () => engine.lines.some((line) => line.startsWith(" Speed: 5.15 m/s")));
+    engine.program.stop();
+});
+
 test("Communication names the ports, and a log is downloaded", async () => {
     const engine = await atPort(Gga);
     await engine.open(Com);

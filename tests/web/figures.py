@@ -36,7 +36,7 @@ Feeder = """
             fed = 0;
             this.readable = new ReadableStream({
                 start: (controller) => {
-                    this.timer = setInterval(() => {
+                    if (rate) this.timer = setInterval(() => {
                         const due = Math.floor((performance.now() - start) / 1000 * rate) - fed;
                         const chunk = new Uint8Array(due);
                         for (let i = 0; i < due; ++i) chunk[i] = log[(fed + i) %% log.length];

@@ -18,6 +18,7 @@ from harness import desktop, raw, wait_for
 from serial_bridge import Bridge
 
 Usb = {"usbVendorId": 0x067B, "usbProductId": 0x2303}
+SilentPort = 8
 Names = {str(number): "USB 067b:2303" for number in range(1, 9)}  # so that each port keeps its number
 Keys = {0x0D: "Enter", 0x1B: "Escape", 0x25: "ArrowLeft", 0x26: "ArrowUp", 0x27: "ArrowRight", 0x28: "ArrowDown",
         0x79: "F10", 0x09: "Tab", 0x20: " "}
@@ -26,11 +27,11 @@ Eyes = """
 self.eyes = {
     windows() {
         const found = [...document.querySelectorAll("dialog[open]")].map((dialog) => ({
-            window: Number(dialog.dataset.window), class: "#32770", enabled: 0,
+            window: Number(dialog.dataset.window), class: "#32770", enabled: 0, foreground: 0,
             text: dialog.querySelector("h2").textContent,
             client: [], outer: [],
         }));
-        if (found.length) found.at(-1).enabled = 1;
+        if (found.length) found.at(-1).enabled = found.at(-1).foreground = 1;
         const chart = document.getElementById("chart");
         if (!document.querySelector("#view").hidden)
             found.unshift({window: 0, class: "Toravane", text: document.title, enabled: found.length ? 0 : 1,
@@ -134,6 +135,18 @@ class PageDriver:
         else:
             raise NotImplementedError(f"message {message:#x} to {window}")
 
+    def menu(self, _, number):
+        """The items in the order of the menu bar, as the template's."""
+        assert number == 2000, "the page has the menu of touch screens and desktops"
+        if not self.user.tab:
+            self.user.start()
+        return self.run("""[...document.querySelectorAll("#menubar [data-command]")].filter(
+            ({dataset}) => dataset.command !== "0").map((item) => {
+                const menu = item.closest("[role=menu]");
+                const path = (menu ? menu.getAttribute("aria-label") + "/" : "") + item.textContent;
+                return {id: Number(item.dataset.command), path};
+            })""")
+
     def focus(self, _):
         return self.run("Number(document.activeElement?.closest('[data-window]')?.dataset.window ?? 0)")
 
@@ -227,24 +240,47 @@ class PageUser(harness.User):
             self.bridge.close()
             self.tab.close()
         self.values = {}
+        opens = {"CommPortIdx", "BaudrateIdx"} <= settings.keys()
+        opened = {} if opens else self.silent_port()
         self.tab = self.browser.tab()
         self.bridge = Bridge(self.tab, [Usb] * 8, self.wine.device)
         self.tab.before_load(Eyes)
         self.tab.visit(self.server.address + "icon.svg")  # of the same origin: only its settings matter
-        for name, value in ({"Ports": json.dumps(Names)} | settings).items():
+        for name, value in ({"Ports": json.dumps(Names)} | settings | opened).items():
             self.tab.run(f"localStorage.setItem({json.dumps(name)}, {json.dumps(str(value))})")
         self.tab.visit(self.server.address)
         self.tab.wait("the program runs", "document.querySelectorAll('.line').length === 19")
+        if not opens:
+            self.close_silent_port(opened.keys() - settings.keys(), settings)
         program = PageProgram(self)
         self.programs.append(program)
         return program
+
+    # Where the desktop program opens nothing, the page would open its own receiver: it gets a silent line, and closes it.
+
+    def silent_port(self):
+        line = harness.Line()
+        self.lines.append(line)
+        self.wine.map_port(SilentPort, line.device)
+        return {"CommPortIdx": SilentPort, "BaudrateIdx": 2}
+
+    def close_silent_port(self, added, settings):
+        is_open = "document.getElementById('receiver').textContent.startsWith('USB')"
+        self.tab.wait("the silent line is open", is_open)
+        self.tab.run("toravane.program.connect(-1, 0)")
+        self.tab.wait("it is closed", f"!{is_open}")
+        (self.wine.prefix / "dosdevices" / f"com{SilentPort}").unlink()
+        for name in added:
+            self.tab.run(f"localStorage.removeItem('{name}')")
+        for name, value in settings.items():
+            self.tab.run(f"localStorage.setItem({json.dumps(name)}, {json.dumps(str(value))})")
 
     def close(self):
         self.driver.post(0, raw.WM_CLOSE)
 
     def screenshot(self, name):
         safe = "".join(c if c.isalnum() or c in "-." else "_" for c in name)
-        return self.tab.screenshot(harness.Output.parent / "web-tests" / f"{safe}.png")
+        return self.tab and self.tab.screenshot(harness.Output.parent / "web-tests" / f"{safe}.png")
 
     def picture(self):
         from PIL import Image

@@ -99,8 +99,9 @@ def test_nothing_heard(visit):
         tab = visit(line.device, hidden=[0])
         wait_streaming(tab)
         tab.find("button", "Connect a receiver").click()
-        wait_status(tab, "^No receiver was heard on USB 067b:2303 at any rate")
-        assert "Is it switched on" in tab.find("alert", "").text
+        heard = tab.find("alert", "", 60).text
+        assert heard.startswith("No receiver was heard on USB 067b:2303 at any rate. Is it switched on")
+        wait_status(tab, "^The receiver in this page streams: NMEA")
     finally:
         line.close()
 

@@ -26,7 +26,8 @@ void LogPlayer::Play(int32_t speed, bool paused)
 {
     Speed = speed;
     Paused = paused;
-    NextBytes = web::PageTime();
+    Due = web::PageTime();
+    memory::WakeAll(memory::WakePort);
 }
 
 // What the program has recorded shows how far the log's own clock has come.
@@ -40,7 +41,7 @@ void LogPlayer::AwaitFix()
     if (gap < 0) gap += SecondsOfDay;
     LastFix = fix;
     const double now = web::PageTime();
-    NextBytes = std::max(NextBytes, now - 1000) + std::min(gap, LongestGapS) * 1000 / Speed;
+    Due = std::max(Due, now - 1000) + std::min(gap, LongestGapS) * 1000 / Speed;
 }
 
 std::string LogPlayer::Read(size_t most, uint32_t)
@@ -49,9 +50,9 @@ std::string LogPlayer::Read(size_t most, uint32_t)
     size_t count = most;
     if (Speed > 0) {
         AwaitFix();
-        if (web::PageTime() < NextBytes) return {};
+        if (web::PageTime() < Due) return {};
         count = std::min(most, SmallRun);
-        NextBytes += static_cast<double>(count) * 1000 / BytesPerSecond / Speed;
+        Due += static_cast<double>(count) * 1000 / BytesPerSecond / Speed;
     } else if (web::PageTime() - SliceBegun > SliceMs) {
         memory::YieldTurn(); // to the window, which shows how far it has come
         web::Breathe();
@@ -60,4 +61,11 @@ std::string LogPlayer::Read(size_t most, uint32_t)
     std::string bytes = Log.substr(Place, count);
     Place += bytes.size();
     return bytes;
+}
+
+uint64_t LogPlayer::NextBytes()
+{
+    if (Paused || Place == Log.size()) return memory::Never;
+    const double left = Speed > 0 ? Due - web::PageTime() : 0;
+    return memory::Now() + static_cast<uint64_t>(std::max(left, 0.0) * 1000);
 }

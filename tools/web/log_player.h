@@ -12,6 +12,7 @@ public:
     void Open() override {}
     std::string Read(size_t most, uint32_t rate) override;
     void Write(std::string_view, uint32_t) override {} // a log hears nothing
+    uint64_t NextBytes() override;
 
     void Play(int32_t speed, bool paused); // 0: at once, else times real time
     size_t Position() const { return Place; }
@@ -26,6 +27,6 @@ private:
     size_t Place = 0;
     uint32_t Samples = 0;  // recorded from the log so far
     double LastFix = -1;   // seconds of its day
-    double NextBytes = 0;  // when they are due, milliseconds of the page's clock
+    double Due = 0;        // when the next bytes are, milliseconds of the page's clock
     double SliceBegun = 0; // when the page had its last turn
 };

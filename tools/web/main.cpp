@@ -98,6 +98,13 @@ uint32_t ChooseFirstPort()
     return static_cast<uint32_t>(Substitute);
 }
 
+void Open(int32_t port, int32_t rate)
+{
+    CommPortIdx.store(port);
+    BytesReceived.store(0);
+    PortOpen(PortNameTable[port], static_cast<uint32_t>(rate));
+}
+
 // Once no dialog is open, closes the port and goes on with `act`.
 void WithPortClosed(std::function<void()> act, int dialogs = MostDialogs)
 {
@@ -188,20 +195,23 @@ void OnPlay(int32_t speed, bool paused)
 void OnSearch(int32_t port)
 {
     if (!IsPortIndex(port)) return;
+    const LinkReport before = Link();
+    const int32_t substitute = Substitute;
     WithPortClosed([=] {
         const bool found = SearchPorts(MainWindow.load(), port, port);
         const LinkReport link = Link();
         ToPageFound(port, found ? link.rate : 0, link.protocol);
+        if (found) return;
+        const bool hadOther = before.rate > 0 && before.port != port;
+        Substitute = hadOther ? substitute : ReceiverPort;
+        Open(hadOther ? before.port : ReceiverPort, hadOther ? before.rate : ReceiverRate);
     });
 }
 
 void OnConnect(int32_t port, int32_t rate)
 {
     WithPortClosed([=] {
-        if (!IsPortIndex(port) || rate <= 0) return;
-        CommPortIdx.store(port);
-        BytesReceived.store(0);
-        PortOpen(PortNameTable[port], static_cast<uint32_t>(rate));
+        if (IsPortIndex(port) && rate > 0) Open(port, rate);
     });
 }
 

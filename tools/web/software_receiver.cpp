@@ -1,10 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "software_receiver.h"
 
+#include <algorithm>
+
 namespace
 {
 
 constexpr size_t MostArrived = 1 << 16; // bytes, as of a driver that nobody reads
+
+// Bytes come in few portions, because each of them may have the page painted anew; at once while a dialog is open,
+// which may wait for an answer or show how fast the line is.
+constexpr uint64_t NextLook = 300'000; // microseconds
+constexpr double LongestPortion = 1;   // seconds, if the line never rests
 
 double Seconds()
 {
@@ -23,6 +30,11 @@ receiver::Config Setup(uint64_t ahead)
     return config;
 }
 
+bool MayCollect()
+{
+    return memory::TopDialog() == nullptr;
+}
+
 } // namespace
 
 SoftwareReceiver::SoftwareReceiver(uint64_t ahead)
@@ -34,6 +46,7 @@ void SoftwareReceiver::Open()
 {
     Run(0);
     Arrived.clear(); // what came while nobody listened is lost
+    Portion = 0;
 }
 
 void SoftwareReceiver::Run(uint32_t rate)
@@ -45,14 +58,20 @@ void SoftwareReceiver::Run(uint32_t rate)
     Sim.Advance(now);
     const receiver::Bytes sent = Wire.ToHost(Sim.Output, now);
     Arrived.append(reinterpret_cast<const char*>(sent.data()), sent.size());
-    if (Arrived.size() > MostArrived) Arrived.erase(0, Arrived.size() - MostArrived);
+    if (Arrived.size() > MostArrived) Arrived.erase(Portion, Arrived.size() - MostArrived);
 }
 
 std::string SoftwareReceiver::Read(size_t most, uint32_t rate)
 {
     Run(rate);
-    std::string bytes = Arrived.substr(0, most);
+    const bool rests = Sim.Output.empty() && Wire.Idle();
+    if (Portion == 0 && (rests || !MayCollect() || Seconds() >= HandedOut + LongestPortion)) {
+        HandedOut = Seconds();
+        Portion = Arrived.size();
+    }
+    std::string bytes = Arrived.substr(0, std::min(most, Portion));
     Arrived.erase(0, bytes.size());
+    Portion -= bytes.size();
     return bytes;
 }
 
@@ -60,4 +79,9 @@ void SoftwareReceiver::Write(std::string_view bytes, uint32_t rate)
 {
     Run(rate);
     FromProgram.insert(FromProgram.end(), bytes.begin(), bytes.end());
+}
+
+uint64_t SoftwareReceiver::NextBytes()
+{
+    return memory::Now() + (MayCollect() ? NextLook : 0);
 }

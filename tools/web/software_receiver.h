@@ -14,6 +14,7 @@ public:
     void Open() override;
     std::string Read(size_t most, uint32_t rate) override;
     void Write(std::string_view bytes, uint32_t rate) override;
+    uint64_t NextBytes() override;
 
 private:
     void Run(uint32_t rate); // until now
@@ -22,5 +23,7 @@ private:
     receiver::Line Wire;
     receiver::Bytes FromProgram;
     std::string Arrived;
+    size_t Portion = 0; // bytes of it that can be read
     double Begun;
+    double HandedOut = 0; // when the last portion began, seconds
 };
