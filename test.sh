@@ -64,7 +64,8 @@ waiting_tests() {
     step "desktop tests" python_tests tests/desktop
     step "program of the page" node --no-experimental-fetch --test tests/web/engine_test.mjs
     step "checks of the page" platform/web/check.sh
-    step "page tests" python_tests tests/web --ignore tests/web/test_serial.py
+    step "page tests" python_tests tests/web -n 4
+    step "desktop tests with the page" python_tests tests/desktop --page -n 4 --dist loadfile
 }
 
 # beside COMMAND: starts a procedure with steps of its own beside the following ones, which occupy the processors.

@@ -119,7 +119,7 @@ class Firefox:
     Selectors = {
         "button": "button", "menuitem": "[role=menuitem]", "combobox": "select, input[list]", "dialog": "dialog[open]",
         "textbox": "input:not([type]), textarea", "status": "[role=status]", "alertdialog": "dialog.box[open]",
-        "alert": "[role=alert]", "img": "canvas", "region": "section", "checkbox": "[type=checkbox]",
+        "alert": "[role=alert]", "image": "canvas", "region": "section", "checkbox": "[type=checkbox]",
     }
 
     def find(self, role, name, seconds=15):

@@ -43,10 +43,10 @@ def main():
         firefox.screenshot(Pictures / f"firefox-{caption.replace(' ', '-').lower()}.png")
         firefox.key("\ue00c")
         firefox.wait("it is closed", "return !document.querySelector('dialog[open]')")
-    for item in ("NMEA", "Select Datum"):
+    for item in ("NMEA", "Set Message Rate"):
         firefox.find("menuitem", item).click()
     firefox.find("button", "Set").click()
-    firefox.find("alertdialog", "Datum")
+    firefox.find("alertdialog", "Message")
     firefox.screenshot(Pictures / "firefox-message-box.png")
     firefox.key("\ue006")
     firefox.key("\ue00c")
@@ -62,7 +62,7 @@ def main():
     firefox.find("button", "Back to the receiver in this page").click()
     time.sleep(2)
     firefox.find("button", "Show the chart").click()
-    firefox.find("img", "Chart")
+    firefox.find("image", "Chart")
     time.sleep(6)
     firefox.screenshot(Pictures / "firefox-chart.png")
     firefox.close()
