@@ -80,7 +80,8 @@ struct PortObject : Line {
             const uint64_t due = port.device->NextBytes();
             if (due > Now()) Wait(due, WakePort, {"a device's bytes"});
         } else {
-            while (!closed && !port.lost && port.received.empty()) Wait(Never, WakePort, {"the page's bytes"});
+            while (!closed && !port.lost && port.received.empty())
+                Wait(Never, WakePort, {"the page's bytes"});
         }
     }
 

@@ -43,7 +43,8 @@ public:
     virtual void Open() = 0;
     virtual std::string Read(size_t most, uint32_t rate) = 0; // what has come, at most so many bytes
     virtual void Write(std::string_view bytes, uint32_t rate) = 0;
-    // When to read again if nothing has come, memory::Never: not before a thread wakes those that wait for ports.
+    // When to read again if nothing has come, memory::Never: not before a thread wakes those that wait for
+    // ports.
     virtual uint64_t NextBytes() = 0;
 };
 

@@ -25,8 +25,8 @@ constexpr int32_t ReceiverPort = 0, LogPort = 9;
 constexpr int32_t ReceiverRate = 4800, LogRate = 115200;
 constexpr const wchar_t* SettingsPath = L"Software\\Quenmark\\Toravane";
 constexpr uint64_t Settling = 2'000'000; // microseconds that opening a port takes
-constexpr uint64_t FirstFixes =
-    4'000'000;                   // and that the software receiver is ahead by, to have fixes at once
+// The software receiver is ahead by this much, so that everything it sends has come once, microseconds.
+constexpr uint64_t FirstFixes = 7'000'000;
 constexpr double ReportMs = 200; // between two reports of a log's progress
 constexpr int MostDialogs = 10;  // that lie over each other
 

@@ -8,8 +8,8 @@ namespace
 
 constexpr size_t MostArrived = 1 << 16; // bytes, as of a driver that nobody reads
 
-// Bytes come in few portions, because each of them may have the page painted anew; at once while a dialog is open,
-// which may wait for an answer or show how fast the line is.
+// Bytes come in few portions, because each of them may have the page painted anew; at once while a dialog is
+// open, which may wait for an answer or show how fast the line is.
 constexpr uint64_t NextLook = 300'000; // microseconds
 constexpr double LongestPortion = 1;   // seconds, if the line never rests
 

@@ -68,7 +68,7 @@ def main():
     firefox.close()
     visit(server, "narrow", 450, 800).close()  # no window of Firefox is narrower
     visit(server, "dark", 1000, 760, dark=True).close()
-    visit(server, "enlarged", 1000, 760, zoom=2).close()
+    visit(server, "enlarged", 500, 380, zoom=2).close()
     server.close()
     print("\n".join(sorted(str(file) for file in Pictures.glob("firefox-*.png"))))
 
