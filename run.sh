@@ -1,6 +1,7 @@
 #!/bin/bash
 # SPDX-License-Identifier: MIT
-# Usage: ./run.sh [--help] [--web] [--pocketpc | --smartphone] [--sirf] [--cold] [DEVICE [RATE]]
+# Usage: ./run.sh --web [--port NUMBER]
+#        ./run.sh [--help] [--pocketpc | --smartphone] [--sirf] [--cold] [DEVICE [RATE]]
 #
 # Installs what is missing, builds, and shows a receiver's data in the program, through Wine.
 #
@@ -10,7 +11,7 @@
 #   ./run.sh --pocketpc           the program as on a Pocket PC: a touch screen of 240 x 320
 #   ./run.sh --smartphone         as on a Smartphone: 176 x 220 and a keypad. The arrows and Enter are its joystick,
 #                                 Escape is Back, F1 and F2 are the soft keys
-#   ./run.sh --web                the program as a page in the browser
+#   ./run.sh --web                the program as a page in the browser, at http://127.0.0.1:8190/ or another port
 #   ./run.sh /dev/ttyUSB0         a real receiver at 4800 baud
 #   ./run.sh /dev/ttyUSB0 57600   the same at another rate, 1200 to 115200
 #
@@ -26,10 +27,10 @@ case " $* " in
     ;;
 esac
 
-if [ "${1:-}" = --web ] && [ $# = 1 ]; then
+if [ "${1:-}" = --web ]; then
     tools/install_packages.sh running web
     tools/build.sh web
-    exec tools/serve_page.py
+    exec tools/serve_page.py "${@:2}"
 fi
 
 tools/install_packages.sh running

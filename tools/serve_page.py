@@ -4,7 +4,8 @@
 
 Usage: serve_page.py [--port NUMBER] [FOLDER]
 
-FOLDER is build/web if not given. Without --port any free port is taken; the address is printed.
+FOLDER is build/web if not given. The port is 8190 if not given, the same each time: a browser keeps settings and permitted
+serial ports by address.
 """
 
 import argparse
@@ -15,6 +16,7 @@ import threading
 import webbrowser
 from pathlib import Path
 
+UsualPort = 8190
 Page = Path(__file__).resolve().parents[1] / "build" / "web"
 
 
@@ -56,12 +58,15 @@ class Server(http.server.ThreadingHTTPServer):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.partition("\n")[0])
-    parser.add_argument("--port", type=int, default=0, help="number of the port, any free one if not given")
+    parser.add_argument("--port", type=int, default=UsualPort, help=f"number of the port, {UsualPort} if not given")
     parser.add_argument("folder", nargs="?", type=Path, default=Page, help="folder of the page, build/web if not given")
     options = parser.parse_args()
     if not (options.folder / "index.html").is_file():
         parser.error(f"{options.folder} holds no page")
-    server = Server(options.folder, options.port)
+    try:
+        server = Server(options.folder, options.port)
+    except (OSError, OverflowError) as error:
+        parser.exit(1, f"{parser.prog}: port {options.port} cannot be used ({error}); choose another with --port\n")
     print(f"The page is at {server.address} (Ctrl+C ends it)", flush=True)
     if os.environ.get("DISPLAY") or os.environ.get("WAYLAND_DISPLAY"):
         webbrowser.open(server.address)

@@ -2,8 +2,12 @@
 """The commands that people start, as they answer before any window: ./run.sh and the launcher of the package."""
 
 import glob
+import os
 import shutil
+import signal
+import socket
 import subprocess
+import urllib.request
 from pathlib import Path
 
 import pytest
@@ -65,6 +69,39 @@ def test_run_explains_itself():
         assert (code, error) == (0, "") and out.startswith("Usage: ./run.sh")
     with open("/dev/full", "w") as full:
         assert subprocess.run([Root / "run.sh", "--help"], stdout=full, stderr=subprocess.DEVNULL).returncode != 0
+
+
+@pytest.fixture
+def page(tmp_path):
+    """A folder with something to serve."""
+    (tmp_path / "index.html").write_text("<title>A page</title>")
+    return tmp_path
+
+
+def test_page_is_served_until_it_is_interrupted(page):
+    with socket.socket() as probe:
+        probe.bind(("127.0.0.1", 0))
+        port = probe.getsockname()[1]
+    environment = {name: value for name, value in os.environ.items() if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
+    server = subprocess.Popen([Root / "tools" / "serve_page.py", "--port", str(port), page], stdout=subprocess.PIPE,
+                              stderr=subprocess.PIPE, text=True, env=environment)
+    try:
+        address = f"http://127.0.0.1:{port}/"
+        assert server.stdout.readline() == f"The page is at {address} (Ctrl+C ends it)\n"
+        with urllib.request.urlopen(address, timeout=10) as answer:
+            assert answer.read() == b"<title>A page</title>"
+        server.send_signal(signal.SIGINT)
+        assert (server.wait(10), *server.communicate()) == (0, "", "")
+    finally:
+        server.kill()
+
+
+def test_page_names_a_port_that_is_busy(page):
+    with socket.create_server(("127.0.0.1", 0)) as other:
+        port = other.getsockname()[1]
+        code, out, error = run(Root / "tools" / "serve_page.py", "--port", port, page)
+    assert (code, out) == (1, "") and error.startswith(f"serve_page.py: port {port} cannot be used (")
+    assert error.count("\n") == 1
 
 
 def test_scripts_that_begin_with_an_interpreter_are_executable():
