@@ -66,6 +66,11 @@ waiting_tests() {
     step "checks of the page" platform/web/check.sh
     step "page tests" python_tests tests/web -n 4
     step "desktop tests with the page" python_tests tests/desktop --page -n 4 --dist loadfile
+    if unshare --mount true; then
+        step "serial port in Firefox" tests/web/firefox/real_serial.sh
+    else
+        summary+=("left out        serial port in Firefox: needs root, for a /dev of its own")
+    fi
 }
 
 # beside COMMAND: starts a procedure with steps of its own beside the following ones, which occupy the processors.
