@@ -71,7 +71,7 @@ uint8_t ChecksumOf(std::string_view body)
     return checksum;
 }
 
-// True if the fields had a date that was wrong; then it is mended.
+// True if the fields had a wrong date, which is then corrected.
 bool MendRmc(std::vector<std::string>& fields, size_t at, const std::function<Date(const Date&)>& correct)
 {
     const std::string& field = fields[at];

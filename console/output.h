@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a run prints: results on standard output, as text or as one JSON object; everything else on standard
+// Output of a run: results on standard output, as text or as one JSON object; everything else on standard
 // error.
 #pragma once
 
@@ -30,7 +30,7 @@ public:
     // A line of text; nothing with --json. Throws Failure when standard output takes it no more.
     void Line(std::string_view text);
 
-    // Bytes as they are, whatever the options say. Throws like Line.
+    // Bytes without any change, for all options. Throws like Line.
     void Raw(std::string_view bytes);
 
     // A line of standard error: a note, which --quiet drops.

@@ -18,8 +18,8 @@ class PseudoTerminal
 public:
     virtual ~PseudoTerminal() = default; // removes the link
 
-    // For whoever has the terminal open; what it does not take in time, and what comes while nobody has, is
-    // lost.
+    // For a program that has the terminal open; bytes that it does not read in time, or while none has it
+    // open, are lost.
     virtual void Write(std::string_view bytes) = 0;
 };
 

@@ -30,7 +30,7 @@ struct KindRow {
 // Name and exit status of a kind.
 const KindRow& Describe(FailureKind kind);
 
-// Thrown by whatever cannot go on. The message is one line, without the program's name.
+// Thrown by code that cannot go on. The message is one line, without the program's name.
 struct Failure {
     FailureKind kind;
     std::string message;

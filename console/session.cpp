@@ -12,8 +12,8 @@ namespace console
 namespace
 {
 
-// Bytes are read in portions: at full rate that is fifty reads a second, whatever the driver delivers at
-// once.
+// Bytes are read in portions: at full rate that is fifty reads a second, also if the driver delivers few
+// bytes at once.
 constexpr auto ReadRest = std::chrono::milliseconds(20);
 
 constexpr auto WriteLimit = std::chrono::seconds(3);

@@ -18,7 +18,7 @@ struct SwitchStep {
 // for 115200, and a receiver in SiRF binary changes its rate by way of NMEA.
 std::vector<SwitchStep> PlanSwitch(Found now, Found wanted, const NmeaRates& rates);
 
-// What is sent for a step by a receiver that speaks `speaks`, as it wraps now.
+// The frame for a step, to a receiver that speaks `speaks`; wrapped if the receiver wraps now.
 Frame StepFrame(Protocol speaks, const SwitchStep& step);
 
 // Goes the way, each step seen, and stops where one leads elsewhere. Returns where the receiver is heard;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What differs between the systems: serial ports, terminals, places of files. One source file for each
+// Differences between the systems: serial ports, terminals, places of files. One source file for each
 // system.
 #pragma once
 

@@ -102,7 +102,7 @@ bool IsPlaceholder(const fs::path& entry)
     return ReadLine(entry / "type") == "0";
 }
 
-// What keeps us from opening a port, and what helps.
+// The reason why a port cannot be opened, and the remedy.
 std::string Explain(const std::string& port, int error)
 {
     switch (error) {

@@ -119,7 +119,7 @@ def check_action(wine, number):
 
 
 def choose_settings(wine, arguments, number):
-    """What is stored before the program starts: the port `number`, if it was named, and a rate where none is known. An
+    """The settings to store before the program starts: the port `number`, if it was named, and a rate where none is known. An
     action needs the rates of both protocols, too, which a new installation does not have."""
     stored = wine.stored()
     known = {name for name, index in stored.items() if index in range(len(Rates))}

@@ -20,7 +20,7 @@ STYLE = "manual.css"
 
 
 class Links(html.parser.HTMLParser):
-    """What a page links to, and the places in it that can be linked to."""
+    """The links of a page, and the places in it that links can lead to."""
 
     def __init__(self, page):
         super().__init__()

@@ -32,7 +32,7 @@ class Handler(http.server.SimpleHTTPRequestHandler):
     }
 
     def end_headers(self):
-        self.send_header("Cache-Control", "no-cache")  # a page that was built anew is seen at once
+        self.send_header("Cache-Control", "no-cache")  # a page that was built again is seen immediately
         super().end_headers()
 
     def log_message(self, *_):

@@ -137,7 +137,7 @@ public:
 
     uint64_t Points() const { return points_; }
 
-    // What was read until an interruption is a whole track, too.
+    // After an interruption, the data read until then makes a complete track.
     void EndEarly()
     {
         gatherer_.Flush();

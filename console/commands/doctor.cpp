@@ -50,7 +50,7 @@ private:
     int problems_ = 0;
 };
 
-// What a line gives that carries no valid message.
+// Result for a line without a valid message.
 struct Noise {
     uint64_t bytes = 0, printable = 0;
 

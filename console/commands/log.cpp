@@ -41,7 +41,7 @@ public:
         if (name_ == "-") return;
         file_ = std::fopen(name_.c_str(), appends_ ? "ab" : "wb");
         if (!file_) FailToWrite();
-        std::setvbuf(file_, nullptr, _IONBF, 0); // what was received is in the file, whatever happens next
+        std::setvbuf(file_, nullptr, _IONBF, 0); // received bytes are in the file immediately
     }
 
     ~LogFile()

@@ -22,7 +22,7 @@ struct Arguments {
 
 using asio::ip::tcp;
 
-// What a reader may be behind: at 115200 baud, five seconds.
+// Bytes by which a reader may be late: five seconds at 115200 baud.
 constexpr size_t MostWaiting = 65536;
 
 using Received = std::function<void(std::span<const uint8_t>)>;

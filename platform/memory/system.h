@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The platform interface of the system in memory: our own declarations of the names that the product
-// uses, with the published values. `wchar_t` is the platform's wide character, whatever its width.
+// uses, with the published values. `wchar_t` is the platform's wide character, of any width.
 #pragma once
 
 #include <cstddef>

@@ -40,7 +40,7 @@ constexpr uint64_t LongestPause = 60'000'000;
 emscripten_fiber_t Page;
 alignas(16) char PageStack[16 * 1024];
 emscripten_fiber_t* Running = nullptr; // the fiber that goes on with the next step
-std::shared_ptr<Thread> Dead;          // freed by whoever runs next
+std::shared_ptr<Thread> Dead;          // freed by the thread that runs next
 double Pause = 0;                      // milliseconds until the next step, -1 none
 
 uint64_t Ahead = 0, HurryEnd = 0; // of the page's clock, microseconds

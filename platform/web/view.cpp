@@ -23,7 +23,7 @@ constexpr DWORD ButtonType = 0xF, CheckBox = 2, AutoCheckBox = 3, RadioButton = 
 constexpr DWORD StateBits = WS_VISIBLE | WS_DISABLED;
 constexpr UINT UnknownCheck = ~0u;
 
-// What the page has been sent of a window.
+// The state of a window that was sent to the page.
 struct Shown {
     int x = 0, y = 0, width = 0, height = 0;
     std::wstring text;

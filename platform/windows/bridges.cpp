@@ -120,7 +120,7 @@ void CopyDriver(HKEY copy, const wchar_t* port, const wchar_t* device)
     RegCloseKey(driver);
 }
 
-// Makes the copy anew: ports come and go. It lives as long as the user's session.
+// Makes the copy again, because ports come and go. It lives as long as the user's session.
 void CopyDrivers()
 {
     HKEY ports, copy;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What all tools do alike: reading options, printing --help and --version, ending with an error.
+// Common to all tools: reading options, printing --help and --version, ending with an error.
 #pragma once
 
 #include <optional>

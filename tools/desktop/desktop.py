@@ -29,7 +29,7 @@ Handhelds = {
 
 
 def handheld_environment(name):
-    """What tells the program and the shell which device this is."""
+    """The environment that chooses the device for the program and the shell."""
     platform, (width, height) = Handhelds[name]
     return {"TORAVANE_PLATFORM": platform, "TORAVANE_SCREEN": f"{width}x{height}"}
 

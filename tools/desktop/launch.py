@@ -82,7 +82,7 @@ def keep_text_page(driver, display, box, window):
 
 
 def runs_on(program, seconds):
-    """Whether the program is still there after that time."""
+    """True if the program is still running after that time."""
     with contextlib.suppress(subprocess.TimeoutExpired):
         program.wait(seconds)
         say("The program has ended by itself")

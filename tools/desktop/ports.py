@@ -25,7 +25,7 @@ def adapters(devices=Path("/dev")):
 
 
 def friendly_name(device, classes=Path("/sys/class/tty")):
-    """What the adapter calls itself, with its device's name; the name alone when it tells nothing."""
+    """The adapter's own name, with its device's name; the device's name alone if the adapter has none."""
     place = (classes / device.name / "device").resolve()
     for folder in (place, *place.parents):
         product = folder / "product"
@@ -38,7 +38,7 @@ def friendly_name(device, classes=Path("/sys/class/tty")):
 # ---- What is wrong with a device ----------------------------------------------------------------------
 
 def permission_problem(device):
-    """What a user who may not use the device has to do."""
+    """Advice for a user who may not use the device."""
     status = os.stat(device)
     try:
         group = grp.getgrgid(status.st_gid)
@@ -60,7 +60,7 @@ def process_name(process):
 
 
 def holders(device, locks=Path("/run/lock")):
-    """Who has the device open or locked, as "gpsd (process 612)". Other users' open files are hidden from all but
+    """The program that has the device open or locked, as "gpsd (process 612)". Other users' open files are hidden from all but
     root; lock files are not."""
     number = os.stat(device).st_rdev
     found = set()
@@ -80,7 +80,7 @@ def holders(device, locks=Path("/run/lock")):
 
 
 def use_problem(device):
-    """What shows when the device is opened. Two readers would get half of the bytes each."""
+    """The problem that shows when the device is opened. Two readers would get half of the bytes each."""
     busy = False
     try:
         handle = os.open(device, os.O_RDWR | os.O_NONBLOCK | os.O_NOCTTY)
@@ -110,7 +110,7 @@ def problem_with(device):
     if not os.access(device, os.R_OK | os.W_OK):
         return permission_problem(device)
     if str(Path(device).resolve()).startswith("/dev/pts/"):
-        return None  # whoever made a pseudo-terminal has it open
+        return None  # a pseudo-terminal is always open in the program that made it
     return use_problem(device)
 
 

@@ -32,7 +32,7 @@ def say(text):
 
 
 def display_reachable(name):
-    """Whether a window could be opened on the display of that name."""
+    """True if a window can be opened on the display of that name."""
     if not name:
         return False
     x11 = ctypes.CDLL("libX11.so.6")
@@ -79,7 +79,7 @@ class PrefixInUse(SystemExit):
 
 
 def environment(prefix, display, home):
-    """What Windows programs in that prefix are started with."""
+    """The environment for Windows programs in that prefix."""
     return {
         **os.environ,
         "WINEPREFIX": str(prefix),

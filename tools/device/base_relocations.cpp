@@ -16,7 +16,7 @@ bool IsAbsolute(uint8_t type)
     return type == Absolute32 || type == Target1;
 }
 
-// Holds wherever the whole image lies.
+// True for every place of the whole image.
 bool IsRelative(uint8_t type)
 {
     constexpr uint8_t None = 0, Pc24 = 1, Relative32 = 3, Call = 28, Jump24 = 29, V4Bx = 40, Relative31 = 42;

@@ -67,7 +67,8 @@ void Answer(Receiver& receiver, const Bytes& payload)
     receiver.Answer(payload);
 }
 
-// What was given at the start, as the receiver reports it: position, time and clock of now where known.
+// The start values in the form in which the receiver reports them: the present position, time and clock if
+// known.
 Bytes InitializationReport(const Receiver& receiver)
 {
     const Fix& fix = receiver.Navigation.Current();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What --help prints around the list of options.
+// The texts that --help prints before and after the list of options.
 #pragma once
 
 namespace receiver

@@ -10,7 +10,7 @@
 namespace receiver
 {
 
-// "$body*hh CR LF" -> body. A '$' always starts anew; bodies over 250 characters are dropped.
+// "$body*hh CR LF" -> body. A '$' always starts a new sentence; bodies over 250 characters are dropped.
 class NmeaInput
 {
 public:

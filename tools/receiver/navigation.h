@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// From the true motion and the sky to what the receiver believes: channels that lock on, fixes that come
+// Converts the true motion and the sky to the receiver's estimates: channels that lock on, fixes that come
 // and go, errors that wander.
 
 #include "random.h"
@@ -38,7 +38,7 @@ constexpr size_t ChannelCount = 12;
 struct Fix {
     GpsTime time;             // the receiver's idea; counts from 0 while it is not known
     int32_t epochsBehind = 0; // 1024 weeks each, by which the firmware reports the date too early
-    bool timeKnown = false;   // a satellite, or the clock kept over the restart, has told the time
+    bool timeKnown = false;   // from a satellite, or from the clock that was kept over the restart
     bool everFixed = false;   // since the last cold start: a position is known
     FixType type = FixType::None;
     bool differential = false;
@@ -74,7 +74,7 @@ public:
     // As if the receiver had run until just now: time and ephemeris data are kept. For a first hot start.
     void Remember();
 
-    // Starts anew at this moment of the run; from then on Update must be called with later moments.
+    // Starts again at this time of the run; after that Update must be called with later times.
     void Begin(Restart restart, double runSeconds);
 
     // Computes the state at this moment of the run, at most some seconds after the last call's.

@@ -49,7 +49,7 @@ void Receiver::RestartAs(Restart kind, bool factoryReset)
 
 void Receiver::SwitchTo(Protocol protocol, uint32_t rate)
 {
-    // What is not on the line yet would come out at the new rate; only an answer just queued stays.
+    // Bytes that are not on the line yet would be sent at the new rate; only an answer just queued stays.
     std::erase_if(Output, [](const Burst& burst) { return !burst.answer; });
     Kept.protocol = protocol;
     Kept.lineRate = rate;

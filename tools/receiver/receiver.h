@@ -62,7 +62,7 @@ public:
     // Lets the run come to this moment; never goes back.
     void Advance(double runSeconds);
 
-    // What waits to be sent. Whoever drives the line takes bursts from the front.
+    // Bytes that wait to be sent. The code that drives the line takes bursts from the front.
     std::deque<Burst> Output;
 
     // ---- used by the command and output files ----
@@ -78,7 +78,7 @@ public:
     Navigator Navigation;
     double Now = 0; // seconds of the run
 
-    // What the last start was given, for the start-up text and for polls.
+    // The values of the last start, for the start-up text and for polls.
     struct StartValues {
         int32_t x = 0, y = 0, z = 0; // ECEF metres
         int32_t clockHz = 96000;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// What a host can change and the receiver keeps over restarts (all but a factory reset).
+// Settings that a host can change and that the receiver keeps over restarts (except a factory reset).
 
 #include "big_endian.h"
 

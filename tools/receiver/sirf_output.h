@@ -16,7 +16,7 @@ namespace receiver
 Bytes FrameSirf(std::span<const uint8_t> payload);
 uint16_t SirfChecksum(std::span<const uint8_t> payload);
 
-// What the payloads report besides the fix.
+// Data in the payloads in addition to the fix.
 struct Report {
     const Fix& fix;
     const Settings& settings;

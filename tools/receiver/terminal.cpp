@@ -62,7 +62,8 @@ bool Terminal::Open(const std::string& link, uint32_t rate, std::string& error)
         return false;
     }
     SlavePath = path;
-    // Opened and closed once: it keeps the settings, and from now on tells whether somebody has it open.
+    // Opened and closed once: it keeps the settings, and from now on it can be found out if a program has it
+    // open.
     const int slave = open(path, O_RDWR | O_NOCTTY | O_CLOEXEC);
     termios settings{};
     if (slave < 0 || tcgetattr(slave, &settings) != 0) {

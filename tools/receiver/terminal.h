@@ -26,7 +26,7 @@ public:
     bool IsOpen() const { return Master >= 0; }
     const std::string& Path() const { return SlavePath; }
 
-    // Whether somebody has the other side open. While nobody has, nothing is written, and what was
+    // True if a program has the other side open. While none has, nothing is written, and what was
     // written and not read is thrown away, as with a port that nobody listens to.
     bool HostPresent();
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// What a serial line interface reads when the sender runs at another rate: the levels on the wire, sampled
-// at the wrong times. This is where the familiar garbage comes from.
+// The bytes that a serial line interface reads when the sender has another rate: the levels on the wire,
+// sampled at the wrong times. This is where the familiar garbage comes from.
 
 #include "big_endian.h"
 

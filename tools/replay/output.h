@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What toravane-replay prints, on standard output.
+// The output of toravane-replay, on standard output.
 #pragma once
 
 #include <string>

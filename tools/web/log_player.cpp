@@ -30,7 +30,7 @@ void LogPlayer::Play(int32_t speed, bool paused)
     memory::WakeAll(memory::WakePort);
 }
 
-// What the program has recorded shows how far the log's own clock has come.
+// The program's recorded samples show the time of the log's own clock.
 void LogPlayer::AwaitFix()
 {
     const uint32_t samples = GraphSampleCount.load();

@@ -5,5 +5,5 @@
 #include "platform/windows/aygshell/contract.h"
 
 // Prepares a dialog's controls: a spinner beside a list goes through all of the list's entries; edits can be
-// told to take numbers only.
+// set to accept numbers only.
 void PrepareFields(HWND dialog);

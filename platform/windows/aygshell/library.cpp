@@ -34,7 +34,7 @@ BOOL WINAPI SHCreateMenuBar(ShMenuBarInfo* request)
     return TRUE;
 }
 
-// 83, for a program that has been told of a changed setting: its window fills the room that there is.
+// 83, for a program that was notified of a changed setting: its window fills the available room.
 BOOL WINAPI SHHandleWMSettingChange(HWND window, WPARAM setting, LPARAM, void*)
 {
     constexpr WPARAM InputPanel = 224;

@@ -76,7 +76,7 @@ RECT ClientOnScreen(HWND window)
     return client;
 }
 
-// What is true of every window, without asking the program that owns it, which may be busy.
+// Properties of every window that can be read without the program that owns it, because it may be busy.
 Json Members(HWND window)
 {
     DWORD process = 0;
@@ -187,7 +187,7 @@ Json ListItems(const Words& words)
     return {{"items", items}, {"selection", int(Send(list, kind.selection, 0, 0))}};
 }
 
-// Selects an item by its place and tells the dialog, as a choice by hand does.
+// Selects an item by its place and notifies the dialog, like a choice by hand.
 Json Select(const Words& words)
 {
     const HWND list = Window(words[1]);
@@ -223,7 +223,7 @@ Json Focus(const Words& words)
     return {{"focus", Id(info.hwndFocus)}};
 }
 
-// Presses and releases a key on the keyboard: it goes wherever the input focus is.
+// Presses and releases a key of the keyboard; the control with the input focus gets it.
 Json Key(const Words& words)
 {
     INPUT input[2] = {};
@@ -292,7 +292,7 @@ Json DeleteKey(const Words& words)
     return Done();
 }
 
-// Who may do what with a key, in the security descriptor language.
+// The rights of users on a key, in the security descriptor language.
 Json KeyAccess(const Words& words)
 {
     HKEY key;
@@ -322,7 +322,7 @@ Json Page(const Words& words)
     return {{"lines", lines}};
 }
 
-// Paints one black pixel into a window, behind its program's back.
+// Paints one black pixel into a window, without its program.
 Json Dot(const Words& words)
 {
     const HWND window = Window(words[1]);

@@ -17,7 +17,7 @@ struct Pixels {
         cell.reserve(size_t(cellWidth) * size_t(cellHeight));
         for (int y = top; y < top + cellHeight; y++) {
             for (int x = left; x < left + cellWidth; x++) {
-                // What lies beyond the right or bottom edge counts as background.
+                // Pixels beyond the right or bottom edge count as background.
                 const bool inside = x < width && y < height;
                 cell.push_back(inside ? data[size_t(y) * size_t(width) + size_t(x)] : 0xFFFFFF);
             }
