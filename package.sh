@@ -4,16 +4,17 @@
 #
 # Makes all packages into build/packages/ from the last commit, byte for byte the same each time:
 #
-#   toravane-VERSION-windows.zip    portable: the program and its guide
+#   toravane-VERSION-windows.zip    portable: the program, toravanectl, the page, the guide
 #   toravane-VERSION-setup.exe      installer
 #   toravane-VERSION-web.zip        the page, for any web server
 #   toravane_VERSION_amd64.deb      Debian and Ubuntu: the program, through Wine
 #   toravane-tools_VERSION_amd64.deb  toravanectl, toravane-replay, toravane-receiver
-#   toravane_VERSION.dsc, .tar.xz   Debian source package of both, for every architecture
+#   toravane-web_VERSION_all.deb    the page, and a command that opens it
+#   toravane_VERSION.dsc, .tar.xz   Debian source package of all three, for every architecture
 #   toravane-VERSION.spdx.json      what all of it is made of
 #   SHA256SUMS                      checksums of the files above
 #
-# --here takes the files as they are, committed or not.
+# --here takes the files as they are, committed or not, and programs for Windows and the page as they were built here.
 # --site makes the web site into build/site/ instead: pages, guide, protocols, and the packages that are there.
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -30,7 +31,7 @@ case "${1:-}" in
     exit 2
     ;;
 esac
-[ $# = 1 ] || tools/install_packages.sh packaging web
+tools/install_packages.sh packaging web
 
 # Packages are dated by the release, not by the day on which they are made.
 changelog() {
@@ -58,6 +59,11 @@ if [ $# = 1 ]; then
     git ls-files -z --cached --others --exclude-standard | while IFS= read -r -d '' file; do
         [ ! -e "$file" ] || printf '%s\0' "$file"
     done | tar --create --null --files-from - | tar -x -C "$source"
+    tools/build.sh desktop toravane toravanectl
+    tools/build.sh web
+    mkdir "$source"/build{,/desktop}
+    cp build/desktop/toravane{,ctl}.exe "$source/build/desktop"
+    cp -r build/web "$source/build"
 else
     git archive HEAD | tar -x -C "$source"
 fi
@@ -72,25 +78,29 @@ log=$output/staging/debian.log
 }
 mv "$output/staging"/*.{deb,dsc,tar.xz} "$output"
 
-# ---- Windows ----
-windows=$output/staging/windows/toravane-$version
-mkdir -p "$windows"
-cp "$source"/build/guide/{toravane.exe,user-guide.html,boxes.html} "$windows"
-cp LICENSE "$windows/license.txt"
-dated "$windows"
-(cd "$output/staging/windows" &&
-    find "toravane-$version" -print | sort | zip --quiet -X -@ "$output/toravane-$version-windows.zip")
-makensis -V2 -NOCD -DVERSION="$version" -DFILES="$windows" -DICON=resources/toravane.ico \
-    -DOUTPUT="$output/toravane-$version-setup.exe" packaging/windows/installer.nsi
-
 # ---- Page ----
-(cd "$source" && tools/build.sh web)
 page=$output/staging/web/toravane-$version-web
 mkdir -p "$page"
 cp -r "$source/build/web/." "$page"
 dated "$page"
 (cd "$output/staging/web" &&
     find "toravane-$version-web" -print | sort | zip --quiet -X -@ "$output/toravane-$version-web.zip")
+
+# ---- Windows ----
+windows=$output/staging/windows/toravane-$version
+mkdir -p "$windows"
+(cd "$source" && make --quiet --file debian/rules build/guide/toravane{,ctl}.exe >"$log" 2>&1) || {
+    tail --lines 40 "$log" >&2
+    exit 1
+}
+cp "$source"/build/guide/{*.exe,user-guide.html} "$windows"
+cp LICENSE "$windows/license.txt"
+cp -r "$page" "$windows/page"
+dated "$windows"
+(cd "$output/staging/windows" &&
+    find "toravane-$version" -print | sort | zip --quiet -X -@ "$output/toravane-$version-windows.zip")
+makensis -V2 -NOCD -DVERSION="$version" -DFILES="$windows" -DICON=resources/toravane.ico \
+    -DOUTPUT="$output/toravane-$version-setup.exe" packaging/windows/installer.nsi
 
 packaging/bill_of_materials.py "$version" "$SOURCE_DATE_EPOCH" >"$output/toravane-$version.spdx.json"
 rm -rf "$output/staging"

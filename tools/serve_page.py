@@ -1,23 +1,41 @@
-#!/usr/bin/env -S /usr/bin/python3 -B
+#!/usr/bin/python3 -B
 # SPDX-License-Identifier: MIT
-"""Serves the page for the browser to this computer alone, and opens a browser where there is a display.
-
-Usage: serve_page.py [--port NUMBER] [FOLDER]
-
-FOLDER is build/web if not given. The port is 8190 if not given, the same each time: a browser keeps settings and permitted
-serial ports by address.
-"""
+"""Serves the page for the browser to this computer alone, and opens a browser where there is a display."""
 
 import argparse
 import functools
 import http.server
 import os
+import signal
+import sys
 import threading
 import webbrowser
 from pathlib import Path
 
 UsualPort = 8190
 Page = Path(__file__).resolve().parents[1] / "build" / "web"
+
+Description = """\
+Serves the page for the browser to this computer alone, and opens a browser
+where there is a display. Ctrl+C, or the end of the terminal, ends it."""
+
+Footer = """\
+A browser keeps settings and permitted serial ports by address, so the port is
+the same each time.
+
+Exit status:
+  0  ended by the user
+  1  the port cannot be used
+  2  a wrong option, a folder without a page
+
+Examples:
+  $ %(prog)s
+  $ %(prog)s --port 8080 --no-browser"""
+
+
+class Help(argparse.RawDescriptionHelpFormatter):
+    def add_usage(self, usage, actions, groups, prefix="Usage: "):  # as manual pages are made from it
+        super().add_usage(usage, actions, groups, prefix)
 
 
 class Handler(http.server.SimpleHTTPRequestHandler):
@@ -56,25 +74,38 @@ class Server(http.server.ThreadingHTTPServer):
         self.server_close()
 
 
-def main():
-    parser = argparse.ArgumentParser(description=__doc__.partition("\n")[0])
-    parser.add_argument("--port", type=int, default=UsualPort, help=f"number of the port, {UsualPort} if not given")
-    parser.add_argument("folder", nargs="?", type=Path, default=Page, help="folder of the page, build/web if not given")
+def port_number(text):
+    number = int(text) if text.isascii() and text.isdigit() and len(text) <= 5 else -1
+    if not 0 <= number <= 65535:
+        raise argparse.ArgumentTypeError(f"'{text}' is no port from 1 to 65535, or 0 for any free one")
+    return number
+
+
+def main(program=None, page=Page):
+    """The program, which is called `program` in its help and serves the folder `page` if it is given no other."""
+    parser = argparse.ArgumentParser(prog=program, description=Description, epilog=Footer, formatter_class=Help)
+    parser.add_argument("--port", type=port_number, metavar="NUMBER", default=UsualPort,
+                        help=f"port to serve at, 0 for any free one; {UsualPort} if not given")
+    parser.add_argument("--no-browser", action="store_true", help="open no browser")
+    parser.add_argument("folder", nargs="?", type=Path, default=page, metavar="FOLDER",
+                        help="folder of the page, if not the one that was installed or built")
     options = parser.parse_args()
     if not (options.folder / "index.html").is_file():
         parser.error(f"{options.folder} holds no page")
     try:
         server = Server(options.folder, options.port)
-    except (OSError, OverflowError) as error:
-        parser.exit(1, f"{parser.prog}: port {options.port} cannot be used ({error}); choose another with --port\n")
+    except OSError as error:
+        parser.exit(1, f"{parser.prog}: port {options.port} cannot be used ({error.strerror}); choose another with --port\n")
+
+    ended = threading.Event()
+    for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+        signal.signal(number, lambda *_: ended.set())
     print(f"The page is at {server.address} (Ctrl+C ends it)", flush=True)
-    if os.environ.get("DISPLAY") or os.environ.get("WAYLAND_DISPLAY"):
+    if not options.no_browser and (os.environ.get("DISPLAY") or os.environ.get("WAYLAND_DISPLAY")):
         webbrowser.open(server.address)
-    try:
-        server.thread.join()
-    except KeyboardInterrupt:
-        server.close()
+    ended.wait()
+    server.close()
 
 
 if __name__ == "__main__":
-    main()
+    sys.exit(main())

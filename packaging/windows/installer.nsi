@@ -1,6 +1,6 @@
 ; SPDX-License-Identifier: MIT
 ; The installer for Windows. /S installs without questions, /D=FOLDER (last) chooses the folder.
-; Defined by package.sh: VERSION, FILES (folder of the program and its manual), OUTPUT.
+; Defined by package.sh: VERSION, FILES (folder of what is installed), OUTPUT.
 
 Unicode true
 Target amd64-unicode
@@ -16,13 +16,17 @@ OutFile "${OUTPUT}"
 InstallDir "$PROGRAMFILES64\Toravane"
 InstallDirRegKey HKLM "${UninstallKey}" "InstallLocation"
 RequestExecutionLevel admin
+ManifestDPIAware true
 SetCompressor /SOLID lzma
 VIProductVersion "${VERSION}.0.0"
 VIAddVersionKey ProductName "Toravane"
 VIAddVersionKey ProductVersion "${VERSION}"
 VIAddVersionKey FileVersion "${VERSION}"
 VIAddVersionKey FileDescription "Toravane Setup"
-VIAddVersionKey LegalCopyright "The Toravane authors"
+VIAddVersionKey CompanyName "The Toravane authors"
+VIAddVersionKey InternalName "setup"
+VIAddVersionKey OriginalFilename "toravane-${VERSION}-setup.exe"
+VIAddVersionKey LegalCopyright "Copyright 2026 The Toravane authors"
 
 !define MUI_ICON "${ICON}"
 !define MUI_UNICON "${ICON}"
@@ -77,9 +81,10 @@ FunctionEnd
 Section
     SetOutPath "$INSTDIR"
     File "${FILES}/toravane.exe"
+    File "${FILES}/toravanectl.exe"
     File "${FILES}/user-guide.html"
-    File "${FILES}/boxes.html"
     File "${FILES}/license.txt"
+    File /r "${FILES}/page"
     WriteUninstaller "$INSTDIR\uninstall.exe"
 
     CreateDirectory "$SMPROGRAMS\Toravane"
@@ -112,8 +117,9 @@ FunctionEnd
 ; The settings stay for the next installation unless the user wants them removed; without a user: /SETTINGS.
 Section Uninstall
     Delete "$INSTDIR\toravane.exe"
+    Delete "$INSTDIR\toravanectl.exe"
+    RMDir /r "$INSTDIR\page"
     Delete "$INSTDIR\user-guide.html"
-    Delete "$INSTDIR\boxes.html"
     Delete "$INSTDIR\license.txt"
     Delete "$INSTDIR\uninstall.exe"
     RMDir "$INSTDIR" ; only when nothing else is in it

@@ -1,20 +1,22 @@
 #!/bin/bash
 # SPDX-License-Identifier: MIT
 # shellcheck disable=SC2016 # what the other system runs is expanded there
-# Usage: tests/packages/clean_root.sh [FOLDER]
+# Usage: tests/packages/clean_root.sh [RELEASE [FOLDER]]
 #
-# Installs the .deb packages of build/packages/ in a new Debian 12 system, with nothing but what apt brings for it, and uses it
+# Installs the .deb packages of build/packages/ in a new Debian system (bookworm, or another release), with nothing but what apt brings for it, and uses it
 # there as an ordinary user. As root, with debootstrap. The system is made in FOLDER, a temporary one if not given, and
 # removed at the end. Ends with an error at the first thing that is not as expected.
 set -euo pipefail
-mapfile -t packages < <(realpath "$(dirname "$0")"/../../build/packages/toravane{,-tools}_*_amd64.deb)
+shopt -s extglob
+mapfile -t packages < <(realpath "$(dirname "$0")"/../../build/packages/toravane{,-tools,-web}_*_@(amd64|all).deb)
 driver=$(realpath "$(dirname "$0")"/../../build/desktop/toravane-driver.exe)
-root=${1:-$(mktemp --directory /tmp/toravane-root.XXXXXX)}
+release=${1:-bookworm}
+root=${2:-$(mktemp --directory /tmp/toravane-root.XXXXXX)}
 
 # Mounts and processes inside end with this script.
 if [ "${TORAVANE_UNSHARED:-}" != yes ]; then
     export TORAVANE_UNSHARED=yes
-    exec unshare --mount --pid --fork --kill-child "$0" "$root"
+    exec unshare --mount --pid --fork --kill-child "$0" "$release" "$root"
 fi
 trap 'umount --recursive "$root/proc" "$root/dev/pts" 2>/dev/null; rm -rf --one-file-system "$root"' EXIT
 
@@ -38,7 +40,7 @@ expect() {
 
 echo "=== System"
 mirror=$(apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' 'Codename: bookworm' | head --lines 1)
-log=$(debootstrap --variant=minbase bookworm "$root" "$mirror" 2>&1) || { tail <<<"$log"; exit 1; }
+log=$(debootstrap --variant=minbase "$release" "$root" "$mirror" 2>&1) || { tail <<<"$log"; exit 1; }
 cp /etc/resolv.conf "$root/etc"
 mount -t proc proc "$root/proc"
 mount -t devpts -o newinstance,ptmxmode=0666 devpts "$root/dev/pts"
@@ -51,7 +53,7 @@ inside apt-get install --yes --no-install-recommends --quiet=2 "${packages[@]/#*
     tail "$root/tmp/install.log"
     exit 1
 }
-inside dpkg-query --show --showformat '${Package} ${Version} ${db:Status-Status}\n' toravane toravane-tools wine wine64
+inside dpkg-query --show --showformat '${Package} ${Version} ${db:Status-Status}\n' toravane toravane-tools toravane-web wine wine64
 inside apt-get install --yes --no-install-recommends --quiet=2 man-db adduser >/dev/null 2>&1
 
 echo "=== Commands and manual pages"
@@ -61,6 +63,7 @@ for tool in toravane toravanectl toravane-replay toravane-receiver; do
     expect "$tool 2." $tool --version
     expect "SYNOPSIS" man $tool
 done
+expect "SYNOPSIS" man toravane-web
 echo '$GPVTG,231.8,T,,M,10.0,N,18.5,K,D*0D' | sed 's/$/\r/' >"$root/tmp/line.txt"
 expect " Course: 231.80" toravane-replay /tmp/line.txt
 inside bash -c '. /usr/share/bash-completion/completions/toravane-replay
@@ -68,6 +71,8 @@ inside bash -c '. /usr/share/bash-completion/completions/toravane-replay
 inside bash -n /usr/share/bash-completion/completions/toravanectl
 cp "$(dirname "$0")/../../packaging/debian/tests/receiver" "$root/tmp/autopkgtest"
 expect "Protocol SiRF" sh /tmp/autopkgtest
+cp "$(dirname "$0")/../../packaging/debian/tests/page" "$root/tmp/autopkgtest"
+expect "files are served" sh /tmp/autopkgtest
 
 echo "=== Ports"
 expect "No serial adapter" toravane --list
@@ -114,7 +119,7 @@ window "post"$'\t'"$id"$'\t'16$'\t'0$'\t'0 >/dev/null
 wait $program
 
 echo "=== Removal"
-inside apt-get purge --yes --quiet=2 toravane toravane-tools >/dev/null 2>&1
+inside apt-get purge --yes --quiet=2 toravane toravane-tools toravane-web >/dev/null 2>&1
 left=$(find "$root"/usr "$root"/lib/udev -name '*toravane*' 2>/dev/null || true)
 [ -z "$left" ] || { echo "left behind: $left"; exit 1; }
 echo "Nothing is left. All as expected."

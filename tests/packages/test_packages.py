@@ -4,8 +4,12 @@
 import json
 import os
 import re
+import signal
+import socket
 import subprocess
 import sys
+import urllib.parse
+import urllib.request
 import zipfile
 from pathlib import Path
 
@@ -14,7 +18,7 @@ import pytest
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "desktop"))
 
-from harness import Output, Settings, User, desktop, wait_for
+from harness import Output, Port, Settings, User, desktop, wait_for
 import driver as raw
 
 Packages = desktop.Build / "packages"
@@ -64,27 +68,68 @@ def close(user, process):
 
 
 def check_manual(folder):
-    """The guide's pages link to each other, and need nothing else."""
-    pages = {file.name: file.read_text() for file in folder.glob("*.html")}
-    assert sorted(pages) == ["boxes.html", "user-guide.html"]
-    for text in pages.values():
-        assert "<h1" in text
-        for target in re.findall(r'(?:src|href)="(?!data:|https?:)([^"]*)"', text):
-            name, _, place = target.partition("#")
-            assert not place or f'id="{place}"' in (pages[name] if name else text), target
-            assert not name or name in pages, target
-    assert 'href="boxes.html"' in pages["user-guide.html"]
+    """The guide is one file, which needs nothing else."""
+    file = only(folder, "*.html")
+    assert file.name == "user-guide.html"
+    text = file.read_text()
+    assert "<h1 id=\"every-box-and-what-to-do\"" in text
+    places = set(re.findall(r'id="([^"]*)"', text))
+    for target in re.findall(r'(?:src|href)="(?!data:|https?:)([^"]*)"', text):
+        assert target == "#" or target[0] == "#" and target[1:] in places, target
 
 
 # ---- Windows ------------------------------------------------------------------------------------------
 
-def test_zip_runs(packages, user, tmp_path):
+Files = ["license.txt", "page", "toravane.exe", "toravanectl.exe", "user-guide.html"]
+Libraries = {  # those of each Windows
+    "advapi32.dll", "comdlg32.dll", "gdi32.dll", "kernel32.dll", "msvcrt.dll", "mswsock.dll", "setupapi.dll",
+    "shell32.dll", "user32.dll", "ws2_32.dll"}
+
+
+@pytest.fixture(scope="session")
+def unzipped(packages, tmp_path_factory):
+    folder = tmp_path_factory.mktemp("windows")
     with zipfile.ZipFile(only(packages, "*-windows.zip")) as archive:
-        archive.extractall(tmp_path)
-    folder = only(tmp_path, "toravane-*")
-    assert sorted(file.name for file in folder.iterdir()) == ["boxes.html", "license.txt", "toravane.exe", "user-guide.html"]
-    check_manual(folder)
+        archive.extractall(folder)
+    return only(folder, "toravane-*")
+
+
+def test_zip(unzipped):
+    assert sorted(file.name for file in unzipped.iterdir()) == Files
+    check_manual(unzipped)
+
+
+@pytest.mark.parametrize("name", ["toravane", "toravanectl"])
+def test_libraries_of_a_program(unzipped, name):
+    program = pefile.PE(unzipped / f"{name}.exe")
+    assert {library.dll.decode().lower() for library in program.DIRECTORY_ENTRY_IMPORT} <= Libraries
+    program.close()
+
+
+def test_version_that_windows_shows(unzipped):
+    program = pefile.PE(unzipped / "toravane.exe")
+    texts = {key.decode(): value.decode() for info in program.FileInfo[0] for table in getattr(info, "StringTable", [])
+             for key, value in table.entries.items()}
+    assert (texts["ProductName"], texts["ProductVersion"], texts["FileVersion"]) == ("Toravane", "2.20", "2.20")
+    assert texts["LegalCopyright"] == "Copyright 2026 The Toravane authors"
+    manifests = [kind for kind in program.DIRECTORY_ENTRY_RESOURCE.entries if kind.id == 24]
+    assert len(manifests) == 1 and len(manifests[0].directory.entries) == 1
+    program.close()
+
+
+def check_programs(user, folder):
+    """Starts each program of a folder and sees that it does its work."""
+    def run(name, *arguments):
+        process = user.wine.start(folder / f"{name}.exe", *arguments, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                  stderr=subprocess.STDOUT, text=True)
+        output = process.communicate(timeout=120)[0]
+        return process.returncode, output
+
     close(user, start(user, folder / "toravane.exe"))
+    assert run("toravanectl", "--version") == (0, "toravanectl 2.20\n")
+    user.connect_receiver(38400, "--protocol", "sirf", "--start", "hot")
+    status, found = run("toravanectl", "--port", f"COM{Port}", "probe")
+    assert status == 0 and "SiRF" in found and "38400" in found
 
 
 class Installed:
@@ -115,8 +160,8 @@ def test_installer(packages, user):
     setup = only(packages, "*-setup.exe")
     installed = Installed(user)
     user.wine.run(str(setup), "/S")
-    assert sorted(file.name for file in installed.folder.iterdir()) == [
-        "boxes.html", "license.txt", "toravane.exe", "uninstall.exe", "user-guide.html"]
+    assert sorted(file.name for file in installed.folder.iterdir()) == sorted([*Files, "uninstall.exe"])
+    assert (installed.folder / "page" / "toravane.wasm").is_file()
     check_manual(installed.folder)
     assert installed.is_listed()
 
@@ -130,7 +175,7 @@ def test_installer(packages, user):
 
     assert user.driver.key_access(Settings) == UsersMayWrite
 
-    close(user, start(user, installed.folder / "toravane.exe"))
+    check_programs(user, installed.folder)
     user.store(GraphRate=7)
     user.wine.run(str(setup), "/S")  # over an older one: keeps the settings
     assert user.stored("GraphRate") == 7
@@ -164,20 +209,22 @@ def unpacked(packages, tmp_path_factory):
 
 def test_lintian(packages):
     assert sorted(file.name for file in packages.glob("*.deb")) == [
-        "toravane-tools_2.20_amd64.deb", "toravane_2.20_amd64.deb"]
+        "toravane-tools_2.20_amd64.deb", "toravane-web_2.20_all.deb", "toravane_2.20_amd64.deb"]
     files = [*packages.glob("*.deb"), only(packages, "*.dsc")]
     subprocess.run(["lintian", "--allow-root", "--fail-on", "error,warning", *files], check=True)
 
 
 def test_contents(unpacked):
     check_manual(unpacked / "usr/share/doc/toravane")
-    subprocess.run(["desktop-file-validate", unpacked / "usr/share/applications/toravane.desktop"], check=True)
-    subprocess.run(["appstreamcli", "validate", "--no-net", unpacked / "usr/share/metainfo/toravane.metainfo.xml"],
-                   check=True)
-    for name in ("toravane", "toravanectl", "toravane-replay", "toravane-receiver"):
+    for name in ("toravane", "toravane-web"):
+        subprocess.run(["desktop-file-validate", unpacked / f"usr/share/applications/{name}.desktop"], check=True)
+        subprocess.run(["appstreamcli", "validate", "--no-net", unpacked / f"usr/share/metainfo/{name}.metainfo.xml"],
+                       check=True)
+    for name in ("toravane", "toravanectl", "toravane-replay", "toravane-receiver", "toravane-web"):
         program = unpacked / "usr/bin" / name
-        version = subprocess.run([program, "--version"], capture_output=True, text=True).stdout
-        assert version.startswith(f"{name} 2.20")
+        if name != "toravane-web":
+            version = subprocess.run([program, "--version"], capture_output=True, text=True).stdout
+            assert version.startswith(f"{name} 2.20")
         options = set(re.findall(r"--[a-z]+[a-z-]*", subprocess.run(
             [program, "--help"], capture_output=True, text=True, check=True).stdout))
         page = subprocess.run(["groff", "-man", "-Tutf8", "-P-cbou", "-ww"], capture_output=True, check=True, input=(
@@ -195,18 +242,18 @@ def test_installed_tools_find_each_other(unpacked):
 
 def test_adapter_names_give_no_rights(unpacked):
     rules = only(unpacked, "**/udev/rules.d/*toravane*.rules").read_text()
-    assert rules.count("SYMLINK+=") >= 1
+    known = re.findall(r'^ATTRS\{idVendor\}=="([0-9a-f]{4})", ATTRS\{idProduct\}=="([0-9a-f]{4})", SYMLINK\+="toravane%n"$',
+                       rules, re.MULTILINE)
+    assert len(known) == rules.count("SYMLINK+=") >= 1
     assert not re.search("MODE|GROUP|OWNER|RUN|TAG|PROGRAM|IMPORT", rules)
 
 
-def test_version_that_windows_shows(unpacked):
-    program = pefile.PE(unpacked / "usr/share/toravane/toravane.exe")
-    texts = {key.decode(): value.decode() for info in program.FileInfo[0] for table in getattr(info, "StringTable", [])
-             for key, value in table.entries.items()}
-    assert (texts["ProductName"], texts["ProductVersion"], texts["FileVersion"]) == ("Toravane", "2.20", "2.20")
-    assert texts["LegalCopyright"] == "Copyright 2026 The Toravane authors"
-    manifests = [kind for kind in program.DIRECTORY_ENTRY_RESOURCE.entries if kind.id == 24]
-    assert len(manifests) == 1 and len(manifests[0].directory.entries) == 1
+def test_completions(unpacked):
+    for shell, file in (("bash", "usr/share/bash-completion/completions/toravanectl"),
+                        ("zsh", "usr/share/zsh/vendor-completions/_toravanectl"),
+                        ("fish", "usr/share/fish/vendor_completions.d/toravanectl.fish")):
+        assert "probe" in (unpacked / file).read_text()
+        subprocess.run([shell, "-n", unpacked / file], check=True)
 
 
 def test_sums_and_bill_of_materials(packages):
@@ -270,19 +317,71 @@ def test_launcher(unpacked, user, tmp_path):
 
 # ---- Page ---------------------------------------------------------------------------------------------
 
-def test_page_of_the_zip_streams(packages, tmp_path):
+class Launched:
+    """The command toravane-web as a user starts it."""
+
+    def __init__(self, unpacked, *arguments):
+        self.process = subprocess.Popen(
+            [unpacked / "usr/bin/toravane-web", "--no-browser", *arguments], stdin=subprocess.DEVNULL,
+            stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+
+    def address(self):
+        return re.fullmatch(r"The page is at (http://127\.0\.0\.1:\d+/) \(Ctrl\+C ends it\)\n",
+                            self.process.stdout.readline())[1]
+
+    def end(self, number=signal.SIGTERM):
+        self.process.send_signal(number)
+        return self.process.wait(20), *self.process.communicate()
+
+
+@pytest.fixture
+def launched(unpacked):
+    launched = Launched(unpacked, "--port", "0")
+    yield launched
+    desktop.stop(launched.process)
+
+
+def test_the_page_is_served_to_this_computer(unpacked, packages, launched):
+    address = launched.address()
+    folder = unpacked / "usr/share/toravane-web/page"
+    types = {".css": "text/css", ".html": "text/html", ".js": "text/javascript", ".svg": "image/svg+xml",
+             ".wasm": "application/wasm", ".webmanifest": "application/manifest+json"}
+    files = sorted(folder.iterdir())
+    assert {"index.html", "main.js", "toravane.js", "toravane.wasm"} <= {file.name for file in files}
+    for file in files:
+        with urllib.request.urlopen(address + file.name, timeout=20) as answer:
+            assert answer.read() == file.read_bytes()
+            assert answer.headers.get_content_type() == types[file.suffix], file.name
+    with urllib.request.urlopen(address, timeout=20) as answer:
+        assert answer.read() == (folder / "index.html").read_bytes()
+    with zipfile.ZipFile(only(packages, "*-web.zip")) as archive:
+        zipped = {Path(name).name: archive.read(name) for name in archive.namelist() if not name.endswith("/")}
+    assert zipped == {file.name: file.read_bytes() for file in files}
+
+    port = urllib.parse.urlsplit(address).port
+    with pytest.raises(ConnectionRefusedError):
+        socket.create_connection(("127.0.0.2", port), 5)  # another address of this computer
+    beside = Launched(unpacked, "--port", str(port))
+    assert (beside.process.wait(20), *beside.process.communicate()) == (
+        1, "", f"toravane-web: port {port} cannot be used (Address already in use); choose another with --port\n")
+    assert launched.end() == (0, "", "")
+
+
+@pytest.mark.parametrize("number", [signal.SIGINT, signal.SIGHUP])
+def test_the_page_is_served_until_the_user_ends_it(launched, number):
+    launched.address()
+    assert launched.end(number) == (0, "", "")
+
+
+def test_page_of_the_package_streams(launched):
     sys.path[:0] = [str(desktop.Root / "tests" / "web"), str(desktop.Root / "tools")]
     from chromium import Chromium
-    from serve_page import Server
-    with zipfile.ZipFile(only(packages, "*-web.zip")) as archive:
-        archive.extractall(tmp_path)
-    server, browser = Server(only(tmp_path, "toravane-*-web")), Chromium()
+    browser = Chromium()
     try:
         tab = browser.tab()
-        tab.visit(server.address)
+        tab.visit(launched.address())
         tab.wait("the receiver in the page streams",
                  "/^ UTC: \\d{4}-/.test(document.querySelector('.line')?.textContent)")
         assert tab.complaints == []
     finally:
         browser.close()
-        server.close()
