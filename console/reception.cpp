@@ -11,9 +11,6 @@
 #include "sirf/frame_assembler.h"
 #include "sirf/frame_sender.h"
 
-// Nothing is sent unasked here.
-void AskForStartUpText() {}
-
 namespace console
 {
 
