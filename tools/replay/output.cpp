@@ -11,31 +11,13 @@
 #include "graph/channels.h"
 #include "link/link_state.h"
 #include "nmea/receiver_messages.h"
+#include "text/utf8.h"
 #include "ui/page_lines.h"
 
 namespace
 {
 
 constexpr int SignificantDigits = 17; // each value is found again from its text
-
-std::string ToUtf8(const wchar_t* text)
-{
-    std::string out;
-    for (; *text; ++text) {
-        const uint32_t c = static_cast<uint32_t>(*text);
-        if (c < 0x80) {
-            out += static_cast<char>(c);
-        } else if (c < 0x800) {
-            out += static_cast<char>(0xC0 | c >> 6);
-            out += static_cast<char>(0x80 | (c & 0x3F));
-        } else {
-            out += static_cast<char>(0xE0 | (c >> 12 & 0x0F));
-            out += static_cast<char>(0x80 | (c >> 6 & 0x3F));
-            out += static_cast<char>(0x80 | (c & 0x3F));
-        }
-    }
-    return out;
-}
 
 } // namespace
 
