@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "console/result.h"
+#include "console/system.h"
 
 namespace console
 {
@@ -24,7 +25,7 @@ using File = std::unique_ptr<std::FILE, CloseFile>;
 
 void WriteTo(const fs::path& place, const std::string& name, std::string_view content)
 {
-    File file(std::fopen(place.string().c_str(), "wb"));
+    File file(OpenFile(place, "wb"));
     bool written = file && std::fwrite(content.data(), 1, content.size(), file.get()) == content.size();
     written = written && std::fflush(file.get()) == 0;
     const int error = errno;
@@ -37,14 +38,14 @@ void WriteTo(const fs::path& place, const std::string& name, std::string_view co
 void WriteWholeFile(const std::string& name, std::string_view content)
 {
     std::error_code error;
-    const fs::path target = name;
+    const fs::path target = PathOf(name);
     // Devices, pipes and links are written to, not replaced.
     const fs::file_status status = fs::symlink_status(target, error);
     if (fs::exists(status) && !fs::is_regular_file(status)) {
         WriteTo(target, name, content);
         return;
     }
-    const fs::path draft = name + ".new";
+    const fs::path draft = PathOf(name + ".new");
     try {
         WriteTo(draft, name, content);
     } catch (const Failure&) {
@@ -61,7 +62,7 @@ void WriteWholeFile(const std::string& name, std::string_view content)
 std::string ReadWholeFile(const std::string& name, size_t limit)
 {
     const bool isInput = name == "-";
-    File file(isInput ? nullptr : std::fopen(name.c_str(), "rb"));
+    File file(isInput ? nullptr : OpenFile(PathOf(name), "rb"));
     if (!isInput && !file) Fail(FailureKind::Usage, name + ": " + std::strerror(errno));
     std::FILE* const stream = isInput ? stdin : file.get();
     std::string content;

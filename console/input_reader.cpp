@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "console/system.h"
+
 namespace console
 {
 
@@ -40,7 +42,7 @@ struct InputReader::Shared {
 InputReader::InputReader(EventLoop& loop, const std::string& name)
     : loop_(loop), name_(name), shared_(std::make_shared<Shared>())
 {
-    shared_->file = name == "-" ? stdin : std::fopen(name.c_str(), "rb");
+    shared_->file = name == "-" ? stdin : OpenFile(PathOf(name), "rb");
     if (!shared_->file) Fail(FailureKind::Failed, name + ": " + std::strerror(errno));
 }
 

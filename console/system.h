@@ -5,6 +5,7 @@
 
 #include <asio.hpp>
 #include <cstdint>
+#include <cstdio>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -49,9 +50,35 @@ std::filesystem::path StateFolder();
 // Standard streams as the program needs them: bytes unchanged, and a closed pipe is an error, not an end.
 void PrepareStandardStreams();
 
+// A file's name in UTF-8, as everywhere in the program, for the routines that take a path.
+inline std::filesystem::path PathOf(const std::string& name)
+{
+    return std::u8string(name.begin(), name.end());
+}
+
+// fopen of any path; null and errno when it fails.
+std::FILE* OpenFile(const std::filesystem::path& file, const char* mode);
+
 bool InputIsTerminal();
 bool OutputIsTerminal();
 bool ErrorIsTerminal();
+
+// While one exists, the terminal on standard output takes ANSI sequences and UTF-8; afterwards it is as it
+// was.
+class AnsiTerminal
+{
+public:
+    AnsiTerminal();
+    ~AnsiTerminal();
+    AnsiTerminal(const AnsiTerminal&) = delete;
+
+    // False for one that cannot: sequences would be shown as characters.
+    bool TakesSequences() const { return takesSequences_; }
+
+private:
+    bool takesSequences_ = false;
+    unsigned mode_ = 0, codePage_ = 0; // as they were
+};
 
 // The arguments in UTF-8, the program's name not among them.
 std::vector<std::string> ProgramArguments(int count, char** arguments);

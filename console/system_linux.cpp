@@ -239,6 +239,14 @@ void PrepareStandardStreams()
         if (fcntl(stream, F_GETFD) < 0) (void)!open("/dev/null", stream == 0 ? O_WRONLY : O_RDONLY);
 }
 
+std::FILE* OpenFile(const fs::path& file, const char* mode)
+{
+    return std::fopen(file.c_str(), mode);
+}
+
+AnsiTerminal::AnsiTerminal() : takesSequences_(true) {}
+AnsiTerminal::~AnsiTerminal() = default;
+
 bool InputIsTerminal()
 {
     return isatty(0);

@@ -120,6 +120,13 @@ void AddMappedPorts(std::vector<PortInfo>& ports)
     RegCloseKey(key);
 }
 
+// The C library takes every character device for a terminal, NUL and serial ports too.
+bool IsConsole(DWORD stream)
+{
+    DWORD mode = 0;
+    return GetConsoleMode(GetStdHandle(stream), &mode);
+}
+
 std::string SystemText(DWORD error)
 {
     return asio::error_code(static_cast<int>(error), asio::system_category()).message();
@@ -209,9 +216,9 @@ void ReleasePort(NativePort) {}
 
 bool HasVanished(const asio::error_code& error)
 {
-    constexpr int Gone[] = {ERROR_DEVICE_REMOVED,      ERROR_GEN_FAILURE,    ERROR_ACCESS_DENIED,
-                            ERROR_BAD_COMMAND,         ERROR_INVALID_HANDLE, ERROR_HANDLE_EOF,
-                            ERROR_DEVICE_NOT_CONNECTED};
+    constexpr int Gone[] = {ERROR_DEVICE_REMOVED,       ERROR_GEN_FAILURE,    ERROR_ACCESS_DENIED,
+                            ERROR_BAD_COMMAND,          ERROR_INVALID_HANDLE, ERROR_HANDLE_EOF,
+                            ERROR_DEVICE_NOT_CONNECTED, ERROR_BROKEN_PIPE};
     return error == asio::error::eof ||
            std::find(std::begin(Gone), std::end(Gone), error.value()) != std::end(Gone);
 }
@@ -227,19 +234,43 @@ void PrepareStandardStreams()
     for (std::FILE* stream : {stdin, stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
 }
 
+std::FILE* OpenFile(const std::filesystem::path& file, const char* mode)
+{
+    return _wfopen(file.c_str(), PathOf(mode).c_str());
+}
+
+AnsiTerminal::AnsiTerminal()
+{
+    const HANDLE console = GetStdHandle(STD_OUTPUT_HANDLE);
+    DWORD mode = 0;
+    if (!GetConsoleMode(console, &mode)) return;
+    if (!SetConsoleMode(console, mode | ENABLE_PROCESSED_OUTPUT | ENABLE_VIRTUAL_TERMINAL_PROCESSING)) return;
+    mode_ = mode;
+    codePage_ = GetConsoleOutputCP();
+    SetConsoleOutputCP(CP_UTF8);
+    takesSequences_ = true;
+}
+
+AnsiTerminal::~AnsiTerminal()
+{
+    if (!takesSequences_) return;
+    SetConsoleOutputCP(codePage_);
+    SetConsoleMode(GetStdHandle(STD_OUTPUT_HANDLE), mode_);
+}
+
 bool InputIsTerminal()
 {
-    return _isatty(0);
+    return IsConsole(STD_INPUT_HANDLE);
 }
 
 bool OutputIsTerminal()
 {
-    return _isatty(1);
+    return IsConsole(STD_OUTPUT_HANDLE);
 }
 
 bool ErrorIsTerminal()
 {
-    return _isatty(2);
+    return IsConsole(STD_ERROR_HANDLE);
 }
 
 std::vector<std::string> ProgramArguments(int, char**)

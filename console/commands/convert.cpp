@@ -37,16 +37,18 @@ public:
         if (name.empty()) return;
         std::error_code none;
         // A device or pipe is written to as it is.
-        const bool isPlain = !fs::exists(name, none) || fs::is_regular_file(name, none);
-        if (isPlain) unfinished_ = name + ".part";
-        file_ = std::fopen((isPlain ? unfinished_ : name).c_str(), "wb");
+        const fs::path file = PathOf(name);
+        const bool isPlain = !fs::exists(file, none) || fs::is_regular_file(file, none);
+        if (isPlain) unfinished_ = PathOf(name + ".part");
+        file_ = OpenFile(isPlain ? unfinished_ : file, "wb");
         if (!file_) FailToWrite();
     }
 
     ~TrackFile()
     {
         if (file_) std::fclose(file_);
-        if (!unfinished_.empty()) std::remove(unfinished_.c_str());
+        std::error_code none;
+        if (!unfinished_.empty()) fs::remove(unfinished_, none);
     }
 
     TrackFile(const TrackFile&) = delete;
@@ -64,7 +66,7 @@ public:
         if (std::fclose(std::exchange(file_, nullptr)) != 0) FailToWrite();
         if (unfinished_.empty()) return;
         std::error_code error;
-        fs::rename(unfinished_, name_, error);
+        fs::rename(unfinished_, PathOf(name_), error);
         if (error) Fail(FailureKind::Failed, name_ + ": " + error.message());
         unfinished_.clear();
     }
@@ -86,14 +88,15 @@ private:
     [[noreturn]] void FailToWrite() const { Fail(FailureKind::Failed, name_ + ": " + std::strerror(errno)); }
 
     Output& output_;
-    std::string name_, unfinished_, buffer_;
+    std::string name_, buffer_;
+    fs::path unfinished_;
     std::FILE* file_ = nullptr;
 };
 
 Date DateOfFile(const std::string& name)
 {
     std::error_code error;
-    const auto changed = fs::last_write_time(name, error);
+    const auto changed = fs::last_write_time(PathOf(name), error);
     if (error) return Today();
     const auto system = std::chrono::file_clock::to_sys(changed);
     return DateOf(std::chrono::floor<std::chrono::days>(system).time_since_epoch().count());
@@ -177,7 +180,8 @@ void RefuseOverwriting(const Arguments& arguments)
 {
     for (const std::string& name : arguments.files) {
         std::error_code error;
-        if (!arguments.output.empty() && fs::equivalent(name, arguments.output, error) && !error)
+        if (!arguments.output.empty() && fs::equivalent(PathOf(name), PathOf(arguments.output), error) &&
+            !error)
             Fail(FailureKind::Usage, arguments.output + ": would be read and written at once");
     }
 }
@@ -192,7 +196,7 @@ void Convert(Context& context, const Arguments& arguments)
     }
     RefuseOverwriting(arguments);
     for (const std::string& name : arguments.files) // before anything is written
-        if (name != "-" && !std::ifstream(name, std::ios::binary))
+        if (name != "-" && !std::ifstream(PathOf(name), std::ios::binary))
             Fail(FailureKind::Failed, name + ": " + std::strerror(errno));
     Conversion conversion(context, arguments);
     try {

@@ -8,6 +8,7 @@
 #include "console/finder.h"
 #include "console/for_option.h"
 #include "console/remembered_rate.h"
+#include "console/system.h"
 
 namespace console
 {
@@ -30,7 +31,7 @@ public:
     {
         std::error_code none;
         if (name_ == "-") return;
-        if (std::filesystem::exists(name_, none) && !arguments.force && !arguments.append)
+        if (std::filesystem::exists(PathOf(name_), none) && !arguments.force && !arguments.append)
             Fail(FailureKind::Usage,
                  name_ + ": exists already; --append goes on with it, --force begins it anew");
     }
@@ -39,7 +40,7 @@ public:
     void Open()
     {
         if (name_ == "-") return;
-        file_ = std::fopen(name_.c_str(), appends_ ? "ab" : "wb");
+        file_ = OpenFile(PathOf(name_), appends_ ? "ab" : "wb");
         if (!file_) FailToWrite();
         std::setvbuf(file_, nullptr, _IONBF, 0); // received bytes are in the file immediately
     }

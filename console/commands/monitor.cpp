@@ -7,6 +7,7 @@
 #include "console/finder.h"
 #include "console/for_option.h"
 #include "console/track.h"
+#include "text/utf8.h"
 #include "ui/page_lines.h"
 
 namespace console
@@ -20,25 +21,6 @@ struct Arguments {
     bool plain = false;
     CorrectionOptions correction;
 };
-
-std::string Utf8(const wchar_t* text)
-{
-    std::string out;
-    for (; *text; ++text) {
-        const uint32_t c = static_cast<uint32_t>(*text);
-        if (c < 0x80) {
-            out += static_cast<char>(c);
-        } else if (c < 0x800) {
-            out += static_cast<char>(0xC0 | c >> 6);
-            out += static_cast<char>(0x80 | (c & 0x3F));
-        } else {
-            out += static_cast<char>(0xE0 | (c >> 12 & 0x0F));
-            out += static_cast<char>(0x80 | (c >> 6 & 0x3F));
-            out += static_cast<char>(0x80 | (c & 0x3F));
-        }
-    }
-    return out;
-}
 
 // "2008-06-21T10:00:35Z 47.3769 8.5417 459.5 m, 10 m/s, 90 deg, 3D, 9 satellites, HDOP 1.1"
 std::string FixLine(const Sample& sample)
@@ -84,7 +66,7 @@ public:
         for (uint32_t i = 0; i < LastTextLine; ++i) { // the last line is about keys of the window
             wchar_t line[TextLineCapacity];
             CopyTextLine(i, line);
-            text += Utf8(line) + ClearRight + "\r\n";
+            text += ToUtf8(line) + ClearRight + "\r\n";
         }
         if (!correctedTime.empty()) text += " Corrected: " + correctedTime;
         output_.Raw(text + ClearBelow);
@@ -110,7 +92,9 @@ public:
           })
     {
         listener_.decoded = [this] { Decoded(); };
-        if (!asJson_ && !arguments.plain && OutputIsTerminal()) page_.emplace(output_);
+        if (asJson_ || arguments.plain || !OutputIsTerminal()) return;
+        terminal_.emplace();
+        if (terminal_->TakesSequences()) page_.emplace(output_);
     }
 
     // Shows what was received until the time is over; false then.
@@ -156,6 +140,7 @@ private:
     bool asJson_, changed_ = false;
     uint32_t satelliteReports_ = 0;
     std::string correctedTime_;
+    std::optional<AnsiTerminal> terminal_; // outlives the page, which ends with a sequence
     std::optional<Page> page_;
     SampleGatherer gatherer_;
     Listener listener_;
