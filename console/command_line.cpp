@@ -2,8 +2,10 @@
 #include "console/command_line.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "console/commands/commands.h"
+#include "console/through_sirf.h"
 
 namespace console
 {
@@ -81,6 +83,12 @@ CommandLine::CommandLine()
 
 Action CommandLine::Parse(std::vector<std::string> arguments, Options& options)
 {
+    // It may stand before the command as well, though only some commands have it.
+    const auto isThroughSirf = [](const std::string& argument) {
+        return argument == ThroughSirfOption || argument.starts_with(std::string(ThroughSirfOption) + '=');
+    };
+    const auto end = std::find(arguments.begin(), arguments.end(), "--");
+    std::stable_partition(arguments.begin(), end, std::not_fn(isThroughSirf));
     std::reverse(arguments.begin(), arguments.end()); // as CLI11 takes them
     try {
         app_.parse(std::move(arguments));

@@ -52,7 +52,7 @@ void GoBack(Session& session, Found now, Found old, const NmeaRates& rates)
 void ThroughSirf::AddTo(Parser& parser)
 {
     // A flag, so that the argument after it is not taken for its rate.
-    parser.Flag("--through-sirf", std::string(PresentRate), rate,
+    parser.Flag(ThroughSirfOption, std::string(PresentRate), rate,
                 "on a receiver that speaks NMEA: change to SiRF binary (=RATE at another rate), and back");
 }
 

@@ -7,7 +7,8 @@
 namespace console
 {
 
-// --through-sirf[=RATE]
+inline constexpr const char* ThroughSirfOption = "--through-sirf"; // [=RATE]
+
 struct ThroughSirf {
     std::string rate; // as typed: empty not given, "now" without a rate
 
