@@ -112,6 +112,25 @@ bool IsPortOption(const OptionEntry& option)
     return std::find(option.names.begin(), option.names.end(), "--port") != option.names.end();
 }
 
+// For bash and zsh: sets $command to the command that the words name, and begins a case of it. `loop` is the
+// loop over the words before the cursor.
+std::string FindCommand(const std::vector<CommandEntry>& entries, const std::string& loop)
+{
+    std::vector<std::string> names;
+    for (const CommandEntry& entry : entries)
+        if (!entry.name.empty()) names.push_back(Quoted(entry.name));
+    return "    " + loop +
+           "; do\n"
+           "        candidate=${command:+$command }$word\n"
+           "        case $candidate in\n"
+           "        (" +
+           Join(names, "|") +
+           ") command=$candidate ;;\n"
+           "        esac\n"
+           "    done\n"
+           "    case $command in\n";
+}
+
 // ---- bash ---------------------------------------------------------------------------------------------
 
 std::string BashScript(const std::vector<CommandEntry>& entries)
@@ -127,33 +146,23 @@ std::string BashScript(const std::vector<CommandEntry>& entries)
     std::string text =
         "# bash completion for toravanectl\n"
         "_toravanectl()\n{\n"
-        "    local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]}\n"
-        "    local command= candidate words= files= i\n"
+        "    local typed=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]}\n"
+        "    local command= candidate word words= files=\n"
         "    COMPREPLY=()\n"
         "    case $before in\n"
         "    -p|--port)\n"
         "        COMPREPLY=($(compgen -W \"$(toravanectl ports 2>/dev/null | cut -d' ' -f1)\" -- "
-        "\"$word\") $(compgen -f -- \"$word\"))\n"
+        "\"$typed\") $(compgen -f -- \"$typed\"))\n"
         "        return ;;\n"
         "    -o|--output|--pty)\n"
-        "        COMPREPLY=($(compgen -f -- \"$word\"))\n"
+        "        COMPREPLY=($(compgen -f -- \"$typed\"))\n"
         "        return ;;\n"
         "    " +
         Join(withValue, "|") +
         ")\n"
         "        return ;;\n"
-        "    esac\n"
-        "    for ((i = 1; i < COMP_CWORD; ++i)); do\n"
-        "        candidate=${command:+$command }${COMP_WORDS[i]}\n"
-        "        case $candidate in\n"
-        "        ";
-    std::vector<std::string> names;
-    for (const CommandEntry& entry : entries)
-        if (!entry.name.empty()) names.push_back(Quoted(entry.name));
-    text += Join(names, "|") + ") command=$candidate ;;\n"
-                               "        esac\n"
-                               "    done\n"
-                               "    case $command in\n";
+        "    esac\n" +
+        FindCommand(entries, "for word in \"${COMP_WORDS[@]:1:COMP_CWORD-1}\"");
     for (const CommandEntry& entry : entries) {
         std::vector<std::string> words = entry.words;
         for (const std::string& name : OptionNames(entry)) words.push_back(name);
@@ -163,8 +172,8 @@ std::string BashScript(const std::vector<CommandEntry>& entries)
                 (entry.takesFiles ? " files=1" : "") + " ;;\n";
     }
     return text + "    esac\n"
-                  "    COMPREPLY=($(compgen -W \"$words\" -- \"$word\"))\n"
-                  "    [ -z \"$files\" ] || COMPREPLY+=($(compgen -f -- \"$word\"))\n"
+                  "    COMPREPLY=($(compgen -W \"$words\" -- \"$typed\"))\n"
+                  "    [ -z \"$files\" ] || COMPREPLY+=($(compgen -f -- \"$typed\"))\n"
                   "}\n"
                   "complete -o filenames -F _toravanectl toravanectl\n";
 }
@@ -201,18 +210,8 @@ std::string ZshScript(const std::vector<CommandEntry>& entries)
     std::string text = "#compdef toravanectl\n"
                        "_toravanectl()\n{\n"
                        "    local command= candidate word\n"
-                       "    local -a words_here\n"
-                       "    for word in ${words[2,CURRENT-1]}; do\n"
-                       "        candidate=${command:+$command }$word\n"
-                       "        case $candidate in\n"
-                       "        (";
-    std::vector<std::string> names;
-    for (const CommandEntry& entry : entries)
-        if (!entry.name.empty()) names.push_back(Quoted(entry.name));
-    text += Join(names, "|") + ") command=$candidate ;;\n"
-                               "        esac\n"
-                               "    done\n"
-                               "    case $command in\n";
+                       "    local -a words_here\n" +
+                       FindCommand(entries, "for word in ${words[2,CURRENT-1]}");
     for (const CommandEntry& entry : entries) {
         std::vector<std::string> described;
         for (const std::string& word : entry.words) {
