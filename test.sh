@@ -60,6 +60,7 @@ check_python_programs() {
 # Tests that mostly wait: for windows, browsers, receivers.
 waiting_tests() {
     step "console tests" python_tests tests/console -n 8
+    step "console tests, Windows program" python_tests tests/console --windows -n 4
     step "switches of the console program" tests/console/switches.sh 30
     step "desktop tests" python_tests tests/desktop
     step "program of the page" node --no-experimental-fetch --test tests/web/engine_test.mjs

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """What the tests of the streaming commands share: the program, and the receiver in software on a pseudo-terminal."""
 
+import functools
 import json
 import os
 import pathlib
@@ -10,22 +11,43 @@ import subprocess
 import tempfile
 import time
 
+import windows
+
 Root = pathlib.Path(__file__).resolve().parents[2]
 Build = pathlib.Path(os.environ.get("TORAVANE_BUILD", Root / "build/native"))
 Program = Build / "toravanectl"
 Limit = 30  # s, for whatever must happen
+UnderWine = False  # the Windows program is meant
+
+
+@functools.cache
+def machine():
+    """The Wine prefix, made when it is needed first."""
+    return windows.Machine()
+
+
+def command(*arguments):
+    """The program with arguments, as subprocess takes them."""
+    program = ["wine", windows.Program] if UnderWine else [Program]
+    return [*program, *map(str, arguments)]
+
+
+def port_of(terminal):
+    """What the program calls a terminal."""
+    return machine().port(terminal) if UnderWine else terminal
 
 
 def environment():
     """Without the user's own settings, and with nothing remembered."""
-    kept = {name: value for name, value in os.environ.items() if not name.startswith("TORAVANE_")}
+    kept = machine().wine.environment if UnderWine else os.environ
+    kept = {name: value for name, value in kept.items() if not name.startswith("TORAVANE_")}
     return kept | {"XDG_STATE_HOME": tempfile.mkdtemp(prefix="toravane-state-"), "TZ": "UTC"}
 
 
 def run(*arguments, check=None, **options):
     """Runs the program to its end; `check` is the exit status that it must have."""
-    done = subprocess.run([Program, *map(str, arguments)], capture_output=True, timeout=Limit, env=environment(),
-                          **options)
+    options = {"stdin": subprocess.DEVNULL} | options if "input" not in options else options
+    done = subprocess.run(command(*arguments), capture_output=True, timeout=Limit, env=environment(), **options)
     if check is not None:
         assert done.returncode == check, (arguments, done.returncode, done.stdout, done.stderr)
     return done
@@ -33,12 +55,12 @@ def run(*arguments, check=None, **options):
 
 def start(*arguments, **options):
     options = {"stdout": subprocess.PIPE, "stderr": subprocess.PIPE, "env": environment()} | options
-    return subprocess.Popen([Program, *map(str, arguments)], **options)
+    return subprocess.Popen(command(*arguments), **options)
 
 
-def end(process, number=signal.SIGTERM):
-    """Sends a signal and returns exit status, standard output and standard error."""
-    process.send_signal(number)
+def end(process, number=None):
+    """Sends a signal, SIGTERM where there is one, and returns exit status, standard output and standard error."""
+    process.send_signal(number or (signal.SIGINT if UnderWine else signal.SIGTERM))
     out, error = process.communicate(timeout=Limit)
     return process.returncode, out, error
 
@@ -51,12 +73,13 @@ def wait_until(condition, what="condition"):
 
 
 class Receiver:
-    """The receiver in software; `port` is its terminal."""
+    """The receiver in software; `terminal` is its pseudo-terminal, `port` what the program calls that."""
 
     def __init__(self, *options):
         self.process = subprocess.Popen([Build / "toravane-receiver", *map(str, options)], stdout=subprocess.PIPE,
                                         text=True)
-        self.port = self.process.stdout.readline().strip()
+        self.terminal = self.process.stdout.readline().strip()
+        self.port = port_of(self.terminal)
 
     def __enter__(self):
         return self

@@ -8,7 +8,7 @@ import signal
 import time
 
 import pytest
-from streams import Receiver, Root, end, read_some, run, start, wait_until
+from streams import Receiver, Root, end, port_of, read_some, run, start, wait_until
 
 Recorded = Root / "tests/data/walk-south-west.srf"
 
@@ -72,7 +72,7 @@ def test_noise_is_recorded_too(tmp_path):
 
 def test_silence_is_no_log(tmp_path):
     master, slave = pty.openpty()
-    run("log", tmp_path / "log", "-p", os.ttyname(slave), "-b", 4800, "--for", 0.5, check=6)
+    run("log", tmp_path / "log", "-p", port_of(os.ttyname(slave)), "-b", 4800, "--for", 0.5, check=6)
     os.close(master)
     os.close(slave)
 

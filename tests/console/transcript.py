@@ -39,7 +39,7 @@ def session():
     with streams.Receiver("--start", "hot") as receiver, tempfile.TemporaryDirectory() as folder:
         variables = streams.environment() | {"TORAVANE_PORT": receiver.port}
         for command in Commands.strip().splitlines():
-            done = subprocess.run([streams.Program, *shlex.split(command)[1:]], stdout=subprocess.PIPE,
+            done = subprocess.run(streams.command(*shlex.split(command)[1:]), stdout=subprocess.PIPE,
                                   stderr=subprocess.STDOUT, text=True, cwd=folder, env=variables, timeout=60)
             text += f"$ {command}\n{done.stdout}"
             if done.returncode:

@@ -1,0 +1,62 @@
+# SPDX-License-Identifier: MIT
+"""toravanectl.exe under Wine in place of the program: a Wine prefix, and serial ports by its COM links."""
+
+import atexit
+import itertools
+import os
+import shutil
+import sys
+from pathlib import Path
+
+Root = Path(__file__).resolve().parents[2]
+Program = Path(os.environ.get("TORAVANE_WINDOWS_BUILD", Root / "build/desktop")) / "toravanectl.exe"
+
+sys.path.append(str(next((Root / "tools").rglob("prefix.py")).parent))
+
+Linux = "Linux alone has it: "
+Signal = "Windows has no such signal"
+Terminal = "a console of Wine does not carry out ANSI sequences; test_windows.py has what it can"
+
+# Files and tests that are not for the Windows program, with the reason.
+Reasons = {
+    "test_completion": "made of the same description on every system, for shells of Linux",
+    "test_documents::test_the_unit_is_one_that_systemd_takes": Linux + "systemd",
+    "test_documents::test_the_rule_starts_that_unit": Linux + "udev",
+    "test_failing_calls": Linux + "a library that is loaded into the program and lets its system calls fail",
+    "test_log::test_progress_is_shown_on_a_terminal": Terminal,
+    "test_log::test_interrupted_the_file_is_whole[15]": Signal,
+    "test_monitor_and_date::test_plain_lines_on_a_terminal_too": Terminal,
+    "test_monitor_and_date::test_the_page_is_renewed_in_place": Terminal,
+    "test_relay::test_pseudo_terminal": Linux + "--pty",
+    "test_relay::test_mended_dates": Linux + "--pty",
+    "test_relay::test_the_link_goes_with_the_device": Linux + "--pty",
+    "test_relay::test_what_cannot_be_made": Linux + "--pty",
+    "test_relay::test_what_readers_write_reaches_the_receiver_on_request_alone": Linux + "--pty",
+    "test_switch::test_a_second_instance_is_refused": "Wine lets a second program open a port; Windows does not",
+}
+
+
+def reason_to_skip(file, test, name):
+    """`name` is the test's with its parameters."""
+    return Reasons.get(file) or Reasons.get(f"{file}::{test}") or Reasons.get(f"{file}::{name}")
+
+
+class Machine:
+    """One for each process that runs tests."""
+
+    def __init__(self):
+        from prefix import Wine
+        folder = Root / "build/console-tests"
+        name = "wine-" + os.environ.get("PYTEST_XDIST_WORKER", "alone")
+        self.wine = Wine(folder / name, "", home=folder / "home")
+        self.wine.environment["LC_ALL"] = "C.UTF-8"  # for names of files and arguments
+        atexit.register(self.wine.close)
+        for remembered in (self.wine.prefix / "drive_c/users").glob("*/AppData/Local/Toravane"):
+            shutil.rmtree(remembered)
+        self.numbers = itertools.count(20)
+
+    def port(self, terminal):
+        """The name by which the Windows program knows a terminal; a new one each time, so nothing is remembered."""
+        number = next(self.numbers)
+        self.wine.map_port(number, terminal)
+        return f"COM{number}"
