@@ -53,6 +53,7 @@ testing    python3-pytest-xdist several of them at once, where they wait
 testing    fish                 completes commands of the console program in a test
 testing    zsh                  the same
 testing    groff                reads its manual page in a test
+testing    systemd              checks the unit that the user guide shows
 
 packaging  appstream            checks what software centres show
 packaging  debhelper            makes the Debian packages

@@ -3,10 +3,16 @@
 
 import re
 import shlex
+import subprocess
 
 import pytest
 import transcript
-from streams import Root, run
+from streams import Program, Root, run
+
+
+def block(beginning):
+    """The guide's block that begins so."""
+    return re.search(rf"^```\n({re.escape(beginning)}.*?)^```$", (Root / "docs/user-guide.md").read_text(), re.M | re.S)[1]
 
 
 def commands():
@@ -36,3 +42,25 @@ def test_each_command_is_right_usage(line, tmp_path):
     # A port that is none: whatever is right usage ends with its error, or well.
     done = run(*([] if "--port" in words else ["--port", tmp_path / "port"]), *words, cwd=tmp_path)
     assert done.returncode in (0, 3) or (words[0] in ("ports", "doctor") and done.returncode == 1), done.stderr
+
+
+def test_the_unit_is_one_that_systemd_takes(tmp_path):
+    unit = tmp_path / "toravane-receiver@.service"
+    text = block("[Unit]")
+    assert text.count("/usr/bin/toravanectl ") == 3
+    unit.write_text(text.replace("/usr/bin/toravanectl", str(Program)))
+    done = subprocess.run(["systemd-analyze", "verify", unit], capture_output=True, text=True, timeout=60)
+    assert (done.returncode, done.stdout, done.stderr) == (0, "", "")
+    unit.write_text(unit.read_text().replace("Type=oneshot", "Typ=oneshot"))  # a slip is noticed
+    done = subprocess.run(["systemd-analyze", "verify", unit], capture_output=True, text=True, timeout=60)
+    assert "Typ" in done.stderr
+
+
+def test_the_rule_starts_that_unit():
+    """Each part of the rule is a key with an operator that it has: what it matches, and what it sets."""
+    parts = dict(re.fullmatch(r'([A-Z]+(?:{[A-Z_]+})?)((?:==|\+?=)"[^"]*")', part).groups()
+                 for part in block("ACTION==").strip().split(", "))
+    assert parts == {"ACTION": '=="add"', "SUBSYSTEM": '=="tty"', "ENV{ID_VENDOR_ID}": '=="067b"',
+                     "ENV{ID_MODEL_ID}": '=="2303"', "SYMLINK": '+="gps"', "TAG": '+="systemd"',
+                     "ENV{SYSTEMD_WANTS}": '="toravane-receiver@%k.service"'}
+    assert "`/etc/systemd/system/toravane-receiver@.service`" in (Root / "docs/user-guide.md").read_text()

@@ -234,6 +234,13 @@ def test_contents(unpacked):
         assert [option for option in sorted(options) if option not in text] == []
 
 
+def test_completions_are_those_of_the_program(unpacked):
+    for shell, place in (("bash", "bash-completion/completions/toravanectl"), ("zsh", "zsh/vendor-completions/_toravanectl"),
+                         ("fish", "fish/vendor_completions.d/toravanectl.fish")):
+        printed = subprocess.run([unpacked / "usr/bin/toravanectl", "completion", shell], capture_output=True, check=True)
+        assert (unpacked / "usr/share" / place).read_bytes() == printed.stdout != b"", shell
+
+
 def test_installed_tools_find_each_other(unpacked):
     """What autopkgtest runs in an installed system, with the unpacked tools."""
     environment = {**os.environ, "PATH": f"{unpacked / 'usr/bin'}:{os.environ['PATH']}"}
