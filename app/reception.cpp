@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Distributes the received bytes. It needs both protocols, so it is here; the reader thread declares it.
+#include "graph/repaint.h"
 #include "link/link_state.h"
 #include "link/reader_thread.h"
 #include "link/receiver_log.h"
@@ -34,5 +35,7 @@ uint32_t RouteUpToMessage(const uint8_t* bytes, uint32_t count)
 
 void RouteReceived(const uint8_t* bytes, uint32_t count)
 {
+    CollectRepaints();
     for (uint32_t routed = 0; routed < count;) routed += RouteUpToMessage(bytes + routed, count - routed);
+    RequestCollectedRepaint();
 }

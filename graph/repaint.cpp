@@ -2,6 +2,7 @@
 #include "graph/repaint.h"
 
 #include <bit>
+#include <utility>
 
 #include "graph/graph_mode.h"
 #include "graph/recorder.h"
@@ -14,7 +15,9 @@ std::atomic<int32_t> TextPageTop{0}, TextLineHeight{0};
 namespace
 {
 
-uint32_t PaintedSamples = 0; // reader thread
+// Reader thread.
+uint32_t PaintedSamples = 0;
+bool IsCollecting = false, IsWanted = false;
 
 // Rectangle from the first to the last of some lines, as wide as the window.
 RECT PlaceOf(uint32_t lines)
@@ -24,9 +27,7 @@ RECT PlaceOf(uint32_t lines)
             top + height * static_cast<int32_t>(std::bit_width(lines))};
 }
 
-} // namespace
-
-void RepaintMainWindow()
+void Request()
 {
     if (ActiveDialogKind.load() != DialogKind::None) return;
     HWND window = MainWindow.load();
@@ -42,9 +43,31 @@ void RepaintMainWindow()
     if (InvalidateRect(window, &place, FALSE)) ForgetChangedLines(); // otherwise the next message tries again
 }
 
+} // namespace
+
+void RepaintMainWindow()
+{
+    if (IsCollecting)
+        IsWanted = true;
+    else
+        Request();
+}
+
+void CollectRepaints()
+{
+    IsCollecting = true;
+}
+
+void RequestCollectedRepaint()
+{
+    IsCollecting = false;
+    if (std::exchange(IsWanted, false)) Request();
+}
+
 void ResetRepaint()
 {
     PaintedSamples = 0;
+    IsCollecting = IsWanted = false;
     TextPageTop.store(0);
     TextLineHeight.store(0);
     ForgetChangedLines();

@@ -14,5 +14,10 @@ extern std::atomic<int32_t> TextPageTop, TextLineHeight;
 // dialog is open nothing is requested; the first message after it requests all changes.
 void RepaintMainWindow();
 
+// Reader thread, around the messages of a run of received bytes: the requests of all of them become one, at
+// its end. A request and the paint that follows cost more than all decoding in between.
+void CollectRepaints();
+void RequestCollectedRepaint();
+
 // Sets everything to its state at program start.
 void ResetRepaint();

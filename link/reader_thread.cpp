@@ -16,8 +16,11 @@ DWORD WINAPI ReaderThread(void*)
         uint8_t run[RunBytes];
         DWORD count = 0; // a failed call must not count as a byte
         // While data arrives the handle is not tested: if it is closed, the next read fails.
-        while (ReadFile(port, run, ReadsMayBlock.load() ? 1 : RunBytes, &count, nullptr) && count) {
+        for (;;) {
+            const DWORD most = ReadsMayBlock.load() ? 1 : RunBytes;
+            if (!ReadFile(port, run, most, &count, nullptr) || !count) break;
             RouteReceived(run, count);
+            if (count < most) break; // that was all
             port = PortHandle.load();
             count = 0;
         }

@@ -134,6 +134,8 @@ ROWS = (
     ("graph/repaint.cpp", "if (InvalidateRect(window, &place, FALSE)) ForgetChangedLines();",
      "InvalidateRect(window, &place, FALSE), ForgetChangedLines();", "a paint that was refused is asked for again",
      "app_tests"),
+    ("graph/repaint.cpp", "if (IsCollecting)", "if (false)", "a run of messages is painted once", "app_tests"),
+    ("app/reception.cpp", "    RequestCollectedRepaint();\n", "", "a run that shows something is painted", "app_tests"),
     ("graph/repaint.cpp", "height * std::countr_zero(lines)", "height * (std::countr_zero(lines) + 1)",
      "the first changed line is painted", "app_tests"),
     ("graph/repaint.cpp", "std::bit_width(lines))", "std::bit_width(lines) - 1)", "the last changed line is painted",

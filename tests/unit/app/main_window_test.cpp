@@ -260,6 +260,32 @@ TEST_F(MainWindowTest, OnlyChangedLinesAreRepainted)
     EXPECT_EQ(painted, (std::vector<std::wstring>{L" Menu Com. Open a port.", L"line 3", L"five"}));
 }
 
+// The messages of one run of received bytes ask for one paint together.
+TEST_F(MainWindowTest, ARunOfMessagesIsRepaintedOnce)
+{
+    StorePortAndRate();
+    HeadlessAddPort(3);
+    std::vector<size_t> asked;
+    const auto feed = [&](const std::string& bytes) {
+        HeadlessClearInvalidations(HeadlessMainWindow());
+        Feed(bytes);
+        asked.push_back(HeadlessInvalidations(HeadlessMainWindow()).size());
+    };
+    const std::string vtg = Sentence("GPVTG,231.8,T,,M,10.0,N,18.5,K,D"),
+                      gsa = Sentence("GPGSA,A,3,04,05,09,12,,,,,,,,,2.3,1.2,1.9"),
+                      other = Sentence("GPVTG,90.5,T,,M,20.0,N,37.0,K,D"), unknown = Sentence("GPXYZ,1");
+    HeadlessUser([&] {
+        feed(vtg + gsa + other);
+        feed(other);   // shows nothing new
+        feed(unknown); // nor does that
+        feed(vtg.substr(0, 9));
+        feed(vtg.substr(9));
+    });
+    UserExits();
+    Run();
+    EXPECT_EQ(asked, (std::vector<size_t>{1, 0, 0, 0, 1}));
+}
+
 // The chart is copied to the window when it has a new sample, not with each message.
 TEST_F(MainWindowTest, TheChartIsRepaintedWithASample)
 {
