@@ -18,7 +18,7 @@ class Bridge:
 
     def __init__(self, tab, granted, device_of, chosen=-1, hidden=()):
         self.tab, self.device_of = tab, device_of
-        self.open = {}  # port: [file, whether its reader goes on]
+        self.open = {}  # port: [file, True while it is read, reader]
         self.log = []
         tab.offer("serialCall", self._called)
         setup = {"granted": granted, "chosen": chosen, "hidden": list(hidden)}
@@ -39,6 +39,8 @@ class Bridge:
         else:
             error = "NetworkError"
         self.tab.run(f"serialDouble.answer({request['call']}, {json.dumps(error)})")
+        if request["kind"] == "open" and port in self.open:
+            self.open[port][2].start()  # now that the page has a stream to put bytes into
 
     def _open(self, port, rate):
         try:
@@ -51,7 +53,6 @@ class Bridge:
         termios.tcsetattr(file, termios.TCSANOW, settings)
         self.open[port] = state = [file, True]
         state.append(threading.Thread(target=self._read, args=(port, state), daemon=True))
-        state[2].start()
         return ""
 
     def _read(self, port, state):
@@ -73,7 +74,8 @@ class Bridge:
         state = self.open.pop(port, None)
         if state:
             state[1] = False
-            state[2].join()
+            if state[2].is_alive():
+                state[2].join()
             os.close(state[0])
 
     def close(self):
