@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What a release is refused for, and links of the web site that lead nowhere."""
+"""Reasons for which a release is refused, and links of the web site that lead nowhere."""
 
 import shutil
 import subprocess

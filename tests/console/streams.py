@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What the tests of the streaming commands share: the program, and the receiver in software on a pseudo-terminal."""
+"""Shared by the tests of the streaming commands: the program, and the receiver in software on a pseudo-terminal."""
 
 import functools
 import json
@@ -16,13 +16,13 @@ import windows
 Root = pathlib.Path(__file__).resolve().parents[2]
 Build = pathlib.Path(os.environ.get("TORAVANE_BUILD", Root / "build/native"))
 Program = Build / "toravanectl"
-Limit = 30  # s, for whatever must happen
+Limit = 30  # s, for each expected event
 UnderWine = False  # the Windows program is meant
 
 
 @functools.cache
 def machine():
-    """The Wine prefix, made when it is needed first."""
+    """The Wine prefix, made at its first use."""
     return windows.Machine()
 
 
@@ -33,7 +33,7 @@ def command(*arguments):
 
 
 def port_of(terminal):
-    """What the program calls a terminal."""
+    """The program's name of a terminal."""
     return machine().port(terminal) if UnderWine else terminal
 
 

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What the documents show of the program is what it does."""
+"""The documents show the program's commands and output as they are."""
 
 import re
 import shlex
@@ -39,7 +39,7 @@ def test_each_command_is_right_usage(line, tmp_path):
     (tmp_path / "port").write_text("")
     words = [word.replace("/etc/toravane/", f"{tmp_path}/").replace("/dev/%I", f"{tmp_path}/port")
              for word in shlex.split(line)[1:]]
-    # A port that is none: whatever is right usage ends with its error, or well.
+    # No real port: a command with right usage ends with the port's error, or well.
     done = run(*([] if "--port" in words else ["--port", tmp_path / "port"]), *words, cwd=tmp_path)
     assert done.returncode in (0, 3) or (words[0] in ("ports", "doctor") and done.returncode == 1), done.stderr
 

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""log: every byte, and files that are whole whatever ends it."""
+"""log: every byte, and whole files in whatever way it ends."""
 
 import json
 import os
@@ -14,7 +14,7 @@ Recorded = Root / "tests/data/walk-south-west.srf"
 
 
 def stream():
-    """What the player sends of a log: all but the comment lines at its beginning."""
+    """The part of a log that the player sends: all except the comment lines at its beginning."""
     data = Recorded.read_bytes()
     while data.startswith(b"#"):
         data = data.split(b"\n", 1)[1]
@@ -23,7 +23,7 @@ def stream():
 
 @pytest.fixture(scope="module")
 def player():
-    """Sends the same bytes to each listener anew."""
+    """Sends the same bytes to each new listener."""
     return lambda: Receiver("--play", Recorded, "--rate", 115200)
 
 

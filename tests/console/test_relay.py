@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""relay: the same bytes to every reader, both ways on request, with mended dates on request."""
+"""relay: the same bytes to every reader; on request in both directions, and with corrected dates."""
 
 import os
 import socket

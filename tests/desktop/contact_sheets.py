@@ -9,9 +9,12 @@ from PIL import Image, ImageDraw
 
 import harness
 from harness import desktop, wait_for
+from resource_ids import Id
 
 Rate = 38400
-Items = (401, 403, 2003, 2004, 2005, 2007, 2008, *range(2009, 2023), 2025, 408)
+Items = (Id.COMMAND_ABOUT, Id.COMMAND_COMMUNICATION,
+         *(number for name, number in vars(Id).items() if name.startswith(("DIALOG_NMEA_", "DIALOG_SIRF_"))),
+         Id.COMMAND_GRAPH)
 Folder = desktop.Build / "contact-sheets"
 Margin, TextHeight, RowWidth = 8, 14, 1500
 WM_COMMAND, WM_VSCROLL, SB_PAGEDOWN = 0x111, 0x115, 3

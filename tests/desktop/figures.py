@@ -58,7 +58,7 @@ def times_to_paint(user):
 
 
 def repaint_milliseconds(user, program, times=100):
-    """Processor time, of program and server, of a page that is erased and painted anew."""
+    """Processor time of program and server for a page that is erased and painted again."""
     window = user.main_window()["window"]
     pids = program.process.pid, server_pid(user)
     before = sum(processor_seconds(pid) for pid in pids)

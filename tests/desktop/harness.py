@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What the desktop tests are written in: the receiver's side of the line, and what a user sees and does."""
+"""Common to the desktop tests: the receiver's side of the line, and the user's view and actions."""
 
 import os
 import pty
@@ -17,9 +17,10 @@ sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools" / "desktop"
 
 import desktop
 import driver as raw
+from prefix import SettingsKey
 
 Output = desktop.Build / "desktop-tests" / os.environ.get("PYTEST_XDIST_WORKER", "")
-Settings = r"Software\Quenmark\Toravane"
+Settings = SettingsKey.split("\\", 1)[1]  # below the root
 Port = 3
 
 DialogClass = "#32770"
@@ -328,12 +329,12 @@ class User:
         return file
 
     def picture(self):
-        """What the main window's client area shows, pixel by pixel."""
+        """The picture in the main window's client area, pixel by pixel."""
         from PIL import ImageGrab
         return ImageGrab.grab(bbox=self.main_window()["client"], xdisplay=self.display.name).convert("RGB")
 
     def screen(self, name):
-        """What the screen of a hand-held device shows."""
+        """The picture on the screen of a hand-held device."""
         from PIL import ImageGrab
         return ImageGrab.grab(bbox=(0, 0, *desktop.Handhelds[name][1]), xdisplay=self.display.name).convert("RGB")
 

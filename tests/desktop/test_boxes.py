@@ -4,9 +4,11 @@
 import pytest
 
 from harness import VK_DOWN, VK_ESCAPE, VK_RETURN, Port, desktop, frame, wait_for
+from resource_ids import Id
 
 VK_TAB, VK_F1 = 0x09, 0x70
-ElevationMask, Tracking, Navigation = 2016, 1393, 1394
+ElevationMask, Tracking, Navigation = (Id.DIALOG_SIRF_ELEVATION_MASK, Id.CONTROL_ELEVATION_TRACKING,
+                                       Id.CONTROL_ELEVATION_NAVIGATION)
 WM_CLOSE = 0x10
 
 
@@ -88,7 +90,7 @@ def test_refusals_in_a_row_give_the_keyboard_back(layout):
 def test_refusal_over_a_box_of_the_dialog_gives_the_keyboard_back(layout):
     """Both boxes are answered in turn; the dialog is disabled as long as one of them is up."""
     layout.type_in(Navigation, "9999")  # out of range
-    layout.dialog.press(1392)  # Set
+    layout.dialog.press(Id.CONTROL_ELEVATION_SET)
     box = layout.user.dialog("Navigation Mask")
     layout.refuse(139)
     layout.answer("NAcknowledgment", "Command 139")

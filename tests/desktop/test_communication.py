@@ -7,8 +7,10 @@ import time
 import pytest
 
 from harness import Port, VK_RETURN, desktop, sentence, wait_for
+from resource_ids import Id
 
-Ports, Rates, Protocol, FindPort, Open, Close, FindBaud, Status, LogOpen, LogClose = *range(1651, 1660), 16510
+(Ports, Rates, Protocol, FindPort, Open, Close, FindBaud, Status, LogOpen,
+ LogClose) = *range(Id.CONTROL_COM_PORT, Id.CONTROL_COM_LOG_OPEN + 1), Id.CONTROL_COM_LOG_CLOSE
 Selection = (Ports, Rates, FindPort, FindBaud, Open)
 FileName, SaveButton = 1148, 1  # of the system's save dialog
 
@@ -53,7 +55,7 @@ def start(user):
 
 
 def communication(user):
-    user.choose(403)
+    user.choose(Id.COMMAND_COMMUNICATION)
     dialog = user.dialog("Communication")
     wait_for("the dialog is complete", lambda: len(dialog.items(Rates)[0]) == 8)
     return dialog
@@ -101,7 +103,7 @@ def close_port(dialog):
 
 
 def leave(user, program):
-    """The program still does as it is told."""
+    """The program still reacts to commands."""
     user.dialog("Communication").close()
     user.close()
     assert program.wait_end() == 0

@@ -9,12 +9,16 @@ import pytest
 from PIL import Image, ImageChops
 
 from harness import Output, VK_DOWN, VK_RETURN, desktop, raw, sentence, wait_for
+from resource_ids import Id
 
 Replay = desktop.Tools / "toravane-replay"
-GraphItem, AboutItem = 408, 401
-Help, Zero, Show, Hide, Save, TimeScale, Lines = 1887, 1888, 1889, 1890, 1891, 1892, 1893
+GraphItem, AboutItem = Id.COMMAND_GRAPH, Id.COMMAND_ABOUT
+Help, Zero, Show, Hide, Save, TimeScale, Lines = (Id.CONTROL_GRAPH_HELP, Id.CONTROL_GRAPH_ZERO, Id.CONTROL_GRAPH_SHOW,
+                                                  Id.CONTROL_GRAPH_HIDE, Id.CONTROL_GRAPH_SAVE,
+                                                  Id.CONTROL_GRAPH_TIME_SCALE, Id.CONTROL_GRAPH_LINES)
 Name, ValueMin, ValueMax, PixelMin, PixelMax, Color, Visible, ValueZero = (
-    1800, 1810, 1820, 1830, 1840, 1850, 1860, 1870)
+    Id.CONTROL_GRAPH_NAME, Id.CONTROL_GRAPH_VALUE_MIN, Id.CONTROL_GRAPH_VALUE_MAX, Id.CONTROL_GRAPH_PIXEL_MIN,
+    Id.CONTROL_GRAPH_PIXEL_MAX, Id.CONTROL_GRAPH_COLOR, Id.CONTROL_GRAPH_VISIBLE, Id.CONTROL_GRAPH_VALUE_ZERO)
 Northing, Easting, Altitude, Speed = 3, 4, 7, 8
 
 # Name, value zero, min, max, pixel min, max of each channel
@@ -72,7 +76,7 @@ Logs = {
 
 
 def expected_picture(log, size):
-    """What the replay tool draws."""
+    """The replay tool's picture."""
     Output.mkdir(parents=True, exist_ok=True)
     file, picture = Output / "graph.txt", Output / "expected-chart.png"
     file.write_bytes(log)
@@ -94,7 +98,7 @@ def wait_picture(user, expected, name):
 def start_with_chart(user):
     program, line = user.start_connected(rate=115200)
     user.press(VK_DOWN)
-    time.sleep(0.5)  # nothing on the screen tells that the key has arrived: the chart comes with a fix
+    time.sleep(0.5)  # nothing on the screen shows that the key has arrived: the chart appears with a fix
     return program, line
 
 

@@ -6,18 +6,28 @@ import re
 import pytest
 
 from harness import Port, VK_DOWN, VK_ESCAPE, VK_LEFT, VK_RETURN, VK_RIGHT, desktop, sentence, wait_for
+from resource_ids import Id
 
 VK_F1, VK_F2 = 0x70, 0x71
 Devices = ("pocketpc", "smartphone", "smartphone-large")
 WM_COMMAND, WM_LBUTTONUP, BM_SETCHECK, UDM_GETRANGE, OK = 0x111, 0x202, 0xF1, 0x466, 1
 
 # Each command of the menu with its dialog's caption, in the order of the keypad's two pop-ups.
-NmeaMenu = {401: "About Toravane", 403: "Communication", 2003: "Set Serial Port", 2004: "Navigation Initialization",
-            2005: "Set Message Rate", 2007: "Development Data", 2008: "Select Datum", 408: "Graph Options"}
-SirfMenu = {2009: "Advanced Power Management", 2010: "Initialize Data Source", 2011: "Switch to NMEA Protocol",
-            2012: "DGPS Source", 2013: "Mode Control", 2014: "DOP Mask", 2015: "DGPS Mode", 2016: "Elevation Mask",
-            2017: "Power Mask", 2018: "Static Navigation", 2019: "Trickle Power", 2020: "Set Message Rate",
-            2021: "Low Power", 2022: "SBAS", 2025: "Poll Software Version"}
+NmeaMenu = {Id.COMMAND_ABOUT: "About Toravane", Id.COMMAND_COMMUNICATION: "Communication",
+            Id.DIALOG_NMEA_SET_SERIAL_PORT: "Set Serial Port",
+            Id.DIALOG_NMEA_NAVIGATION_INITIALIZATION: "Navigation Initialization",
+            Id.DIALOG_NMEA_SET_MESSAGE_RATE: "Set Message Rate", Id.DIALOG_NMEA_DEVELOPMENT_DATA: "Development Data",
+            Id.DIALOG_NMEA_SELECT_DATUM: "Select Datum", Id.COMMAND_GRAPH: "Graph Options"}
+SirfMenu = {Id.DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT: "Advanced Power Management",
+            Id.DIALOG_SIRF_INITIALIZE_DATA_SOURCE: "Initialize Data Source",
+            Id.DIALOG_SIRF_SWITCH_TO_NMEA: "Switch to NMEA Protocol",
+            Id.DIALOG_SIRF_DGPS_SOURCE: "DGPS Source", Id.DIALOG_SIRF_MODE_CONTROL: "Mode Control",
+            Id.DIALOG_SIRF_DOP_MASK: "DOP Mask", Id.DIALOG_SIRF_DGPS_MODE: "DGPS Mode",
+            Id.DIALOG_SIRF_ELEVATION_MASK: "Elevation Mask",
+            Id.DIALOG_SIRF_POWER_MASK: "Power Mask", Id.DIALOG_SIRF_STATIC_NAVIGATION: "Static Navigation",
+            Id.DIALOG_SIRF_TRICKLE_POWER: "Trickle Power", Id.DIALOG_SIRF_SET_MESSAGE_RATE: "Set Message Rate",
+            Id.DIALOG_SIRF_LOW_POWER: "Low Power", Id.DIALOG_SIRF_SBAS: "SBAS",
+            Id.DIALOG_SIRF_POLL_SOFTWARE_VERSION: "Poll Software Version"}
 
 
 def start(user, device):
@@ -111,27 +121,50 @@ def test_every_dialog_fills_the_screen(user, device):
 # For each dialog what is filled in (control and text, list entry by its place, or check mark) and the button; what
 # the receiver then gets.
 NmeaCommands = [
-    (2004, {}, 1018, b"$PSRF101,"),
-    (2005, {1031: 2, 1032: "5"}, 1034, b"$PSRF103,2,0,5,1*"),
-    (2007, {1051: "PSRF105,1"}, 1052, b"$PSRF105,1*"),
-    (2008, {1061: 1}, 1062, b"$PSRF106,"),
+    (Id.DIALOG_NMEA_NAVIGATION_INITIALIZATION, {}, Id.CONTROL_NAVINIT_SET, b"$PSRF101,"),
+    (Id.DIALOG_NMEA_SET_MESSAGE_RATE, {Id.CONTROL_NMEA_RATE_MESSAGE: 2, Id.CONTROL_NMEA_RATE_SECONDS: "5"},
+     Id.CONTROL_NMEA_RATE_SET, b"$PSRF103,2,0,5,1*"),
+    (Id.DIALOG_NMEA_DEVELOPMENT_DATA, {Id.CONTROL_DEVELOPMENT_COMMAND: "PSRF105,1"}, Id.CONTROL_DEVELOPMENT_SET,
+     b"$PSRF105,1*"),
+    (Id.DIALOG_NMEA_SELECT_DATUM, {Id.CONTROL_DATUM: 1}, Id.CONTROL_DATUM_SET, b"$PSRF106,"),
 ]
 SirfCommands = [
-    (2009, {5301: 1, 5302: "1", 5303: "30", 5304: 1, 5305: 1, 5306: "0", 5307: 1, 5308: "20", 5309: 1}, 5311, 53),
-    (2012, {1331: 1, 1332: "0", 1333: "0"}, 1335, 133),
-    (2013, {1363: 1, 1364: "10", 1365: 0, 1366: 0, 1367: "30", 1368: "15", 1369: 1}, 1362, 136),
-    (2014, {1373: 1, 1374: "8", 1375: "8", 1376: "8"}, 1372, 137),
-    (2015, {1383: 1, 1384: "30"}, 1382, 138),
-    (2016, {1393: "5", 1394: "7.5"}, 1392, 139),
-    (2017, {1403: "28", 1404: "28"}, 1402, 140),
-    (2018, {1433: 1}, 1432, 143),
-    (2019, {1513: 1, 1514: "20", 1515: "200"}, 1512, 151),
-    (2021, {1673: "30000", 1674: "120000", 1675: "30", 1676: 1}, 1672, 167),
-    (2022, {1701: 1, 1702: 0, 1703: 0}, 1705, 170),
-    (2020, {16616: "2", 16617: "1"}, 16618, 166),
-    (2010, {1287: "12", 12812: 1, 12818: 0, 12819: 0, 12820: 0}, 12810, 128),
+    (Id.DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, {Id.CONTROL_APM_ENABLED: 1, Id.CONTROL_APM_CYCLES: "1",
+                                                Id.CONTROL_APM_TIME_BETWEEN_FIXES: "30",
+                                                Id.CONTROL_APM_MAX_HORIZONTAL_ERROR: 1,
+                                                Id.CONTROL_APM_MAX_VERTICAL_ERROR: 1,
+                                                Id.CONTROL_APM_MAX_RESPONSE_TIME: "0",
+                                                Id.CONTROL_APM_ACCURACY_PRIORITY: 1, Id.CONTROL_APM_DUTY_CYCLE: "20",
+                                                Id.CONTROL_APM_TIMING_PRIORITY: 1}, Id.CONTROL_APM_SET, 53),
+    (Id.DIALOG_SIRF_DGPS_SOURCE, {Id.CONTROL_DGPS_SOURCE: 1, Id.CONTROL_DGPS_BEACON_FREQUENCY: "0",
+                                  Id.CONTROL_DGPS_BEACON_BIT_RATE: "0"}, Id.CONTROL_DGPS_SOURCE_SET, 133),
+    (Id.DIALOG_SIRF_MODE_CONTROL, {Id.CONTROL_MODE_DEGRADED: 1, Id.CONTROL_MODE_ALTITUDE: "10",
+                                   Id.CONTROL_MODE_ALTITUDE_HOLD: 0, Id.CONTROL_MODE_ALTITUDE_SOURCE: 0,
+                                   Id.CONTROL_MODE_DEGRADED_TIMEOUT: "30", Id.CONTROL_MODE_DR_TIMEOUT: "15",
+                                   Id.CONTROL_MODE_TRACK_SMOOTHING: 1}, Id.CONTROL_MODE_SET, 136),
+    (Id.DIALOG_SIRF_DOP_MASK, {Id.CONTROL_DOP_SELECTION: 1, Id.CONTROL_DOP_GDOP: "8", Id.CONTROL_DOP_PDOP: "8",
+                               Id.CONTROL_DOP_HDOP: "8"}, Id.CONTROL_DOP_SET, 137),
+    (Id.DIALOG_SIRF_DGPS_MODE, {Id.CONTROL_DGPS_MODE: 1, Id.CONTROL_DGPS_TIMEOUT: "30"}, Id.CONTROL_DGPS_MODE_SET, 138),
+    (Id.DIALOG_SIRF_ELEVATION_MASK, {Id.CONTROL_ELEVATION_TRACKING: "5", Id.CONTROL_ELEVATION_NAVIGATION: "7.5"},
+     Id.CONTROL_ELEVATION_SET, 139),
+    (Id.DIALOG_SIRF_POWER_MASK, {Id.CONTROL_POWER_TRACKING: "28", Id.CONTROL_POWER_NAVIGATION: "28"},
+     Id.CONTROL_POWER_SET, 140),
+    (Id.DIALOG_SIRF_STATIC_NAVIGATION, {Id.CONTROL_STATIC_NAVIGATION: 1}, Id.CONTROL_STATIC_NAVIGATION_SET, 143),
+    (Id.DIALOG_SIRF_TRICKLE_POWER, {Id.CONTROL_TRICKLE_PUSH_TO_FIX: 1, Id.CONTROL_TRICKLE_DUTY_CYCLE: "20",
+                                    Id.CONTROL_TRICKLE_ON_TIME: "200"}, Id.CONTROL_TRICKLE_SET, 151),
+    (Id.DIALOG_SIRF_LOW_POWER, {Id.CONTROL_LOW_POWER_MAX_OFF_TIME: "30000",
+                                Id.CONTROL_LOW_POWER_MAX_SEARCH_TIME: "120000", Id.CONTROL_LOW_POWER_PERIOD: "30",
+                                Id.CONTROL_LOW_POWER_ADAPTIVE: 1}, Id.CONTROL_LOW_POWER_SET, 167),
+    (Id.DIALOG_SIRF_SBAS, {Id.CONTROL_SBAS_PRN: 1, Id.CONTROL_SBAS_MODE: 0, Id.CONTROL_SBAS_TIMEOUT: 0},
+     Id.CONTROL_SBAS_SET, 170),
+    (Id.DIALOG_SIRF_SET_MESSAGE_RATE, {Id.CONTROL_RATE_MESSAGE_ID: "2", Id.CONTROL_RATE_SECONDS: "1"},
+     Id.CONTROL_RATE_SET, 166),
+    (Id.DIALOG_SIRF_INITIALIZE_DATA_SOURCE, {Id.CONTROL_INIT_CHANNELS: "12", Id.CONTROL_INIT_HOT_START: 1,
+                                             Id.CONTROL_INIT_NAVLIB: 0, Id.CONTROL_INIT_DEBUG: 0,
+                                             Id.CONTROL_INIT_CLEAR: 0}, Id.CONTROL_INIT_SET, 128),
 ]
-LastCommand = (2003, {1001: 3, 1002: 0}, 1004, b"$PSRF100,0,9600,8,1,0*")  # the program then waits for SiRF binary
+LastCommand = (Id.DIALOG_NMEA_SET_SERIAL_PORT, {Id.CONTROL_TO_SIRF_BAUDRATE: 3, Id.CONTROL_SERIAL_PROTOCOL: 0},
+               Id.CONTROL_SERIAL_SET, b"$PSRF100,0,9600,8,1,0*")  # the program then waits for SiRF binary
 
 
 def fill(dialog, fields):
@@ -179,25 +212,27 @@ def test_keys_alone_suffice_on_a_smartphone(user):
     line = start(user, "smartphone")
     user.press(VK_F2)
     user.press(*[VK_DOWN] * 5, VK_RETURN)  # the fifth entry
-    dialog = user.dialog(SirfMenu[2013])
+    dialog = user.dialog(SirfMenu[Id.DIALOG_SIRF_MODE_CONTROL])
     line.received.clear()
-    assert focus(dialog) == 1363
+    assert focus(dialog) == Id.CONTROL_MODE_DEGRADED
     user.press(VK_RIGHT)
-    wait_for("an entry is chosen", lambda: dialog.items(1363)[1])
-    first = dialog.control(1363)["outer"]
-    for number, keys in ((1364, "15"), (1365, VK_RIGHT), (1366, VK_RIGHT), (1367, "30"), (1368, "20"),
-                         (1369, VK_RETURN)):
+    wait_for("an entry is chosen", lambda: dialog.items(Id.CONTROL_MODE_DEGRADED)[1])
+    first = dialog.control(Id.CONTROL_MODE_DEGRADED)["outer"]
+    for number, keys in ((Id.CONTROL_MODE_ALTITUDE, "15"), (Id.CONTROL_MODE_ALTITUDE_HOLD, VK_RIGHT),
+                         (Id.CONTROL_MODE_ALTITUDE_SOURCE, VK_RIGHT), (Id.CONTROL_MODE_DEGRADED_TIMEOUT, "30"),
+                         (Id.CONTROL_MODE_DR_TIMEOUT, "20"),
+                         (Id.CONTROL_MODE_TRACK_SMOOTHING, VK_RETURN)):
         walk(user, dialog, number)
         wait_visible(dialog, number)
         user.press(*([keys] if isinstance(keys, int) else map(ord, keys)))
-    way = walk(user, dialog, 1362)
-    wait_visible(dialog, 1362)
-    assert dialog.control(1363)["outer"] != first  # it has scrolled
+    way = walk(user, dialog, Id.CONTROL_MODE_SET)
+    wait_visible(dialog, Id.CONTROL_MODE_SET)
+    assert dialog.control(Id.CONTROL_MODE_DEGRADED)["outer"] != first  # it has scrolled
     user.press(VK_RETURN)
     wait_for("the receiver gets the command", lambda: b"\xA0\xA2\x00\x0E\x88" in line.received)
-    assert dialog.text(1364) == "15"
-    assert dialog.control(1369)["checked"] == 1
-    assert 1361 in way
+    assert dialog.text(Id.CONTROL_MODE_ALTITUDE) == "15"
+    assert dialog.control(Id.CONTROL_MODE_TRACK_SMOOTHING)["checked"] == 1
+    assert Id.CONTROL_MODE_GET in way
     user.press(VK_F1)  # OK
     dialog.wait_gone()
     user.press(VK_F1, VK_DOWN, VK_RETURN)
@@ -208,26 +243,28 @@ def test_keys_alone_suffice_on_a_smartphone(user):
 
 def test_refused_values_are_named_in_their_order(user):
     line = start(user, "smartphone")
-    dialog = opened(user, 2016)
-    for number in (1393, 1394):
+    dialog = opened(user, Id.DIALOG_SIRF_ELEVATION_MASK)
+    for number in (Id.CONTROL_ELEVATION_TRACKING, Id.CONTROL_ELEVATION_NAVIGATION):
         dialog.enter(number, "9999")
-    for caption, number in (("Tracking Mask", 1393), ("Navigation Mask", 1394)):
-        dialog.press(1392)  # Set
+    for caption, number in (("Tracking Mask", Id.CONTROL_ELEVATION_TRACKING),
+                            ("Navigation Mask", Id.CONTROL_ELEVATION_NAVIGATION)):
+        dialog.press(Id.CONTROL_ELEVATION_SET)  # Set
         box = user.dialog(caption)
-        assert user.dialogs() == [caption, SirfMenu[2016]] or user.dialogs() == [SirfMenu[2016], caption]
+        assert sorted(user.dialogs()) == sorted([caption, SirfMenu[Id.DIALOG_SIRF_ELEVATION_MASK]])
         assert len(box.texts) == 1 and box.texts[0].startswith("Range ")
         user.press(VK_RETURN)
         box.wait_gone()
         assert b"\xA0\xA2\x00\x05\x8B" not in line.received
         dialog.enter(number, "5")
-    dialog.press(1392)
+    dialog.press(Id.CONTROL_ELEVATION_SET)
     wait_for("the receiver gets the command", lambda: b"\xA0\xA2\x00\x05\x8B" in line.received)
     leave(dialog)
 
 
 def test_every_field_is_seen_when_it_has_the_focus(user):
     start(user, "smartphone")
-    for item, fewest in ((2010, 8), (408, 70)):  # and how many fields the keys reach at least
+    # Each with the number of fields that the keys reach at least.
+    for item, fewest in ((Id.DIALOG_SIRF_INITIALIZE_DATA_SOURCE, 8), (Id.COMMAND_GRAPH, 70)):
         dialog = opened(user, item)
         numbers = {c["window"]: c["id"] for c in dialog.controls()}
         here = first = user.driver.focus(dialog.window)
@@ -246,19 +283,19 @@ def test_every_field_is_seen_when_it_has_the_focus(user):
 
 def test_back_erases_in_an_edit_and_closes_nothing(user):
     start(user, "smartphone")
-    dialog = opened(user, 2016)
-    dialog.enter(1393, "12")
-    walk(user, dialog, 1394)
+    dialog = opened(user, Id.DIALOG_SIRF_ELEVATION_MASK)
+    dialog.enter(Id.CONTROL_ELEVATION_TRACKING, "12")
+    walk(user, dialog, Id.CONTROL_ELEVATION_NAVIGATION)
     user.press(ord("4"), ord("5"))
-    wait_for("the keys have typed", lambda: dialog.text(1394) == "45")
+    wait_for("the keys have typed", lambda: dialog.text(Id.CONTROL_ELEVATION_NAVIGATION) == "45")
     user.press(VK_ESCAPE)
-    wait_for("the last digit is erased", lambda: dialog.text(1394) == "4")
+    wait_for("the last digit is erased", lambda: dialog.text(Id.CONTROL_ELEVATION_NAVIGATION) == "4")
     user.press(ord("A"), ord("7"))  # numbers only
-    wait_for("the digit has been typed", lambda: dialog.text(1394) == "47")
+    wait_for("the digit has been typed", lambda: dialog.text(Id.CONTROL_ELEVATION_NAVIGATION) == "47")
     user.press(VK_ESCAPE, VK_ESCAPE, VK_ESCAPE)
-    wait_for("nothing is left", lambda: dialog.text(1394) == "")
-    assert dialog.text(1393) == "12"
-    assert user.dialogs() == [SirfMenu[2016]]
+    wait_for("nothing is left", lambda: dialog.text(Id.CONTROL_ELEVATION_NAVIGATION) == "")
+    assert dialog.text(Id.CONTROL_ELEVATION_TRACKING) == "12"
+    assert user.dialogs() == [SirfMenu[Id.DIALOG_SIRF_ELEVATION_MASK]]
 
 
 def test_spinners_go_through_the_whole_list(user):
@@ -266,14 +303,15 @@ def test_spinners_go_through_the_whole_list(user):
     line = user.connect()
     user.store(CommPortIdx=Port)  # nothing is opened
     user.start_handheld("smartphone")
-    dialog = opened(user, 403)
-    items = wait_for("the list is filled", lambda: len(dialog.items(1651)[0]) == 10 and dialog.items(1651)[0])
-    assert dialog.items(1651)[1] == items[Port]
-    assert focus(dialog) == 1651
+    dialog = opened(user, Id.COMMAND_COMMUNICATION)
+    wait_for("the list is filled", lambda: len(dialog.items(Id.CONTROL_COM_PORT)[0]) == 10)
+    items = dialog.items(Id.CONTROL_COM_PORT)[0]
+    assert dialog.items(Id.CONTROL_COM_PORT)[1] == items[Port]
+    assert focus(dialog) == Id.CONTROL_COM_PORT
     user.press(VK_RIGHT)
-    wait_for("the next one", lambda: dialog.items(1651)[1] == items[Port + 1])
+    wait_for("the next one", lambda: dialog.items(Id.CONTROL_COM_PORT)[1] == items[Port + 1])
     user.press(VK_LEFT, VK_LEFT)
-    wait_for("the one before", lambda: dialog.items(1651)[1] == items[Port - 1])
+    wait_for("the one before", lambda: dialog.items(Id.CONTROL_COM_PORT)[1] == items[Port - 1])
     for spinner, count in ((300, 10), (301, 8)):
         limits = user.driver.call("send", dialog.control(spinner)["window"], UDM_GETRANGE, 0, 0)["result"]
         assert (limits >> 16, limits & 0xFFFF) == (0, count - 1)
@@ -282,14 +320,14 @@ def test_spinners_go_through_the_whole_list(user):
 
 def test_log_has_a_name_of_its_own_on_a_smartphone(user):
     line = start(user, "smartphone")
-    dialog = opened(user, 403)
-    dialog.press(1659)
+    dialog = opened(user, Id.COMMAND_COMMUNICATION)
+    dialog.press(Id.CONTROL_COM_LOG_OPEN)
     box = user.dialog("Log File Name")
     path = next(text for text in box.texts if text.endswith(".txt"))
     box.dismiss("OK")
     line.send(b"$GPXXX*00\r\n")
-    dialog.press(16510)
-    wait_for("the log is closed", lambda: dialog.control(1659)["enabled"])
+    dialog.press(Id.CONTROL_COM_LOG_CLOSE)
+    wait_for("the log is closed", lambda: dialog.control(Id.CONTROL_COM_LOG_OPEN)["enabled"])
     file = user.wine.prefix / "drive_c" / path[3:].replace("\\", "/")
     wait_for("the log is there", file.exists)
     assert "AppData" in path
@@ -301,12 +339,12 @@ def test_pocketpc_closes_by_its_title_and_by_its_bar(user):
     line = user.connect()
     user.store(CommPortIdx=Port)
     user.start(file=desktop.HandheldProgram)
-    dialog = opened(user, 2017)
-    assert dialog.control(1403)["class"] == "Edit"
+    dialog = opened(user, Id.DIALOG_SIRF_POWER_MASK)
+    assert dialog.control(Id.CONTROL_POWER_TRACKING)["class"] == "Edit"
     title = next(w for w in user.driver.windows() if w["class"] == "ShellTitleBar")
     user.driver.post(title["window"], WM_LBUTTONUP, 0, (10 << 16) | 230)
     dialog.wait_gone()
-    dialog = opened(user, 2017)
+    dialog = opened(user, Id.DIALOG_SIRF_POWER_MASK)
     bar = next(w for w in user.driver.windows() if w["class"] == "ShellMenuBar" and w["owner"] == dialog.window)
     user.driver.post(bar["window"], WM_LBUTTONUP, 0, (10 << 16) | 8)
     dialog.wait_gone()

@@ -35,7 +35,7 @@ def launcher():
 
 
 class Prefix:
-    """What the launcher needs of a prefix."""
+    """The part of a prefix that the launcher needs."""
 
     def __init__(self, folder, **stored):
         self.prefix = folder

@@ -11,9 +11,12 @@ import tty
 import pytest
 
 from harness import Port, VK_RETURN, desktop, sentence, wait_for
+from resource_ids import Id
 
-SetSerialPort, NavigationInitialization, SetMessageRate, DevelopmentData, SelectDatum = 2003, 2004, 2005, 2007, 2008
-GreyBox = 902
+SetSerialPort, NavigationInitialization, SetMessageRate, DevelopmentData, SelectDatum = (
+    Id.DIALOG_NMEA_SET_SERIAL_PORT, Id.DIALOG_NMEA_NAVIGATION_INITIALIZATION, Id.DIALOG_NMEA_SET_MESSAGE_RATE,
+    Id.DIALOG_NMEA_DEVELOPMENT_DATA, Id.DIALOG_NMEA_SELECT_DATUM)
+GreyBox = Id.CONTROL_NMEA_GREY_BOX
 
 HotStart = b"$PSRF101,0,0,0,0,0,0,12,1*15\r\n"
 
@@ -35,7 +38,7 @@ class Bench:
         assert self.sent() == HotStart
 
     def sent(self):
-        """What the program has sent since the last call."""
+        """The bytes that the program has sent since the last call."""
         data = self.record.read_bytes()
         new = data[getattr(self, "taken", 0):]
         self.taken = len(data)
@@ -52,7 +55,7 @@ def terminal(user):
 
 
 def line_rate(device):
-    """The rate that whoever has the terminal open has set."""
+    """The rate set by the program that has the terminal open."""
     code = termios.tcgetattr(device)[5]
     return next(rate for rate in desktop.Rates if getattr(termios, f"B{rate}") == code)
 
@@ -95,20 +98,20 @@ def test_set_serial_port_switches_the_receiver_and_follows_it(user):
     bench = Bench(user)
     dialog = bench.open(SetSerialPort, "Set Serial Port")
     # The receiver has named its rate in the text that follows the hot start.
-    assert dialog.items(1001) == ([str(rate) for rate in desktop.Rates], "4800")
-    assert dialog.items(1002) == (["SiRF", "NMEA"], "SiRF")
-    assert not dialog.control(1005)["enabled"]
-    wait_text(dialog, 901, r"^\d\d:\d\d:\d\d$")
-    assert dialog.text(1518) == ""
+    assert dialog.items(Id.CONTROL_TO_SIRF_BAUDRATE) == ([str(rate) for rate in desktop.Rates], "4800")
+    assert dialog.items(Id.CONTROL_SERIAL_PROTOCOL) == (["SiRF", "NMEA"], "SiRF")
+    assert not dialog.control(Id.CONTROL_SERIAL_FOLLOW)["enabled"]
+    wait_text(dialog, Id.CONTROL_NMEA_TIME, r"^\d\d:\d\d:\d\d$")
+    assert dialog.text(Id.CONTROL_SIRF_TIME) == ""
 
-    dialog.pick(1001, "38400")
+    dialog.pick(Id.CONTROL_TO_SIRF_BAUDRATE, "38400")
     press_set(bench, dialog, b"$PSRF100,0,38400,8,1,0*3C\r\n", detects_afresh=True)
-    wait_for("=Baud is enabled", lambda: dialog.control(1005)["enabled"])
+    wait_for("=Baud is enabled", lambda: dialog.control(Id.CONTROL_SERIAL_FOLLOW)["enabled"])
     time.sleep(1)
     assert terminal_rate(bench.terminal) == 4800  # the program does not follow by itself
     dialog.press("=Baud")
     wait_for("the program's own rate changes", lambda: terminal_rate(bench.terminal) == 38400)
-    wait_text(dialog, 1518, r"^\d\d:\d\d:\d\d$")
+    wait_text(dialog, Id.CONTROL_SIRF_TIME, r"^\d\d:\d\d:\d\d$")
     wait_for("the rate is stored for later switches",
              lambda: user.stored("SirfBaudrateIdx") == desktop.Rates.index(38400))
     assert user.stored("BaudrateIdx") == desktop.Rates.index(38400)
@@ -119,11 +122,11 @@ def test_set_serial_port_switches_the_receiver_and_follows_it(user):
 def test_set_serial_port_takes_a_typed_rate_and_warns(user):
     bench = Bench(user)
     dialog = bench.open(SetSerialPort, "Set Serial Port")
-    assert dialog.items(1001)[1] == "4800"
+    assert dialog.items(Id.CONTROL_TO_SIRF_BAUDRATE)[1] == "4800"
     user.press(*map(ord, "1234"))  # the list has the focus, with its text marked
-    wait_for("the number is typed", lambda: dialog.items(1001)[1] is None)
-    assert dialog.text(1001) == "1234"
-    dialog.pick(1002, "NMEA")
+    wait_for("the number is typed", lambda: dialog.items(Id.CONTROL_TO_SIRF_BAUDRATE)[1] is None)
+    assert dialog.text(Id.CONTROL_TO_SIRF_BAUDRATE) == "1234"
+    dialog.pick(Id.CONTROL_SERIAL_PROTOCOL, "NMEA")
     refused(user, dialog, "Baudrate", "Select a baudrate.\n\nSee Help for more information.")
     dialog.press("Help")
     box = user.dialog("Switching Baudrate")
@@ -131,38 +134,41 @@ def test_set_serial_port_takes_a_typed_rate_and_warns(user):
     box.dismiss("OK")
     assert bench.sent() == b""
 
-    dialog.enter(1001, "9600")
+    dialog.enter(Id.CONTROL_TO_SIRF_BAUDRATE, "9600")
     press_set(bench, dialog, b"$PSRF100,1,9600,8,1,0*0D\r\n", detects_afresh=True)
     time.sleep(1)
     dialog.press("=Baud")
     wait_for("the program's own rate changes", lambda: terminal_rate(bench.terminal) == 9600)
-    # NMEA is recognised afresh, which has the receiver print its start-up text.
+    # NMEA is recognised again, so the receiver is made to print its start-up text.
     wait_text(dialog, GreyBox, r"Baud rate: 9600")
     wait_for("the rate is stored", lambda: user.stored("BaudrateIdx") == desktop.Rates.index(9600))
-    shown = dialog.text(901)
-    wait_for("the time goes on", lambda: dialog.text(901) != shown)
+    shown = dialog.text(Id.CONTROL_NMEA_TIME)
+    wait_for("the time goes on", lambda: dialog.text(Id.CONTROL_NMEA_TIME) != shown)
 
 
 def test_navigation_initialization_restarts_the_receiver(user):
     bench = Bench(user)
     dialog = bench.open(NavigationInitialization, "Navigation Initialization")
-    checked = {c["id"]: c["checked"] for c in dialog.controls("Button") if c["id"] not in (1, 1018)}
-    assert checked == {1019: 0, 10110: 1, 10111: 0, 10112: 0, 10113: 0, 10114: 0}
-    fields = range(1011, 1017)
+    checked = {c["id"]: c["checked"] for c in dialog.controls("Button") if c["id"] not in (1, Id.CONTROL_NAVINIT_SET)}
+    assert checked == {Id.CONTROL_NAVINIT_SNAP_START: 0, Id.CONTROL_NAVINIT_HOT_START: 1,
+                       Id.CONTROL_NAVINIT_WARM_START_INIT: 0, Id.CONTROL_NAVINIT_WARM_START_NO_INIT: 0,
+                       Id.CONTROL_NAVINIT_COLD_START: 0, Id.CONTROL_NAVINIT_FACTORY_RESET: 0}
+    fields = range(Id.CONTROL_NAVINIT_ECEF_X, Id.CONTROL_NAVINIT_CHANNELS)
     assert [dialog.control(number)["enabled"] for number in fields] == [0] * 6
-    assert dialog.text(1017) == "12"
+    assert dialog.text(Id.CONTROL_NAVINIT_CHANNELS) == "12"
     assert dialog.text(GreyBox) == ""
 
     press_set(bench, dialog, HotStart)
     wait_text(dialog, GreyBox, r"^Version: .*\r\nTOW: \d+\r\nWK: \d+\r\nPOS: .*\r\nCLK: \d+\r\nCHNL: 12\r\nBaud rate: 4800\r\n$")
-    wait_for("the fields are filled", lambda: dialog.text(1014) == "96000" and dialog.text(1011) != "")
+    wait_for("the fields are filled", lambda: dialog.text(Id.CONTROL_NAVINIT_CLOCK_OFFSET) == "96000"
+             and dialog.text(Id.CONTROL_NAVINIT_ECEF_X) != "")
 
     dialog.press("Warm Start (Init)")
     assert [dialog.control(number)["enabled"] for number in fields] == [1] * 6
     for number, text in zip(fields, ("4278000", "642000", "4672000", "95000", "604801", "1480")):
         dialog.enter(number, text)
     refused(user, dialog, "Time of Week", "Range 0-604800 s")
-    dialog.enter(1015, "123456")
+    dialog.enter(Id.CONTROL_NAVINIT_TIME_OF_WEEK, "123456")
     press_set(bench, dialog, sentence("PSRF101,4278000,642000,4672000,95000,12345600,1480,12,3"))
     wait_text(dialog, GreyBox, r"TOW: 123456\r\nWK: 1480\r\nPOS: 4278000 642000 4672000\r\nCLK: 95000\r\n")
 
@@ -176,22 +182,22 @@ def test_navigation_initialization_restarts_the_receiver(user):
 def test_set_message_rate_changes_what_arrives(user):
     bench = Bench(user)
     dialog = bench.open(SetMessageRate, "Set Message Rate")
-    zda, gll = 10313, 1037
+    zda, gll = Id.CONTROL_STAMP_ZDA, Id.CONTROL_STAMP_GLL
     wait_text(dialog, gll, r"^\d\d:\d\d:\d\d$")
     assert dialog.text(zda) == ""
-    assert next(c for c in dialog.controls("Button") if c["id"] == 1033)["checked"] == 1
+    assert next(c for c in dialog.controls("Button") if c["id"] == Id.CONTROL_NMEA_RATE_CHECKSUM)["checked"] == 1
     refused(user, dialog, "Message", "Select a message.")
 
-    dialog.pick(1031, "ZDA")
+    dialog.pick(Id.CONTROL_NMEA_RATE_MESSAGE, "ZDA")
     refused(user, dialog, "Update Rate", "Range 0-255 s")
-    dialog.enter(1032, "2")
+    dialog.enter(Id.CONTROL_NMEA_RATE_SECONDS, "2")
     press_set(bench, dialog, b"$PSRF103,8,0,2,1*2E\r\n")
     wait_text(dialog, zda, r"^\d\d:\d\d:\d\d$")
     first = dialog.text(zda)
     wait_for("ZDA comes again", lambda: dialog.text(zda) != first)
 
-    dialog.pick(1031, "GLL")
-    dialog.pick(1032, "0")
+    dialog.pick(Id.CONTROL_NMEA_RATE_MESSAGE, "GLL")
+    dialog.pick(Id.CONTROL_NMEA_RATE_SECONDS, "0")
     press_set(bench, dialog, b"$PSRF103,1,0,0,1*25\r\n")
     time.sleep(1.5)
     last, other = dialog.text(gll), dialog.text(zda)
@@ -202,21 +208,21 @@ def test_set_message_rate_changes_what_arrives(user):
 def test_development_data_and_datum(user):
     bench = Bench(user)
     dialog = bench.open(DevelopmentData, "Development Data")
-    assert dialog.text(1051) == "PSRF105,1"
+    assert dialog.text(Id.CONTROL_DEVELOPMENT_COMMAND) == "PSRF105,1"
     press_set(bench, dialog, b"$PSRF105,1*3E\r\n")
-    dialog.enter(1051, "PSRF106,999")
+    dialog.enter(Id.CONTROL_DEVELOPMENT_COMMAND, "PSRF106,999")
     press_set(bench, dialog, b"$PSRF106,999*35\r\n")
     wait_text(dialog, GreyBox, r"^PSRF106 parameter out of range\r\n$")
-    dialog.enter(1051, "HELLO")
+    dialog.enter(Id.CONTROL_DEVELOPMENT_COMMAND, "HELLO")
     press_set(bench, dialog, b"$HELLO*42\r\n")
     wait_text(dialog, GreyBox, r"^HELLO unknown\r\n$")
     dialog.close()
     latitude = user.page()[6]
 
     dialog = bench.open(SelectDatum, "Select Datum")
-    assert dialog.items(1061)[1] == "WGS-84"
-    assert dialog.text(GreyBox) == ""  # until the receiver says something
-    dialog.pick(1061, "Tokyo Korea")
+    assert dialog.items(Id.CONTROL_DATUM)[1] == "WGS-84"
+    assert dialog.text(GreyBox) == ""  # until the receiver sends a text
+    dialog.pick(Id.CONTROL_DATUM, "Tokyo Korea")
     press_set(bench, dialog, b"$PSRF106,180*35\r\n")
     wait_text(dialog, GreyBox, r"^PSRF106 ok\r\n$")
     dialog.close()
@@ -361,8 +367,8 @@ def test_switch_names_the_missing_rate_and_ends_the_program(user, stored, text):
 def test_enter_sends_a_rate_and_does_not_close(user):
     bench = Bench(user)
     dialog = bench.open(SetMessageRate, "Set Message Rate")
-    dialog.pick(1031, "GSV")
-    dialog.enter(1032, "7")
+    dialog.pick(Id.CONTROL_NMEA_RATE_MESSAGE, "GSV")
+    dialog.enter(Id.CONTROL_NMEA_RATE_SECONDS, "7")
     user.press(VK_RETURN)
     got = bytearray()
 
@@ -370,7 +376,7 @@ def test_enter_sends_a_rate_and_does_not_close(user):
         got.extend(bench.sent())
         return b"PSRF103,3,0,7,1*" in got
     wait_for("the rate is sent", arrived)
-    assert dialog.text(1032) == "7"
+    assert dialog.text(Id.CONTROL_NMEA_RATE_SECONDS) == "7"
     dialog.dismiss("Close")
 
 

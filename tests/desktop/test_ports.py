@@ -14,7 +14,7 @@ import ports
 
 
 class Prefix:
-    """What the mapping needs of a prefix; registry files are only kept."""
+    """The part of a prefix that the mapping needs; registry files are only kept."""
 
     map_port = desktop.Wine.map_port
 
@@ -97,7 +97,7 @@ def test_device_gets_a_place_once(machine, tmp_path):
 
 @pytest.fixture
 def terminal():
-    """A serial port as far as the system can tell: the near end of a pseudo-terminal."""
+    """A serial port for the system: the near end of a pseudo-terminal."""
     far, near = pty.openpty()
     device = os.ttyname(near)
     os.close(near)

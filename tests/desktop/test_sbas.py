@@ -9,13 +9,17 @@ import time
 from PIL import Image
 
 from harness import Output, Port, desktop, frame, wait_for
+from resource_ids import Id
 
 Rate = 57600
 Place = 47.3769, 8.5417  # where the software receiver stands
-Sbas = 2022
-Prn, Mode, Timeout, Get, Set = 1701, 1702, 1703, 1704, 1705
-Visibles = (1706, 1707, 1708)
-Sv, CarrierToNoise, State, Azimuth, Elevation = 401, 402, 403, 404, 405
+Sbas = Id.DIALOG_SIRF_SBAS
+Prn, Mode, Timeout, Get, Set = (Id.CONTROL_SBAS_PRN, Id.CONTROL_SBAS_MODE, Id.CONTROL_SBAS_TIMEOUT,
+                                Id.CONTROL_SBAS_GET, Id.CONTROL_SBAS_SET)
+Visibles = (Id.CONTROL_SBAS_VISIBLE_SVS, Id.CONTROL_SBAS_VISIBLE_AZIMUTHS, Id.CONTROL_SBAS_VISIBLE_ELEVATIONS)
+Sv, CarrierToNoise, State, Azimuth, Elevation = (Id.CONTROL_SBAS_SV, Id.CONTROL_SBAS_CARRIER_TO_NOISE,
+                                                 Id.CONTROL_SBAS_STATE, Id.CONTROL_SBAS_AZIMUTH,
+                                                 Id.CONTROL_SBAS_ELEVATION)
 Satellites = {120: -15.5, 124: 21.5, 126: 25, 127: 64, 128: 55}  # in view there
 PlotArea = 31, 62, 149, 182
 Black, White = (0, 0, 0), (255, 255, 255)
@@ -76,12 +80,12 @@ def place(sv):
 
 
 def has_line(image, x, y):
-    """Whether a line passes within a pixel."""
+    """True if a line passes within a pixel."""
     return any(image.getpixel((x + dx, y + dy)) == Black for dx in (-1, 0, 1) for dy in (-1, 0, 1))
 
 
 def has_frame(image, x, y):
-    """Whether the place is inside a frame: a line above and one below it, wide enough for three digits."""
+    """True if the place is inside a frame: a line above and one below it, wide enough for three digits."""
     def is_edge(row):
         return all(image.getpixel((x + dx, row)) == Black for dx in range(-8, 9))
     return any(map(is_edge, range(y - 12, y - 5))) and any(map(is_edge, range(y + 5, y + 13)))

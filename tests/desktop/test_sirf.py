@@ -7,6 +7,7 @@ import time
 import pytest
 
 from harness import Port, desktop, frame, wait_for
+from resource_ids import Id
 
 
 def message(number, length, **fields):
@@ -141,7 +142,7 @@ def test_reception_goes_on_while_a_refusal_is_shown(user):
 
 def test_refusal_leaves_an_open_dialog_in_charge(user):
     _, line = start_with_page(user)
-    user.choose(401)
+    user.choose(Id.COMMAND_ABOUT)
     about = user.dialog("About Toravane")
     refuse(line, 128)
     refusal(user).dismiss("OK")

@@ -1,13 +1,15 @@
 # SPDX-License-Identifier: MIT
-"""The SiRF command dialogs in the real window: against the software receiver, which keeps what it is told."""
+"""The SiRF command dialogs in the real window: against the software receiver, which keeps its settings."""
 
 import time
 
 import pytest
 
 from harness import Port, VK_ESCAPE, VK_RETURN, Dialog, desktop, wait_for
+from resource_ids import Id
 
 Rate = 38400
+FirstArrival = Id.CONTROL_ARRIVAL_ROWS + 1
 
 
 def frame(payload):
@@ -27,43 +29,70 @@ class Case:
 
 
 Cases = [
-    Case(2009, "Advanced Power Management", 5310, 5311, "9800",
-         {5301: 0, 5302: "0", 5303: "30", 5304: "No Max", 5305: "No Max", 5306: "0", 5307: "No Preference",
-          5308: "20", 5309: "No Preference"},
-         {5301: 1, 5302: "255", 5303: "180", 5304: "5", 5305: "160", 5306: "60", 5307: "Max Horizontal Error",
-          5308: "100", 5309: "Power Duty Cycle"},
-         (5303, "181", "Time Between Fixes", "Range 10-180")),
-    Case(2012, "DGPS Source", 1334, 1335, "A885",
-         {1331: "SBAS", 1332: "0", 1333: "0"}, {1331: "Internal Beacon", 1332: "325000", 1333: "200"},
-         (1332, "283499", "Internal Beacon Frequency", "Range 0 or 283500-325000 Hz")),
-    Case(2013, "Mode Control", 1361, 1362, "A888",
-         {1363: "Hold direction,clock", 1364: "0", 1365: "Auto", 1366: "Last computed", 1367: "30", 1368: "15",
-          1369: 0},
-         {1363: "Disable", 1364: "10000", 1365: "Always", 1366: "User input", 1367: "120", 1368: "0", 1369: 1},
-         (1364, "-1001", "Altitude", "Range -1000 to +10000 m")),
-    Case(2014, "DOP Mask", 1371, 1372, "A889",
-         {1373: "Auto PDOP/HDOP", 1374: "8", 1375: "8", 1376: "8"},
-         {1373: "Disabled", 1374: "1", 1375: "50", 1376: "12"}, (1376, "51", "HDOP Value", "Range 1-50")),
-    Case(2015, "DGPS Mode", 1381, 1382, "A88A", {1383: "Auto", 1384: "30"}, {1383: "Never use", 1384: "255"},
-         (1384, "256", "DGPS TimeOut", "Range 0-255 s")),
-    Case(2016, "Elevation Mask", 1391, 1392, "A88B", {1393: "5.0", 1394: "7.5"}, {1393: "0.0", 1394: "10.5"},
-         (1393, "900.1", "Tracking Mask", "Range -20.0 to 90.0 °")),
-    Case(2017, "Power Mask", 1401, 1402, "A88C", {1403: "28", 1404: "28"}, {1403: "0", 1404: "20"},
-         (1404, "51", "Navigation Mask", "Range 0-50 dBHz")),
-    Case(2018, "Static Navigation", 1431, 1432, "A88F", {1433: 0}, {1433: 1}),
-    Case(2019, "Trickle Power", 1511, 1512, "A897", {1513: 0, 1514: "100.0", 1515: "200"},
-         {1513: 0, 1514: "0.0", 1515: "900"}, (1515, "901", "On-Time", "Range 200-900 ms")),
-    # Of its own settings the receiver reports the two times only.
-    Case(2021, "Low Power", 1671, 1672, "9800", {1673: "30000", 1674: "120000"},
-         {1673: "3600000", 1674: "0", 1675: "3600", 1676: 0},
-         (1673, "3600001", "Max Off Time", "Range 0-3600000 ms\rDefault 30 s")),
+    Case(Id.DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, "Advanced Power Management", Id.CONTROL_APM_GET, Id.CONTROL_APM_SET,
+         "9800",
+         {Id.CONTROL_APM_ENABLED: 0, Id.CONTROL_APM_CYCLES: "0", Id.CONTROL_APM_TIME_BETWEEN_FIXES: "30",
+          Id.CONTROL_APM_MAX_HORIZONTAL_ERROR: "No Max", Id.CONTROL_APM_MAX_VERTICAL_ERROR: "No Max",
+          Id.CONTROL_APM_MAX_RESPONSE_TIME: "0", Id.CONTROL_APM_ACCURACY_PRIORITY: "No Preference",
+          Id.CONTROL_APM_DUTY_CYCLE: "20", Id.CONTROL_APM_TIMING_PRIORITY: "No Preference"},
+         {Id.CONTROL_APM_ENABLED: 1, Id.CONTROL_APM_CYCLES: "255", Id.CONTROL_APM_TIME_BETWEEN_FIXES: "180",
+          Id.CONTROL_APM_MAX_HORIZONTAL_ERROR: "5", Id.CONTROL_APM_MAX_VERTICAL_ERROR: "160",
+          Id.CONTROL_APM_MAX_RESPONSE_TIME: "60", Id.CONTROL_APM_ACCURACY_PRIORITY: "Max Horizontal Error",
+          Id.CONTROL_APM_DUTY_CYCLE: "100", Id.CONTROL_APM_TIMING_PRIORITY: "Power Duty Cycle"},
+         (Id.CONTROL_APM_TIME_BETWEEN_FIXES, "181", "Time Between Fixes", "Range 10-180")),
+    Case(Id.DIALOG_SIRF_DGPS_SOURCE, "DGPS Source", Id.CONTROL_DGPS_SOURCE_GET, Id.CONTROL_DGPS_SOURCE_SET, "A885",
+         {Id.CONTROL_DGPS_SOURCE: "SBAS", Id.CONTROL_DGPS_BEACON_FREQUENCY: "0", Id.CONTROL_DGPS_BEACON_BIT_RATE: "0"},
+         {Id.CONTROL_DGPS_SOURCE: "Internal Beacon", Id.CONTROL_DGPS_BEACON_FREQUENCY: "325000",
+          Id.CONTROL_DGPS_BEACON_BIT_RATE: "200"},
+         (Id.CONTROL_DGPS_BEACON_FREQUENCY, "283499", "Internal Beacon Frequency", "Range 0 or 283500-325000 Hz")),
+    Case(Id.DIALOG_SIRF_MODE_CONTROL, "Mode Control", Id.CONTROL_MODE_GET, Id.CONTROL_MODE_SET, "A888",
+         {Id.CONTROL_MODE_DEGRADED: "Hold direction,clock", Id.CONTROL_MODE_ALTITUDE: "0",
+          Id.CONTROL_MODE_ALTITUDE_HOLD: "Auto", Id.CONTROL_MODE_ALTITUDE_SOURCE: "Last computed",
+          Id.CONTROL_MODE_DEGRADED_TIMEOUT: "30", Id.CONTROL_MODE_DR_TIMEOUT: "15",
+          Id.CONTROL_MODE_TRACK_SMOOTHING: 0},
+         {Id.CONTROL_MODE_DEGRADED: "Disable", Id.CONTROL_MODE_ALTITUDE: "10000",
+          Id.CONTROL_MODE_ALTITUDE_HOLD: "Always", Id.CONTROL_MODE_ALTITUDE_SOURCE: "User input",
+          Id.CONTROL_MODE_DEGRADED_TIMEOUT: "120", Id.CONTROL_MODE_DR_TIMEOUT: "0", Id.CONTROL_MODE_TRACK_SMOOTHING: 1},
+         (Id.CONTROL_MODE_ALTITUDE, "-1001", "Altitude", "Range -1000 to +10000 m")),
+    Case(Id.DIALOG_SIRF_DOP_MASK, "DOP Mask", Id.CONTROL_DOP_GET, Id.CONTROL_DOP_SET, "A889",
+         {Id.CONTROL_DOP_SELECTION: "Auto PDOP/HDOP", Id.CONTROL_DOP_GDOP: "8", Id.CONTROL_DOP_PDOP: "8",
+          Id.CONTROL_DOP_HDOP: "8"},
+         {Id.CONTROL_DOP_SELECTION: "Disabled", Id.CONTROL_DOP_GDOP: "1", Id.CONTROL_DOP_PDOP: "50",
+          Id.CONTROL_DOP_HDOP: "12"}, (Id.CONTROL_DOP_HDOP, "51", "HDOP Value", "Range 1-50")),
+    Case(Id.DIALOG_SIRF_DGPS_MODE, "DGPS Mode", Id.CONTROL_DGPS_MODE_GET, Id.CONTROL_DGPS_MODE_SET, "A88A",
+         {Id.CONTROL_DGPS_MODE: "Auto", Id.CONTROL_DGPS_TIMEOUT: "30"},
+         {Id.CONTROL_DGPS_MODE: "Never use", Id.CONTROL_DGPS_TIMEOUT: "255"},
+         (Id.CONTROL_DGPS_TIMEOUT, "256", "DGPS TimeOut", "Range 0-255 s")),
+    Case(Id.DIALOG_SIRF_ELEVATION_MASK, "Elevation Mask", Id.CONTROL_ELEVATION_GET, Id.CONTROL_ELEVATION_SET, "A88B",
+         {Id.CONTROL_ELEVATION_TRACKING: "5.0", Id.CONTROL_ELEVATION_NAVIGATION: "7.5"},
+         {Id.CONTROL_ELEVATION_TRACKING: "0.0", Id.CONTROL_ELEVATION_NAVIGATION: "10.5"},
+         (Id.CONTROL_ELEVATION_TRACKING, "900.1", "Tracking Mask", "Range -20.0 to 90.0 °")),
+    Case(Id.DIALOG_SIRF_POWER_MASK, "Power Mask", Id.CONTROL_POWER_GET, Id.CONTROL_POWER_SET, "A88C",
+         {Id.CONTROL_POWER_TRACKING: "28", Id.CONTROL_POWER_NAVIGATION: "28"},
+         {Id.CONTROL_POWER_TRACKING: "0", Id.CONTROL_POWER_NAVIGATION: "20"},
+         (Id.CONTROL_POWER_NAVIGATION, "51", "Navigation Mask", "Range 0-50 dBHz")),
+    Case(Id.DIALOG_SIRF_STATIC_NAVIGATION, "Static Navigation", Id.CONTROL_STATIC_NAVIGATION_GET,
+         Id.CONTROL_STATIC_NAVIGATION_SET, "A88F", {Id.CONTROL_STATIC_NAVIGATION: 0},
+         {Id.CONTROL_STATIC_NAVIGATION: 1}),
+    Case(Id.DIALOG_SIRF_TRICKLE_POWER, "Trickle Power", Id.CONTROL_TRICKLE_GET, Id.CONTROL_TRICKLE_SET, "A897",
+         {Id.CONTROL_TRICKLE_PUSH_TO_FIX: 0, Id.CONTROL_TRICKLE_DUTY_CYCLE: "100.0", Id.CONTROL_TRICKLE_ON_TIME: "200"},
+         {Id.CONTROL_TRICKLE_PUSH_TO_FIX: 0, Id.CONTROL_TRICKLE_DUTY_CYCLE: "0.0", Id.CONTROL_TRICKLE_ON_TIME: "900"},
+         (Id.CONTROL_TRICKLE_ON_TIME, "901", "On-Time", "Range 200-900 ms")),
+    # The receiver reports only the two times of this dialog's settings.
+    Case(Id.DIALOG_SIRF_LOW_POWER, "Low Power", Id.CONTROL_LOW_POWER_GET, Id.CONTROL_LOW_POWER_SET, "9800",
+         {Id.CONTROL_LOW_POWER_MAX_OFF_TIME: "30000", Id.CONTROL_LOW_POWER_MAX_SEARCH_TIME: "120000"},
+         {Id.CONTROL_LOW_POWER_MAX_OFF_TIME: "3600000", Id.CONTROL_LOW_POWER_MAX_SEARCH_TIME: "0",
+          Id.CONTROL_LOW_POWER_PERIOD: "3600", Id.CONTROL_LOW_POWER_ADAPTIVE: 0},
+         (Id.CONTROL_LOW_POWER_MAX_OFF_TIME, "3600001", "Max Off Time", "Range 0-3600000 ms\rDefault 30 s")),
 ]
-UnreadFields = {1675, 1676}
+UnreadFields = {Id.CONTROL_LOW_POWER_PERIOD, Id.CONTROL_LOW_POWER_ADAPTIVE}
 
 # The rest have tests of their own.
 AllDialogs = [(c.item, c.caption, c.poll) for c in Cases] + [
-    (2011, "Switch to NMEA Protocol", None), (2020, "Set Message Rate", None),
-    (2025, "Poll Software Version", "8400"), (2010, "Initialize Data Source", "A880")]
+    (Id.DIALOG_SIRF_SWITCH_TO_NMEA, "Switch to NMEA Protocol", None),
+    (Id.DIALOG_SIRF_SET_MESSAGE_RATE, "Set Message Rate", None),
+    (Id.DIALOG_SIRF_POLL_SOFTWARE_VERSION, "Poll Software Version", "8400"),
+    (Id.DIALOG_SIRF_INITIALIZE_DATA_SOURCE, "Initialize Data Source", "A880")]
 
 
 def shown(dialog, number):
@@ -140,7 +169,7 @@ class Session:
         return self.record.read_bytes()
 
     def sent(self):
-        """What the program has sent since a dialog was opened."""
+        """The bytes that the program has sent since a dialog was opened."""
         return self.sent_in_all()[self.mark:]
 
     def wait_sent(self, *payloads):
@@ -193,9 +222,9 @@ def test_setting_is_shown_set_and_shown_again(session, case):
 
 def test_enter_sends_and_leaves_the_dialog_open(session):
     """Set is the default button, also while a field or a list has the focus."""
-    dialog = session.open(2017, "Power Mask")
+    dialog = session.open(Id.DIALOG_SIRF_POWER_MASK, "Power Mask")
     session.wait_sent("A88C")
-    enter(dialog, {1403: "21", 1404: "22"})
+    enter(dialog, {Id.CONTROL_POWER_TRACKING: "21", Id.CONTROL_POWER_NAVIGATION: "22"})
     session.user.press(VK_RETURN)
     session.wait_sent("A88C", "8C1516")
     assert session.user.dialogs() == ["Power Mask"]
@@ -203,7 +232,8 @@ def test_enter_sends_and_leaves_the_dialog_open(session):
 
 
 def test_enter_does_not_restart_or_switch_the_receiver(session):
-    for number, caption, polls in ((2010, "Initialize Data Source", ["A880"]), (2011, "Switch to NMEA Protocol", [])):
+    for number, caption, polls in ((Id.DIALOG_SIRF_INITIALIZE_DATA_SOURCE, "Initialize Data Source", ["A880"]),
+                                   (Id.DIALOG_SIRF_SWITCH_TO_NMEA, "Switch to NMEA Protocol", [])):
         dialog = session.open(number, caption)
         session.user.press(VK_RETURN)
         dialog.wait_gone()
@@ -211,19 +241,20 @@ def test_enter_does_not_restart_or_switch_the_receiver(session):
 
 
 def test_undecided_box_is_refused(session):
-    dialog = session.open(2018, "Static Navigation")
-    wait_for("the dialog shows the setting", lambda: shown(dialog, 1433) != 2)
-    enter(dialog, {1433: 2})
-    refused(session.user, dialog, 1432, "Static Navigation Flag", "Indeterminate")
+    dialog = session.open(Id.DIALOG_SIRF_STATIC_NAVIGATION, "Static Navigation")
+    wait_for("the dialog shows the setting", lambda: shown(dialog, Id.CONTROL_STATIC_NAVIGATION) != 2)
+    enter(dialog, {Id.CONTROL_STATIC_NAVIGATION: 2})
+    refused(session.user, dialog, Id.CONTROL_STATIC_NAVIGATION_SET, "Static Navigation Flag", "Indeterminate")
     session.wait_sent("A88F")
     dialog.dismiss("Close")
 
 
 def test_trickle_power_warns_before_a_long_sleep(session):
-    dialog = session.open(2019, "Trickle Power")
-    wait_shown(dialog, {1514: "0.0"})
-    enter(dialog, {1513: 0, 1514: "1.0", 1515: "200"})
-    dialog.press(1512)
+    dialog = session.open(Id.DIALOG_SIRF_TRICKLE_POWER, "Trickle Power")
+    wait_shown(dialog, {Id.CONTROL_TRICKLE_DUTY_CYCLE: "0.0"})
+    enter(dialog, {Id.CONTROL_TRICKLE_PUSH_TO_FIX: 0, Id.CONTROL_TRICKLE_DUTY_CYCLE: "1.0",
+                   Id.CONTROL_TRICKLE_ON_TIME: "200"})
+    dialog.press(Id.CONTROL_TRICKLE_SET)
     box = session.user.dialog("Warning")
     assert box.texts == ["GPS will be on for only 200 milliseconds every 20 seconds."
                          " It may be VERY difficult to communicate with it. Try anyway?"]
@@ -231,76 +262,79 @@ def test_trickle_power_warns_before_a_long_sleep(session):
     session.user.press(0x0D)  # Return presses the default button
     box.wait_gone()
     session.wait_sent("A897")
-    enter(dialog, {1514: "100"})
-    dialog.press(1512)  # 0.2 s: no warning
+    enter(dialog, {Id.CONTROL_TRICKLE_DUTY_CYCLE: "100"})
+    dialog.press(Id.CONTROL_TRICKLE_SET)  # 0.2 s: no warning
     session.wait_sent("A897", "97 0000 03E8 000000C8")
-    wait_for("the time of day comes", lambda: dialog.text(1518))
+    wait_for("the time of day comes", lambda: dialog.text(Id.CONTROL_SIRF_TIME))
     dialog.dismiss("Close")
 
 
 def test_software_version(session):
-    dialog = session.open(2025, "Poll Software Version")
-    version = wait_for("the version comes", lambda: dialog.text(1322))
+    dialog = session.open(Id.DIALOG_SIRF_POLL_SOFTWARE_VERSION, "Poll Software Version")
+    version = wait_for("the version comes", lambda: dialog.text(Id.CONTROL_SOFTWARE_VERSION))
     assert len(version) > 3
-    dialog.press(1321)
+    dialog.press(Id.CONTROL_SOFTWARE_VERSION_GET)
     session.wait_sent("8400", "8400")
     dialog.dismiss("Close")
 
 
 def test_message_rate(session):
-    dialog = session.open(2020, "Set Message Rate")
-    wait_for("messages are listed", lambda: dialog.text(16602) and dialog.text(16603))
-    assert dialog.text(16602)[3:5] == "  " and dialog.text(16602)[7] == ":"
-    dialog.enter(16617, "31")
-    dialog.enter(16616, "0")
-    refused(session.user, dialog, 16618, "Message Rate", "Range 0-30 s")
-    dialog.pick(16617, "0")
-    refused(session.user, dialog, 16618, "Message ID", "Range 1-255")
-    dialog.pick(16616, "4 Measured Tracking Data")
+    dialog = session.open(Id.DIALOG_SIRF_SET_MESSAGE_RATE, "Set Message Rate")
+    wait_for("messages are listed", lambda: dialog.text(FirstArrival) and dialog.text(FirstArrival + 1))
+    assert dialog.text(FirstArrival)[3:5] == "  " and dialog.text(FirstArrival)[7] == ":"
+    dialog.enter(Id.CONTROL_RATE_SECONDS, "31")
+    dialog.enter(Id.CONTROL_RATE_MESSAGE_ID, "0")
+    refused(session.user, dialog, Id.CONTROL_RATE_SET, "Message Rate", "Range 0-30 s")
+    dialog.pick(Id.CONTROL_RATE_SECONDS, "0")
+    refused(session.user, dialog, Id.CONTROL_RATE_SET, "Message ID", "Range 1-255")
+    dialog.pick(Id.CONTROL_RATE_MESSAGE_ID, "4 Measured Tracking Data")
     assert session.sent() == b""
-    dialog.press(16618)
+    dialog.press(Id.CONTROL_RATE_SET)
     session.wait_sent("A6 00 04 00 00000000")
 
     def row(message):
-        return next((dialog.text(n) for n in range(16602, 16615) if dialog.text(n).startswith(message)), None)
+        return next((dialog.text(n) for n in range(FirstArrival, FirstArrival + 13) if dialog.text(n).startswith(message)), None)
     time.sleep(1.5)
     stopped = row("004")
     others = row("002")
     wait_for("other messages go on", lambda: row("002") != others)
     assert row("004") == stopped
-    dialog.enter(16617, "1")
-    dialog.press(16618)
+    dialog.enter(Id.CONTROL_RATE_SECONDS, "1")
+    dialog.press(Id.CONTROL_RATE_SET)
     wait_for("it is sent again", lambda: row("004") != stopped)
     dialog.dismiss("Close")
 
 
 def test_initialize_data_source(session):
     user = session.user
-    dialog = session.open(2010, "Initialize Data Source")
-    wait_shown(dialog, {1287: "12", 12811: 1, 12818: 0, 12819: 0, 12820: 0})
+    dialog = session.open(Id.DIALOG_SIRF_INITIALIZE_DATA_SOURCE, "Initialize Data Source")
+    wait_shown(dialog, {Id.CONTROL_INIT_CHANNELS: "12", Id.CONTROL_INIT_SNAP_START: 1, Id.CONTROL_INIT_NAVLIB: 0,
+                        Id.CONTROL_INIT_DEBUG: 0, Id.CONTROL_INIT_CLEAR: 0})
     session.wait_sent("A880")
-    assert not dialog.control(1281)["enabled"] and dialog.control(1287)["enabled"]
-    dialog.press(12813)
-    wait_for("the fields open", lambda: dialog.control(1286)["enabled"])
-    enter(dialog, {1281: "10000001", 1282: "0", 1283: "0", 1284: "96000", 1286: "1443"})
-    refused(user, dialog, 12810, "ECEF X", "Range -10000000 to 10000000 m")
-    enter(dialog, {1287: "8"})
-    dialog.press(12817)
+    assert not dialog.control(Id.CONTROL_INIT_ECEF_X)["enabled"] and dialog.control(Id.CONTROL_INIT_CHANNELS)["enabled"]
+    dialog.press(Id.CONTROL_INIT_WARM_START_INIT)
+    wait_for("the fields open", lambda: dialog.control(Id.CONTROL_INIT_WEEK)["enabled"])
+    enter(dialog, {Id.CONTROL_INIT_ECEF_X: "10000001", Id.CONTROL_INIT_ECEF_Y: "0", Id.CONTROL_INIT_ECEF_Z: "0",
+                   Id.CONTROL_INIT_CLOCK_OFFSET: "96000", Id.CONTROL_INIT_WEEK: "1443"})
+    refused(user, dialog, Id.CONTROL_INIT_SET, "ECEF X", "Range -10000000 to 10000000 m")
+    enter(dialog, {Id.CONTROL_INIT_CHANNELS: "8"})
+    dialog.press(Id.CONTROL_INIT_SYSTEM_RESET)
     wait_for("the fields close and Clear is ticked",
-             lambda: not dialog.control(1286)["enabled"] and shown(dialog, 12820) == 1)
-    dialog.press(12812)
-    enter(dialog, {12818: 0, 12819: 0, 12820: 0})
-    dialog.press(12810)
+             lambda: not dialog.control(Id.CONTROL_INIT_WEEK)["enabled"] and shown(dialog, Id.CONTROL_INIT_CLEAR) == 1)
+    dialog.press(Id.CONTROL_INIT_HOT_START)
+    enter(dialog, {Id.CONTROL_INIT_NAVLIB: 0, Id.CONTROL_INIT_DEBUG: 0, Id.CONTROL_INIT_CLEAR: 0})
+    dialog.press(Id.CONTROL_INIT_SET)
     session.wait_sent("A880", "80" + "00" * 22 + "08 40")
     dialog.dismiss("Close")
     time.sleep(2)  # the receiver starts
 
-    dialog = session.open(2010, "Initialize Data Source")
-    wait_shown(dialog, {1287: "8", 12811: 0, 12812: 1, 12820: 0})
+    dialog = session.open(Id.DIALOG_SIRF_INITIALIZE_DATA_SOURCE, "Initialize Data Source")
+    wait_shown(dialog, {Id.CONTROL_INIT_CHANNELS: "8", Id.CONTROL_INIT_SNAP_START: 0, Id.CONTROL_INIT_HOT_START: 1,
+                        Id.CONTROL_INIT_CLEAR: 0})
     dialog.close()
-    dialog = session.open(2010, "Initialize Data Source")
-    wait_shown(dialog, {1287: "8"})
-    dialog.press(1289)
+    dialog = session.open(Id.DIALOG_SIRF_INITIALIZE_DATA_SOURCE, "Initialize Data Source")
+    wait_shown(dialog, {Id.CONTROL_INIT_CHANNELS: "8"})
+    dialog.press(Id.CONTROL_INIT_GET)
     session.wait_sent("A880", "A880")
     user.press(VK_ESCAPE)
     dialog.wait_gone()
@@ -311,30 +345,31 @@ def test_initialize_data_source(session):
 def test_switch_to_nmea(session):
     """Last with this program: the receiver really switches, the port follows, the page becomes that of NMEA."""
     user = session.user
-    dialog = session.open(2011, "Switch to NMEA Protocol")
-    assert [dialog.text(1290 + i) for i in range(10)] == ["1", "1", "5", "5", "1", "1", "0", "0", "0", "0"]
-    assert dialog.items(12912) == ([str(rate) for rate in desktop.Rates], str(Rate))
-    assert shown(dialog, 12911) == 1 and shown(dialog, 12913) == 2
-    assert not dialog.control(12915)["enabled"]
-    wait_for("the receiver's time comes", lambda: dialog.text(1518))
-    dialog.press(12916)
+    dialog = session.open(Id.DIALOG_SIRF_SWITCH_TO_NMEA, "Switch to NMEA Protocol")
+    assert [dialog.text(Id.CONTROL_TO_NMEA_RATES + i) for i in range(10)] == ["1", "1", "5", "5", "1", "1", "0", "0",
+                                                                              "0", "0"]
+    assert dialog.items(Id.CONTROL_TO_NMEA_BAUDRATE) == ([str(rate) for rate in desktop.Rates], str(Rate))
+    assert shown(dialog, Id.CONTROL_TO_NMEA_CHECKSUMS) == 1 and shown(dialog, Id.CONTROL_TO_NMEA_DEBUG) == 2
+    assert not dialog.control(Id.CONTROL_TO_NMEA_FOLLOW)["enabled"]
+    wait_for("the receiver's time comes", lambda: dialog.text(Id.CONTROL_SIRF_TIME))
+    dialog.press(Id.CONTROL_TO_NMEA_HELP)
     box = user.dialog("Switching Baudrate")
     assert box.texts[0].startswith("Switching the SiRF chip to another baudrate is dangerous on some devices.")
     box.dismiss("OK")
 
-    dialog.enter(1299, "256")
-    refused(user, dialog, 12914, "User 10 Update Rate", "Range 0-255 s")
-    dialog.enter(1299, "0")
-    dialog.enter(1292, "1")
+    dialog.enter(Id.CONTROL_TO_NMEA_RATES + 9, "256")
+    refused(user, dialog, Id.CONTROL_TO_NMEA_SET, "User 10 Update Rate", "Range 0-255 s")
+    dialog.enter(Id.CONTROL_TO_NMEA_RATES + 9, "0")
+    dialog.enter(Id.CONTROL_TO_NMEA_RATES + 2, "1")
     assert session.sent() == b"" and user.stored("NmeaIntervalIdx01") is None
-    dialog.pick(12912, "9600")
-    dialog.press(12914)
+    dialog.pick(Id.CONTROL_TO_NMEA_BAUDRATE, "9600")
+    dialog.press(Id.CONTROL_TO_NMEA_SET)
     session.wait_sent("81 02 0101 0101 0101 0501 0101 0101 0001 0001 0001 0001 2580")
-    wait_for("=Baud is enabled", lambda: dialog.control(12915)["enabled"])
+    wait_for("=Baud is enabled", lambda: dialog.control(Id.CONTROL_TO_NMEA_FOLLOW)["enabled"])
     assert [user.stored(f"NmeaIntervalIdx{i:02}") for i in range(1, 11)] == [1, 1, 1, 5, 1, 1, 0, 0, 0, 0]
     time.sleep(1)  # the receiver's change of rate
-    dialog.press(12915)
-    wait_for("sentences arrive", lambda: dialog.text(901), 20)
+    dialog.press(Id.CONTROL_TO_NMEA_FOLLOW)
+    wait_for("sentences arrive", lambda: dialog.text(Id.CONTROL_NMEA_TIME), 20)
     wait_for("the rate is stored", lambda: user.stored("NmeaBaudrateIdx") == desktop.Rates.index(9600))
     assert user.stored("BaudrateIdx") == desktop.Rates.index(9600)
     dialog.dismiss("Close")
@@ -353,7 +388,7 @@ def test_opening_polls_only_when_sirf_is_recognised(user):
             before = len(line.received)
             user.choose(item)
             dialog = user.dialog(caption)
-            polls = poll and (recognised or item == 2010)
+            polls = poll and (recognised or item == Id.DIALOG_SIRF_INITIALIZE_DATA_SOURCE)
             if polls:
                 wait_for("the poll is sent", lambda: len(line.received) > before)
             ends[number % 3](user, dialog)
@@ -368,16 +403,16 @@ def test_opening_polls_only_when_sirf_is_recognised(user):
 def test_refusals_of_the_receiver_are_worded(desktop_session):
     session = Session(desktop_session, "--refuse", "140,143")
     user = session.user
-    dialog = session.open(2017, "Power Mask")
+    dialog = session.open(Id.DIALOG_SIRF_POWER_MASK, "Power Mask")
     session.wait_sent("A88C")
     time.sleep(1)
     assert user.dialogs() == ["Power Mask"]  # nobody has asked for this poll
-    dialog.press(1401)
+    dialog.press(Id.CONTROL_POWER_GET)
     box = user.dialog("NAcknowledgment")
     assert box.texts == ["Command 168 with parameter 140 not accepted."]
     box.dismiss("OK")
-    enter(dialog, {1403: "20", 1404: "20"})
-    dialog.press(1402)
+    enter(dialog, {Id.CONTROL_POWER_TRACKING: "20", Id.CONTROL_POWER_NAVIGATION: "20"})
+    dialog.press(Id.CONTROL_POWER_SET)
     box = user.dialog("NAcknowledgment")
     assert box.texts == ["Command 140\r\rCommand or parameter not accepted."]
     box.dismiss("OK")
@@ -401,10 +436,10 @@ def test_keypad_layout_sets_the_same(desktop_session):
         dialog = session.open(case.item, case.caption)
         wait_shown(dialog, case.changed)
         dialog.dismiss("OK")
-    dialog = session.open(2020, "Set Message Rate")
-    dialog.pick(16616, "41 Geodetic Navigation Data")
-    dialog.pick(16617, "5")
-    dialog.press(16618)
+    dialog = session.open(Id.DIALOG_SIRF_SET_MESSAGE_RATE, "Set Message Rate")
+    dialog.pick(Id.CONTROL_RATE_MESSAGE_ID, "41 Geodetic Navigation Data")
+    dialog.pick(Id.CONTROL_RATE_SECONDS, "5")
+    dialog.press(Id.CONTROL_RATE_SET)
     session.wait_sent("A6 00 29 05 00000000")
     dialog.dismiss("OK")
     session.user.tidy()

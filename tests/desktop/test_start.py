@@ -8,6 +8,7 @@ import pytest
 
 from harness import (Port, VK_DOWN, VK_ESCAPE, VK_F10, VK_LEFT, VK_RETURN, VK_RIGHT, VK_UP, desktop, frame, sentence,
                      wait_for)
+from resource_ids import Id
 
 HotStart = b"$PSRF101,0,0,0,0,0,0,12,1*15\r\n"
 
@@ -44,28 +45,28 @@ Page = [
 StartPage = [" Menu Com. Open a port."] + [""] * 18
 
 NmeaItems = [
-    (2003, "Set Serial Port (Switch to SiRF)"),
-    (2004, "Navigation Initialization"),
-    (2005, "Set Message Rate"),
-    (2007, "Development Data"),
-    (2008, "Select Datum"),
+    (Id.DIALOG_NMEA_SET_SERIAL_PORT, "Set Serial Port (Switch to SiRF)"),
+    (Id.DIALOG_NMEA_NAVIGATION_INITIALIZATION, "Navigation Initialization"),
+    (Id.DIALOG_NMEA_SET_MESSAGE_RATE, "Set Message Rate"),
+    (Id.DIALOG_NMEA_DEVELOPMENT_DATA, "Development Data"),
+    (Id.DIALOG_NMEA_SELECT_DATUM, "Select Datum"),
 ]
 SirfItems = [
-    (2009, "Advanced Power Management"),
-    (2010, "Initialize Data Source"),
-    (2011, "Switch to NMEA Protocol"),
-    (2012, "DGPS Source"),
-    (2013, "Mode Control"),
-    (2014, "DOP Mask"),
-    (2015, "DGPS Mode"),
-    (2016, "Elevation Mask"),
-    (2017, "Power Mask"),
-    (2018, "Static Navigation"),
-    (2019, "Trickle Power"),
-    (2020, "Set Message Rate"),
-    (2021, "Low Power"),
-    (2022, "SBAS"),
-    (2025, "Poll Software Version"),
+    (Id.DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, "Advanced Power Management"),
+    (Id.DIALOG_SIRF_INITIALIZE_DATA_SOURCE, "Initialize Data Source"),
+    (Id.DIALOG_SIRF_SWITCH_TO_NMEA, "Switch to NMEA Protocol"),
+    (Id.DIALOG_SIRF_DGPS_SOURCE, "DGPS Source"),
+    (Id.DIALOG_SIRF_MODE_CONTROL, "Mode Control"),
+    (Id.DIALOG_SIRF_DOP_MASK, "DOP Mask"),
+    (Id.DIALOG_SIRF_DGPS_MODE, "DGPS Mode"),
+    (Id.DIALOG_SIRF_ELEVATION_MASK, "Elevation Mask"),
+    (Id.DIALOG_SIRF_POWER_MASK, "Power Mask"),
+    (Id.DIALOG_SIRF_STATIC_NAVIGATION, "Static Navigation"),
+    (Id.DIALOG_SIRF_TRICKLE_POWER, "Trickle Power"),
+    (Id.DIALOG_SIRF_SET_MESSAGE_RATE, "Set Message Rate"),
+    (Id.DIALOG_SIRF_LOW_POWER, "Low Power"),
+    (Id.DIALOG_SIRF_SBAS, "SBAS"),
+    (Id.DIALOG_SIRF_POLL_SOFTWARE_VERSION, "Poll Software Version"),
 ]
 
 
@@ -203,20 +204,22 @@ def under(popup, items):
 def test_menu_items(user):
     items = user.driver.menu(desktop.Program, 2000)
     assert [(item["id"], item["path"]) for item in items] == [
-        (401, "About"), (403, "Com"), *under("NMEA", NmeaItems), *under("SiRF", SirfItems), (408, "Graph"),
-        (406, "Exit")]
+        (Id.COMMAND_ABOUT, "About"), (Id.COMMAND_COMMUNICATION, "Com"), *under("NMEA", NmeaItems),
+        *under("SiRF", SirfItems), (Id.COMMAND_GRAPH, "Graph"),
+        (Id.COMMAND_EXIT, "Exit")]
 
 
 def test_keypad_menu_items(user):
     items = user.driver.menu(desktop.Program, 2100)
     assert [(item["id"], item["path"]) for item in items] == [
-        (401, "NMEA/About Toravane"), (403, "NMEA/Communication"), *under("NMEA", NmeaItems),
-        (408, "NMEA/Graph Options"), (406, "NMEA/Exit"), *under("SiRF", SirfItems)]
+        (Id.COMMAND_ABOUT, "NMEA/About Toravane"), (Id.COMMAND_COMMUNICATION, "NMEA/Communication"),
+        *under("NMEA", NmeaItems),
+        (Id.COMMAND_GRAPH, "NMEA/Graph Options"), (Id.COMMAND_EXIT, "NMEA/Exit"), *under("SiRF", SirfItems)]
 
 
 def test_menu_opens_the_about_box(user):
     program, _ = user.start_connected()
-    user.choose(401)
+    user.choose(Id.COMMAND_ABOUT)
     user.dialog("About Toravane").dismiss("OK")
     assert program.running()
 
@@ -230,7 +233,7 @@ def test_menu_by_keyboard(user):
 
 def test_menu_exit_ends_the_program(user):
     program, _ = user.start_connected()
-    user.choose(406)
+    user.choose(Id.COMMAND_EXIT)
     assert program.wait_end() == 0
 
 
@@ -306,7 +309,7 @@ def test_second_start_brings_the_first_to_the_front(user):
 
 def test_second_start_brings_an_open_box_to_the_front(user):
     user.start_connected()
-    user.choose(401)
+    user.choose(Id.COMMAND_ABOUT)
     user.dialog("About Toravane")
     second = user.start()
     assert second.wait_end() == 0

@@ -36,7 +36,7 @@ uint32_t CallGuest(GuestAddress routine, std::initializer_list<uint32_t> argumen
 // ---- From the program to the system -------------------------------------------------------------------
 
 // The caller as a call of the system sees it: arguments in r0 to r3, then on the stack, a 64-bit one in two
-// consecutive words wherever it stands.
+// consecutive words at every place.
 class GuestCall
 {
 public:

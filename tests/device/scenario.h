@@ -25,5 +25,5 @@ bool TakeProgramOption(const std::string& name, const std::string& value);
 // Runs the program to its end and returns its exit code. Once in a process.
 int RunProgramUnderTest(const wchar_t* commandLine);
 
-// Prints on the standard error stream what this form can tell of the cost of a run.
+// Prints the costs of a run that this form can measure to the standard error stream.
 void PrintFigures(const Scenario& scenario);

@@ -24,7 +24,7 @@ Menu, Dialog, PackedDialog = 4, 5, 256  # types of resources
 
 
 def output_of(*command, cwd=Build):
-    """What a program prints; it must succeed and have nothing to complain about."""
+    """A program's output; it must succeed without a warning."""
     done = subprocess.run(list(map(str, command)), cwd=cwd, capture_output=True, text=True)
     assert done.returncode == 0, done.stderr
     assert done.stderr == ""

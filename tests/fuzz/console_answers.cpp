@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the console program reads from a receiver's answers: the first byte chooses a setting, the rest is a
+// The console program reads a receiver's answers: the first byte chooses a setting, the rest is a
 // payload.
 #include <cstdlib>
 
@@ -16,7 +16,7 @@ void Require(bool holds)
     if (!holds) std::abort();
 }
 
-// What is printed is accepted again, and means the same; a value outside its range may be refused.
+// The printed text is accepted as input with the same meaning; a value outside its range may be refused.
 void ReadBack(const Setting& setting, const SettingValues& values)
 {
     const std::string text = SettingText(setting, values);

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""Makes the seed corpora of the fuzz targets anew, out of our own logs and of a fixed random sequence.
+"""Makes the seed corpora of the fuzz targets again, from our own logs and from a fixed random sequence.
 
 What long runs have found stays: only files named seed-* are replaced."""
 import pathlib

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What the tests must notice: deliberate oddities and boundaries of the program, each broken in one way.
+"""Changes that the tests must notice: deliberate oddities and boundaries of the program, each broken in one way.
 
 A row: file, exact text (once in the file), what takes its place, what that breaks, test programs that must fail.
 """

@@ -133,7 +133,7 @@ def check_programs(user, folder):
 
 
 class Installed:
-    """What the installer leaves in the prefix."""
+    """The files and entries that the installer makes in the prefix."""
 
     def __init__(self, user):
         self.user = user
@@ -242,7 +242,7 @@ def test_completions_are_those_of_the_program(unpacked):
 
 
 def test_installed_tools_find_each_other(unpacked):
-    """What autopkgtest runs in an installed system, with the unpacked tools."""
+    """The tests that autopkgtest runs in an installed system, with the unpacked tools."""
     environment = {**os.environ, "PATH": f"{unpacked / 'usr/bin'}:{os.environ['PATH']}"}
     subprocess.run([desktop.Root / "packaging/debian/tests/receiver"], env=environment, check=True, timeout=120)
 

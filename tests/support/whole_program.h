@@ -39,7 +39,7 @@ void ExpectNothingLeft();
 // Bytes through the reader's path, with a paint and a little time now and then.
 void Receive(std::string_view bytes);
 
-// From the text page to the chart, with a key.
+// Goes from the text page to the chart, with a key.
 void ShowChart();
 
 // Port COM3: open without a reader thread, so that all happens on one thread; what is sent is kept.

@@ -65,7 +65,7 @@ test("the receiver in the page takes commands", async () => {
     engine.program.stop();
 });
 
-// What the receiver gets of each: the command of its menu item, what is filled in, the button.
+// The sentence that each dialog sends: the command of its menu item, the entries, the button.
 const NmeaCommands = [
     [2004, { 10113: 1 }, 1018, "PSRF101,0,0,0,0,0,0,12,4"],
     [2005, { 1031: 2, 1032: "5" }, 1034, "PSRF103,2,0,5,1"],

@@ -83,7 +83,7 @@ self.eyes = {
 
 
 class PageDriver:
-    """What tools/desktop/driver.py offers, of a page."""
+    """The routines of tools/desktop/driver.py, for a page."""
 
     def __init__(self, user):
         self.user = user

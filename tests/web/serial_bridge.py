@@ -46,7 +46,7 @@ class Bridge:
         try:
             file = os.open(self.device_of(port), os.O_RDWR | os.O_NOCTTY)
         except (OSError, TypeError):
-            return "NetworkError"  # as the browser names what it cannot open, for whatever reason
+            return "NetworkError"  # the browser's name for every failure to open
         tty.setraw(file)
         settings = termios.tcgetattr(file)
         settings[4] = settings[5] = getattr(termios, f"B{rate}")

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What the tests of the page do again and again."""
+"""Steps that several tests of the page use."""
 
 import base64
 import io
@@ -86,12 +86,12 @@ def canvas(element):
 
 
 def replayed(*arguments):
-    """What the replay tool prints."""
+    """The replay tool's output."""
     return subprocess.run([Replay, *arguments], check=True, capture_output=True, encoding="utf-8").stdout
 
 
 def complaints_of_axe(tab):
-    """What the accessibility checker finds fault with."""
+    """The faults that the accessibility checker finds."""
     tab.run(Axe.read_text(encoding="utf-8") + ";0")
     found = tab.run("axe.run().then(({violations}) => violations.map("
                     "({id, nodes}) => [id, ...nodes.map(({html}) => html)]))")

@@ -100,7 +100,7 @@ def one_page(browser):
 
 @pytest.fixture
 def shared(one_page, server):
-    """One page for all tests that leave it as it was; begun afresh after one that did not."""
+    """One page for all tests that leave it as it was; started again after one that did not."""
     one_page.size(1000, 760)
     if not one_page.run("!!self.toravane && !document.querySelector('dialog')"):
         one_page.visit(server.address)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What a first visitor sees: a receiver that streams, at once and without a question."""
+"""A visitor's first look: a receiver sends data, immediately and without a question."""
 
 import re
 import time

@@ -91,7 +91,7 @@ def test_log_of_the_receiver_is_downloaded(tab):
     assert len(files[0].stem) == 12 and files[0].stem.isdigit()
     text = files[0].read_text(encoding="ascii")
     assert "$GPGGA," in text
-    # What was logged is what the replay tool makes sentences of.
+    # The replay tool decodes the logged bytes.
     assert "Messages NMEA" in replayed("--stats", files[0])
     messages = int(replayed("--stats", files[0]).split()[2])
     assert messages >= 5

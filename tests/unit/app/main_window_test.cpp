@@ -441,7 +441,7 @@ TEST_F(MainWindowTest, CopyThatCouldNotStartLeavesTheNextOneItsPlace)
     LeaveOnlyCopy();
 }
 
-// Systems obey the launcher at the first showing, whatever the program asks for.
+// Systems obey the launcher when the window is shown first, no matter what the program asks for.
 TEST_F(MainWindowTest, StartThatTheLauncherMinimisesShowsTheWindow)
 {
     StorePortAndRate();
@@ -713,7 +713,7 @@ TEST_F(MainWindowTest, MissingShellExportsAreDoneWithout)
 
 // ---- Hand-held devices --------------------------------------------------------------------------------
 
-// What the program asked of the shell.
+// Requests of the program to the shell.
 std::vector<ShellInitDialog> InitRequests;
 std::vector<ShellMenuBar> BarRequests;
 std::vector<WPARAM> Settings, HotKeys;

@@ -128,7 +128,7 @@ std::wstring ClassOf(Kind kind, bool keypad)
     }
 }
 
-// What is seen of a closed drop-down list.
+// The visible part of a closed drop-down list.
 int SeenHeight(const Control& control)
 {
     return control.className == L"COMBOBOX" ? ClosedListHeight : control.height;

@@ -12,7 +12,7 @@ using namespace console;
 namespace
 {
 
-// As a receiver reports that is one epoch behind.
+// The report of a receiver whose date is one epoch too early.
 Date OneEpochLater(const Date& date)
 {
     return DateOf(DaysOf(date) + 7168);

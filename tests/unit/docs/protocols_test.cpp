@@ -10,10 +10,14 @@
 
 #include "graph/channels.h"
 #include "graph/latest_fix.h"
+#include "link/link_state.h"
 #include "nmea/sentence_decoder.h"
 #include "sirf/command_layouts.h"
 #include "sirf/message_decoder.h"
 #include "sirf/message_names.h"
+#include "sirf/start_fields.h"
+#include "sirf/switch_to_nmea_command.h"
+#include "sky/angles.h"
 #include "tests/unit/support/product_test.h"
 
 namespace
@@ -187,7 +191,7 @@ double SecondsOfDay()
     return (FixTime.wHour * 60.0 + FixTime.wMinute) * 60 + FixTime.wSecond;
 }
 
-// The number behind a line's colon.
+// The number after a line's colon.
 double NumberOfLine(uint32_t line)
 {
     wchar_t text[TextLineCapacity];
@@ -196,7 +200,7 @@ double NumberOfLine(uint32_t line)
     return std::stod(whole.substr(whole.find(L':') + 1));
 }
 
-// What the program makes of a field when all others are 0 but those that it needs.
+// The program's result for a field; all other fields are 0, except those that it needs.
 struct Observed {
     const char* name;
     int64_t raw;             // put into the field
@@ -318,6 +322,65 @@ TEST(ProtocolsDocument, MessagesAndTheirShortestLengths)
     for (const SirfMessageKind& kind : SirfMessageKinds) decoded[kind.id] = kind.minimumLength;
     EXPECT_EQ(documented, decoded);
     EXPECT_EQ(decoded.size(), 12u);
+}
+
+// ---- Constants in the document's sentences ------------------------------------------------------------
+
+// The document in one line, with single blanks.
+std::string DocumentText()
+{
+    std::ifstream document(PROTOCOLS_FILE);
+    std::string text, word;
+    while (document >> word) text += word + ' ';
+    return text;
+}
+
+void ExpectText(const std::string& phrase)
+{
+    static const std::string text = DocumentText();
+    EXPECT_NE(text.find(phrase), std::string::npos) << phrase;
+}
+
+std::string Number(int64_t number)
+{
+    return std::to_string(number);
+}
+
+TEST(ProtocolsDocument, NamesTheRates)
+{
+    std::string rates = "Rates: ";
+    for (int32_t i = 0; i < BaudCount; ++i)
+        rates += (i == 0 ? "" : i == BaudCount - 1 ? " and " : ", ") + Number(BaudTable[i]);
+    ExpectText(rates + " bits/s");
+}
+
+TEST(ProtocolsDocument, NamesTheLimitsAndFactors)
+{
+    ExpectText("length of the payload, 1 to " + Number(MaxSirfPayload) + ",");
+    ExpectText("the entry and " + Number(SbasEntryToPrn) + ": " + Number(SbasEntryToPrn + 1) + " to " +
+               Number(SbasEntryToPrn + 19) + ".");
+    ExpectText("degrees of latitude times " + Number(static_cast<int64_t>(MetresPerDegree)) + " m");
+}
+
+TEST(ProtocolsDocument, DescribesTheSwitchToNmea)
+{
+    ExpectText("129 Switch to NMEA Protocol, " + Number(SwitchToNmeaLength) + " bytes");
+    const auto mode = [](DebugMessages debug) { return Number(static_cast<int64_t>(debug)); };
+    ExpectText(mode(DebugMessages::On) + " on, " + mode(DebugMessages::Off) + " off, " +
+               mode(DebugMessages::Unchanged) + " as they were");
+}
+
+// PSRF101 has the same fields, in whole units except the time of week.
+TEST(ProtocolsDocument, NamesTheRangesOfAStart)
+{
+    const char* const names[StartFieldCount] = {"X, Y, Z:",     "X, Y, Z:", "X, Y, Z:", "clock offset",
+                                                "time of week", "week",     "channels"};
+    const auto fields = StartFields(1);
+    for (uint32_t i = 0; i < StartFieldCount; ++i) {
+        const int32_t scale = fields[i].kind == FieldKind::Hundredths ? 100 : 1;
+        ExpectText(std::string(names[i]) + " " + Number(fields[i].low) + " to " +
+                   Number(fields[i].high * scale));
+    }
 }
 
 } // namespace

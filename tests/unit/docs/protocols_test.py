@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """docs/protocols.md against the decoders: fields of sentences, places and types of message fields, commands as they are
-written in the code. The tables of sentences, messages and commands are the other test's, which links them."""
+written in the code. The other test links the tables and constants that headers declare; this one reads those that are
+local to a source file."""
 
 import re
 import unittest
@@ -82,25 +83,14 @@ class Nmea(unittest.TestCase):
         kinds = re.search(r"MessageTexts\[\] = \{(.*?)\}", code("nmea/dialogs/set_message_rate_dialog.cpp"), re.S)[1]
         for number, name in enumerate(re.findall(r'L"([^"]+)"', kinds)):
             self.assertIn(f"{number} {name}" if "User" not in name else str(number), text)
-        start = code("sirf/start_fields.h")
-        ecef = re.search(r"MaxEcef = (\d+);", start)[1]
-        labels = {"Clock Offset": "clock offset", "Week Number": "week", "Channels": "channels",
-                  "Time of Week": "time of week"}
-        fields = re.findall(r'\{\w+, 0, \d+, \d, (-?\w+), (\w+), L"([^"]+)"', start)
-        self.assertEqual(len(fields), 7)
-        for low, high, caption in fields:
-            low, high = (int(limit.replace("MaxEcef", ecef)) for limit in (low, high))
-            scale = 100 if caption == "Time of Week" else 1
-            self.assertRegex(text, rf"{labels.get(caption, 'X, Y, Z:')} {low} to {high * scale}\b")
 
     def test_fix_qualities(self):
         qualities = re.findall(r"case (\d): *\n? *FormatTextLine\(NmeaLineFix", code("nmea/page_lines.cpp"))
         self.assertIn("fix quality: {} none, {} fix, {} with corrections, {} dead reckoning".format(*qualities), Document)
 
     def test_factors(self):
-        for name in ("MetresPerSecondPerKnot", "MetresPerDegree"):
-            value = re.search(rf"{name} = ([\d.]+);", Decoder + code("sky/angles.h"))[1]
-            self.assertIn(value.removesuffix(".0"), section("NMEA sentences"))
+        value = re.search(r"\bMetresPerSecondPerKnot = ([\d.]+);", Decoder)[1]
+        self.assertIn(value, section("NMEA sentences"))
 
 
 # ---- SiRF binary --------------------------------------------------------------------------------------
@@ -198,11 +188,6 @@ class Sirf(unittest.TestCase):
         self.assertEqual({name.title(): value for name, value in documented.items()}, bits)
 
     def test_switch_to_nmea(self):
-        header = code("sirf/switch_to_nmea_command.h")
-        self.assertIn(f"129 Switch to NMEA Protocol, {re.search('SwitchToNmeaLength = ([0-9]+)', header)[1]} bytes",
-                      Document)
-        modes = {name: value for name, value in re.findall(r"(On|Off|Unchanged) = (\d)", header)}
-        self.assertIn(f"{modes['On']} on, {modes['Off']} off, {modes['Unchanged']} as they were", Document)
         self.assertIn("payload[22] = static_cast<uint8_t>(baud >> 8)", code("sirf/switch_to_nmea_command.cpp"))
         self.assertEqual([row[0] for row in rows("129 Switch to NMEA Protocol, 24 bytes")], ["1", "2 to 21", "22"])
 
@@ -221,9 +206,7 @@ Facts = [
     ("nmea/sentence_assembler.cpp", r"b >= 0x(\w+) && b <= 0x7E", lambda n: f"{n} to 7E hexadecimal"),
     ("nmea/sentence_decoder.cpp", r"MaxFields = (\d+)", lambda n: f"Up to {n} fields"),
     ("nmea/dialogs/development_data_dialog.cpp", r"MaxCharacters = (\d+)", lambda n: f"up to {n} characters |"),
-    ("graph/channels.h", r"degrees of latitude times (\d+)", lambda n: f"degrees of latitude times {n} m"),
     ("sirf/frame_assembler.cpp", r"MeasuredLength = (\d+)", lambda n: f"messages of {n} bytes"),
-    ("sirf/message_decoder.h", r"MaxSirfPayload = (\d+)", lambda n: f"length of the payload, 1 to {n},"),
     ("sirf/message_decoder.cpp", r"LeapMilliseconds = (\d+)000", lambda n: f"time of week less {n} s"),
     ("sirf/message_decoder.cpp", r"ChannelElevation\) / (\d)", lambda n: f"in {1 / n} degrees"),
     ("sirf/message_decoder.cpp", r"ChannelAzimuth\) \* (\d) / 2", lambda n: f"in {n / 2} degrees"),
@@ -233,7 +216,6 @@ Facts = [
     ("sirf/setting_values.cpp", r"message\[Enabled\] >> (\d)", lambda n: f"bit {n}: on; bits 0 to 4: duty cycle, 5 %"),
     ("sirf/setting_values.cpp", r"message\[Priorities\] >> (\d) & 3", lambda n: f"bits {n} and {n + 1} accuracy"),
     ("sirf/command_layouts.cpp", r"hertz >= (\d+)", lambda n: f"The frequency is 0 or at least {n}, the bit rate 0, "),
-    ("sirf/command_layouts.h", r"SbasEntryToPrn = (\d+)", lambda n: f"the entry and {n}: {n + 1} to {n + 19}."),
 ]
 
 
@@ -244,10 +226,6 @@ class Text(unittest.TestCase):
         for file, pattern, phrase in Facts:
             with self.subTest(file=file, pattern=pattern):
                 self.assertIn(phrase(int(re.search(pattern, code(file))[1])), self.text)
-
-    def test_rates(self):
-        rates = numbers(re.search(r"BaudTable\[BaudCount\] = \{(.*?)\}", code("link/link_state.h"))[1])
-        self.assertIn(f"Rates: {', '.join(map(str, rates[:-1]))} and {rates[-1]} bits/s", self.text)
 
     def test_frame_bytes(self):
         framer = code("sirf/frame_assembler.cpp")

@@ -25,7 +25,7 @@ constexpr uint64_t LongestMilliseconds = 3600 * 1000; // no action of the user t
 constexpr uint32_t ReaderRest = 200; // milliseconds, more than the reader thread rests
 constexpr uint32_t Settle = 100;     // milliseconds
 
-// Of a call that is made very often the first and the last are enough.
+// For a call that is made very often, the first and the last ones are enough.
 constexpr uint32_t FirstOfMany = 16, LastOfMany = 8;
 
 struct Fault {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The effect of every failing platform call on every action of the user, compared with texts that were looked
-// at by eye. TORAVANE_REWRITE_GOLDEN=1 writes them anew.
+// at by eye. TORAVANE_REWRITE_GOLDEN=1 writes them again.
 #include "tests/unit/failures/failure_loop.h"
 
 #include <gtest/gtest.h>

@@ -131,21 +131,22 @@ TEST_F(GraphOptionsTest, ShowsARowForEachChannel)
             {L"Course", L"0", L"-180", L"360", L"0", L"20"},
         };
         for (int i = 0; i < 10; ++i) {
-            EXPECT_EQ(HeadlessText(dialog, 1800 + i), Rows[i].name);
-            EXPECT_EQ(HeadlessText(dialog, 1870 + i), Rows[i].zero);
-            EXPECT_EQ(HeadlessText(dialog, 1810 + i), Rows[i].min);
-            EXPECT_EQ(HeadlessText(dialog, 1820 + i), Rows[i].max);
-            EXPECT_EQ(HeadlessText(dialog, 1830 + i), Rows[i].floor);
-            EXPECT_EQ(HeadlessText(dialog, 1840 + i), Rows[i].ceiling);
-            EXPECT_EQ(HeadlessCheck(dialog, 1860 + i), i == 8 ? BST_UNCHECKED : BST_CHECKED);
+            EXPECT_EQ(HeadlessText(dialog, CONTROL_GRAPH_NAME + i), Rows[i].name);
+            EXPECT_EQ(HeadlessText(dialog, CONTROL_GRAPH_VALUE_ZERO + i), Rows[i].zero);
+            EXPECT_EQ(HeadlessText(dialog, CONTROL_GRAPH_VALUE_MIN + i), Rows[i].min);
+            EXPECT_EQ(HeadlessText(dialog, CONTROL_GRAPH_VALUE_MAX + i), Rows[i].max);
+            EXPECT_EQ(HeadlessText(dialog, CONTROL_GRAPH_PIXEL_MIN + i), Rows[i].floor);
+            EXPECT_EQ(HeadlessText(dialog, CONTROL_GRAPH_PIXEL_MAX + i), Rows[i].ceiling);
+            EXPECT_EQ(HeadlessCheck(dialog, CONTROL_GRAPH_VISIBLE + i), i == 8 ? BST_UNCHECKED : BST_CHECKED);
         }
-        EXPECT_EQ(HeadlessItems(dialog, 1892),
+        EXPECT_EQ(HeadlessItems(dialog, CONTROL_GRAPH_TIME_SCALE),
                   (std::vector<std::wstring>{L"1 sec/pixel", L" 5 sec/pixel", L"20 sec/pixel", L"1 min/pixel",
                                              L"3 min/pixel", L"6 min/pixel"}));
-        EXPECT_EQ(HeadlessSelection(dialog, 1892), 0);
-        EXPECT_EQ(HeadlessCheck(dialog, 1893), BST_CHECKED);
-        const std::pair<int, const wchar_t*> texts[] = {{1887, L"Help"}, {1888, L"Zero"}, {1891, L"Save"},
-                                                        {1890, L"Hide"}, {1889, L"Show"}, {1893, L"Lines"}};
+        EXPECT_EQ(HeadlessSelection(dialog, CONTROL_GRAPH_TIME_SCALE), 0);
+        EXPECT_EQ(HeadlessCheck(dialog, CONTROL_GRAPH_LINES), BST_CHECKED);
+        const std::pair<int, const wchar_t*> texts[] = {
+            {CONTROL_GRAPH_HELP, L"Help"}, {CONTROL_GRAPH_ZERO, L"Zero"}, {CONTROL_GRAPH_SAVE, L"Save"},
+            {CONTROL_GRAPH_HIDE, L"Hide"}, {CONTROL_GRAPH_SHOW, L"Show"}, {CONTROL_GRAPH_LINES, L"Lines"}};
         for (const auto& [control, text] : texts) EXPECT_EQ(HeadlessText(dialog, control), text);
     });
 }
@@ -155,8 +156,8 @@ TEST_F(GraphOptionsTest, ShowsWhatIsStored)
     StoreSetting(L"Lines", 0);
     StoreSetting(L"TimeScaleIdx", 4);
     Run([](HWND dialog) {
-        EXPECT_EQ(HeadlessSelection(dialog, 1892), 4);
-        EXPECT_EQ(HeadlessCheck(dialog, 1893), BST_UNCHECKED);
+        EXPECT_EQ(HeadlessSelection(dialog, CONTROL_GRAPH_TIME_SCALE), 4);
+        EXPECT_EQ(HeadlessCheck(dialog, CONTROL_GRAPH_LINES), BST_UNCHECKED);
     });
     EXPECT_EQ(TimeScaleIdx.load(), 4);
     EXPECT_EQ(GraphLines.load(), 0);
@@ -170,7 +171,7 @@ TEST_F(GraphOptionsTest, ShowsFractionsAndHugeValuesAsWholeNumbers)
         GraphChannel[2].ValueZero.store(-1e15f);
     });
     Run([](HWND dialog) {
-        EXPECT_EQ(HeadlessText(dialog, 1870), L"-2");
+        EXPECT_EQ(HeadlessText(dialog, CONTROL_GRAPH_VALUE_ZERO), L"-2");
         EXPECT_EQ(HeadlessText(dialog, 1871), L"2147483647");
         EXPECT_EQ(HeadlessText(dialog, 1872), L"-2147483648");
     });
@@ -179,7 +180,7 @@ TEST_F(GraphOptionsTest, ShowsFractionsAndHugeValuesAsWholeNumbers)
 TEST_F(GraphOptionsTest, TimeScaleOutOfTheListSelectsNothingAndStays)
 {
     StoreSetting(L"TimeScaleIdx", 17);
-    Run([](HWND dialog) { EXPECT_EQ(HeadlessSelection(dialog, 1892), -1); });
+    Run([](HWND dialog) { EXPECT_EQ(HeadlessSelection(dialog, CONTROL_GRAPH_TIME_SCALE), -1); });
     EXPECT_EQ(TimeScaleIdx.load(), 17);
 }
 
@@ -189,15 +190,15 @@ void ChangeEverything(HWND dialog)
 {
     for (int i = 0; i < 10; ++i) {
         const auto number = [i](int base) { return std::to_wstring(base + i); };
-        HeadlessType(dialog, 1870 + i, L"-" + number(100));
-        HeadlessType(dialog, 1810 + i, number(200));
-        HeadlessType(dialog, 1820 + i, number(300));
-        HeadlessType(dialog, 1830 + i, number(10));
-        HeadlessType(dialog, 1840 + i, number(20));
-        if (i % 2) HeadlessClick(dialog, 1860 + i);
+        HeadlessType(dialog, CONTROL_GRAPH_VALUE_ZERO + i, L"-" + number(100));
+        HeadlessType(dialog, CONTROL_GRAPH_VALUE_MIN + i, number(200));
+        HeadlessType(dialog, CONTROL_GRAPH_VALUE_MAX + i, number(300));
+        HeadlessType(dialog, CONTROL_GRAPH_PIXEL_MIN + i, number(10));
+        HeadlessType(dialog, CONTROL_GRAPH_PIXEL_MAX + i, number(20));
+        if (i % 2) HeadlessClick(dialog, CONTROL_GRAPH_VISIBLE + i);
     }
-    HeadlessClick(dialog, 1893);
-    HeadlessChoose(dialog, 1892, 3);
+    HeadlessClick(dialog, CONTROL_GRAPH_LINES);
+    HeadlessChoose(dialog, CONTROL_GRAPH_TIME_SCALE, 3);
 }
 
 void ExpectEverythingChanged()
@@ -234,8 +235,8 @@ TEST_F(GraphOptionsTest, EditsWithoutANumberLeaveTheirFieldAsItIs)
     Run([](HWND dialog) {
         const wchar_t* const no[] = {L"", L"x", L"-", L"--5", L"99999999999", L"-99999999999", L"e5", L". 5"};
         for (int i = 0; i < 8; ++i) {
-            HeadlessType(dialog, 1870 + i, no[i]);
-            HeadlessType(dialog, 1840 + i, no[i]);
+            HeadlessType(dialog, CONTROL_GRAPH_VALUE_ZERO + i, no[i]);
+            HeadlessType(dialog, CONTROL_GRAPH_PIXEL_MAX + i, no[i]);
         }
         HeadlessType(dialog, 1848, L"-5"); // heights have no sign
         HeadlessType(dialog, 1878, L"-5");
@@ -254,8 +255,8 @@ TEST_F(GraphOptionsTest, ChangeOfTheTimeScaleClearsTheChartWithTheOldBackground)
 {
     Run([](HWND dialog) {
         for (uint32_t second = 1; second < 90; ++second) Sample(second, second % 12);
-        HeadlessType(dialog, 1840, L"260");
-        HeadlessChoose(dialog, 1892, 1);
+        HeadlessType(dialog, CONTROL_GRAPH_PIXEL_MAX, L"260");
+        HeadlessChoose(dialog, CONTROL_GRAPH_TIME_SCALE, 1);
         HeadlessClick(dialog, CONTROL_GRAPH_SAVE);
         const std::string column = Column(0);
         EXPECT_EQ(column[column.size() - 1 - 267], '-'); // the band's old edge
@@ -271,7 +272,7 @@ TEST_F(GraphOptionsTest, BandsAloneKeepTheOldPoints)
     Run([](HWND dialog) {
         for (uint32_t second = 1; second < 90; ++second) Sample(second, second % 12);
         const Rows before = Picture();
-        HeadlessType(dialog, 1840, L"260");
+        HeadlessType(dialog, CONTROL_GRAPH_PIXEL_MAX, L"260");
         HeadlessClick(dialog, CONTROL_GRAPH_SAVE);
         EXPECT_EQ(Picture(), before);
         EXPECT_EQ(GraphChannel[0].PixelMax.load(), 260);
@@ -283,7 +284,7 @@ TEST_F(GraphOptionsTest, BandsAloneKeepTheOldPoints)
 TEST_F(GraphOptionsTest, TimeScaleChangedBeforeTheFirstSampleLeavesAWhiteChart)
 {
     Run([](HWND dialog) {
-        HeadlessChoose(dialog, 1892, 1);
+        HeadlessChoose(dialog, CONTROL_GRAPH_TIME_SCALE, 1);
         HeadlessClick(dialog, CONTROL_GRAPH_SAVE);
         EXPECT_EQ(Column(17), std::string(GraphHeight.load(), '.'));
     });
@@ -294,7 +295,7 @@ TEST_F(GraphOptionsTest, TimeScaleWithoutAChartClearsNothing)
     HeadlessFailCall("CommandBar_Create", 1, ERROR_NOT_ENOUGH_MEMORY); // a window without a menu has no chart
     Run([](HWND dialog) {
         HeadlessClearFaults();
-        HeadlessChoose(dialog, 1892, 1);
+        HeadlessChoose(dialog, CONTROL_GRAPH_TIME_SCALE, 1);
     });
     EXPECT_EQ(TimeScaleIdx.load(), 1);
     EXPECT_TRUE(HeadlessBoxes().empty());
@@ -305,7 +306,7 @@ TEST_F(GraphOptionsTest, FailedClearingIsNamed)
     HeadlessFailCall("CreateDIBSection", 1, ERROR_NOT_ENOUGH_MEMORY, FailMode::FromHereOn);
     Run([](HWND dialog) {
         HeadlessClearBoxes();
-        HeadlessChoose(dialog, 1892, 1);
+        HeadlessChoose(dialog, CONTROL_GRAPH_TIME_SCALE, 1);
     });
     EXPECT_EQ(BoxCaptions(), (std::vector<std::wstring>{L"StretchBlt3", L"StretchBlt1", L"StretchBlt2"}));
 }
@@ -370,7 +371,7 @@ TEST_F(GraphOptionsTest, ZeroTakesThePresentPosition)
         SetChannelValue(ChannelEasting, -17200536.0);
         SetChannelValue(ChannelAltitude, 99.9);
         SetChannelValue(ChannelSpeed, 5);
-        HeadlessType(dialog, 1810, L"5");
+        HeadlessType(dialog, CONTROL_GRAPH_VALUE_MIN, L"5");
         HeadlessClick(dialog, CONTROL_GRAPH_ZERO);
         EXPECT_EQ(HeadlessText(dialog, 1873), L"5485446");
         EXPECT_EQ(HeadlessText(dialog, 1874), L"-17200536");
@@ -422,7 +423,7 @@ TEST_F(GraphOptionsTest, OnlyClicksAreCommands)
     Run([](HWND dialog) {
         SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(CONTROL_GRAPH_HELP, EditChange), 0);
         SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(CONTROL_GRAPH_SAVE, DoubleClick), 0);
-        SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(1810, 0), 0);
+        SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(CONTROL_GRAPH_VALUE_MIN, 0), 0);
         EXPECT_EQ(HeadlessTopDialog(), dialog);
     });
     EXPECT_TRUE(HeadlessBoxes().empty());
@@ -436,7 +437,7 @@ TEST_F(GraphOptionsTest, FieldsHaveTheirChannelsColour)
     Run([](HWND dialog) {
         HeadlessPumpMessages();
         for (int i = 0; i < 10; ++i) {
-            const std::vector<uint32_t> pixels = HeadlessPixels(GetDlgItem(dialog, 1850 + i));
+            const std::vector<uint32_t> pixels = HeadlessPixels(GetDlgItem(dialog, CONTROL_GRAPH_COLOR + i));
             ASSERT_FALSE(pixels.empty());
             EXPECT_EQ(PixelName(pixels[pixels.size() / 2]), '0' + i);
         }
@@ -449,7 +450,7 @@ TEST_F(GraphOptionsTest, BrushesOfRepaintsAreFreed)
         HeadlessPumpMessages();
         const uint32_t before = HeadlessGdiObjects();
         for (int i = 0; i < 100; ++i) {
-            InvalidateRect(GetDlgItem(dialog, 1850), nullptr, TRUE);
+            InvalidateRect(GetDlgItem(dialog, CONTROL_GRAPH_COLOR), nullptr, TRUE);
             HeadlessPumpMessages();
         }
         EXPECT_EQ(HeadlessGdiObjects(), before);
@@ -473,7 +474,7 @@ TEST_F(GraphOptionsTest, ClickOnAColourFieldChoosesAColour)
         COLORREF* const table = CustomTable;
         table[15] = 0x123456;
         ColorIsChosen = false;
-        HeadlessClick(dialog, 1850);
+        HeadlessClick(dialog, CONTROL_GRAPH_COLOR);
         EXPECT_EQ(CustomTable, table); // one table for all, kept
         EXPECT_EQ(CustomTable[15], 0x123456u);
     });
@@ -497,9 +498,9 @@ TEST_F(GraphOptionsTest, KeypadLayoutHasTheSameControlsWithAListBox)
     HeadlessAddExport(L"AYGSHELL.DLL", 97, Export(ScriptedSendBack));
     Run([](HWND dialog) {
         EXPECT_TRUE(GetWindowLongW(dialog, GWL_STYLE) & static_cast<LONG>(WS_VSCROLL));
-        EXPECT_EQ(HeadlessItems(dialog, 1892).size(), 6u);
-        EXPECT_EQ(HeadlessSelection(dialog, 1892), 0);
-        HeadlessChoose(dialog, 1892, 2);
+        EXPECT_EQ(HeadlessItems(dialog, CONTROL_GRAPH_TIME_SCALE).size(), 6u);
+        EXPECT_EQ(HeadlessSelection(dialog, CONTROL_GRAPH_TIME_SCALE), 0);
+        HeadlessChoose(dialog, CONTROL_GRAPH_TIME_SCALE, 2);
         SendMessageW(dialog, WM_HOTKEY, 0, static_cast<LPARAM>(MAKEWPARAM(0, BackKey)));
         EXPECT_EQ(HeadlessTopDialog(), dialog);
     });
@@ -542,7 +543,8 @@ TEST_F(GraphOptionsTest, KeypadEditsTakeNumbers)
         StorePort();
         if (mode) HeadlessSetPlatformType(L"SmartPhone");
         Run([&](HWND dialog) {
-            for (const int base : {1810, 1820, 1830, 1840, 1870})
+            for (const int base : {CONTROL_GRAPH_VALUE_MIN, CONTROL_GRAPH_VALUE_MAX, CONTROL_GRAPH_PIXEL_MIN,
+                                   CONTROL_GRAPH_PIXEL_MAX, CONTROL_GRAPH_VALUE_ZERO})
                 for (int i = 0; i < 10; ++i, ++edits)
                     EXPECT_EQ(HeadlessIgnoredMessage(dialog, base + i, SetInputMode), mode) << base + i;
         });
@@ -570,9 +572,13 @@ TEST_F(GraphOptionsTest, BothLayoutsHoldEveryControlOnceAndNoneOverlaps)
                       layout.height)
                 << control.id;
         }
-        for (const int base : {1800, 1810, 1820, 1830, 1840, 1850, 1860, 1870})
+        for (const int base :
+             {CONTROL_GRAPH_NAME, CONTROL_GRAPH_VALUE_MIN, CONTROL_GRAPH_VALUE_MAX, CONTROL_GRAPH_PIXEL_MIN,
+              CONTROL_GRAPH_PIXEL_MAX, CONTROL_GRAPH_COLOR, CONTROL_GRAPH_VISIBLE, CONTROL_GRAPH_VALUE_ZERO})
             for (int i = 0; i < 10; ++i) EXPECT_EQ(ids[base + i], 1) << base + i;
-        for (const int id : {1887, 1888, 1889, 1890, 1891, 1892, 1893}) EXPECT_EQ(ids[id], 1) << id;
+        for (const int id : {CONTROL_GRAPH_HELP, CONTROL_GRAPH_ZERO, CONTROL_GRAPH_SHOW, CONTROL_GRAPH_HIDE,
+                             CONTROL_GRAPH_SAVE, CONTROL_GRAPH_TIME_SCALE, CONTROL_GRAPH_LINES})
+            EXPECT_EQ(ids[id], 1) << id;
 
         std::vector<Place> places;
         for (const HeadlessTemplateControl& control : layout.controls) {

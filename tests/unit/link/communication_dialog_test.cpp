@@ -4,6 +4,7 @@
 #include "link/receiver_log.h"
 #include "link/serial_port.h"
 #include "platform/start.h"
+#include "resources/resource_ids.h"
 #include "tests/unit/link/communication_test.h"
 #include "ui/dialog_support.h"
 
@@ -136,12 +137,12 @@ TEST_F(CommunicationDialog, StoredIndexesOutsideTheListsSelectNothing)
 TEST_F(CommunicationDialog, BothLayoutsHaveTheSameControlsAndFitTheirScreens)
 {
     HeadlessTemplate drop, keypad;
-    ASSERT_TRUE(HeadlessFindTemplate(2002, drop));
+    ASSERT_TRUE(HeadlessFindTemplate(DIALOG_COMMUNICATION, drop));
     ASSERT_TRUE(HeadlessFindTemplate(2102, keypad));
     EXPECT_LE(drop.width, 155);
     EXPECT_LE(drop.height, 190);
     EXPECT_LE(keypad.width, 110);
-    for (int control = 1651; control <= 1659; ++control)
+    for (int control = CONTROL_COM_PORT; control <= CONTROL_COM_LOG_OPEN; ++control)
         for (const HeadlessTemplate* layout : {&drop, &keypad})
             EXPECT_TRUE(std::any_of(layout->controls.begin(), layout->controls.end(),
                                     [&](const HeadlessTemplateControl& c) { return c.id == control; }))
@@ -304,7 +305,7 @@ TEST_F(CommunicationDialog, BoxesBelongToTheDialogWhenAnotherProgramIsInFront)
 
 // ---- Presses that come too late or too early ----------------------------------------------------------
 
-// What an automation tool does: it sends presses to a button, however that looks.
+// An automation tool sends presses to a button, also to a disabled one.
 void Press(HWND dialog, int control)
 {
     SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(static_cast<WORD>(control), BN_CLICKED), 0);

@@ -273,7 +273,7 @@ TEST_F(PortSearch, MessageAtTheLastMomentBelongsToItsPort)
         HeadlessClick(dialog, CONTROL_COM_FIND_PORT);
         ExpectFound(dialog, 3, 7, L"NMEA");
         EXPECT_EQ(port.opens, 2u);
-        // The report of the first time stays: it tells how the port was found.
+        // The report of the first time stays: it describes the port as it was found.
         EXPECT_EQ(HeadlessFileContent(Report), "as it was");
         EXPECT_EQ(port.dcb.BaudRate, 115200u);
         EXPECT_EQ(HeadlessGetPort(4).opens, 0u);

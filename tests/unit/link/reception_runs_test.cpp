@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the receiver sent comes to the program in portions of any size. Everything that can be noticed is the
+// The receiver's bytes come to the program in portions of any size. Everything that can be noticed is the
 // same for all of them.
 #include <fstream>
 #include <iterator>
@@ -138,7 +138,7 @@ TEST(ReceptionOrder, AMessageMayBeCutAtEachPlaceAndInThree)
     }
 }
 
-// A routing that stops at messages stops at each, behind its last byte, and takes the rest in one piece.
+// A routing that stops at messages stops at each, after its last byte, and takes the rest in one piece.
 TEST(ReceptionOrder, RoutingUpToAMessageStopsBehindItsLastByte)
 {
     const std::string stream = "noise" + Rmc + Fix + Frame("\xFF" + Rmc) + "more noise";
@@ -153,7 +153,7 @@ TEST(ReceptionOrder, RoutingUpToAMessageStopsBehindItsLastByte)
     EXPECT_EQ(taken, expected);
 }
 
-// The rate is measured from the time between a message's start and end, wherever runs end.
+// The rate is measured from the time between a message's start and end, wherever the portions end.
 TEST(ReceptionOrder, TheRateIsMeasuredWhereTheMessageIsInTheStream)
 {
     Runs fresh;

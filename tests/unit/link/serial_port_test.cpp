@@ -143,7 +143,8 @@ TEST_F(SerialPort, PortThatCannotBeOpenedIsExplained)
     }
 }
 
-// What has no sentence of its own shows the system's text of the open's error, whatever was done since.
+// An error without its own sentence is shown with the system's text for the error of the open, also after
+// other calls.
 TEST_F(SerialPort, PortThatCannotBeOpenedForAnotherReasonShowsTheSystemsText)
 {
     HeadlessAddPort(3);

@@ -35,7 +35,7 @@ protected:
         });
     }
 
-    // The report's file that is written for a port with this label behind "COMn: ".
+    // The file of the report for a port with this label after "COMn: ".
     static bool WritesFile(uint32_t index, const wchar_t* name, const std::wstring& path)
     {
         AddDriver(BuiltInDrivers, L"A", index, name);

@@ -13,8 +13,8 @@ namespace
 
 using namespace std::literals;
 
-// What a sentence's body was, as far as the receiver text shows it: names of unknown sentences and the whole
-// text behind PSRFTXT.
+// A sentence's body as far as the receiver text shows it: names of unknown sentences, and the whole text
+// after PSRFTXT.
 class SentenceAssembler : public ProductTest
 {
 protected:

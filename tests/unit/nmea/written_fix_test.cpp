@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the sentences leave in LatestFix, for whoever writes it down.
+// The values in LatestFix after sentences.
 
 #include <cmath>
 

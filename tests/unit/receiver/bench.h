@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// What the receiver's tests share: bytes as hexadecimal text, and a receiver that has started and is spoken
+// Shared by the receiver's tests: bytes as hexadecimal text, and a receiver that has started and is spoken
 // to.
 
 #include "receiver/receiver.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a receiver does wrong on request: dates of old firmware, switches that go astray, commands without an
+// Faults of a receiver on request: dates of old firmware, switches that go astray, commands without an
 // answer or with another effect than asked for.
 
 #include "bench.h"

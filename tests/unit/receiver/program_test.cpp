@@ -112,7 +112,7 @@ public:
     {
         EXPECT_EQ(write(Fd, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
     }
-    // What comes until `wanted` is in it, or for ten seconds.
+    // The output until it contains `wanted`, or for ten seconds.
     std::string ReadUntil(std::string_view wanted) const
     {
         using Clock = std::chrono::steady_clock;

@@ -29,7 +29,7 @@ struct Host {
         cfsetspeed(&settings, speed);
         ASSERT_EQ(tcsetattr(fd, TCSANOW, &settings), 0);
     }
-    // What is there, or comes within the time.
+    // Bytes that are available, or arrive within the time.
     std::string Read(int milliseconds = 50) const
     {
         pollfd waiting{fd, POLLIN, 0};

@@ -48,7 +48,7 @@ def sentences(data):
             continue
         body, digits = match.group(1), match.group(3)
         if digits is not None and not checksum_fits(body, digits):
-            position = match.end(3)  # the search goes on behind the second digit
+            position = match.end(3)  # the search goes on after the second digit
             continue
         position = match.end()
         assert len(body) < 256, "overlong bodies are left to the unit tests"
@@ -140,7 +140,7 @@ class Reference:
     # ---- fields
 
     def cut(self, fields, index):
-        """Two-digit numbers of a time or date, and what cutting it apart does to the fields behind it."""
+        """Two-digit numbers of a time or date, and the effect of cutting it apart on the fields after it."""
         text = "\0".join(fields[index:])
         parts = [integer(text[4:].split("\0")[0]), integer(text[2:4].split("\0")[0]), integer(text[0:2].split("\0")[0])]
         if len(fields[index]) < 5:

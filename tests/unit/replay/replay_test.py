@@ -114,7 +114,7 @@ def check_failing_output(replay):
 
 
 def check_follow(replay):
-    """What comes through a pipe is shown while the pipe is still open."""
+    """Data from a pipe is shown while the pipe is still open."""
     data = (DATA / "walk-south-west.txt").read_bytes()
     with subprocess.Popen([replay, "--follow", "--samples", "--page", "-"], stdin=subprocess.PIPE,
                           stdout=subprocess.PIPE, bufsize=0) as process:

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "resources/resource_ids.h"
 #include "sirf/arrival_list.h"
 
 #include "link/link_state.h"
@@ -14,7 +15,8 @@ protected:
     ArrivalList()
     {
         std::vector<int> rows;
-        for (int control = 16601; control <= 16615; ++control) rows.push_back(control);
+        for (int control = CONTROL_ARRIVAL_ROWS; control <= CONTROL_ARRIVAL_ROWS + 14; ++control)
+            rows.push_back(control);
         OpenDialog(DialogKind::SirfSetMessageRate, {.texts = rows});
         SetTime(9, 5, 7);
     }
@@ -28,7 +30,7 @@ TEST_F(ArrivalList, FirstMessageTakesTheFirstRow)
 {
     Decode(Payload("07"));
     EXPECT_EQ(Text(16602), L"007  09:05:07");
-    EXPECT_EQ(Text(16601), L"?");
+    EXPECT_EQ(Text(CONTROL_ARRIVAL_ROWS), L"?");
     EXPECT_EQ(Text(16603), L"?");
 }
 

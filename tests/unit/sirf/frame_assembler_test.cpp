@@ -155,7 +155,7 @@ TEST_F(FrameAssembler, FrameBrokenByASentenceIsLostAndTheNextIsNot)
 // ---- Line rate ----------------------------------------------------------------------------------------
 
 // Feeds a frame whose payload takes `milliseconds` from its length to its last byte; time passes before and
-// behind that, too.
+// after that, too.
 void FeedTimed(const std::string& frame, uint32_t milliseconds,
                const std::function<void(std::string_view)>& feed)
 {

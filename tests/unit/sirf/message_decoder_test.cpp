@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "resources/resource_ids.h"
 #include "sirf/message_decoder.h"
 
 #include "graph/channels.h"
@@ -55,40 +56,41 @@ TEST_F(FirstFrame, EmptiesThePageButForItsHint)
 
 TEST_F(FirstFrame, NamesTheProtocolInTheCommunicationDialog)
 {
-    OpenDialog(DialogKind::Communication, {.texts = {1653}});
+    OpenDialog(DialogKind::Communication, {.texts = {CONTROL_COM_PROTOCOL}});
     Decode(Payload("07"));
-    EXPECT_EQ(Text(1653), L"SiRF");
+    EXPECT_EQ(Text(CONTROL_COM_PROTOCOL), L"SiRF");
 }
 
 TEST_F(FirstFrame, NamesNoProtocolWhenBothHaveBeenRecognised)
 {
-    OpenDialog(DialogKind::Communication, {.texts = {1653}});
+    OpenDialog(DialogKind::Communication, {.texts = {CONTROL_COM_PROTOCOL}});
     NmeaRecognised.store(1);
     Decode(Payload("07"));
-    EXPECT_EQ(Text(1653), L"-");
+    EXPECT_EQ(Text(CONTROL_COM_PROTOCOL), L"-");
     EXPECT_EQ(ProtocolMode(), 3);
 }
 
 TEST_F(FirstFrame, LeavesOtherDialogsAlone)
 {
-    OpenDialog(DialogKind::Sbas, {.texts = {1653}});
+    OpenDialog(DialogKind::Sbas, {.texts = {CONTROL_COM_PROTOCOL}});
     Decode(Payload("07"));
-    EXPECT_EQ(Text(1653), L"?");
+    EXPECT_EQ(Text(CONTROL_COM_PROTOCOL), L"?");
 }
 
 TEST_F(FirstFrame, StoresTheRateChosenInSetSerialPort)
 {
-    OpenDialog(DialogKind::SetSerialPort, {.lists = {{1001, 6}}});
+    OpenDialog(DialogKind::SetSerialPort, {.lists = {{CONTROL_TO_SIRF_BAUDRATE, 6}}});
     Decode(Payload("07"));
     EXPECT_EQ(Setting(L"SirfBaudrateIdx"), 5);
 }
 
 TEST_F(FirstFrame, StoresNoRateWithoutASelectionOrOutsideTheTable)
 {
-    OpenDialog(DialogKind::SetSerialPort, {.lists = {{1001, 9}}}); // index 8: no such rate
+    OpenDialog(DialogKind::SetSerialPort,
+               {.lists = {{CONTROL_TO_SIRF_BAUDRATE, 9}}}); // index 8: no such rate
     Decode(Payload("07"));
     EXPECT_EQ(Setting(L"SirfBaudrateIdx"), -12345);
-    OpenDialog(DialogKind::SetSerialPort, {.lists = {{1001, 0}}}); // nothing selected
+    OpenDialog(DialogKind::SetSerialPort, {.lists = {{CONTROL_TO_SIRF_BAUDRATE, 0}}}); // nothing selected
     ResetProtocolMode();
     Decode(Payload("07"));
     EXPECT_EQ(Setting(L"SirfBaudrateIdx"), -12345);
@@ -96,7 +98,7 @@ TEST_F(FirstFrame, StoresNoRateWithoutASelectionOrOutsideTheTable)
 
 TEST_F(FirstFrame, StoresNoRateFromAnotherDialog)
 {
-    OpenDialog(DialogKind::SwitchToNmea, {.lists = {{1001, 3}}});
+    OpenDialog(DialogKind::SwitchToNmea, {.lists = {{CONTROL_TO_SIRF_BAUDRATE, 3}}});
     Decode(Payload("07"));
     EXPECT_EQ(Setting(L"SirfBaudrateIdx"), -12345);
 }
@@ -663,7 +665,7 @@ TEST_F(TextRecords, DevelopmentTextIsTheWholeBuffer)
     EXPECT_EQ(DevelopmentText[0], 0xFF);
     EXPECT_EQ(DevelopmentText[1], 'H');
     EXPECT_EQ(DevelopmentText[2], 'i');
-    EXPECT_EQ(DevelopmentText[3], BufferRest); // whatever the buffer still holds
+    EXPECT_EQ(DevelopmentText[3], BufferRest); // the old contents of the buffer
     EXPECT_EQ(DevelopmentText[1023], BufferRest);
     EXPECT_EQ(DevelopmentText[1024], 0);
 }

@@ -29,9 +29,9 @@ protected:
     }
     static void Choose(HWND dialog, int prn, int mode, int timeout)
     {
-        HeadlessChoose(dialog, 1701, prn);
-        HeadlessChoose(dialog, 1702, mode);
-        HeadlessChoose(dialog, 1703, timeout);
+        HeadlessChoose(dialog, CONTROL_SBAS_PRN, prn);
+        HeadlessChoose(dialog, CONTROL_SBAS_MODE, mode);
+        HeadlessChoose(dialog, CONTROL_SBAS_TIMEOUT, timeout);
     }
     // Where the receiver is and what time it is; message id 41.
     static Payload Fix(std::string_view type = "0004", std::string_view day = "15")
@@ -71,12 +71,12 @@ TEST_F(SbasDialog, SendsEachSatellite)
 {
     HeadlessPort& port = OpenPort();
     Use([&](HWND dialog) {
-        const std::vector<std::wstring> entries = HeadlessItems(dialog, 1701);
+        const std::vector<std::wstring> entries = HeadlessItems(dialog, CONTROL_SBAS_PRN);
         ASSERT_EQ(entries.size(), 20u);
         for (int entry = 0; entry < 20; ++entry) {
             port.writes.clear();
             Choose(dialog, entry, 0, 0);
-            HeadlessClick(dialog, 1705);
+            HeadlessClick(dialog, CONTROL_SBAS_SET);
             const bool isAuto = entries[static_cast<size_t>(entry)] == L"Auto";
             const int prn = isAuto ? 0 : std::stoi(entries[static_cast<size_t>(entry)]);
             const std::vector<uint8_t> bytes = {170, static_cast<uint8_t>(prn), 0, uint8_t(isAuto ? 0 : 8), 0,
@@ -102,12 +102,14 @@ TEST_F(SbasDialog, SendsModeAndTimeout)
     };
     HeadlessPort& port = OpenPort();
     Use([&](HWND dialog) {
-        EXPECT_EQ(HeadlessItems(dialog, 1702), (std::vector<std::wstring>{L"Testing", L"Integrity"}));
-        EXPECT_EQ(HeadlessItems(dialog, 1703), (std::vector<std::wstring>{L"Default", L"User input"}));
+        EXPECT_EQ(HeadlessItems(dialog, CONTROL_SBAS_MODE),
+                  (std::vector<std::wstring>{L"Testing", L"Integrity"}));
+        EXPECT_EQ(HeadlessItems(dialog, CONTROL_SBAS_TIMEOUT),
+                  (std::vector<std::wstring>{L"Default", L"User input"}));
         for (const Row& row : Rows) {
             port.writes.clear();
             Choose(dialog, row.prn, row.mode, row.timeout);
-            HeadlessClick(dialog, 1705);
+            HeadlessClick(dialog, CONTROL_SBAS_SET);
             EXPECT_EQ(port.writes, std::vector<std::string>{Frame(Payload(row.payload))}) << row.payload;
         }
     });
@@ -118,14 +120,14 @@ TEST_F(SbasDialog, NothingIsSentBeforeAllIsChosen)
 {
     HeadlessPort& port = OpenPort();
     Use([&](HWND dialog) {
-        HeadlessClick(dialog, 1705);
-        HeadlessChoose(dialog, 1701, 3);
-        HeadlessClick(dialog, 1705);
-        HeadlessChoose(dialog, 1702, 1);
-        HeadlessClick(dialog, 1705);
+        HeadlessClick(dialog, CONTROL_SBAS_SET);
+        HeadlessChoose(dialog, CONTROL_SBAS_PRN, 3);
+        HeadlessClick(dialog, CONTROL_SBAS_SET);
+        HeadlessChoose(dialog, CONTROL_SBAS_MODE, 1);
+        HeadlessClick(dialog, CONTROL_SBAS_SET);
         EXPECT_TRUE(port.writes.empty());
-        HeadlessChoose(dialog, 1703, 0);
-        HeadlessClick(dialog, 1705);
+        HeadlessChoose(dialog, CONTROL_SBAS_TIMEOUT, 0);
+        HeadlessClick(dialog, CONTROL_SBAS_SET);
     });
     ASSERT_EQ(HeadlessBoxes().size(), 3u);
     EXPECT_TRUE(IsBox(HeadlessBoxes()[0], L"SBAS PRN", L"Bad selection"));
@@ -151,7 +153,7 @@ TEST_F(SbasDialog, GetPolls)
 {
     HeadlessPort& port = OpenPort();
     Use([&](HWND dialog) {
-        HeadlessClick(dialog, 1704);
+        HeadlessClick(dialog, CONTROL_SBAS_GET);
         EXPECT_EQ(port.writes, std::vector<std::string>{Poll});
         EXPECT_EQ(PendingPollId.load(), 170);
         Feed(Frame(Payload("2B AA 7E 01 09 00 00")));
@@ -167,15 +169,15 @@ TEST_P(SbasDialogLayouts, ShowsWhatItHasSent)
             const int mode = entry % 2, timeout = entry / 2 % 2;
             port.writes.clear();
             Choose(dialog, entry, mode, timeout);
-            HeadlessClick(dialog, 1705);
+            HeadlessClick(dialog, CONTROL_SBAS_SET);
             ASSERT_EQ(port.writes.size(), 1u);
             Choose(dialog, (entry + 3) % 20, 1 - mode, 1 - timeout);
-            Payload answer(43, 7); // the command's own payload behind the message id
+            Payload answer(43, 7); // the command's own payload after the message id
             std::copy_n(port.writes[0].begin() + 4, 6, answer.bytes.begin() + 1);
             Feed(Frame(answer));
-            EXPECT_EQ(HeadlessSelection(dialog, 1701), entry);
-            EXPECT_EQ(HeadlessSelection(dialog, 1702), mode);
-            EXPECT_EQ(HeadlessSelection(dialog, 1703), timeout);
+            EXPECT_EQ(HeadlessSelection(dialog, CONTROL_SBAS_PRN), entry);
+            EXPECT_EQ(HeadlessSelection(dialog, CONTROL_SBAS_MODE), mode);
+            EXPECT_EQ(HeadlessSelection(dialog, CONTROL_SBAS_TIMEOUT), timeout);
         }
     });
 }
@@ -185,9 +187,9 @@ TEST_F(SbasDialog, RefusalsNameALikelyReason)
     OpenPort();
     Use([&](HWND dialog) {
         Choose(dialog, 7, 1, 1);
-        HeadlessClick(dialog, 1704);
+        HeadlessClick(dialog, CONTROL_SBAS_GET);
         Feed(Frame(Payload("0C A8")));
-        HeadlessClick(dialog, 1705);
+        HeadlessClick(dialog, CONTROL_SBAS_SET);
         Feed(Frame(Payload("0C AA")));
         HeadlessPumpMessages();
         EXPECT_EQ(PendingPollId.load(), 0);
@@ -218,9 +220,9 @@ TEST_P(SbasDialogLayouts, FixFillsLinesAndPlot)
         const size_t before = HeadlessPaintedTexts(dialog).size();
         HeadlessClearInvalidations(dialog);
         Feed(Frame(Fix()));
-        EXPECT_EQ(HeadlessText(dialog, 1706), L"120 124 126 127 128 ");
-        EXPECT_EQ(HeadlessText(dialog, 1707), L"211 163 158 117 125 ");
-        EXPECT_EQ(HeadlessText(dialog, 1708), L"  31   34   33   14   20 ");
+        EXPECT_EQ(HeadlessText(dialog, CONTROL_SBAS_VISIBLE_SVS), L"120 124 126 127 128 ");
+        EXPECT_EQ(HeadlessText(dialog, CONTROL_SBAS_VISIBLE_AZIMUTHS), L"211 163 158 117 125 ");
+        EXPECT_EQ(HeadlessText(dialog, CONTROL_SBAS_VISIBLE_ELEVATIONS), L"  31   34   33   14   20 ");
         EXPECT_EQ(HeadlessInvalidations(dialog), std::vector<bool>{true});
         HeadlessPumpMessages(); // paints
         std::vector<std::wstring> labels;
@@ -243,7 +245,7 @@ TEST_F(SbasDialog, EachFixIsDrawnInTheOtherOrder)
         std::vector<std::string> twice = HeadlessPaintedShapes(dialog);
         ASSERT_GT(once.size(), 4u);
         EXPECT_NE(once, twice);
-        std::reverse(twice.begin() + 2, twice.end()); // behind the two circles
+        std::reverse(twice.begin() + 2, twice.end()); // after the two circles
         EXPECT_EQ(once, twice);
     });
 }
@@ -252,11 +254,11 @@ TEST_F(SbasDialog, TrackedSatelliteIsShown)
 {
     Use([&](HWND dialog) {
         Feed(Frame(Payload(4, 188).At(7, "01").At(8, "7E 6A 44 003F 28282828282828282828")));
-        EXPECT_EQ(HeadlessText(dialog, 401), L"126");
-        EXPECT_EQ(HeadlessText(dialog, 402), L"40");
-        EXPECT_EQ(HeadlessText(dialog, 403), L"3F");
-        EXPECT_EQ(HeadlessText(dialog, 404), L"159");
-        EXPECT_EQ(HeadlessText(dialog, 405), L"34");
+        EXPECT_EQ(HeadlessText(dialog, CONTROL_SBAS_SV), L"126");
+        EXPECT_EQ(HeadlessText(dialog, CONTROL_SBAS_CARRIER_TO_NOISE), L"40");
+        EXPECT_EQ(HeadlessText(dialog, CONTROL_SBAS_STATE), L"3F");
+        EXPECT_EQ(HeadlessText(dialog, CONTROL_SBAS_AZIMUTH), L"159");
+        EXPECT_EQ(HeadlessText(dialog, CONTROL_SBAS_ELEVATION), L"34");
     });
 }
 
@@ -361,13 +363,16 @@ TEST_P(SbasDialogLayouts, TemplateHasAllControls)
         else
             headings.push_back(control.text);
         EXPECT_LE(control.x + control.width, sbas.width) << control.id;
-        const bool isList = control.id >= 1701 && control.id <= 1703;
+        const bool isList = control.id >= CONTROL_SBAS_PRN && control.id <= CONTROL_SBAS_TIMEOUT;
         EXPECT_EQ(control.className == (IsKeypad ? L"LISTBOX" : L"COMBOBOX"), isList) << control.id;
     }
     std::sort(ids.begin(), ids.end()); // the keypad's buttons come last, so that its keys lead past all
     EXPECT_EQ(std::erase(ids, IDOK), IsKeypad ? 0u : 1u); // a keypad closes with its soft key
-    EXPECT_EQ(ids,
-              (std::vector<int>{401, 402, 403, 404, 405, 1701, 1702, 1703, 1704, 1705, 1706, 1707, 1708}));
+    EXPECT_EQ(ids, (std::vector<int>{CONTROL_SBAS_SV, CONTROL_SBAS_CARRIER_TO_NOISE, CONTROL_SBAS_STATE,
+                                     CONTROL_SBAS_AZIMUTH, CONTROL_SBAS_ELEVATION, CONTROL_SBAS_PRN,
+                                     CONTROL_SBAS_MODE, CONTROL_SBAS_TIMEOUT, CONTROL_SBAS_GET,
+                                     CONTROL_SBAS_SET, CONTROL_SBAS_VISIBLE_SVS,
+                                     CONTROL_SBAS_VISIBLE_AZIMUTHS, CONTROL_SBAS_VISIBLE_ELEVATIONS}));
     EXPECT_EQ(headings, (std::vector<std::wstring>{L"SBAS PRN", L"SBAS Mode", L"Timeout", L"SV", L"C/No",
                                                    L"State", L"Azimuth", L"Elevation", L"Visibles"}));
 }

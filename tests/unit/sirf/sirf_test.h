@@ -34,7 +34,7 @@ std::string Frame(const Payload& payload);
 class SirfTest : public ProductTest
 {
 protected:
-    // Straight into the decoder, from a buffer that goes on behind the payload with bytes of another message.
+    // Straight into the decoder, from a buffer that goes on after the payload with bytes of another message.
     static void Decode(const Payload& payload);
     static constexpr uint8_t BufferRest = 0xC7;
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the messages leave in LatestFix, for whoever writes it down.
+// The values in LatestFix after messages.
 
 #include <cmath>
 

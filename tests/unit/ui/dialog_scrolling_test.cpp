@@ -10,7 +10,8 @@
 namespace
 {
 
-constexpr int Degraded = 1363, Set = 1362, Smoothing = 1369;
+constexpr int Degraded = CONTROL_MODE_DEGRADED, Set = CONTROL_MODE_SET,
+              Smoothing = CONTROL_MODE_TRACK_SMOOTHING;
 constexpr int ScreenWidth = 176, ScreenHeight = 180, Caption = 20; // of headless dialogs
 constexpr int ContentWidth = 110 * 6 / 4,
               ContentHeight = 200 * 13 / 8; // of the template, in the headless font
@@ -81,7 +82,7 @@ TEST_F(DialogScrolling, TheUserMayScrollAwayFromTheFocus)
     With([](HWND dialog) {
         SetFocus(GetDlgItem(dialog, Smoothing));
         Scroll(dialog, SB_TOP);
-        SetDlgItemTextW(dialog, 1364, L"5"); // tells that it has changed
+        SetDlgItemTextW(dialog, CONTROL_MODE_ALTITUDE, L"5"); // notifies of the change
         EXPECT_EQ(DialogScrolled(), 0);
     });
 }
@@ -134,7 +135,7 @@ TEST_F(DialogScrolling, DropDownListsKeepTheHeightOfTheirLists)
     });
 }
 
-// A spinner tells its dialog of its own movements with the same message.
+// A spinner notifies its dialog of its own movements with the same message.
 TEST_F(DialogScrolling, SpinnersScrollNothing)
 {
     With([](HWND dialog) {

@@ -75,11 +75,11 @@ TEST_F(DialogSupport, LayoutOfADesktopAndOfAKeypadDevice)
 
 TEST_F(DialogSupport, ListOfNoDialogHasNoSelection)
 {
-    EXPECT_EQ(GetListSelection(nullptr, 1001), -1);
+    EXPECT_EQ(GetListSelection(nullptr, CONTROL_TO_SIRF_BAUDRATE), -1);
     wchar_t text[8] = L"old";
-    EXPECT_EQ(GetSelectedListText(nullptr, 1001, text, 8), 0u);
+    EXPECT_EQ(GetSelectedListText(nullptr, CONTROL_TO_SIRF_BAUDRATE, text, 8), 0u);
     bool found = true;
-    EXPECT_EQ(GetSelectedListNumber(nullptr, 1001, found), 0);
+    EXPECT_EQ(GetSelectedListNumber(nullptr, CONTROL_TO_SIRF_BAUDRATE, found), 0);
     EXPECT_FALSE(found);
 }
 

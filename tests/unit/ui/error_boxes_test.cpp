@@ -15,7 +15,7 @@ protected:
     ErrorBoxes() { MakeMainWindow(); }
     ~ErrorBoxes() override { DestroyWindow(MainWindow.load()); }
 
-    // What the reader thread would do.
+    // As the reader thread would do.
     template <typename Action> static void OnReaderThread(Action action)
     {
         const DWORD own = UserInterfaceThread.load();
@@ -186,7 +186,7 @@ constexpr Dialog PowerMask = {.number = DIALOG_SIRF_POWER_MASK, .kind = DialogKi
 class BoxesOverADialog : public ErrorBoxes, public testing::WithParamInterface<const wchar_t*>
 {
 protected:
-    static constexpr int Field = 1404; // not the first one
+    static constexpr int Field = CONTROL_POWER_NAVIGATION; // not the first one
 
     BoxesOverADialog()
     {

@@ -142,7 +142,7 @@ class Firefox:
         return file
 
     def size(self, width, height):
-        """Of the page itself: the window's frame comes on top."""
+        """The size of the page itself, without the window's frame."""
         self.call("SetWindowRect", width=width, height=height)
         frame = self.run("return [outerWidth - innerWidth, outerHeight - innerHeight]")
         self.call("SetWindowRect", width=width + frame[0], height=height + frame[1])

@@ -24,7 +24,7 @@ protected:
     // Takes the choice back, as no user can.
     static void Unchoose(HWND dialog, int control);
 
-    // What has been sent, and what boxes have been shown, since the last call.
+    // The sent bytes and the shown boxes since the last call.
     std::string TakeSent();
     static std::vector<HeadlessBox> TakeBoxes();
 

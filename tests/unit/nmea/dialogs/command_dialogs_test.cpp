@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "resources/resource_ids.h"
 #include "tests/unit/nmea/dialogs/command_dialog_test.h"
 
 #include <algorithm>
@@ -95,10 +96,10 @@ TEST_P(CommandDialogs, GreyBoxShowsAllThatHasArrivedWithTheNextLine)
         ReceiverMessagesText[0] = 0;
         FeedSentence("PSRFTXT,before");
         Open(row.shown, [&](HWND dialog) {
-            EXPECT_EQ(HeadlessText(dialog, 902), L"");
+            EXPECT_EQ(HeadlessText(dialog, CONTROL_NMEA_GREY_BOX), L"");
             FeedSentence("PSRFTXT,while it is open");
-            EXPECT_EQ(HeadlessText(dialog, 902), L"before\r\nwhile it is open\r\n");
-            EXPECT_FALSE(HeadlessType(dialog, 902, L"x")); // read-only
+            EXPECT_EQ(HeadlessText(dialog, CONTROL_NMEA_GREY_BOX), L"before\r\nwhile it is open\r\n");
+            EXPECT_FALSE(HeadlessType(dialog, CONTROL_NMEA_GREY_BOX, L"x")); // read-only
         });
     }
 }
@@ -113,7 +114,7 @@ TEST_P(CommandDialogs, GreyBoxShowsTheAnswerAloneAfterACommand)
             HeadlessClick(dialog, row.set);
             FeedSentence("PSRFTXT,first");
             FeedSentence("PSRFTXT,second");
-            EXPECT_EQ(HeadlessText(dialog, 902), L"first\r\nsecond\r\n");
+            EXPECT_EQ(HeadlessText(dialog, CONTROL_NMEA_GREY_BOX), L"first\r\nsecond\r\n");
         });
         ReceiverMessagesText[0] = 0;
     }
@@ -134,7 +135,7 @@ TEST_P(CommandDialogs, TextIsMarkedForClearingBeforeTheCommandGoesOut)
             FeedSentence("PSRFTXT,old");
             row.prepare(dialog);
             HeadlessClick(dialog, row.set);
-            EXPECT_EQ(HeadlessText(dialog, 902), L"first\r\nsecond\r\n");
+            EXPECT_EQ(HeadlessText(dialog, CONTROL_NMEA_GREY_BOX), L"first\r\nsecond\r\n");
         });
         EXPECT_EQ(ClearOnNextAppend.load(), 0);
         Port.onWrite = nullptr;
@@ -229,7 +230,8 @@ TEST_P(CommandDialogs, HaveTheSameControlsInBothLayouts)
 TEST_P(CommandDialogs, ListsAreOfTheLayoutsKind)
 {
     constexpr DWORD ComboKind = 3, Editable = 2, ChosenOnly = 3;
-    const std::set<int> editable = {1001, 1032}, chosenOnly = {1002, 1031, 1061};
+    const std::set<int> editable = {CONTROL_TO_SIRF_BAUDRATE, CONTROL_NMEA_RATE_SECONDS},
+                        chosenOnly = {CONTROL_SERIAL_PROTOCOL, CONTROL_NMEA_RATE_MESSAGE, CONTROL_DATUM};
     uint32_t lists = 0;
     for (const DialogRow& row : Dialogs) {
         HeadlessTemplate found;
@@ -254,9 +256,9 @@ TEST_P(CommandDialogs, GreyBoxIsAScrollableReadOnlyEdit)
         SCOPED_TRACE(row.name);
         HeadlessTemplate found;
         ASSERT_TRUE(HeadlessFindTemplate(row.number + LayoutOffset(), found));
-        const auto box =
-            std::find_if(found.controls.begin(), found.controls.end(),
-                         [](const HeadlessTemplateControl& control) { return control.id == 902; });
+        const auto box = std::find_if(
+            found.controls.begin(), found.controls.end(),
+            [](const HeadlessTemplateControl& control) { return control.id == CONTROL_NMEA_GREY_BOX; });
         ASSERT_NE(box, found.controls.end());
         constexpr DWORD Wanted = MultiLine | ReadOnly | WS_VSCROLL | WS_VISIBLE;
         EXPECT_EQ(box->className, L"EDIT");

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "nmea/dialogs/command_dialog.h"
 
+#include "resources/resource_ids.h"
 #include "tests/unit/nmea/dialogs/command_dialog_test.h"
 
 namespace
 {
 
-constexpr int Command = 1051, Set = 1052, GreyBox = 902;
+constexpr int Command = CONTROL_DEVELOPMENT_COMMAND, Set = CONTROL_DEVELOPMENT_SET,
+              GreyBox = CONTROL_NMEA_GREY_BOX;
 
 class DevelopmentDataDialog : public CommandDialogTest
 {

@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "nmea/dialogs/command_dialog.h"
 
+#include "resources/resource_ids.h"
 #include "tests/unit/nmea/dialogs/command_dialog_test.h"
 
 namespace
 {
 
-constexpr int EcefX = 1011, EcefY = 1012, EcefZ = 1013, ClockOffset = 1014, TimeOfWeek = 1015, Week = 1016,
-              Channels = 1017, Set = 1018;
-constexpr int SnapStart = 1019, HotStart = 10110, WarmStartInit = 10111, WarmStartNoInit = 10112,
-              ColdStart = 10113, FactoryReset = 10114;
+constexpr int EcefX = CONTROL_NAVINIT_ECEF_X, EcefY = CONTROL_NAVINIT_ECEF_Y, EcefZ = CONTROL_NAVINIT_ECEF_Z,
+              ClockOffset = CONTROL_NAVINIT_CLOCK_OFFSET, TimeOfWeek = CONTROL_NAVINIT_TIME_OF_WEEK,
+              Week = CONTROL_NAVINIT_WEEK, Channels = CONTROL_NAVINIT_CHANNELS, Set = CONTROL_NAVINIT_SET;
+constexpr int SnapStart = CONTROL_NAVINIT_SNAP_START, HotStart = CONTROL_NAVINIT_HOT_START,
+              WarmStartInit = CONTROL_NAVINIT_WARM_START_INIT,
+              WarmStartNoInit = CONTROL_NAVINIT_WARM_START_NO_INIT, ColdStart = CONTROL_NAVINIT_COLD_START,
+              FactoryReset = CONTROL_NAVINIT_FACTORY_RESET;
 constexpr int StartFields[] = {EcefX, EcefY, EcefZ, ClockOffset, TimeOfWeek, Week};
 constexpr int ResetTypes[] = {SnapStart, HotStart, WarmStartInit, WarmStartNoInit, ColdStart, FactoryReset};
 
@@ -59,7 +63,7 @@ TEST_P(NavigationInitializationDialog, ResetTypes)
         int type;
         const char* sentence;
     };
-    // What the disabled fields hold does not count.
+    // The contents of the disabled fields do not count.
     constexpr Row Rows[] = {
         {SnapStart, "$PSRF101,0,0,0,0,0,0,12,0*14\r\n"},
         {HotStart, "$PSRF101,0,0,0,0,0,0,12,1*15\r\n"},

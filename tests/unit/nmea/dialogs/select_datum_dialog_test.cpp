@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "nmea/dialogs/command_dialog.h"
 
+#include "resources/resource_ids.h"
 #include "tests/unit/nmea/dialogs/command_dialog_test.h"
 
 namespace
 {
 
-constexpr int Datum = 1061, Set = 1062;
+constexpr int Datum = CONTROL_DATUM, Set = CONTROL_DATUM_SET;
 
 class SelectDatumDialog : public CommandDialogTest
 {

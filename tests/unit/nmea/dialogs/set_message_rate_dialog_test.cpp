@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "nmea/dialogs/command_dialog.h"
 
+#include "resources/resource_ids.h"
 #include "tests/unit/nmea/dialogs/command_dialog_test.h"
 
 namespace
 {
 
-constexpr int Message = 1031, Seconds = 1032, Checksum = 1033, Set = 1034;
+constexpr int Message = CONTROL_NMEA_RATE_MESSAGE, Seconds = CONTROL_NMEA_RATE_SECONDS,
+              Checksum = CONTROL_NMEA_RATE_CHECKSUM, Set = CONTROL_NMEA_RATE_SET;
 
 class SetMessageRateDialog : public CommandDialogTest
 {
@@ -30,8 +32,10 @@ TEST_P(SetMessageRateDialog, InitialState)
         EXPECT_EQ(HeadlessSelection(dialog, Message), GetParam() ? 0 : -1);
         EXPECT_EQ(HeadlessSelection(dialog, Seconds), GetParam() ? 1 : -1);
         EXPECT_EQ(HeadlessCheck(dialog, Checksum), BST_CHECKED);
-        for (const int stamp :
-             {1036, 1037, 1038, 1039, 10310, 10311, 10312, 10313, 10314, 10315, 10316, 10317, 10318, 10319})
+        for (const int stamp : {CONTROL_STAMP_GGA, CONTROL_STAMP_GLL, CONTROL_STAMP_GSA, CONTROL_STAMP_GSV,
+                                CONTROL_STAMP_MSS, CONTROL_STAMP_RMC, CONTROL_STAMP_VTG, CONTROL_STAMP_ZDA,
+                                CONTROL_STAMP_SRF150, CONTROL_STAMP_SRF151, CONTROL_STAMP_SRF152,
+                                CONTROL_STAMP_SRF154, CONTROL_STAMP_SRFTXT, CONTROL_STAMP_OTHER})
             EXPECT_EQ(HeadlessText(dialog, stamp), L"") << stamp;
     });
 }
@@ -121,9 +125,13 @@ TEST_P(SetMessageRateDialog, StampsTheArrivalOfEachSentence)
         int stamp;
     };
     constexpr Row Rows[] = {
-        {"GPGGA", 1036},  {"GPGLL", 1037},    {"GPGSA,1", 1038},  {"GPGSV", 1039},      {"GPMSS,55", 10310},
-        {"GPRMC", 10311}, {"GPVTG", 10312},   {"GPZDA", 10313},   {"PSRF150,1", 10314}, {"PSRFTXT,x", 10318},
-        {"GPXYZ", 10319}, {"PSRF151", 10319}, {"PSRF152", 10319}, {"PSRF154", 10319},
+        {"GPGGA", CONTROL_STAMP_GGA},        {"GPGLL", CONTROL_STAMP_GLL},
+        {"GPGSA,1", CONTROL_STAMP_GSA},      {"GPGSV", CONTROL_STAMP_GSV},
+        {"GPMSS,55", CONTROL_STAMP_MSS},     {"GPRMC", CONTROL_STAMP_RMC},
+        {"GPVTG", CONTROL_STAMP_VTG},        {"GPZDA", CONTROL_STAMP_ZDA},
+        {"PSRF150,1", CONTROL_STAMP_SRF150}, {"PSRFTXT,x", CONTROL_STAMP_SRFTXT},
+        {"GPXYZ", CONTROL_STAMP_OTHER},      {"PSRF151", CONTROL_STAMP_OTHER},
+        {"PSRF152", CONTROL_STAMP_OTHER},    {"PSRF154", CONTROL_STAMP_OTHER},
     };
     SYSTEMTIME now = {};
     now.wYear = 2026;
@@ -141,8 +149,9 @@ TEST_P(SetMessageRateDialog, StampsTheArrivalOfEachSentence)
             EXPECT_EQ(HeadlessText(dialog, row.stamp), expected) << row.sentence;
         }
         // The others keep theirs: that of GGA is still the first. Unknown sentences share one stamp.
-        EXPECT_EQ(HeadlessText(dialog, 1036), L"07:05:01");
-        for (const int stamp : {10315, 10316, 10317}) EXPECT_EQ(HeadlessText(dialog, stamp), L"") << stamp;
+        EXPECT_EQ(HeadlessText(dialog, CONTROL_STAMP_GGA), L"07:05:01");
+        for (const int stamp : {CONTROL_STAMP_SRF151, CONTROL_STAMP_SRF152, CONTROL_STAMP_SRF154})
+            EXPECT_EQ(HeadlessText(dialog, stamp), L"") << stamp;
     });
 }
 

@@ -2,13 +2,15 @@
 #include "nmea/dialogs/command_dialog.h"
 
 #include "link/serial_port.h"
+#include "resources/resource_ids.h"
 #include "tests/unit/nmea/dialogs/command_dialog_test.h"
 #include "ui/dialog_controls.h"
 
 namespace
 {
 
-constexpr int Rate = 1001, Protocol = 1002, Help = 1003, Set = 1004, Follow = 1005;
+constexpr int Rate = CONTROL_TO_SIRF_BAUDRATE, Protocol = CONTROL_SERIAL_PROTOCOL, Help = CONTROL_SERIAL_HELP,
+              Set = CONTROL_SERIAL_SET, Follow = CONTROL_SERIAL_FOLLOW;
 constexpr int PortsRate = 3; // entry of the 9600 bits/s at which the port was opened
 constexpr wchar_t RateRefusal[] = L"Select a baudrate.\n\nSee Help for more information.";
 
@@ -32,8 +34,8 @@ TEST_P(SetSerialPortDialog, InitialState)
         EXPECT_EQ(HeadlessItems(dialog, Protocol), (std::vector<std::wstring>{L"SiRF", L"NMEA"}));
         EXPECT_EQ(HeadlessSelection(dialog, Protocol), 0);
         EXPECT_FALSE(HeadlessEnabled(dialog, Follow));
-        EXPECT_EQ(HeadlessText(dialog, 901), L"");
-        EXPECT_EQ(HeadlessText(dialog, 1518), L"");
+        EXPECT_EQ(HeadlessText(dialog, CONTROL_NMEA_TIME), L"");
+        EXPECT_EQ(HeadlessText(dialog, CONTROL_SIRF_TIME), L"");
     });
 }
 
@@ -182,7 +184,7 @@ TEST_P(SetSerialPortDialog, SetForgetsTheProtocolBeforeItSends)
         HeadlessClick(dialog, Set);
         EXPECT_EQ(modeWhenSent, ProtocolNone);
         EXPECT_TRUE(HeadlessEnabled(dialog, Follow));
-        EXPECT_TRUE(Port.rates.empty()); // the program's own port follows only when it is told to
+        EXPECT_TRUE(Port.rates.empty()); // the program's own port follows only on request
     });
 }
 
@@ -259,13 +261,13 @@ TEST_P(SetSerialPortDialog, ShowsTheTimeOfEachProtocol)
 {
     Open(&::SetSerialPortDialog, [](HWND dialog) {
         FeedSentence("GPGLL,4916.4500,N,12311.1200,W,183725.50,A");
-        EXPECT_EQ(HeadlessText(dialog, 901), L"18:37:25");
-        EXPECT_EQ(HeadlessText(dialog, 1518), L"");
+        EXPECT_EQ(HeadlessText(dialog, CONTROL_NMEA_TIME), L"18:37:25");
+        EXPECT_EQ(HeadlessText(dialog, CONTROL_SIRF_TIME), L"");
         std::string geodetic(91, '\0'); // message 41, 2024-02-29 23:59:58.5
         geodetic[0] = 41;
         geodetic.replace(11, 8, "\x07\xE8\x02\x1D\x17\x3B\xE4\x84");
         Feed("\xA0\xA2" + std::string(1, '\0') + "\x5B" + geodetic + "\x02\xF1\xB0\xB3");
-        EXPECT_EQ(HeadlessText(dialog, 1518), L"23:59:58");
+        EXPECT_EQ(HeadlessText(dialog, CONTROL_SIRF_TIME), L"23:59:58");
     });
 }
 

@@ -114,7 +114,7 @@ TEST_F(SirfFields, FirstRefusedFieldStopsTheCommand)
 
 TEST_F(SirfFields, NothingIsChosenAndBoxesAreUndecidedAtFirst)
 {
-    constexpr int TrackSmoothing = 1369; // the one box that is off
+    constexpr int TrackSmoothing = CONTROL_MODE_TRACK_SMOOTHING; // the one box that is off
     for (const DialogCase& row : FieldCases())
         With(row.command, [&](HWND dialog) {
             for (const FieldCase& field : row.fields) {
@@ -155,7 +155,8 @@ TEST_F(SirfFields, LongListsCanBeLeafedThroughOnKeypads)
     const struct {
         uint16_t number;
         std::vector<int> controls;
-    } rows[] = {{DIALOG_SIRF_SBAS, {1701}}, {DIALOG_SIRF_SET_MESSAGE_RATE, {16616, 16617}}};
+    } rows[] = {{DIALOG_SIRF_SBAS, {CONTROL_SBAS_PRN}},
+                {DIALOG_SIRF_SET_MESSAGE_RATE, {CONTROL_RATE_MESSAGE_ID, CONTROL_RATE_SECONDS}}};
     for (const LPARAM mode : {0, 2}) {
         if (mode) UseKeypad();
         for (const auto& row : rows)
@@ -171,9 +172,9 @@ TEST_F(SirfFields, KeypadSendsTheRateThatItsListsShowAtFirst)
 {
     UseKeypad();
     With(DIALOG_SIRF_SET_MESSAGE_RATE, [&](HWND dialog) {
-        EXPECT_EQ(HeadlessSelection(dialog, 16616), 0);
-        EXPECT_EQ(HeadlessSelection(dialog, 16617), 1);
-        HeadlessClick(dialog, 16618);
+        EXPECT_EQ(HeadlessSelection(dialog, CONTROL_RATE_MESSAGE_ID), 0);
+        EXPECT_EQ(HeadlessSelection(dialog, CONTROL_RATE_SECONDS), 1);
+        HeadlessClick(dialog, CONTROL_RATE_SET);
         EXPECT_EQ(Written(), std::vector{HexText("A0A2 0008 A6 00 01 01 00000000 00A8 B0B3")});
     });
 }
@@ -188,24 +189,26 @@ TEST_F(SirfFields, ListsOfferTheirEntriesInBothLayouts)
         Items items;
     } rows[] = {
         {DIALOG_SIRF_DGPS_SOURCE,
-         1331,
+         CONTROL_DGPS_SOURCE,
          {L"None", L"SBAS", L"External RTCM", L"Internal Beacon", L"User Software"}},
         {DIALOG_SIRF_MODE_CONTROL,
-         1363,
+         CONTROL_MODE_DEGRADED,
          {L"Hold direction,clock", L"Hold clock,direction", L"Hold direction", L"Hold clock", L"Disable"}},
-        {DIALOG_SIRF_MODE_CONTROL, 1365, {L"Auto", L"Always", L"Disable"}},
-        {DIALOG_SIRF_MODE_CONTROL, 1366, {L"Last computed", L"User input"}},
-        {DIALOG_SIRF_DOP_MASK, 1373, {L"Auto PDOP/HDOP", L"PDOP", L"HDOP", L"GDOP", L"Disabled"}},
-        {DIALOG_SIRF_DGPS_MODE, 1383, {L"Auto", L"Exclusive", L"Never use"}},
-        {DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, 5304, errors},
-        {DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, 5305, errors},
+        {DIALOG_SIRF_MODE_CONTROL, CONTROL_MODE_ALTITUDE_HOLD, {L"Auto", L"Always", L"Disable"}},
+        {DIALOG_SIRF_MODE_CONTROL, CONTROL_MODE_ALTITUDE_SOURCE, {L"Last computed", L"User input"}},
+        {DIALOG_SIRF_DOP_MASK,
+         CONTROL_DOP_SELECTION,
+         {L"Auto PDOP/HDOP", L"PDOP", L"HDOP", L"GDOP", L"Disabled"}},
+        {DIALOG_SIRF_DGPS_MODE, CONTROL_DGPS_MODE, {L"Auto", L"Exclusive", L"Never use"}},
+        {DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, CONTROL_APM_MAX_HORIZONTAL_ERROR, errors},
+        {DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, CONTROL_APM_MAX_VERTICAL_ERROR, errors},
         {DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT,
-         5307,
+         CONTROL_APM_ACCURACY_PRIORITY,
          {L"No Preference", L"Max Response Time", L"Max Horizontal Error"}},
         {DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT,
-         5309,
+         CONTROL_APM_TIMING_PRIORITY,
          {L"No Preference", L"Time Between Fixes", L"Power Duty Cycle"}},
-        {DIALOG_SIRF_SET_MESSAGE_RATE, 16617, {L"0", L"1", L"2", L"5", L"10"}},
+        {DIALOG_SIRF_SET_MESSAGE_RATE, CONTROL_RATE_SECONDS, {L"0", L"1", L"2", L"5", L"10"}},
     };
     for (int layout = 0; layout < 2; ++layout) {
         if (layout) UseKeypad();
@@ -214,7 +217,7 @@ TEST_F(SirfFields, ListsOfferTheirEntriesInBothLayouts)
                 EXPECT_EQ(HeadlessItems(dialog, row.control), row.items) << row.control;
             });
         With(DIALOG_SIRF_SET_MESSAGE_RATE, [&](HWND dialog) {
-            const Items names = HeadlessItems(dialog, 16616);
+            const Items names = HeadlessItems(dialog, CONTROL_RATE_MESSAGE_ID);
             ASSERT_EQ(names.size(), 58u);
             EXPECT_EQ(names[40], L"41 Geodetic Navigation Data");
             EXPECT_EQ(names[57], L"255 Development Data");
@@ -234,21 +237,26 @@ struct PollCase {
 };
 constexpr const char* NavigationPoll = "A0A2 0002 98 00 0098 B0B3";
 constexpr PollCase Polls[] = {
-    {DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, DialogKind::AdvancedPowerManagement, 5310, NavigationPoll, 0},
-    {DIALOG_SIRF_INITIALIZE_DATA_SOURCE, DialogKind::InitializeDataSource, 1289, "A0A2 0002 A8 80 0128 B0B3",
-     128, true},
+    {DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, DialogKind::AdvancedPowerManagement, CONTROL_APM_GET,
+     NavigationPoll, 0},
+    {DIALOG_SIRF_INITIALIZE_DATA_SOURCE, DialogKind::InitializeDataSource, CONTROL_INIT_GET,
+     "A0A2 0002 A8 80 0128 B0B3", 128, true},
     {DIALOG_SIRF_SWITCH_TO_NMEA, DialogKind::SwitchToNmea, 0, "", 0},
-    {DIALOG_SIRF_POLL_SOFTWARE_VERSION, DialogKind::PollSoftwareVersion, 1321, "A0A2 0002 84 00 0084 B0B3",
-     0},
-    {DIALOG_SIRF_DGPS_SOURCE, DialogKind::DgpsSource, 1334, "A0A2 0002 A8 85 012D B0B3", 133},
-    {DIALOG_SIRF_MODE_CONTROL, DialogKind::ModeControl, 1361, "A0A2 0002 A8 88 0130 B0B3", 136},
-    {DIALOG_SIRF_DOP_MASK, DialogKind::DopMask, 1371, "A0A2 0002 A8 89 0131 B0B3", 137},
-    {DIALOG_SIRF_DGPS_MODE, DialogKind::DgpsMode, 1381, "A0A2 0002 A8 8A 0132 B0B3", 138},
-    {DIALOG_SIRF_ELEVATION_MASK, DialogKind::ElevationMask, 1391, "A0A2 0002 A8 8B 0133 B0B3", 139},
-    {DIALOG_SIRF_POWER_MASK, DialogKind::PowerMask, 1401, "A0A2 0002 A8 8C 0134 B0B3", 140},
-    {DIALOG_SIRF_STATIC_NAVIGATION, DialogKind::StaticNavigation, 1431, "A0A2 0002 A8 8F 0137 B0B3", 143},
-    {DIALOG_SIRF_TRICKLE_POWER, DialogKind::TricklePower, 1511, "A0A2 0002 A8 97 013F B0B3", 151},
-    {DIALOG_SIRF_LOW_POWER, DialogKind::LowPower, 1671, NavigationPoll, 0},
+    {DIALOG_SIRF_POLL_SOFTWARE_VERSION, DialogKind::PollSoftwareVersion, CONTROL_SOFTWARE_VERSION_GET,
+     "A0A2 0002 84 00 0084 B0B3", 0},
+    {DIALOG_SIRF_DGPS_SOURCE, DialogKind::DgpsSource, CONTROL_DGPS_SOURCE_GET, "A0A2 0002 A8 85 012D B0B3",
+     133},
+    {DIALOG_SIRF_MODE_CONTROL, DialogKind::ModeControl, CONTROL_MODE_GET, "A0A2 0002 A8 88 0130 B0B3", 136},
+    {DIALOG_SIRF_DOP_MASK, DialogKind::DopMask, CONTROL_DOP_GET, "A0A2 0002 A8 89 0131 B0B3", 137},
+    {DIALOG_SIRF_DGPS_MODE, DialogKind::DgpsMode, CONTROL_DGPS_MODE_GET, "A0A2 0002 A8 8A 0132 B0B3", 138},
+    {DIALOG_SIRF_ELEVATION_MASK, DialogKind::ElevationMask, CONTROL_ELEVATION_GET,
+     "A0A2 0002 A8 8B 0133 B0B3", 139},
+    {DIALOG_SIRF_POWER_MASK, DialogKind::PowerMask, CONTROL_POWER_GET, "A0A2 0002 A8 8C 0134 B0B3", 140},
+    {DIALOG_SIRF_STATIC_NAVIGATION, DialogKind::StaticNavigation, CONTROL_STATIC_NAVIGATION_GET,
+     "A0A2 0002 A8 8F 0137 B0B3", 143},
+    {DIALOG_SIRF_TRICKLE_POWER, DialogKind::TricklePower, CONTROL_TRICKLE_GET, "A0A2 0002 A8 97 013F B0B3",
+     151},
+    {DIALOG_SIRF_LOW_POWER, DialogKind::LowPower, CONTROL_LOW_POWER_GET, NavigationPoll, 0},
     {DIALOG_SIRF_SET_MESSAGE_RATE, DialogKind::SirfSetMessageRate, 0, "", 0},
 };
 

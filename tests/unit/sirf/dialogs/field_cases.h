@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What each field of the SiRF dialogs takes, as tables: for the tests of the dialogs, and for those of the
-// whole program in other forms. Nothing here belongs to the program.
+// The values that each field of the SiRF dialogs accepts, as tables: for the tests of the dialogs, and for
+// those of the whole program in other forms. Nothing here belongs to the program.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 #include "headless.h"
 
-// What the user puts into a control.
+// The user's entry in a control.
 struct Entry {
     int control;
     enum class Kind : uint8_t { Text, Choice, Box } kind;
@@ -32,7 +32,7 @@ inline Entry Ticked(int control, UINT state)
 struct Accepted {
     Entry entry;
     size_t offset;     // of its bytes in the payload
-    const char* bytes; // there, whatever stands in the other fields
+    const char* bytes; // at this offset, for all values of the other fields
 };
 
 struct FieldCase {

@@ -8,8 +8,9 @@
 namespace
 {
 
-constexpr int Get = 1289, Set = 12810, Channels = 1287, WarmInit = 12813, SystemReset = 12817, NavLib = 12818,
-              Debug = 12819, Clear = 12820;
+constexpr int Get = CONTROL_INIT_GET, Set = CONTROL_INIT_SET, Channels = CONTROL_INIT_CHANNELS,
+              WarmInit = CONTROL_INIT_WARM_START_INIT, SystemReset = CONTROL_INIT_SYSTEM_RESET,
+              NavLib = CONTROL_INIT_NAVLIB, Debug = CONTROL_INIT_DEBUG, Clear = CONTROL_INIT_CLEAR;
 
 class InitializeDataSource : public SirfDialogTest
 {
@@ -40,18 +41,19 @@ protected:
     {
         HeadlessClick(dialog, WarmInit);
         const wchar_t* const texts[] = {L"-2686700", L"-4304200", L"3851600", L"96250", L"604800", L"1443"};
-        for (int i = 0; i < 6; ++i) Enter(dialog, Typed(1281 + i, texts[i]));
+        for (int i = 0; i < 6; ++i) Enter(dialog, Typed(CONTROL_INIT_ECEF_X + i, texts[i]));
     }
 };
 
 TEST_F(InitializeDataSource, OpensWithNothingChosen)
 {
     With(DIALOG_SIRF_INITIALIZE_DATA_SOURCE, [&](HWND dialog) {
-        for (int option = 12811; option <= 12817; ++option)
+        for (int option = CONTROL_INIT_SNAP_START; option <= CONTROL_INIT_SYSTEM_RESET; ++option)
             EXPECT_EQ(HeadlessCheck(dialog, option), BST_UNCHECKED) << option;
         for (int box = NavLib; box <= Clear; ++box)
             EXPECT_EQ(HeadlessCheck(dialog, box), BST_INDETERMINATE) << box;
-        for (int edit = 1281; edit <= 1286; ++edit) EXPECT_FALSE(HeadlessEnabled(dialog, edit)) << edit;
+        for (int edit = CONTROL_INIT_ECEF_X; edit <= CONTROL_INIT_WEEK; ++edit)
+            EXPECT_FALSE(HeadlessEnabled(dialog, edit)) << edit;
         EXPECT_TRUE(HeadlessEnabled(dialog, Channels));
     });
 }
@@ -70,7 +72,9 @@ TEST_F(InitializeDataSource, ResetTypesInBothLayouts)
     const struct {
         int option;
         const char* bits;
-    } rows[] = {{12811, "00"}, {12812, "40"}, {12814, "02"}, {12815, "04"}, {12816, "08"}, {12817, "88"}};
+    } rows[] = {{CONTROL_INIT_SNAP_START, "00"},         {CONTROL_INIT_HOT_START, "40"},
+                {CONTROL_INIT_WARM_START_NO_INIT, "02"}, {CONTROL_INIT_COLD_START, "04"},
+                {CONTROL_INIT_FACTORY_RESET, "08"},      {CONTROL_INIT_SYSTEM_RESET, "88"}};
     for (int layout = 0; layout < 2; ++layout) {
         if (layout) UseKeypad();
         for (const auto& row : rows)
@@ -89,7 +93,7 @@ TEST_F(InitializeDataSource, ColdStartWithNavLibIsSentInFull)
 {
     Prepared([&](HWND dialog) {
         EnterStart(dialog); // what stands in the fields counts for the warm start only
-        HeadlessClick(dialog, 12815);
+        HeadlessClick(dialog, CONTROL_INIT_COLD_START);
         HeadlessClick(dialog, NavLib);
         HeadlessClick(dialog, Set);
         EXPECT_EQ(Written(),
@@ -118,7 +122,7 @@ TEST_F(InitializeDataSource, BoxesAddTheirBits)
     } rows[] = {{NavLib, "50"}, {Debug, "60"}, {Clear, "C0"}};
     for (const auto& row : rows)
         Prepared([&](HWND dialog) {
-            HeadlessClick(dialog, 12812);
+            HeadlessClick(dialog, CONTROL_INIT_HOT_START);
             HeadlessClick(dialog, row.box);
             HeadlessClick(dialog, Set);
             EXPECT_EQ(Written(), std::vector{Frame(Payload(128, 25).At(23, "0C").At(24, row.bits))});
@@ -128,11 +132,12 @@ TEST_F(InitializeDataSource, BoxesAddTheirBits)
 TEST_F(InitializeDataSource, OnlyTheWarmStartEnablesItsFields)
 {
     With(DIALOG_SIRF_INITIALIZE_DATA_SOURCE, [&](HWND dialog) {
-        for (int option = 12811; option <= 12817; ++option) {
+        for (int option = CONTROL_INIT_SNAP_START; option <= CONTROL_INIT_SYSTEM_RESET; ++option) {
             HeadlessClick(dialog, WarmInit);
-            EXPECT_TRUE(HeadlessEnabled(dialog, 1281) && HeadlessEnabled(dialog, 1286));
+            EXPECT_TRUE(HeadlessEnabled(dialog, CONTROL_INIT_ECEF_X) &&
+                        HeadlessEnabled(dialog, CONTROL_INIT_WEEK));
             HeadlessClick(dialog, option);
-            for (int edit = 1281; edit <= 1286; ++edit)
+            for (int edit = CONTROL_INIT_ECEF_X; edit <= CONTROL_INIT_WEEK; ++edit)
                 EXPECT_EQ(HeadlessEnabled(dialog, edit), option == WarmInit) << option;
             EXPECT_TRUE(HeadlessEnabled(dialog, Channels));
         }
@@ -142,11 +147,12 @@ TEST_F(InitializeDataSource, OnlyTheWarmStartEnablesItsFields)
 TEST_F(InitializeDataSource, SystemResetTicksClear)
 {
     With(DIALOG_SIRF_INITIALIZE_DATA_SOURCE, [&](HWND dialog) {
-        for (int option = 12811; option < SystemReset; ++option) HeadlessClick(dialog, option);
+        for (int option = CONTROL_INIT_SNAP_START; option < SystemReset; ++option)
+            HeadlessClick(dialog, option);
         EXPECT_EQ(HeadlessCheck(dialog, Clear), BST_INDETERMINATE);
         HeadlessClick(dialog, SystemReset);
         EXPECT_EQ(HeadlessCheck(dialog, Clear), BST_CHECKED);
-        HeadlessClick(dialog, 12811);
+        HeadlessClick(dialog, CONTROL_INIT_SNAP_START);
         EXPECT_EQ(HeadlessCheck(dialog, Clear), BST_CHECKED);
     });
 }
@@ -161,17 +167,17 @@ TEST_F(InitializeDataSource, ChecksGoFromTheResetTypeToTheBoxes)
         ExpectRefusal(dialog, L"Reset Configuration Bit Map", L"Choose reset type.");
         HeadlessClick(dialog, WarmInit);
         ExpectRefusal(dialog, L"ECEF X", ecef);
-        Enter(dialog, Typed(1281, L"0"));
+        Enter(dialog, Typed(CONTROL_INIT_ECEF_X, L"0"));
         ExpectRefusal(dialog, L"ECEF Y", ecef);
-        Enter(dialog, Typed(1282, L"0"));
+        Enter(dialog, Typed(CONTROL_INIT_ECEF_Y, L"0"));
         ExpectRefusal(dialog, L"ECEF Z", ecef);
-        Enter(dialog, Typed(1283, L"0"));
+        Enter(dialog, Typed(CONTROL_INIT_ECEF_Z, L"0"));
         ExpectRefusal(dialog, L"Clock Offset", L"Range 0-1000000 Hz");
-        Enter(dialog, Typed(1284, L"0"));
+        Enter(dialog, Typed(CONTROL_INIT_CLOCK_OFFSET, L"0"));
         ExpectRefusal(dialog, L"Time of Week", L"Range 0-604800 s");
-        Enter(dialog, Typed(1285, L"0"));
+        Enter(dialog, Typed(CONTROL_INIT_TIME_OF_WEEK, L"0"));
         ExpectRefusal(dialog, L"Week Number", L"Range 0-10000");
-        Enter(dialog, Typed(1286, L"0"));
+        Enter(dialog, Typed(CONTROL_INIT_WEEK, L"0"));
         ExpectRefusal(dialog, L"Channels", L"Range 1-12");
         Enter(dialog, Typed(Channels, L"1"));
         ExpectRefusal(dialog, L"NavLib", L"Indeterminate");
@@ -195,22 +201,24 @@ TEST_F(InitializeDataSource, EdgesOfItsFields)
         const char *lowBytes, *highBytes;
         std::wstring caption, text;
     } rows[] = {
-        {1281, L"-10000000", L"10000000", L"-10000001", L"10000001", 1, "FF676980", "00989680", L"ECEF X",
-         ecef},
-        {1282, L"-10000000", L"10000000", L"-10000001", L"10000001", 5, "FF676980", "00989680", L"ECEF Y",
-         ecef},
-        {1283, L"-10000000", L"10000000", L"-10000001", L"10000001", 9, "FF676980", "00989680", L"ECEF Z",
-         ecef},
-        {1284, L"0", L"1000000", L"-1", L"1000001", 13, "00000000", "000F4240", L"Clock Offset",
-         L"Range 0-1000000 Hz"},
-        {1285, L"0", L"604800", L"-1", L"604801", 17, "00000000", "039ADA00", L"Time of Week",
-         L"Range 0-604800 s"},
-        {1286, L"0", L"10000", L"-1", L"10001", 21, "0000", "2710", L"Week Number", L"Range 0-10000"},
-        {1287, L"1", L"12", L"0", L"13", 23, "01", "0C", L"Channels", L"Range 1-12"},
+        {CONTROL_INIT_ECEF_X, L"-10000000", L"10000000", L"-10000001", L"10000001", 1, "FF676980", "00989680",
+         L"ECEF X", ecef},
+        {CONTROL_INIT_ECEF_Y, L"-10000000", L"10000000", L"-10000001", L"10000001", 5, "FF676980", "00989680",
+         L"ECEF Y", ecef},
+        {CONTROL_INIT_ECEF_Z, L"-10000000", L"10000000", L"-10000001", L"10000001", 9, "FF676980", "00989680",
+         L"ECEF Z", ecef},
+        {CONTROL_INIT_CLOCK_OFFSET, L"0", L"1000000", L"-1", L"1000001", 13, "00000000", "000F4240",
+         L"Clock Offset", L"Range 0-1000000 Hz"},
+        {CONTROL_INIT_TIME_OF_WEEK, L"0", L"604800", L"-1", L"604801", 17, "00000000", "039ADA00",
+         L"Time of Week", L"Range 0-604800 s"},
+        {CONTROL_INIT_WEEK, L"0", L"10000", L"-1", L"10001", 21, "0000", "2710", L"Week Number",
+         L"Range 0-10000"},
+        {CONTROL_INIT_CHANNELS, L"1", L"12", L"0", L"13", 23, "01", "0C", L"Channels", L"Range 1-12"},
     };
     Prepared([&](HWND dialog) {
         HeadlessClick(dialog, WarmInit);
-        for (int edit = 1281; edit <= 1286; ++edit) Enter(dialog, Typed(edit, L"0"));
+        for (int edit = CONTROL_INIT_ECEF_X; edit <= CONTROL_INIT_WEEK; ++edit)
+            Enter(dialog, Typed(edit, L"0"));
         for (const auto& row : rows) {
             SCOPED_TRACE(row.control);
             for (const wchar_t* text : {row.below, row.above, L"", L"x", L"4294967295"}) {
@@ -233,19 +241,19 @@ TEST_F(InitializeDataSource, EdgesOfItsFields)
 TEST_F(InitializeDataSource, AnswerIsShownInTheRealDialog)
 {
     With(DIALOG_SIRF_INITIALIZE_DATA_SOURCE, [&](HWND dialog) {
-        HeadlessClick(dialog, 12811);
-        // Behind the 43: 128, its position (X negative), clock, time of week, week, channels and bit map.
+        HeadlessClick(dialog, CONTROL_INIT_SNAP_START);
+        // After the 43: 128, its position (X negative), clock, time of week, week, channels and bit map.
         Decode(Payload("2B 80 FFFFFFFF 00000002 00000003 000177FA 039ADA00 05A3 0C 88"));
-        EXPECT_EQ(HeadlessText(dialog, 1281), L"4294967295"); // shown without its sign
-        EXPECT_EQ(HeadlessText(dialog, 1284), L"96250");
-        EXPECT_EQ(HeadlessText(dialog, 1285), L"604800");
-        EXPECT_EQ(HeadlessText(dialog, 1286), L"1443");
+        EXPECT_EQ(HeadlessText(dialog, CONTROL_INIT_ECEF_X), L"4294967295"); // shown without its sign
+        EXPECT_EQ(HeadlessText(dialog, CONTROL_INIT_CLOCK_OFFSET), L"96250");
+        EXPECT_EQ(HeadlessText(dialog, CONTROL_INIT_TIME_OF_WEEK), L"604800");
+        EXPECT_EQ(HeadlessText(dialog, CONTROL_INIT_WEEK), L"1443");
         EXPECT_EQ(HeadlessText(dialog, Channels), L"12");
-        EXPECT_EQ(HeadlessCheck(dialog, 12811), BST_UNCHECKED);
+        EXPECT_EQ(HeadlessCheck(dialog, CONTROL_INIT_SNAP_START), BST_UNCHECKED);
         EXPECT_EQ(HeadlessCheck(dialog, SystemReset), BST_CHECKED);
         EXPECT_EQ(HeadlessCheck(dialog, NavLib), BST_UNCHECKED);
         EXPECT_EQ(HeadlessCheck(dialog, Clear), BST_CHECKED);
-        EXPECT_FALSE(HeadlessEnabled(dialog, 1281));
+        EXPECT_FALSE(HeadlessEnabled(dialog, CONTROL_INIT_ECEF_X));
         HeadlessClick(dialog, Get);
         EXPECT_EQ(PendingPollId.load(), 128);
     });

@@ -10,8 +10,9 @@
 namespace
 {
 
-constexpr int Rates = 1290, Checksums = 12911, Baudrate = 12912, Debug = 12913, Set = 12914, Follow = 12915,
-              Help = 12916;
+constexpr int Rates = CONTROL_TO_NMEA_RATES, Checksums = CONTROL_TO_NMEA_CHECKSUMS,
+              Baudrate = CONTROL_TO_NMEA_BAUDRATE, Debug = CONTROL_TO_NMEA_DEBUG, Set = CONTROL_TO_NMEA_SET,
+              Follow = CONTROL_TO_NMEA_FOLLOW, Help = CONTROL_TO_NMEA_HELP;
 constexpr const char* AllDefaults =
     "A0A2 0018 81 02 01 01 01 01 05 01 05 01 01 01 01 01 00 01 00 01 00 01 00 01"
     "12C0 016D B0B3";

@@ -7,7 +7,7 @@
 namespace
 {
 
-constexpr int Set = 1512;
+constexpr int Set = CONTROL_TRICKLE_SET;
 
 class TricklePowerWarning : public SirfDialogTest
 {
@@ -15,9 +15,9 @@ protected:
     void SetDuty(const wchar_t* duty, const wchar_t* onTime)
     {
         With(DIALOG_SIRF_TRICKLE_POWER, [&](HWND dialog) {
-            Enter(dialog, Ticked(1513, BST_UNCHECKED));
-            Enter(dialog, Typed(1514, duty));
-            Enter(dialog, Typed(1515, onTime));
+            Enter(dialog, Ticked(CONTROL_TRICKLE_PUSH_TO_FIX, BST_UNCHECKED));
+            Enter(dialog, Typed(CONTROL_TRICKLE_DUTY_CYCLE, duty));
+            Enter(dialog, Typed(CONTROL_TRICKLE_ON_TIME, onTime));
             HeadlessClick(dialog, Set);
         });
     }
