@@ -4,7 +4,7 @@
 #
 # Makes all packages into build/packages/ from the last commit, byte for byte the same each time:
 #
-#   toravane-VERSION-windows.zip    portable: the program, toravanectl, the page, the guide
+#   toravane-VERSION-windows.zip    portable: the program, toravanectl, toravane-replay, the page, the guide
 #   toravane-VERSION-setup.exe      installer
 #   toravane-VERSION-web.zip        the page, for any web server
 #   toravane_VERSION_amd64.deb      Debian and Ubuntu: the program, through Wine
@@ -60,9 +60,11 @@ if [ $# = 1 ]; then
         [ ! -e "$file" ] || printf '%s\0' "$file"
     done | tar --create --null --files-from - | tar -x -C "$source"
     tools/build.sh desktop toravane toravanectl
+    tools/build.sh desktop-tools
     tools/build.sh web
-    mkdir "$source"/build{,/desktop}
+    mkdir "$source"/build{,/desktop,/desktop-tools}
     cp build/desktop/toravane{,ctl}.exe "$source/build/desktop"
+    cp build/desktop-tools/toravane-replay.exe "$source/build/desktop-tools"
     cp -r build/web "$source/build"
 else
     git archive HEAD | tar -x -C "$source"
@@ -89,7 +91,7 @@ dated "$page"
 # ---- Windows ----
 windows=$output/staging/windows/toravane-$version
 mkdir -p "$windows"
-(cd "$source" && make --quiet --file debian/rules build/guide/toravane{,ctl}.exe >"$log" 2>&1) || {
+(cd "$source" && make --quiet --file debian/rules build/guide/toravane{,ctl,-replay}.exe >"$log" 2>&1) || {
     tail --lines 40 "$log" >&2
     exit 1
 }

@@ -2,7 +2,10 @@
 # Windows x86-64 from Debian's mingw-w64; the run-time is linked in, so that the program is one file.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
-set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++)
+# "-posix" chooses the C++ library that has std::thread.
+set(TORAVANE_MINGW_SUFFIX "" CACHE STRING "Ending of the compiler's name")
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES TORAVANE_MINGW_SUFFIX)
+set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++${TORAVANE_MINGW_SUFFIX})
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)

@@ -17,7 +17,7 @@ PARTS = (
     ("libasio-dev", "BSL-1.0", "headers, in toravanectl"),
     ("libcli11-dev", "BSD-3-Clause", "headers, in the tools"),
     ("nlohmann-json3-dev", "MIT", "headers, in toravanectl"),
-    ("libpng-dev", "Libpng", "library beside toravane-replay"),
+    ("zlib1g-dev", "Zlib", "library beside toravane-replay; inside toravane-replay.exe"),
     ("libpugixml-dev", "MIT", "library beside toravane-receiver"),
 )
 

@@ -21,7 +21,7 @@ running    cmake                build
 running    ninja-build          build
 running    libasio-dev          serial ports and sockets of the console program
 running    libcli11-dev         options of the tools and of the console program
-running    libpng-dev           pictures of the chart that the replay tool writes
+running    zlib1g-dev           packs the pictures of the chart that the replay tool writes
 running    libpugixml-dev       reads the tracks (GPX) of the software receiver
 running    nlohmann-json3-dev   JSON of the desktop driver and of the console program
 running    wine                 runs the desktop program on Linux
@@ -62,6 +62,7 @@ packaging  fakeroot             so that no root is needed for it
 packaging  desktop-file-utils   checks the menu entry
 packaging  help2man             manual pages of the tools
 packaging  lintian              checks the Debian packages
+packaging  libz-mingw-w64-dev   the same, for the replay tool on Windows
 packaging  nsis                 makes the installer for Windows
 packaging  pandoc               makes the guide as one HTML file
 packaging  zip                  makes the portable archive

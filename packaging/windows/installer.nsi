@@ -82,6 +82,7 @@ Section
     SetOutPath "$INSTDIR"
     File "${FILES}/toravane.exe"
     File "${FILES}/toravanectl.exe"
+    File "${FILES}/toravane-replay.exe"
     File "${FILES}/user-guide.html"
     File "${FILES}/license.txt"
     File /r "${FILES}/page"
@@ -118,6 +119,7 @@ FunctionEnd
 Section Uninstall
     Delete "$INSTDIR\toravane.exe"
     Delete "$INSTDIR\toravanectl.exe"
+    Delete "$INSTDIR\toravane-replay.exe"
     RMDir /r "$INSTDIR\page"
     Delete "$INSTDIR\user-guide.html"
     Delete "$INSTDIR\license.txt"

@@ -163,6 +163,15 @@ bool ReplaceHandle(std::atomic<HANDLE>& place, HANDLE expected, HANDLE value)
     return place.compare_exchange_strong(expected, value);
 }
 
+// Of the screen on which windows appear first.
+static int DotsPerInch()
+{
+    HDC screen = GetDC(nullptr);
+    const int dots = GetDeviceCaps(screen, LOGPIXELSY);
+    ReleaseDC(nullptr, screen);
+    return dots;
+}
+
 HFONT CreateTextPageFont()
 {
     LOGFONTW font = {};
@@ -172,7 +181,7 @@ HFONT CreateTextPageFont()
         std::wcscpy(font.lfFaceName, L"Tahoma");
         return CreateFontIndirectW(&font);
     }
-    font.lfHeight = -13;
+    font.lfHeight = -MulDiv(13, DotsPerInch(), USER_DEFAULT_SCREEN_DPI);
     font.lfPitchAndFamily = FIXED_PITCH | FF_MODERN;
     std::wcscpy(font.lfFaceName, L"Courier New");
     return CreateFontIndirectW(&font);

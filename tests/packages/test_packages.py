@@ -80,7 +80,7 @@ def check_manual(folder):
 
 # ---- Windows ------------------------------------------------------------------------------------------
 
-Files = ["license.txt", "page", "toravane.exe", "toravanectl.exe", "user-guide.html"]
+Files = ["license.txt", "page", "toravane-replay.exe", "toravane.exe", "toravanectl.exe", "user-guide.html"]
 Libraries = {  # those of each Windows
     "advapi32.dll", "comdlg32.dll", "gdi32.dll", "kernel32.dll", "msvcrt.dll", "mswsock.dll", "setupapi.dll",
     "shell32.dll", "user32.dll", "ws2_32.dll"}
@@ -99,21 +99,25 @@ def test_zip(unzipped):
     check_manual(unzipped)
 
 
-@pytest.mark.parametrize("name", ["toravane", "toravanectl"])
-def test_libraries_of_a_program(unzipped, name):
+@pytest.mark.parametrize("name, description", [
+    ("toravane", "Settings of GPS receivers with SiRF chipsets"),
+    ("toravanectl", "Settings of GPS receivers with SiRF chipsets, from a terminal"),
+    ("toravane-replay", "Decodes logs of GPS receivers with SiRF chipsets")])
+def test_what_windows_knows_of_a_program(unzipped, name, description):
     program = pefile.PE(unzipped / f"{name}.exe")
     assert {library.dll.decode().lower() for library in program.DIRECTORY_ENTRY_IMPORT} <= Libraries
-    program.close()
-
-
-def test_version_that_windows_shows(unzipped):
-    program = pefile.PE(unzipped / "toravane.exe")
     texts = {key.decode(): value.decode() for info in program.FileInfo[0] for table in getattr(info, "StringTable", [])
              for key, value in table.entries.items()}
-    assert (texts["ProductName"], texts["ProductVersion"], texts["FileVersion"]) == ("Toravane", "2.20", "2.20")
-    assert texts["LegalCopyright"] == "Copyright 2026 The Toravane authors"
-    manifests = [kind for kind in program.DIRECTORY_ENTRY_RESOURCE.entries if kind.id == 24]
-    assert len(manifests) == 1 and len(manifests[0].directory.entries) == 1
+    assert texts == {
+        "CompanyName": "The Toravane authors", "FileDescription": description, "FileVersion": "2.20",
+        "InternalName": name, "LegalCopyright": "Copyright 2026 The Toravane authors",
+        "OriginalFilename": f"{name}.exe", "ProductName": "Toravane", "ProductVersion": "2.20"}
+    manifest, = (kind for kind in program.DIRECTORY_ENTRY_RESOURCE.entries if kind.id == 24)
+    language, = manifest.directory.entries[0].directory.entries
+    text = program.get_data(language.data.struct.OffsetToData, language.data.struct.Size).decode()
+    for part in ('name="Microsoft.Windows.Common-Controls" version="6.0.0.0"', 'level="asInvoker"',
+                 ">PerMonitorV2, PerMonitor<", ">UTF-8<"):
+        assert part in text
     program.close()
 
 
@@ -121,7 +125,7 @@ def check_programs(user, folder):
     """Starts each program of a folder and sees that it does its work."""
     def run(name, *arguments):
         process = user.wine.start(folder / f"{name}.exe", *arguments, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                                  stderr=subprocess.STDOUT, text=True)
+                                  stderr=subprocess.STDOUT, environment={"LANG": "C.UTF-8"}, text=True)
         output = process.communicate(timeout=120)[0]
         return process.returncode, output
 
@@ -130,6 +134,12 @@ def check_programs(user, folder):
     user.connect_receiver(38400, "--protocol", "sirf", "--start", "hot")
     status, found = run("toravanectl", "--port", f"COM{Port}", "probe")
     assert status == 0 and "SiRF" in found and "38400" in found
+    log, picture = Output / "walk-\N{GREEK SMALL LETTER OMEGA}.txt", Output / "chart-\N{GREEK SMALL LETTER OMEGA}.png"
+    log.write_text("$GPVTG,231.8,T,,M,10.0,N,18.5,K,D*0D\r\n", newline="")
+    assert run("toravane-replay", log, "--stats", "--chart", picture) == (
+        0, "Messages NMEA 1 SiRF 0\nBaudrate NMEA 0\nBytes 38\nProtocol NMEA\n")
+    assert picture.read_bytes().startswith(b"\x89PNG")
+    picture.unlink()
 
 
 class Installed:
@@ -269,7 +279,7 @@ def test_sums_and_bill_of_materials(packages):
     assert listed == {file.name for file in packages.iterdir()} - {"SHA256SUMS"}
     bill = json.loads(only(packages, "*.spdx.json").read_text())
     names = {part["name"]: part["versionInfo"] for part in bill["packages"]}
-    assert names["toravane"] == "2.20" and {"libpng-dev", "libcli11-dev", "libpugixml-dev"} <= set(names)
+    assert names["toravane"] == "2.20" and {"zlib1g-dev", "libcli11-dev", "libpugixml-dev"} <= set(names)
 
 
 class LaunchersPrefix:

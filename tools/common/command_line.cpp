@@ -6,23 +6,7 @@
 #include <cstring>
 #include <sstream>
 
-#include <fcntl.h>
-#include <unistd.h>
-
-namespace
-{
-
-// A standard stream that was closed keeps its number, so that no file that is opened later takes it. What is
-// written to it fails, as it would have before.
-void HoldStandardStreams()
-{
-    int descriptor = 0;
-    do descriptor = open("/dev/null", O_RDONLY | O_CLOEXEC);
-    while (descriptor >= 0 && descriptor <= STDERR_FILENO);
-    if (descriptor >= 0) close(descriptor);
-}
-
-} // namespace
+#include "common/system.h"
 
 const CLI::Validator
     NotEmpty([](const std::string& text) { return std::string(text.empty() ? "is empty" : ""); }, "");
@@ -41,7 +25,8 @@ int FinishOutput(const std::string& tool)
 
 std::optional<int> ParseCommandLine(CLI::App& app, int argumentCount, const char* const* arguments)
 {
-    HoldStandardStreams();
+    PrepareStandardStreams();
+    app.allow_windows_style_options(false); // a slash begins a path everywhere
     try {
         app.parse(argumentCount, arguments);
         return std::nullopt;

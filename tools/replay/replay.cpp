@@ -64,7 +64,7 @@ void PrintChangedPage(std::string& last)
 size_t ReadSome(std::FILE* file, unsigned char* buffer, size_t size, bool follow)
 {
     if (!follow) return std::fread(buffer, 1, size, file);
-    const ssize_t count = read(fileno(file), buffer, size);
+    const auto count = read(fileno(file), buffer, static_cast<unsigned>(size));
     return count > 0 ? static_cast<size_t>(count) : 0;
 }
 
