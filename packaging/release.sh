@@ -25,8 +25,9 @@ version=$(sed -n 's/^project(toravane VERSION \([0-9.]*\) .*/\1/p' CMakeLists.tx
 [ -z "$(git status --porcelain)" ] || refuse "the tree has changes that are not committed"
 [ "$(dpkg-parsechangelog --file packaging/debian/changelog --show-field Version)" = "$version" ] ||
     refuse "packaging/debian/changelog does not begin with version $version"
-grep -q "<release version=\"$version\"" packaging/toravane.metainfo.xml ||
-    refuse "packaging/toravane.metainfo.xml does not name version $version"
+for file in packaging/*.metainfo.xml; do
+    grep -q "<release version=\"$version\"" "$file" || refuse "$file does not name version $version"
+done
 grep -q "^## \[$version\]" CHANGELOG.md || refuse "CHANGELOG.md has no entry for version $version"
 ! sed -n '/^## \[Unreleased\]/,/^## \[[0-9]/p' CHANGELOG.md | grep -q '^- ' ||
     refuse "CHANGELOG.md has entries that belong to no version"

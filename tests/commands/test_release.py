@@ -9,7 +9,7 @@ import pytest
 
 Root = Path(__file__).resolve().parents[2]
 Files = ("CMakeLists.txt", "CHANGELOG.md", "packaging/release.sh", "packaging/debian/changelog",
-         "packaging/toravane.metainfo.xml")
+         "packaging/toravane.metainfo.xml", "packaging/toravane-web.metainfo.xml")
 
 
 def git(folder, *arguments):
@@ -50,6 +50,8 @@ def test_a_release_of_a_whole_tree_goes_on(tree):
     ("packaging/debian/changelog", "(2.20)", "(2.19)", "packaging/debian/changelog does not begin with version 2.20"),
     ("packaging/toravane.metainfo.xml", 'version="2.20"', 'version="2.19"',
      "packaging/toravane.metainfo.xml does not name version 2.20"),
+    ("packaging/toravane-web.metainfo.xml", 'version="2.20"', 'version="2.19"',
+     "packaging/toravane-web.metainfo.xml does not name version 2.20"),
 ])
 def test_a_release_without_an_entry_is_refused(tree, file, old, new, reason):
     text = (tree / file).read_text()
