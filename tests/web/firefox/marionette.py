@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """A headless Firefox, commanded through its Marionette port."""
 
+import atexit
 import base64
 import json
 import os
@@ -48,6 +49,8 @@ class Firefox:
             ["firefox-esr", "--headless", "--marionette", "--remote-allow-system-access", "--profile", str(profile),
              "--no-remote"], env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL)
+        atexit.register(shutil.rmtree, self.home, ignore_errors=True)  # after a fault too
+        atexit.register(self.process.kill)
         end = time.monotonic() + patience
         while True:
             try:
