@@ -68,6 +68,14 @@ int32_t ProposedBaudrate()
     return current >= Slowest && current <= Fastest ? current : -1;
 }
 
+// What a list shows that cannot be empty: the rate of the port, else the usual one of NMEA.
+int32_t RateToShow()
+{
+    constexpr int32_t Usual = 2; // 4800
+    const int32_t current = FindBaudrate(PortDcb.BaudRate);
+    return IsBaudIndex(current) ? current : Usual;
+}
+
 void Fill(HWND dialog)
 {
     LoadNmeaRates(Seconds);
@@ -75,7 +83,11 @@ void Fill(HWND dialog)
         ShowRate(dialog, Rates[i].control, Seconds[i]);
     }
     FillBaudrates(dialog, CONTROL_TO_NMEA_BAUDRATE);
-    SelectListEntry(dialog, CONTROL_TO_NMEA_BAUDRATE, ProposedBaudrate());
+    const int32_t proposed = ProposedBaudrate();
+    if (proposed >= 0)
+        SelectListEntry(dialog, CONTROL_TO_NMEA_BAUDRATE, proposed);
+    else
+        SelectShownEntry(dialog, CONTROL_TO_NMEA_BAUDRATE, RateToShow());
     SetCheck(dialog, CONTROL_TO_NMEA_CHECKSUMS, BST_CHECKED);
     if (!LayoutOffset()) SetCheck(dialog, CONTROL_TO_NMEA_DEBUG, BST_INDETERMINATE);
     EnableControl(dialog, CONTROL_TO_NMEA_FOLLOW, false);

@@ -130,6 +130,20 @@ TEST_F(SwitchToNmeaDialog, KeypadSendsTheSameBytesButForItsDecidedBox)
     });
 }
 
+// Its list shows an entry in any case: that is the one that is sent.
+TEST_F(SwitchToNmeaDialog, KeypadSelectsTheRateThatItShows)
+{
+    UseKeypad();
+    const struct {
+        uint32_t port;
+        int selection;
+    } rows[] = {{1200, 0}, {2400, 1}, {4800, 2}, {57600, 6}, {115200, 7}, {14400, 2}, {0, 2}};
+    for (const auto& row : rows) {
+        PortDcb.BaudRate = row.port;
+        Work([&](HWND dialog) { EXPECT_EQ(HeadlessSelection(dialog, Baudrate), row.selection) << row.port; });
+    }
+}
+
 TEST_F(SwitchToNmeaDialog, KeypadKeepsAStoredRateThatItsListDoesNotOffer)
 {
     UseKeypad();
