@@ -43,6 +43,18 @@ void AddCaption(HWND dialog)
     SetWindowLongW(dialog, GWL_STYLE, style | static_cast<LONG>(WS_CAPTION | WS_SYSMENU));
     SetWindowPos(dialog, nullptr, 0, 0, 0, 0,
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
+    // A caption shows an icon. Without one of ours it is the system's for any program.
+    SendMessageW(dialog, WM_SETICON, ICON_SMALL,
+                 reinterpret_cast<LPARAM>(LoadIconW(ProgramInstance, MAKEINTRESOURCEW(ICON_PROGRAM))));
+}
+
+// The title of a Pocket PC's dialog has an OK already. A button that says something else stays.
+void HideSecondOk(HWND dialog)
+{
+    wchar_t text[3] = L"";
+    HWND button = GetDlgItem(dialog, IDOK);
+    if (button && GetDlgItemTextW(dialog, IDOK, text, 3) && TextEquals(text, L"OK"))
+        ShowWindow(button, SW_HIDE);
 }
 
 } // namespace
@@ -98,10 +110,12 @@ void InitDialogCommon(HWND dialog)
         return;
     }
     FitDialogToScreen(dialog, designed.right, designed.bottom);
+    if (pocketPc && ShellInitDialogEntry) HideSecondOk(dialog);
     if (!ShellCreateMenuBar) return;
     ShellMenuBar bar = {};
     bar.size = sizeof bar;
     bar.parent = dialog;
+    bar.flags = pocketPc ? ShellEmptyBar : 0;
     bar.menu = MENU_DIALOG;
     bar.instance = ProgramInstance;
     if (ShellCreateMenuBar(&bar)) PassBackKeyToDialog(bar.bar);

@@ -14,7 +14,8 @@ struct ShellInitDialog {
 constexpr DWORD ShellInitFlagsValid = 1;
 constexpr DWORD ShellDoneButton = 1, ShellFullScreen = 4, ShellInputPanelDown = 8;
 
-// Request for a menu bar: contains the bar's resource number, and receives the bar's window.
+// Request for a menu bar: contains the bar's resource number, and receives the bar's window. An empty bar has
+// no buttons, whatever its resource contains.
 struct ShellMenuBar {
     DWORD size;
     HWND parent;
@@ -25,6 +26,7 @@ struct ShellMenuBar {
     HWND bar;
     COLORREF background;
 };
+constexpr DWORD ShellEmptyBar = 1;
 
 // The window keeps this for the shell's handler of changed settings.
 struct ShellActivateInfo {

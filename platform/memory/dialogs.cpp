@@ -76,6 +76,7 @@ LRESULT DialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
         return 0;
     }
     case WM_PAINT: Validate(*dialog); return 0;
+    case WM_SETICON: dialog->windowClass.icon = reinterpret_cast<HICON>(lParam); return 0;
     default: return TextProcedure(*dialog, message, wParam, lParam);
     }
 }

@@ -35,6 +35,7 @@ struct ShMenuBarInfo {
     HWND window; // in return
     COLORREF background;
 };
+constexpr DWORD EmptyBar = 1; // a flag: the buttons of the resource are left out
 constexpr WORD NoPopup = 0xFFFF;
 
 // Message to a menu bar: what happens to a key. wParam is the key, lParam the flags and which of them to set.

@@ -26,7 +26,8 @@ BOOL WINAPI SHCreateMenuBar(ShMenuBarInfo* request)
 {
     if (!request || request->size != sizeof *request || !IsWindow(request->parent)) return FALSE;
     WatchThread();
-    request->window = MakeMenuBar(request->parent, request->instance, request->bar);
+    request->window =
+        MakeMenuBar(request->parent, request->instance, request->bar, request->flags & EmptyBar);
     if (!request->window) return FALSE;
     const RECT area = WorkArea(), bar = MenuBarArea();
     if (!IsOnScreen(request->parent))

@@ -157,10 +157,11 @@ LRESULT CALLBACK BarProcedure(HWND window, UINT message, WPARAM wParam, LPARAM l
 
 } // namespace
 
-HWND MakeMenuBar(HWND parent, HINSTANCE instance, UINT resource)
+HWND MakeMenuBar(HWND parent, HINSTANCE instance, UINT resource, bool empty)
 {
     Bar read;
     if (!ReadBar(instance, resource, read)) return nullptr;
+    if (empty) read.buttons.clear();
     RegisterShellClass(BarClass, BarProcedure);
     const RECT area = MenuBarArea();
     HWND window = CreateWindowExW(WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, BarClass, L"", WS_POPUP, area.left,

@@ -4,8 +4,9 @@
 
 #include "platform/windows/aygshell/contract.h"
 
-// Makes the bar that a resource describes, for a window. Null when the resource is missing.
-HWND MakeMenuBar(HWND parent, HINSTANCE instance, UINT resource);
+// Makes the bar that a resource describes, for a window; an empty one without its buttons. Null when the
+// resource is missing.
+HWND MakeMenuBar(HWND parent, HINSTANCE instance, UINT resource, bool empty);
 
 HWND MenuBarOf(HWND parent); // null: it has none
 

@@ -83,6 +83,18 @@ TEST_F(DialogSupport, ListOfNoDialogHasNoSelection)
     EXPECT_FALSE(found);
 }
 
+TEST_F(DialogSupport, CaptionShowsTheProgramsIcon)
+{
+    constexpr Dialog Dgps = {.number = DIALOG_SIRF_DGPS_SOURCE, .kind = DialogKind::DgpsSource};
+    HeadlessUser([] {
+        const HWND dialog = HeadlessTopDialog();
+        EXPECT_EQ(HeadlessWindowClass(dialog).hIcon, LoadIconW(nullptr, MAKEINTRESOURCEW(ICON_PROGRAM)));
+        EXPECT_NE(HeadlessWindowClass(dialog).hIcon, nullptr);
+        HeadlessCommand(dialog, IDCANCEL);
+    });
+    OpenDialog(Dgps);
+}
+
 // The text needs room for its end too.
 TEST_F(DialogSupport, ListEntryIsReadIfItFits)
 {
