@@ -212,8 +212,10 @@ void HeadlessStartMinimised(); // as if the launcher had asked for it: the first
 bool HeadlessIsMinimised(HWND window);
 WNDCLASSW HeadlessWindowClass(HWND window); // its style, icon and background
 
-HWND HeadlessBroughtToFront();                  // by BringToFront, null if none was
-void HeadlessOtherProgramInFront(bool inFront); // GetActiveWindow finds none while it is
+HWND HeadlessBroughtToFront();                   // by BringToFront, null if none was
+std::pair<UINT, UINT> HeadlessPartingMessages(); // the last two of WM_ACTIVATE (inactive) and WM_CLOSE that
+                                                 // a window has left to the system; WM_NULL: none yet
+void HeadlessOtherProgramInFront(bool inFront);  // GetActiveWindow finds none while it is
 
 // Invalidations of a window, in order, painted or not; true if erasing was requested.
 std::vector<bool> HeadlessInvalidations(HWND window);

@@ -87,6 +87,11 @@ HWND HeadlessBroughtToFront()
     return BroughtToFront();
 }
 
+std::pair<UINT, UINT> HeadlessPartingMessages()
+{
+    return PartingMessages();
+}
+
 void HeadlessOtherProgramInFront(bool inFront)
 {
     PutOtherProgramInFront(inFront);

@@ -316,6 +316,8 @@ HWND MainWindowOf();               // the top-level window, null before it exist
 void SetMainClientSize(SIZE size); // of top-level windows made from now on
 void SetFontCell(SIZE cell);       // of every character
 HWND BroughtToFront();             // by BringToFront, null if none was
+std::pair<UINT, UINT>
+PartingMessages(); // the last two of WM_ACTIVATE (inactive) and WM_CLOSE left to the system
 void PutOtherProgramInFront(bool inFront);
 void MinimiseAtFirstShow();
 void ResetWindows();

@@ -22,6 +22,7 @@ uintptr_t NextWindow = FirstWindow;
 std::map<std::wstring, WindowClass> Classes; // by name in lower case
 SIZE MainClient = {UsualWidth, UsualHeight}, Cell = UsualCell;
 HWND LastInFront;
+std::pair<UINT, UINT> LastPartings = {WM_NULL, WM_NULL};
 bool OtherProgramInFront, StartMinimised;
 
 RECT ScreenFrame(const Window& window)
@@ -342,6 +343,11 @@ HWND BroughtToFront()
     return LastInFront;
 }
 
+std::pair<UINT, UINT> PartingMessages()
+{
+    return LastPartings;
+}
+
 void PutOtherProgramInFront(bool inFront)
 {
     OtherProgramInFront = inFront;
@@ -360,6 +366,7 @@ void ResetWindows()
     MainClient = {UsualWidth, UsualHeight};
     Cell = UsualCell;
     LastInFront = nullptr;
+    LastPartings = {WM_NULL, WM_NULL};
     OtherProgramInFront = StartMinimised = false;
 }
 
@@ -443,6 +450,8 @@ LRESULT DefWindowProcW(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
     PlatformCall();
     Window* found = NeedWindow(window);
     if (!found) return 0;
+    if (message == WM_CLOSE || (message == WM_ACTIVATE && LOWORD(wParam) == WA_INACTIVE))
+        LastPartings = {LastPartings.second, message};
     switch (message) {
     case WM_CLOSE: Destroy(window); return 0;
     case WM_PAINT: Validate(*found); return 0;

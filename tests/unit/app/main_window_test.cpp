@@ -586,6 +586,18 @@ TEST_F(MainWindowTest, MinimisingEndsTheProgram)
     EXPECT_FALSE(HeadlessGetPort(3).isOpen);
 }
 
+TEST_F(MainWindowTest, MinimisedWindowIsInactiveBeforeItCloses)
+{
+    StorePortAndRate();
+    HeadlessAddPort(3);
+    HeadlessUser([] {
+        EXPECT_NE(HeadlessPartingMessages().second, WM_ACTIVATE);
+        SendMessageW(HeadlessMainWindow(), WM_SIZE, SIZE_MINIMIZED, 0);
+    });
+    Run();
+    EXPECT_EQ(HeadlessPartingMessages(), (std::pair{UINT{WM_ACTIVATE}, UINT{WM_CLOSE}}));
+}
+
 // Another program can do that behind every dialog.
 TEST_F(MainWindowTest, MinimisingBehindADialogEndsTheProgram)
 {
@@ -816,6 +828,33 @@ TEST_F(WithShell, PocketPcTakesTheShellsBarsOffTheWindow)
     EXPECT_EQ(HotKeys, std::vector<WPARAM>{WM_HOTKEY});
 }
 
+// The title has an OK. The bar below has none, and neither has the dialog; a button that says Close stays.
+TEST_F(WithShell, PocketPcShowsOneOk)
+{
+    const auto closingButtonIsVisible = [](UINT item, bool& visible) {
+        HeadlessUser([=] { SendMessageW(Window(), WM_COMMAND, item, 0); });
+        HeadlessUser([&visible] {
+            const HWND button = GetDlgItem(HeadlessTopDialog(), IDOK);
+            visible = GetWindowLongW(button, GWL_STYLE) & static_cast<LONG>(WS_VISIBLE);
+            HeadlessCommand(HeadlessTopDialog(), IDOK);
+        });
+    };
+    bool about = true, communication = true, graph = true, mask = false;
+    closingButtonIsVisible(COMMAND_ABOUT, about);
+    closingButtonIsVisible(COMMAND_COMMUNICATION, communication);
+    closingButtonIsVisible(COMMAND_GRAPH, graph);
+    closingButtonIsVisible(DIALOG_SIRF_ELEVATION_MASK, mask);
+    UserExits();
+    EXPECT_EQ(Run(), 0);
+    EXPECT_FALSE(about);
+    EXPECT_FALSE(communication);
+    EXPECT_FALSE(graph);
+    EXPECT_TRUE(mask);
+    ASSERT_EQ(BarRequests.size(), 5u);
+    EXPECT_EQ(BarRequests[0].flags, 0u);                                // of the window
+    for (size_t i = 1; i < 5; ++i) EXPECT_EQ(BarRequests[i].flags, 1u); // empty
+}
+
 class WithKeypadShell : public WithShell
 {
 protected:
@@ -839,6 +878,7 @@ TEST_F(WithKeypadShell, WindowKeepsItsSizeAndDialogsScroll)
     ASSERT_EQ(BarRequests.size(), 2u);
     EXPECT_EQ(BarRequests[0].menu, 2100u);
     EXPECT_EQ(BarRequests[1].menu, 2001u); // the same for both layouts
+    EXPECT_EQ(BarRequests[1].flags, 0u);
 }
 
 // A keypad device whose shell gives no bar: the command bar lies over the chart, which keeps the window's
