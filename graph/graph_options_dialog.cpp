@@ -197,7 +197,7 @@ HBRUSH PaintColorField(HDC dc, HWND control)
     return ColorBrushes[channel] = CreateSolidBrush(color);
 }
 
-// The same for the colour fields of a keypad device: they are buttons, because keys can reach buttons.
+// The colour fields are buttons, because keys can reach buttons. A thicker frame shows the focus.
 void DrawColorButton(const DRAWITEMSTRUCT& item)
 {
     const HBRUSH brush = PaintColorField(item.hDC, item.hwndItem);
@@ -229,6 +229,7 @@ INT_PTR HandleColors(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
         return FALSE;
     }
     case WM_CTLCOLORSTATIC:
+    case WM_CTLCOLORBTN:
         return reinterpret_cast<INT_PTR>(
             PaintColorField(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam)));
     case WM_DRAWITEM: DrawColorButton(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam)); return TRUE;

@@ -20,7 +20,7 @@ struct TemplateControl {
 struct Template {
     std::wstring caption;
     DWORD style;
-    int width, height;
+    int x, y, width, height;
     std::vector<TemplateControl> controls;
 };
 

@@ -195,7 +195,8 @@ bool FindTemplate(const wchar_t* name, Template& found)
         reader->U32();
     }
     const uint16_t count = reader->U16();
-    reader->U32(); // place
+    found.x = reader->S16();
+    found.y = reader->S16();
     found.width = reader->S16();
     found.height = reader->S16();
     reader->TextOrNumber(); // menu

@@ -39,6 +39,7 @@ const IDCANCEL = 2;
 // Style bits of the templates.
 const BS_TYPE = 0xf;
 const BS_DEFAULT = 1;
+const BS_OWNERDRAW = 0xb;
 const ES_MULTILINE = 4;
 const ES_RIGHT = 2;
 const ES_READONLY = 0x800;
@@ -46,7 +47,6 @@ const ES_NUMBER = 0x2000;
 const SS_TYPE = 0x1f;
 const SS_CENTER = 1;
 const SS_NOPREFIX = 0x80;
-const SS_NOTIFY = 0x100;
 const WS_GROUP = 0x20000;
 
 /** @type {Map<number, Win>} */
@@ -182,8 +182,9 @@ function dialogKey(window, event) {
     }
 }
 
-/** @param {Win} window */
+/** @param {Win} window a button, or a coloured field that opens a colour chooser */
 function makeButton(window) {
+    if ((window.style & BS_TYPE) === BS_OWNERDRAW) return makeColour(window);
     const button = make("button", "control", caption(window.text));
     button.type = "button";
     button.classList.toggle("usual", (window.style & BS_TYPE) === BS_DEFAULT);
@@ -281,9 +282,8 @@ function makeCombo(window) {
     window.field = input;
 }
 
-/** @param {Win} window a text, or a coloured field that opens a colour chooser */
+/** @param {Win} window */
 function makeLabel(window) {
-    if (window.style & SS_NOTIFY) return makeColour(window);
     const isPlain = window.id <= 0 || window.id === 0xffff;
     const text = window.style & SS_NOPREFIX ? window.text : caption(window.text);
     const label = make(isPlain ? "label" : "div", isPlain ? "control" : "control shown", text);

@@ -17,6 +17,7 @@ using Template = HeadlessTemplate;
 constexpr int TouchWidth = 160, TouchHeight = 164; // what a screen of 240 x 320 shows between its bars
 constexpr int KeypadWidth = 120; // squeezed to the screen where it is narrower; keypads scroll downwards
 constexpr int ClosedListHeight = 12;
+constexpr int KeypadHeights[] = {112, 164}; // what keypad screens of 176 x 220 and 240 x 320 show at once
 constexpr DWORD ButtonType = 0xF, AutoRadio = 9, OwnerDraw = 0xB, DefaultPush = 1, ListNotify = 1;
 
 // The kind of control that a number has, by its class on touch screens; on keypads lists are list boxes.
@@ -146,6 +147,31 @@ bool IsField(const Control& control)
            control.className == L"COMBOBOX";
 }
 
+bool IsButtonOfType(const Control& control, std::initializer_list<DWORD> types)
+{
+    return control.className == L"BUTTON" &&
+           std::find(types.begin(), types.end(), control.style & ButtonType) != types.end();
+}
+bool IsPushButton(const Control& control)
+{
+    return IsButtonOfType(control, {0, DefaultPush});
+}
+bool IsBox(const Control& control)
+{
+    constexpr DWORD AutoCheckBox = 3, Auto3State = 6;
+    return IsButtonOfType(control, {AutoCheckBox, Auto3State});
+}
+bool IsOption(const Control& control)
+{
+    return IsButtonOfType(control, {AutoRadio});
+}
+
+// Twice the middle of a control's height, which is a whole number.
+int Middle(const Control& control)
+{
+    return 2 * control.y + SeenHeight(control);
+}
+
 class Templates : public ProductTest
 {
 protected:
@@ -208,17 +234,19 @@ TEST_F(Templates, NothingElseHasANumber)
     });
 }
 
-// Keys reach a button, clicks are enough for a text.
-TEST_F(Templates, ColourFieldsAreTextsOnTouchScreensAndButtonsOnKeypads)
+TEST_F(Templates, KeysReachTheColoursOfTheChart)
 {
-    for (const uint32_t number : {2023u, 2123u})
+    for (const uint32_t number : {2023u, 2123u}) {
+        int fields = 0;
         for (const Control& control : FindTemplate(number).controls) {
             if (control.id < 1850 || control.id > 1859) continue;
-            EXPECT_EQ(control.className, IsKeypad(number) ? L"BUTTON" : L"STATIC");
-            if (IsKeypad(number)) {
-                EXPECT_EQ(control.style & ButtonType, OwnerDraw);
-            }
+            ++fields;
+            EXPECT_EQ(control.className, L"BUTTON");
+            EXPECT_EQ(control.style & ButtonType, OwnerDraw);
+            EXPECT_TRUE(control.style & WS_TABSTOP);
         }
+        EXPECT_EQ(fields, 10);
+    }
 }
 
 // A spinner belongs to the control before it.
@@ -340,6 +368,192 @@ TEST_F(Templates, EveryWideDialogHasAButtonThatClosesIt)
         EXPECT_EQ(close->text, IsKeypad(number) || withOk.contains(number) ? L"OK" : L"Close") << number;
         EXPECT_TRUE(close->style & WS_TABSTOP) << number;
     });
+}
+
+// ---- What a dialog looks like -------------------------------------------------------------------------
+
+TEST_F(Templates, RowsDoNotTouch)
+{
+    ForAll([](uint32_t, const Template& dialog) {
+        for (const Control& upper : dialog.controls)
+            for (const Control& lower : dialog.controls) {
+                const bool frames =
+                    (IsField(upper) || IsPushButton(upper)) && (IsField(lower) || IsPushButton(lower));
+                const bool oneColumn = upper.x < lower.x + lower.width && lower.x < upper.x + upper.width;
+                if (!frames || !oneColumn || lower.y <= upper.y) continue;
+                EXPECT_GT(lower.y, upper.y + SeenHeight(upper)) << upper.id << " and " << lower.id;
+            }
+    });
+}
+
+// A caption beside a field or a box: their middles are in one line, of a box exactly.
+TEST_F(Templates, CaptionsStandInTheLineOfTheirBoxes)
+{
+    ForAll([](uint32_t, const Template& dialog) {
+        for (size_t i = 1; i < dialog.controls.size(); ++i) {
+            const Control &caption = dialog.controls[i - 1], &control = dialog.controls[i];
+            const bool beside = caption.y < control.y + SeenHeight(control) &&
+                                control.y < caption.y + caption.height && caption.x < control.x;
+            if (caption.className != L"STATIC" || caption.text.empty() || !beside) continue;
+            if (IsField(control)) {
+                EXPECT_LE(std::abs(Middle(caption) - Middle(control)), 3) << control.id;
+            }
+            if (IsBox(control)) {
+                EXPECT_EQ(Middle(caption), Middle(control)) << control.id;
+            }
+        }
+    });
+}
+
+// Going down a wide dialog, the first field of each row begins where the one above it begins. In three
+// dialogs a second column begins somewhere: below for lists with long entries, or beside the plot of the sky.
+TEST_F(Templates, FieldsStandInColumns)
+{
+    const std::map<uint32_t, int> columns = {{2009, 2}, {2022, 2}, {2023, 2}};
+    ForAll([&](uint32_t number, const Template& dialog) {
+        if (IsKeypad(number)) return;
+        std::map<int, int> firsts; // of a row, by its place from the top
+        for (const Control& control : dialog.controls)
+            if (IsField(control) && control.id != CONTROL_NMEA_GREY_BOX) {
+                const auto [row, isFirst] = firsts.try_emplace(control.y, control.x);
+                if (!isFirst) row->second = std::min(row->second, control.x);
+            }
+        int found = firsts.empty() ? 0 : 1, left = firsts.empty() ? 0 : firsts.begin()->second;
+        for (const auto& [y, x] : firsts)
+            if (x != left) {
+                ++found;
+                left = x;
+            }
+        EXPECT_LE(found, columns.contains(number) ? columns.at(number) : 1);
+    });
+}
+
+TEST_F(Templates, LabelsKeepAwayFromTheirFields)
+{
+    ForAll([](uint32_t, const Template& dialog) {
+        for (const Control& label : dialog.controls)
+            for (const Control& field : dialog.controls)
+                if (label.className == L"STATIC" && IsField(field) && field.y == label.y - 2 &&
+                    label.x < field.x) {
+                    EXPECT_GE(field.x, label.x + label.width + 1) << field.id;
+                }
+    });
+}
+
+// What is sent is chosen before: no field, box or option comes after Set, or stands lower. A keypad's DGPS
+// Source has its buttons between its two reports.
+TEST_F(Templates, SetComesLastAndStandsLowest)
+{
+    const std::set<int> sets = {1004, 1018, 1034, 1052, 1062, 5311, 12810, 12914, 1335, 1362,
+                                1372, 1382, 1392, 1402, 1432, 1512, 16618, 1672,  1705};
+    int found = 0;
+    ForAll([&](uint32_t, const Template& dialog) {
+        const auto set = std::find_if(dialog.controls.begin(), dialog.controls.end(),
+                                      [&](const Control& control) { return sets.contains(control.id); });
+        if (set == dialog.controls.end()) return;
+        ++found;
+        for (const Control& control : dialog.controls) {
+            if (control.id == CONTROL_NMEA_GREY_BOX) continue;
+            if (IsField(control) || IsBox(control) || IsOption(control)) {
+                EXPECT_LT(&control, &*set) << control.id;
+                EXPECT_LE(Middle(control), Middle(*set)) << control.id;
+            }
+        }
+    });
+    EXPECT_EQ(found, 2 * 19);
+}
+
+// In the row of Set the buttons stand in the order of the Tab key: Get, Set and what closes.
+TEST_F(Templates, ButtonsOfARowFollowEachOther)
+{
+    ForAll([](uint32_t, const Template& dialog) {
+        for (const Control& left : dialog.controls)
+            for (const Control& right : dialog.controls)
+                if (IsPushButton(left) && IsPushButton(right) && left.y == right.y && left.x < right.x) {
+                    EXPECT_LT(&left, &right) << left.id << " and " << right.id;
+                }
+        const Control* get = nullptr;
+        for (const Control& control : dialog.controls) {
+            if (control.text == L"Get" && IsPushButton(control)) get = &control;
+            if (control.text == L"Set" && get) {
+                EXPECT_EQ(get->y, control.y);
+            }
+        }
+    });
+}
+
+TEST_F(Templates, PushButtonsHaveOneHeight)
+{
+    ForAll([](uint32_t, const Template& dialog) {
+        for (const Control& control : dialog.controls)
+            if (IsPushButton(control)) {
+                EXPECT_EQ(control.height, 14) << control.id;
+            }
+    });
+}
+
+TEST_F(Templates, HeadingsSayWhatIsMeasuredAndWhatABoxSwitches)
+{
+    const std::map<uint32_t, std::vector<std::wstring>> headings = {
+        {2009, {L"Measured"}},
+        {2019, {L"Measured"}},
+        {2109, {L"Measured"}},
+        {2119, {L"Measured"}},
+        {2022, {L"Visibles", L"Azimuth", L"Elevation"}},
+        {2122, {L"Visibles", L"Azimuth", L"Elevation"}},
+        {2023, {L"Visible"}},
+    };
+    const std::map<int, std::wstring> rows = {{1706, L"Visibles"}, {1707, L"Azimuth"}, {1708, L"Elevation"}};
+    for (const auto& [number, texts] : headings) {
+        SCOPED_TRACE(number);
+        const Template dialog = FindTemplate(number);
+        for (const std::wstring& text : texts)
+            EXPECT_TRUE(std::any_of(dialog.controls.begin(), dialog.controls.end(),
+                                    [&](const Control& control) {
+                                        return control.className == L"STATIC" && control.text == text;
+                                    }))
+                << std::string(text.begin(), text.end());
+        for (size_t i = 1; i < dialog.controls.size(); ++i)
+            if (rows.contains(dialog.controls[i].id)) {
+                EXPECT_EQ(dialog.controls[i - 1].text, rows.at(dialog.controls[i].id));
+            }
+    }
+}
+
+// Nothing is missing between two rows, and nothing after the last one. The plot of the sky has no control.
+TEST_F(Templates, NoStretchIsEmpty)
+{
+    constexpr int Most = 8;
+    ForAll([&](uint32_t number, const Template& dialog) {
+        if (number % 100 == 22) return;
+        std::vector<bool> filled(static_cast<size_t>(dialog.height));
+        for (const Control& control : dialog.controls)
+            for (int y = control.y; y < control.y + SeenHeight(control) && y < dialog.height; ++y)
+                filled[static_cast<size_t>(y)] = true;
+        int empty = 0;
+        for (size_t y = 0; y < filled.size(); ++y) {
+            empty = filled[y] ? 0 : empty + 1;
+            EXPECT_LE(empty, Most) << "at " << y;
+        }
+    });
+}
+
+// A keypad's dialog fits its screen, or goes on for more than a row.
+TEST_F(Templates, KeypadsDoNotScrollByAFewPixels)
+{
+    constexpr int Row = 12;
+    ForAll([&](uint32_t number, const Template& dialog) {
+        if (!IsKeypad(number)) return;
+        for (const int seen : KeypadHeights)
+            EXPECT_FALSE(dialog.height > seen && dialog.height < seen + Row) << dialog.height;
+    });
+}
+
+// It recommends the menu, which begins at the window's upper edge.
+TEST_F(Templates, AboutLeavesTheMenuFree)
+{
+    constexpr int MenuHeight = 20;
+    EXPECT_GE(FindTemplate(2024).y, MenuHeight);
 }
 
 } // namespace

@@ -49,13 +49,15 @@ TEST_F(Dialogs, TemplatesOfTheAboutBox)
     EXPECT_EQ(about.caption, L"About Toravane");
     EXPECT_EQ(about.width, 160);
     EXPECT_EQ(about.height, 92);
-    ASSERT_EQ(about.controls.size(), 4u);
+    EXPECT_EQ(about.x, 20);
+    EXPECT_EQ(about.y, 32);
+    ASSERT_EQ(about.controls.size(), 6u);
     EXPECT_EQ(about.controls[0].className, L"STATIC");
     EXPECT_EQ(about.controls[0].text, L"Toravane v 2.20");
     EXPECT_EQ(about.controls[0].id, -1);
-    EXPECT_EQ(about.controls[3].className, L"BUTTON");
-    EXPECT_EQ(about.controls[3].id, IDOK);
-    EXPECT_EQ(about.controls[3].x, 55);
+    EXPECT_EQ(about.controls[5].className, L"BUTTON");
+    EXPECT_EQ(about.controls[5].id, IDOK);
+    EXPECT_EQ(about.controls[5].x, 55);
     ASSERT_TRUE(HeadlessFindTemplate(DIALOG_ABOUT + KEYPAD_LAYOUT, about));
     EXPECT_EQ(about.width, 120);
     EXPECT_FALSE(HeadlessFindTemplate(999, about));
@@ -223,7 +225,7 @@ TEST_F(Dialogs, ControlsAskForTheirColours)
         HeadlessClick(HeadlessTopDialog(), IDOK);
     });
     Open();
-    EXPECT_EQ(std::count(DialogMessages.begin(), DialogMessages.end(), WM_CTLCOLORSTATIC), 3);
+    EXPECT_EQ(std::count(DialogMessages.begin(), DialogMessages.end(), WM_CTLCOLORSTATIC), 5);
     EXPECT_EQ(std::count(DialogMessages.begin(), DialogMessages.end(), WM_CTLCOLORBTN), 1);
 }
 

@@ -373,8 +373,9 @@ TEST_P(SbasDialogLayouts, TemplateHasAllControls)
                                      CONTROL_SBAS_MODE, CONTROL_SBAS_TIMEOUT, CONTROL_SBAS_GET,
                                      CONTROL_SBAS_SET, CONTROL_SBAS_VISIBLE_SVS,
                                      CONTROL_SBAS_VISIBLE_AZIMUTHS, CONTROL_SBAS_VISIBLE_ELEVATIONS}));
-    EXPECT_EQ(headings, (std::vector<std::wstring>{L"SBAS PRN", L"SBAS Mode", L"Timeout", L"SV", L"C/No",
-                                                   L"State", L"Azimuth", L"Elevation", L"Visibles"}));
+    EXPECT_EQ(headings,
+              (std::vector<std::wstring>{L"SBAS PRN", L"SBAS Mode", L"Timeout", L"SV", L"C/No", L"State",
+                                         L"Azimuth", L"Elevation", L"Visibles", L"Azimuth", L"Elevation"}));
 }
 
 } // namespace

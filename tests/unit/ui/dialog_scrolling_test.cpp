@@ -14,7 +14,7 @@ constexpr int Degraded = CONTROL_MODE_DEGRADED, Set = CONTROL_MODE_SET,
               Smoothing = CONTROL_MODE_TRACK_SMOOTHING;
 constexpr int ScreenWidth = 176, ScreenHeight = 180, Caption = 20; // of headless dialogs
 constexpr int ContentWidth = 110 * 6 / 4,
-              ContentHeight = 200 * 13 / 8; // of the template, in the headless font
+              ContentHeight = 164 * 13 / 8; // of the template, in the headless font
 
 BOOL FillScreen(ShellInitDialog* request)
 {
