@@ -39,7 +39,8 @@ Dialogs = [
     (2008, "Select Datum", ["NMEA", "Select Datum"], {
         "combobox": ["Datum"], "textbox": ["Receiver messages"], "button": ["Set", "Close"]}),
     (2009, "Advanced Power Management", ["SiRF", "Advanced Power Management"], {
-        "checkbox": ["APM Enabled"], "button": Commands, "status": ["On-Time [ms]", "Off-Time [ms]", "UTC"],
+        "checkbox": ["APM Enabled"], "button": Commands, "group": ["Measured"],
+        "status": ["On-Time [ms]", "Off-Time [ms]", "UTC"],
         "textbox": ["APM Cycles Before Sleep", "Time Between Fixes [s]", "Max Response Time [s]",
                     "Power Duty Cycle [%]"],
         "combobox": ["Max Horizontal Error [m]", "Max Vertical Error [m]", "Accuracy Priority", "Timing Priority"]}),
@@ -77,8 +78,8 @@ Dialogs = [
         "textbox": ["Max Off Time [ms]", "Max Acq. Search Time [ms]", "Push-to-Fix Period [s]"],
         "checkbox": ["Adaptive TricklePower"], "button": Commands}),
     (2022, "SBAS", ["SiRF", "SBAS"], {
-        "combobox": ["SBAS PRN", "SBAS Mode", "Timeout"], "group": ["Visibles"], "button": Commands,
-        "status": ["SV", "C/No", "State", "Azimuth", "Elevation", "Visibles 1", "Visibles 2", "Visibles 3"]}),
+        "combobox": ["SBAS PRN", "SBAS Mode", "Timeout"], "button": Commands,
+        "status": ["SV", "C/No", "State", "Azimuth", "Elevation", "Visibles", "Azimuth", "Elevation"]}),
     (2023, "Graph Options", ["Graph"], {
         "textbox": [f"{channel} {field}" for channel in Channels
                     for field in ("Zero", "Value Min", "Value Max", "Pixel Min", "Pixel Max")],

@@ -8,8 +8,10 @@ import sys
 import time
 from pathlib import Path
 
-sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tests" / "desktop"))
+Root = Path(__file__).resolve().parents[2]
+sys.path[:0] = [str(Root / "tests" / "desktop"), str(Root / "tools")]
 
+import guide_pictures
 import harness
 from harness import Port, VK_RIGHT, desktop, wait_for
 from PIL import Image, ImageGrab
@@ -200,6 +202,7 @@ def main():
         user.tidy()
     finally:
         user.leave()
+    guide_pictures.write_record()
     size = sum(file.stat().st_size for file in Images.glob("*.png"))
     print(f"{size} bytes in all")
     return size > MaxBytes

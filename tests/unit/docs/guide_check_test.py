@@ -3,10 +3,13 @@
 
 import importlib.machinery
 import importlib.util
+import sys
 import unittest
+import unittest.mock
 from pathlib import Path
 
 Root = Path(__file__).resolve().parents[3]
+sys.path.insert(0, str(Root / "tools"))
 loader = importlib.machinery.SourceFileLoader("check_guide", str(Root / "tools" / "check_guide"))
 check_guide = importlib.util.module_from_spec(importlib.util.spec_from_loader("check_guide", loader))
 loader.exec_module(check_guide)
@@ -56,6 +59,18 @@ class GuideCheck(unittest.TestCase):
     def test_texts_of_resources(self):
         source = '// "no"\nLTEXT "Mask [\\x00B0]", 1\nPUSHBUTTON "Find && Go", 2\nFONT 8, "Font"\n'
         self.assertEqual([*check_guide.resource_texts(source)], ["Mask [°]", "Find & Go"])
+
+    def test_a_picture_is_noticed_when_its_source_or_its_size_changes(self):
+        pictures = check_guide.guide_pictures
+        pages = pictures.pages()
+        self.assertEqual([*pictures.faults(pages)], [])
+        with unittest.mock.patch.object(pictures, "significant", lambda file: b"another source"):
+            self.assertEqual(len([*pictures.faults(pages)]), len(pictures.Sources))
+        with unittest.mock.patch.object(pictures, "size", lambda name: "1x1"):
+            self.assertEqual(len([*pictures.faults(pages)]), len(pictures.Sources))
+        without = pages.replace("images/sbas.png", "images/other.png")
+        self.assertEqual([*pictures.faults(without)],
+                         ["docs/images/other.png: missing", "docs/images/sbas.png: shown nowhere"])
 
 
 if __name__ == "__main__":
