@@ -24,6 +24,18 @@ bool Write(const std::string& path, std::string_view content)
     return (std::fclose(file) == 0) && whole;
 }
 
+// Names are UTF-8 everywhere; a path made of plain characters would take them for another code on Windows.
+fs::path PathOf(const std::string& name)
+{
+    return std::u8string(name.begin(), name.end());
+}
+
+std::string NameOf(const fs::path& path)
+{
+    const std::u8string name = path.u8string();
+    return {name.begin(), name.end()};
+}
+
 // A name beside the file that nobody uses.
 fs::path NameBeside(const fs::path& file)
 {
@@ -59,16 +71,16 @@ std::optional<std::string> ReadWholeFile(const std::string& path, std::string& e
 bool WriteWholeFile(const std::string& path, std::string_view content, std::string& error)
 {
     std::error_code code;
-    const fs::file_status there = fs::status(path, code);
+    const fs::file_status there = fs::status(PathOf(path), code);
     if (fs::exists(there) && !fs::is_regular_file(there)) {
         if (Write(path, content)) return true;
         error = Reason(path);
         return false;
     }
     // The file itself, not a link to it, is replaced.
-    const fs::path target = fs::exists(there) ? fs::canonical(path, code) : fs::path(path);
+    const fs::path target = fs::exists(there) ? fs::canonical(PathOf(path), code) : PathOf(path);
     const fs::path part = NameBeside(target);
-    if (!Write(part.string(), content)) {
+    if (!Write(NameOf(part), content)) {
         error = Reason(path);
         fs::remove(part, code);
         return false;
