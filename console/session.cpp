@@ -110,7 +110,10 @@ void Session::Received(const asio::error_code& error, size_t count)
 
 void Session::SetRate(uint32_t rate)
 {
-    SetPortRate(port_.native_handle(), rate);
+    if (const asio::error_code error = SetPortRate(port_.native_handle(), rate)) {
+        if (HasVanished(error)) Fail(FailureKind::Failed, name_ + ": the device has vanished");
+        Fail(FailureKind::Failed, "the rate " + std::to_string(rate) + " cannot be set: " + error.message());
+    }
     rate_ = rate;
     ForgetPartialMessage();
 }

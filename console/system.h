@@ -35,8 +35,9 @@ using NativePort = asio::serial_port::native_handle_type;
 // Failure of the kind Port, which says if it is missing, denied or busy, and what helps.
 NativePort OpenPort(const std::string& port, uint32_t rate);
 
-// Sets the rate once everything written has gone out, and forgets what has been received. Throws Failure.
-void SetPortRate(NativePort port, uint32_t rate);
+// Sets the rate once everything written has gone out, and forgets what has been received. Returns the
+// driver's error.
+asio::error_code SetPortRate(NativePort port, uint32_t rate);
 
 // Lets others open it again; the handle itself is closed by its owner.
 void ReleasePort(NativePort port);

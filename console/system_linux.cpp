@@ -201,14 +201,12 @@ NativePort OpenPort(const std::string& port, uint32_t rate)
     return opened;
 }
 
-void SetPortRate(NativePort port, uint32_t rate)
+asio::error_code SetPortRate(NativePort port, uint32_t rate)
 {
     tcdrain(port);
-    if (!Configure(port, rate)) {
-        const asio::error_code error(errno, asio::system_category());
-        Fail(FailureKind::Failed, "the rate " + std::to_string(rate) + " cannot be set: " + error.message());
-    }
+    if (!Configure(port, rate)) return {errno, asio::system_category()};
     tcflush(port, TCIFLUSH);
+    return {};
 }
 
 void ReleasePort(NativePort port)

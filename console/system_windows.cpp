@@ -203,13 +203,12 @@ NativePort OpenPort(const std::string& port, uint32_t rate)
     return opened;
 }
 
-void SetPortRate(NativePort port, uint32_t rate)
+asio::error_code SetPortRate(NativePort port, uint32_t rate)
 {
     FlushFileBuffers(port);
-    if (!Configure(port, rate))
-        Fail(FailureKind::Failed,
-             "the rate " + std::to_string(rate) + " cannot be set: " + SystemText(GetLastError()));
+    if (!Configure(port, rate)) return {static_cast<int>(GetLastError()), asio::system_category()};
     PurgeComm(port, PURGE_RXCLEAR);
+    return {};
 }
 
 void ReleasePort(NativePort) {}
@@ -218,7 +217,7 @@ bool HasVanished(const asio::error_code& error)
 {
     constexpr int Gone[] = {ERROR_DEVICE_REMOVED,       ERROR_GEN_FAILURE,    ERROR_ACCESS_DENIED,
                             ERROR_BAD_COMMAND,          ERROR_INVALID_HANDLE, ERROR_HANDLE_EOF,
-                            ERROR_DEVICE_NOT_CONNECTED, ERROR_BROKEN_PIPE};
+                            ERROR_DEVICE_NOT_CONNECTED, ERROR_BROKEN_PIPE,    ERROR_NOT_READY};
     return error == asio::error::eof ||
            std::find(std::begin(Gone), std::end(Gone), error.value()) != std::end(Gone);
 }
