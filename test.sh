@@ -38,9 +38,13 @@ test_preset() {
     step "build $1" nice tools/build.sh "$1" && step "unit tests, $1" ctest --preset "$1"
 }
 
-# python_tests FOLDER [OPTION]...
+# python_tests FOLDER [OPTION]... Tests that failed get a second try, one by one and by themselves: those that wait for
+# windows and browsers may find them too slow on a machine that is busy with other tests.
 python_tests() {
-    /usr/bin/python3 -B -m pytest -p no:cacheprovider --durations=5 -v "$@"
+    local pytest=(/usr/bin/python3 -B -m pytest -o cache_dir="$PWD/build/pytest/${*//[^a-z]/-}" --durations=5 -v)
+    "${pytest[@]}" "$@" && return
+    printf '\n--- Second try\n'
+    "${pytest[@]}" "$@" -n 0 --last-failed --last-failed-no-failures none
 }
 
 # programs INTERPRETER SUFFIX: every file for that interpreter, those without a suffix too.
@@ -60,7 +64,9 @@ check_python_programs() {
 # Tests that mostly wait: for windows, browsers, receivers.
 waiting_tests() {
     step "console tests" python_tests tests/console -n 8
-    step "console tests, Windows program" python_tests tests/console --windows -n 4
+    # All of tests/console can run so (docs/testing.md); these cover what Windows does in its own way.
+    step "console tests, Windows program" python_tests --windows -n 4 \
+        tests/console/test_windows.py tests/console/test_convert.py tests/console/test_settings.py
     step "switches of the console program" tests/console/switches.sh 30
     step "desktop tests" python_tests tests/desktop
     step "program of the page" node --no-experimental-fetch --test tests/web/engine_test.mjs
@@ -110,8 +116,8 @@ if step "packages" tools/install_packages.sh testing packaging web; then
     step "user guide" tools/check_guide
     test_preset native
     step "build desktop" tools/build.sh desktop
-    step "build web" tools/build.sh web
     beside waiting_tests
+    step "build web" tools/build.sh web
     step "constructs" check_constructs
     test_preset native-asan
     step "races" tests/races/run.sh

@@ -38,7 +38,7 @@ testing    libstdc++-arm-none-eabi-dev C++ headers of that program
 testing    clang-format         checks the format of the sources
 testing    clang-tidy           finds faults in the sources
 testing    shellcheck           finds faults in shell scripts
-testing    python3-pyflakes     finds faults in Python programs
+testing    pyflakes3            finds faults in Python programs
 testing    pycodestyle          checks the format of Python programs
 testing    libgtest-dev         unit tests
 testing    libbenchmark-dev     benchmarks
@@ -56,6 +56,7 @@ testing    groff                reads its manual page in a test
 testing    systemd              checks the unit that the user guide shows
 
 packaging  appstream            checks what software centres show
+packaging  build-essential      what every Debian package is built with
 packaging  debhelper            makes the Debian packages
 packaging  dpkg-dev             makes them, too
 packaging  fakeroot             so that no root is needed for it

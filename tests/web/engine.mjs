@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The program of the page without a browser: a page that only remembers what it is sent.
-import { readFileSync } from "node:fs";
+import { readFileSync, writeFileSync } from "node:fs";
 
 const build = new URL("../../build/web/", import.meta.url);
 globalThis.document ??= /** @type {any} */ ({ currentScript: null }); // asked for by the compiler's loader
+// Node 18 takes a .js file for a module only where a package.json says so; browsers need none.
+writeFileSync(new URL("../package.json", build), '{ "type": "module" }\n');
 const { loadProgram } = await import(new URL("program.js", build).href);
 const wasmBinary = readFileSync(new URL("toravane.wasm", build));
 

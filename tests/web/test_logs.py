@@ -50,10 +50,7 @@ def test_playback(tab):
     choose_file(tab, "Open a log", Logs / "cold-start.txt")  # a minute
     tab.find("button", "Back to the receiver in this page")
     wait_streaming(tab)
-    first = tab.run(Clock)
-    time.sleep(1.5)
-    seconds = clock_of(tab.run(Clock)) - clock_of(first)
-    assert 8 <= seconds <= 30, seconds
+    assert 1 <= time_to_play(tab, 20) < 18  # a busy machine may be late, never early
     pause = tab.find("button", "Pause")
     pause.click()
     time.sleep(0.5)
@@ -63,12 +60,19 @@ def test_playback(tab):
     tab.find("radio", "1x").click()
     tab.find("button", "Pause").click()
     wait_clock(tab)
-    first = tab.run(Clock)
-    time.sleep(4)
-    assert 2 <= clock_of(tab.run(Clock)) - clock_of(first) <= 6
+    assert time_to_play(tab, 4) >= 2
     tab.find("button", "Back to the receiver in this page").click()
     tab.wait("the receiver is back",
              "document.getElementById('receiver').textContent.startsWith('The receiver in this page')")
+
+
+def time_to_play(tab, seconds):
+    """How long the page takes for so many seconds of the log."""
+    begin, first = time.monotonic(), clock_of(tab.run(Clock))
+    while clock_of(tab.run(Clock)) - first < seconds:
+        assert time.monotonic() - begin < 60
+        time.sleep(0.05)
+    return time.monotonic() - begin
 
 
 def clock_of(line):
