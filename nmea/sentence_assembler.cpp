@@ -80,7 +80,7 @@ Word LoadWord(const uint8_t* bytes)
 bool AreBodyBytes(Word word)
 {
     const Word star = word ^ '*' * EachByte;
-    return !((word | (word - 0x20 * EachByte) | (word + EachByte) | ((star - EachByte) & ~star)) & HighBits);
+    return !(((word - 0x20 * EachByte) | (word + EachByte) | ((star - EachByte) & ~star)) & HighBits);
 }
 
 uint8_t XorOf(const uint8_t* bytes, uint32_t count)
