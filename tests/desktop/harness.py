@@ -19,7 +19,8 @@ import desktop
 import driver as raw
 from prefix import SettingsKey
 
-Output = desktop.Build / "desktop-tests" / os.environ.get("PYTEST_XDIST_WORKER", "")
+# Tests that run beside each other need Wine prefixes of their own.
+Output = desktop.Build / os.environ.get("TORAVANE_TEST_FOLDER", "desktop-tests") / os.environ.get("PYTEST_XDIST_WORKER", "")
 Settings = SettingsKey.split("\\", 1)[1]  # below the root
 Port = 3
 

@@ -17,6 +17,7 @@ import pefile
 import pytest
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "desktop"))
+os.environ.setdefault("TORAVANE_TEST_FOLDER", "package-tests")
 
 from harness import Output, Port, Settings, User, desktop, wait_for
 import driver as raw
