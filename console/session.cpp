@@ -88,12 +88,17 @@ void Session::Read()
                           [this](const asio::error_code& error, size_t count) { Received(error, count); });
 }
 
+Failure Session::PortFailure(const asio::error_code& error, const std::string& otherwise) const
+{
+    return {FailureKind::Failed,
+            HasVanished(error) ? name_ + ": the device has vanished" : otherwise + error.message()};
+}
+
 void Session::Received(const asio::error_code& error, size_t count)
 {
     if (error == asio::error::operation_aborted) return;
     if (error) {
-        loop_.Stop({FailureKind::Failed, HasVanished(error) ? name_ + ": the device has vanished"
-                                                            : name_ + ": " + error.message()});
+        loop_.Stop(PortFailure(error, name_ + ": "));
         return;
     }
     bytesReceived_ += count;
@@ -110,10 +115,8 @@ void Session::Received(const asio::error_code& error, size_t count)
 
 void Session::SetRate(uint32_t rate)
 {
-    if (const asio::error_code error = SetPortRate(port_.native_handle(), rate)) {
-        if (HasVanished(error)) Fail(FailureKind::Failed, name_ + ": the device has vanished");
-        Fail(FailureKind::Failed, "the rate " + std::to_string(rate) + " cannot be set: " + error.message());
-    }
+    if (const asio::error_code error = SetPortRate(port_.native_handle(), rate))
+        throw PortFailure(error, "the rate " + std::to_string(rate) + " cannot be set: ");
     rate_ = rate;
     ForgetPartialMessage();
 }
@@ -150,8 +153,7 @@ void Session::SendRaw(std::span<const uint8_t> bytes)
         loop_.WaitFor({}, Seconds(static_cast<double>(bytes.size()) * BitsPerByte / rate_ + Reserve));
         return;
     }
-    if (HasVanished(sending->error)) Fail(FailureKind::Failed, name_ + ": the device has vanished");
-    Fail(FailureKind::Failed, name_ + ": " + sending->error.message());
+    throw PortFailure(sending->error, name_ + ": ");
 }
 
 } // namespace console

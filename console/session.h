@@ -51,9 +51,9 @@ public:
 
 private:
     void Read();
-    void Rest();
     void Received(const asio::error_code& error, size_t count);
-    [[noreturn]] void FailVanished() const;
+    // An error of the port: that the device has vanished, else `otherwise` and the system's text.
+    Failure PortFailure(const asio::error_code& error, const std::string& otherwise) const;
 
     Context& context_;
     EventLoop loop_;
