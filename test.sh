@@ -8,16 +8,16 @@ cd "$(dirname "$0")" || exit 1
 summary=()
 failures=0
 
-# step NAME COMMAND...: runs a command and notes how it went.
+# step NAME COMMAND...: runs a command and notes how it went, with a remark if the command has left one.
 step() {
-    local name=$1 start=$SECONDS result=passed
+    local name=$1 start=$SECONDS result=passed remark=
     shift
     printf '\n=== %s\n' "$name"
     if ! "$@" </dev/null; then
         result=FAILED
         failures=$((failures + 1))
     fi
-    summary+=("$(printf '%-7s %4d s  %s' "$result" $((SECONDS - start)) "$name")")
+    summary+=("$(printf '%-7s %4d s  %s' "$result" $((SECONDS - start)) "$name$remark")")
     [ "$result" = passed ]
 }
 
@@ -38,12 +38,13 @@ test_preset() {
     step "build $1" nice tools/build.sh "$1" && step "unit tests, $1" ctest --preset "$1"
 }
 
-# python_tests FOLDER [OPTION]... Tests that failed get a second try, one by one and by themselves: those that wait for
-# windows and browsers may find them too slow on a machine that is busy with other tests.
+# python_tests ARGUMENT...: pytest. Tests that failed get a second try, one by one: those that wait for windows and
+# browsers may find them too slow on a machine that is busy with other tests. The summary names such a step.
 python_tests() {
     local pytest=(/usr/bin/python3 -B -m pytest -o cache_dir="$PWD/build/pytest/${*//[^a-z]/-}" --durations=5 -v)
     "${pytest[@]}" "$@" && return
     printf '\n--- Second try\n'
+    remark=' (second try)'
     "${pytest[@]}" "$@" -n 0 --last-failed --last-failed-no-failures none
 }
 
@@ -73,7 +74,7 @@ waiting_tests() {
     step "checks of the page" platform/web/check.sh
     step "page tests" python_tests tests/web -n 4
     step "desktop tests with the page" python_tests tests/desktop --page -n 4 --dist loadfile
-    if unshare --mount true; then
+    if unshare --mount true 2>/dev/null; then
         step "serial port in Firefox" tests/web/firefox/real_serial.sh
     else
         summary+=("left out        serial port in Firefox: needs root, for a /dev of its own")
