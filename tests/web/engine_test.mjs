@@ -166,12 +166,18 @@ test("colours are chosen, and the sky is drawn", async () => {
     engine.program.stop();
 });
 
-test("the rate is searched, and a lost port is not an endless wait", async () => {
+/** A page that looks for the rate of serial port 1, after its own receiver was open. */
+async function searching() {
     const engine = await Engine.load();
     engine.program.ports([1], ["Serial port 1"]);
     engine.program.start();
     await until("the page's receiver", 3, () => engine.receiver?.protocol === "NMEA");
     engine.program.search(1);
+    return engine;
+}
+
+test("the rate is searched, and a lost port is not an endless wait", async () => {
+    const engine = await searching();
     await until("4800 is tried", 12, () => engine.rates.at(-1) === 4800 && engine.receiver.searching);
     engine.receive(Gga);
     const found = await until("the end of the search", 5, () => engine.found);
@@ -188,11 +194,7 @@ test("the rate is searched, and a lost port is not an endless wait", async () =>
 });
 
 test("a search that finds nothing gives way to what was open before", async () => {
-    const engine = await Engine.load();
-    engine.program.ports([1], ["Serial port 1"]);
-    engine.program.start();
-    await until("the page's receiver", 3, () => engine.receiver?.protocol === "NMEA");
-    engine.program.search(1);
+    const engine = await searching();
     const found = await until("the end of the search", 60, () => engine.found);
     assert.deepEqual(found, { port: 1, rate: 0, protocol: "-" });
     await until("the page's receiver again", 6, () => engine.receiver.port === 0 && engine.receiver.protocol === "NMEA");
