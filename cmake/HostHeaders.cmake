@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 # Libraries of headers alone. They lie among Linux's own headers, which a compiler for another system must not see, so
 # it is given links to just these.
-set(host_headers ${CMAKE_BINARY_DIR}/console_headers)
+set(host_headers ${CMAKE_BINARY_DIR}/host_headers)
 file(MAKE_DIRECTORY ${host_headers})
 foreach(header asio asio.hpp CLI nlohmann)
   if(NOT EXISTS /usr/include/${header})

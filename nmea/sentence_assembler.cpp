@@ -75,8 +75,8 @@ Word LoadWord(const uint8_t* bytes)
     return half(bytes) | Word{half(bytes + 4)} << 32;
 }
 
-// True if all are body bytes. Each term sets the high bit of a byte that is not: 80 and above, below 20, 7F,
-// '*'. Borrows and carries into further bytes come only from such a byte.
+// True if all are body bytes. Each term sets the high bit of some bytes that are not: below 20 and from A0,
+// 7F to FE, '*'. Borrows and carries into further bytes come only from such a byte.
 bool AreBodyBytes(Word word)
 {
     const Word star = word ^ '*' * EachByte;

@@ -11,7 +11,7 @@ from pathlib import Path
 Root = Path(__file__).resolve().parents[2]
 Program = Path(os.environ.get("TORAVANE_WINDOWS_BUILD", Root / "build/desktop")) / "toravanectl.exe"
 
-sys.path.append(str(next((Root / "tools").rglob("prefix.py")).parent))
+sys.path.append(str(Root / "tools" / "desktop"))
 
 Linux = "Linux alone has it: "
 Signal = "Windows has no such signal"

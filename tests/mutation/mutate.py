@@ -5,7 +5,7 @@
 mutate.py [NAME]... runs the rows (rows.py) whose file, text or effect contains one of the names; all without.
 mutate.py --check only looks whether each row's text stands in its file exactly once.
 It works in a copy of the tree, build/mutation, of which only the broken file and its tests are built anew. Ends
-with an error when a row survived. Takes some ten minutes.
+with an error when a row survived. Takes some twenty minutes.
 """
 import os
 import pathlib

@@ -14,6 +14,8 @@
 namespace
 {
 
+// A picture is packed by zlib alone: Debian has no PNG library for Windows, where this tool runs as well.
+
 void AppendNumber(std::string& bytes, uint32_t number)
 {
     for (const int shift : {24, 16, 8, 0}) bytes += static_cast<char>(number >> shift);
