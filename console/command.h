@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A command of the program: its options, and what carries it out.
+// A command of the program: its options, and the action that carries it out.
 #pragma once
 
 #include <functional>
@@ -23,11 +23,11 @@ struct Command {
     const char* summary; // for --help and the manual page: a phrase without full stop
 
     // Adds the command's arguments and options (and its own commands, if it has some), with descriptions, and
-    // returns what carries it out. That throws Failure when it does not end with 0.
+    // returns the action that carries it out. The action throws Failure if the exit status is not 0.
     Action (*define)(Parser& parser);
 };
 
-// For commands whose standard output is the result itself: refuses --json.
+// Refuses --json: for commands whose standard output is the result itself.
 inline void RefuseJson(const Context& context, const char* command)
 {
     if (context.options.json)

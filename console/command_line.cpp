@@ -83,13 +83,13 @@ CommandLine::CommandLine()
 
 Action CommandLine::Parse(std::vector<std::string> arguments, Options& options)
 {
-    // It may stand before the command as well, though only some commands have it.
+    // It may also stand before the command, although only some commands have it.
     const auto isThroughSirf = [](const std::string& argument) {
         return argument == ThroughSirfOption || argument.starts_with(std::string(ThroughSirfOption) + '=');
     };
     const auto end = std::find(arguments.begin(), arguments.end(), "--");
     std::stable_partition(arguments.begin(), end, std::not_fn(isThroughSirf));
-    std::reverse(arguments.begin(), arguments.end()); // as CLI11 takes them
+    std::reverse(arguments.begin(), arguments.end()); // the order that CLI11 needs
     try {
         app_.parse(std::move(arguments));
     } catch (const CLI::ParseError& error) {

@@ -15,7 +15,7 @@ namespace console
 // All commands, in the order of the help.
 std::span<const Command> Commands();
 
-// The whole command line, parsed or not: manual page and completion are made from it too.
+// The whole command line, parsed or not; the manual page and the completion are made from it, too.
 class CommandLine
 {
 public:
@@ -24,11 +24,11 @@ public:
     CLI::App& App() { return app_; }
 
     // Parses the arguments into `options` and returns the chosen command's action. Its name, as in "profile
-    // apply", is in `chosen` even when it then throws. Throws Failure of the kind Usage, and CLI::ParseError
+    // apply", is in `chosen` even if parsing throws. Throws Failure of the kind Usage, and CLI::ParseError
     // with the exit code 0 for --help and --version.
     Action Parse(std::vector<std::string> arguments, Options& options);
 
-    // Help of the command that was asked about.
+    // Help of the command for which it was requested.
     std::string Help() const;
 
     std::string chosen;

@@ -23,13 +23,13 @@ struct CommandEntry {
     std::string description;
     std::vector<std::pair<std::string, std::string>> arguments; // name as shown, description
     std::vector<OptionEntry> options;
-    std::vector<std::string> words; // what may follow: inner commands, or the choices of an argument
+    std::vector<std::string> words; // inner commands, or the choices of an argument, which may follow
     bool takesFiles = false;
 };
 
 std::vector<std::string> ChoicesOf(const CLI::Option& option)
 {
-    // The library keeps a list of choices only in the text that describes it: "{bash,zsh,fish}".
+    // The library keeps a list of choices only in its description: "{bash,zsh,fish}".
     const std::string type = option.get_type_name();
     const size_t open = type.find('{'), close = type.find('}');
     std::vector<std::string> choices;
@@ -59,7 +59,7 @@ CommandEntry Describe(const CLI::App& app, const std::string& name)
         for (const std::string& word : option->get_lnames()) described.names.push_back("--" + word);
         if (option->get_items_expected_max() > 0) described.value = option->get_type_name();
         if (const size_t colon = described.value.find(':'); colon != described.value.npos)
-            described.value.erase(colon); // the choices after the type stand in the description
+            described.value.erase(colon); // the description contains the choices, after the type
         described.description = option->get_description();
         entry.options.push_back(described);
     }
@@ -99,7 +99,7 @@ std::vector<std::string> OptionNames(const CommandEntry& entry)
     return names;
 }
 
-// In quotes of a shell.
+// Puts a text into the quotes of a shell.
 std::string Quoted(const std::string& text)
 {
     std::string quoted = "'";
@@ -112,8 +112,8 @@ bool IsPortOption(const OptionEntry& option)
     return std::find(option.names.begin(), option.names.end(), "--port") != option.names.end();
 }
 
-// For bash and zsh: sets $command to the command that the words name, and begins a case of it. `loop` is the
-// loop over the words before the cursor.
+// For bash and zsh: sets $command to the command in the words, and begins a `case` for it. `loop` is the loop
+// over the words before the cursor.
 std::string FindCommand(const std::vector<CommandEntry>& entries, const std::string& loop)
 {
     std::vector<std::string> names;
@@ -180,7 +180,7 @@ std::string BashScript(const std::vector<CommandEntry>& entries)
 
 // ---- zsh ----------------------------------------------------------------------------------------------
 
-// Text within _arguments and _describe, where colons and brackets part the fields.
+// A text for _arguments and _describe, in which colons and brackets separate the fields.
 std::string ZshText(const std::string& text)
 {
     std::string escaped;

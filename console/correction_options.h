@@ -16,8 +16,8 @@ struct CorrectionOptions {
     bool wanted = false;
     std::string reference; // as typed
 
-    // Adds --correct-dates and --reference; `otherwise` describes the reference that is taken without the
-    // latter.
+    // Adds --correct-dates and --reference; `otherwise` describes the reference that is used without
+    // --reference.
     void Define(Parser& parser, const std::string& otherwise)
     {
         parser.Flag("--correct-dates", wanted, "correct dates that lie whole 1024 weeks back");
@@ -32,7 +32,7 @@ struct CorrectionOptions {
             .TypeName("DATE");
     }
 
-    // The reference given, else the other one. Throws Failure of the kind Usage.
+    // The reference from the options; without one, `otherwise`. Throws Failure of the kind Usage.
     Reference ReferenceOr(const Reference& otherwise) const
     {
         if (reference.empty()) return otherwise;

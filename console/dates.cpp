@@ -83,7 +83,7 @@ int64_t DaysOf(const Date& date)
 
 Date DateOf(int64_t number)
 {
-    // Before 1970 and after 9999 there is nothing that a receiver could report.
+    // A receiver cannot report a date before 1970 or after 9999.
     constexpr int64_t First = 0, Last = 2932896;
     const year_month_day day(sys_days(days(std::clamp(number, First, Last + 1))));
     return {static_cast<int>(day.year()), static_cast<int32_t>(static_cast<unsigned>(day.month())),

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Dates, and the whole 1024 weeks by which old receivers report them too early.
+// Dates, and their correction: old receivers report dates that are too early by a multiple of 1024 weeks.
 //
-// The satellites send the week modulo 1024. Firmware takes it for one of the 1024 weeks that its makers
-// thought of; after those it reports dates of 1024 weeks before.
+// The satellites send the week modulo 1024. Firmware assumes one period of 1024 weeks; after its end,
+// reported dates are 1024 weeks too early.
 #pragma once
 
 #include <compare>
@@ -28,17 +28,17 @@ bool IsDate(const Date& date);
 int64_t DaysOf(const Date& date);
 Date DateOf(int64_t days);
 
-// "2008-06-21"; nothing for any other text.
+// Reads "2008-06-21"; no value for any other text.
 std::optional<Date> ParseDate(std::string_view text);
 std::string FormatDate(const Date& date);
 
 // The computer's clock, in UTC.
 Date Today();
 
-// When this version of the program was released.
+// Release date of this version of the program.
 Date ReleaseDate();
 
-// The date that a reported one is held against, and where it comes from.
+// The date with which a reported date is compared, and its source.
 enum class ReferenceKind { Given, File, Clock };
 struct Reference {
     Date date;
@@ -47,15 +47,15 @@ struct Reference {
 
 struct Correction {
     Date raw, corrected; // equal if nothing is corrected
-    int32_t epochs = 0;  // of 1024 weeks that were added
-    Date reference;      // the one that counted: for a clock that is not set, the release
+    int32_t epochs = 0;  // number of added periods of 1024 weeks
+    Date reference;      // the date that was used: the release, if the clock is not set
     std::string reason;  // a sentence without full stop
 };
 
-// Adds the number of epochs, 0 or more, that brings the date nearest to the reference, if it then lies within
-// 26 weeks of it; otherwise nothing. A clock before the release is not set: then the smallest number of
-// epochs that makes the date no earlier than the release. A date that would leave the calendar stays as it
-// is.
+// Adds the number of epochs, 0 or more, with which the date is nearest to the reference, if the result is
+// within 26 weeks of the reference; otherwise adds nothing. If the clock is before the release, it has not
+// been set: then the smallest number of epochs is added that makes the date not earlier than the release. A
+// date whose correction is outside the calendar stays unchanged.
 Correction CorrectDate(const Date& raw, const Reference& reference, const Date& release);
 
 } // namespace console

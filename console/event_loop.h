@@ -28,16 +28,18 @@ public:
 
     asio::io_context& Context() { return context_; }
 
-    // Serves events until `done` holds or the time has passed; returns if it holds. `done` is asked after
-    // each event; empty: never. Throws the failure given to Stop, and Interrupted after a signal.
+    // Serves events until `done` holds or the time has passed; returns true if it holds. `done` is called
+    // after each event; if it is empty, only the time ends the wait. Throws the failure given to Stop, and
+    // Interrupted after a signal.
     bool WaitFor(const std::function<bool()>& done, Duration limit);
 
-    // Ends the wait that is under way, and all later ones, with this failure. The first one counts.
+    // Ends the current wait, and all later ones, with this failure. Only the first failure counts.
     void Stop(Failure failure);
 
     bool IsInterrupted() const { return interrupted_; }
 
-    // While one exists, signals are noted but end no wait: for a way back that must be gone.
+    // While an object of this class exists, signals are noted but end no wait: for a way back that must be
+    // completed.
     class Hold
     {
     public:

@@ -39,7 +39,7 @@ void WriteWholeFile(const std::string& name, std::string_view content)
 {
     std::error_code error;
     const fs::path target = PathOf(name);
-    // Devices, pipes and links are written to, not replaced.
+    // Devices, pipes and links are written to directly, not replaced.
     const fs::file_status status = fs::symlink_status(target, error);
     if (fs::exists(status) && !fs::is_regular_file(status)) {
         WriteTo(target, name, content);

@@ -11,14 +11,14 @@ namespace console
 namespace
 {
 
-// After the rate that worked last: those that receivers are usually set to come first.
+// Tried after the rate that worked last: the usual rates of receivers come first.
 constexpr uint32_t SearchOrder[] = {4800, 9600, 38400, 57600, 115200, 19200, 2400, 1200};
 
 } // namespace
 
 Duration ListeningTime(uint32_t rate)
 {
-    // At 1200 the longest message alone takes 1.6 s.
+    // At 1200 baud the longest message takes 1.6 s.
     return Seconds(rate > 1200 ? 1.5 : 2.5);
 }
 

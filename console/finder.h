@@ -14,23 +14,23 @@ struct Found {
     uint32_t rate;
 };
 
-// Listens at the session's rate until a sentence with a right checksum or a frame with a right sum arrives,
-// or the time has passed.
+// Listens at the session's rate until a sentence or a frame with a correct checksum arrives, or the time has
+// passed.
 std::optional<Protocol> Listen(Session& session, Duration limit);
 
-// Longest time that one rate is listened to.
+// Longest time of listening at one rate.
 Duration ListeningTime(uint32_t rate);
 
 // Listens at each rate in turn, the first ones first and none twice; sends nothing. Leaves the port at the
 // rate found.
 std::optional<Found> Search(Session& session, std::vector<uint32_t> first);
 
-// Messages and bytes that a search has heard, for its report.
+// Messages and bytes that a search has received, for its report.
 struct Heard {
     uint64_t bytes = 0, messages = 0;
 };
 
-// Opens the port that the options name and finds the receiver, at the given rate alone if there is one;
+// Opens the port given by the options and finds the receiver, only at the given rate if there is one;
 // remembers the rate. Throws Failure of the kinds Usage, Port, Silent, Noise.
 struct Receiver {
     std::unique_ptr<Session> session;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The option of commands that go on until they are interrupted, or for a time.
+// The option of commands that run until they are interrupted, or for a given time.
 #pragma once
 
 #include <string>
@@ -20,7 +20,7 @@ struct ForOption {
             .TypeName("SECONDS");
     }
 
-    // Decades without the option. Throws Failure of the kind Usage.
+    // Without the option, the result is several decades. Throws Failure of the kind Usage.
     Duration Limit() const
     {
         constexpr Duration Unlimited = std::chrono::hours(24 * 366 * 50);

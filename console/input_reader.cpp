@@ -14,9 +14,9 @@ namespace console
 namespace
 {
 
-constexpr size_t Portion = 1 << 16; // what a pipe brings is seen when so much of it is there
+constexpr size_t Portion = 1 << 16; // data from a pipe is seen when this number of bytes has arrived
 
-// The thread that reads. It is never joined: a read of a pipe may never end.
+// The reading thread is never joined: reading from a pipe may never end.
 asio::thread_pool& ReadingThread()
 {
     static asio::thread_pool* const thread = new asio::thread_pool(1);
@@ -25,8 +25,8 @@ asio::thread_pool& ReadingThread()
 
 } // namespace
 
-// Handed over whole: the reading thread has it until `ready`, the other one after that. Owned by both,
-// because the reading thread may be caught in a read when the reader goes.
+// One portion. The reading thread uses it until `ready`, the other thread after that. Both own it, because
+// the reading thread may still be waiting in a read when the InputReader is destroyed.
 struct InputReader::Shared {
     std::FILE* file = nullptr;
     std::string portion;
@@ -56,7 +56,7 @@ bool InputReader::Next(std::string& portion)
         shared->error = std::ferror(shared->file) ? errno : 0;
         shared->ready.store(true);
     });
-    // Asked often at first, because files answer at once; pipes may take long.
+    // Polled often at first, because files deliver immediately; pipes may take long.
     constexpr int OftenCount = 100;
     constexpr double Often = 0.001, Seldom = 0.02;
     const auto isReady = [this] { return shared_->ready.load(); };

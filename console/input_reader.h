@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Reads a file or standard input in portions, so that a signal ends the program even while no input comes.
+// Reads a file or standard input in portions, so that a signal ends the program even while no input arrives.
 #pragma once
 
 #include <memory>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// toravanectl: the receiver from a terminal.
+// toravanectl: controls the receiver from a terminal.
 #include <exception>
 
 #include "console/command_line.h"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Prints the manual page: manual SECTIONS, where SECTIONS is the file with what no option describes.
+// Prints the manual page: manual SECTIONS, where SECTIONS is the file with the sections that no option
+// describes.
 #include <fstream>
 #include <iostream>
 #include <iterator>

@@ -17,7 +17,7 @@ constexpr size_t NameLength = 6; // "$GPRMC"
 
 struct DatedKind {
     std::string_view name;
-    size_t field; // the date, or its day; 0 is the name
+    size_t field; // index of the date, or of its day; field 0 is the name
 };
 constexpr DatedKind DatedKinds[] = {{"RMC", 9}, {"ZDA", 2}};
 
@@ -29,7 +29,7 @@ std::optional<int32_t> Digits(std::string_view text, size_t count)
     return value;
 }
 
-// Year, month and day as they are written; nothing if one of them is no number.
+// Year, month and day as written; no value if one of them is not a number.
 std::optional<Date> ReadDate(std::optional<int32_t> year, std::optional<int32_t> month,
                              std::optional<int32_t> day)
 {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Mends the dates in a stream of NMEA sentences; everything else passes byte for byte.
+// Corrects the dates in a stream of NMEA sentences; all other bytes stay unchanged.
 #pragma once
 
 #include <functional>
@@ -15,14 +15,14 @@ namespace console
 class DateMender
 {
 public:
-    // `correct` gives the date to send on for the reported one.
+    // `correct` returns the date that replaces the reported one.
     explicit DateMender(std::function<Date(const Date&)> correct) : correct_(std::move(correct)) {}
 
-    // Takes bytes as received and returns those to send on. Only what may become an RMC or a ZDA is held back
-    // until its line ends; at most MostHeld bytes.
+    // Takes received bytes and returns the bytes to send on. Only a possible RMC or ZDA is held back until
+    // its line ends; at most MostHeld bytes.
     std::string Feed(std::span<const uint8_t> bytes);
 
-    // The rest: what was held back, as it was received.
+    // Returns the bytes that are still held back, as received.
     std::string Finish();
 
     static constexpr size_t MostHeld = 128;
@@ -31,12 +31,12 @@ private:
     bool MayBecomeDated() const;
 
     std::function<Date(const Date&)> correct_;
-    std::string held_; // from '$' on
+    std::string held_; // begins with '$'
 };
 
-// The sentence, from '$' to LF, with the date of RMC (ddmmyy) or ZDA (day, month, year) mended and its
-// checksum made anew. Anything that is not a whole sentence of these with a right checksum (or with none) and
-// a date comes back as it is, and so does one whose date is right.
+// The sentence, from '$' to LF, with the date of RMC (ddmmyy) or ZDA (day, month, year) corrected and a new
+// checksum. The result is the unchanged text if it is not a whole sentence of these two with a date and a
+// correct checksum (or none), or if the date is right.
 std::string MendSentence(std::string_view sentence, const std::function<Date(const Date&)>& correct);
 
 } // namespace console

@@ -9,7 +9,7 @@ namespace console
 {
 
 std::string SerialPortBody(bool nmea, uint32_t rate);              // PSRF100
-std::string RestartBody(unsigned configuration);                   // PSRF101, from what the receiver knows
+std::string RestartBody(unsigned configuration);                   // PSRF101, with the receiver's data
 std::string SentenceRateBody(unsigned sentence, unsigned seconds); // PSRF103, with checksums
 
 } // namespace console

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Nothing is sent unasked by this program. In a file of its own, so that a test that holds the window program
-// too can have that one's instead.
+// This program never sends on its own. This is a separate file, so that a test that contains both programs
+// can link the routine of the window program instead.
 #include "nmea/sentence_decoder.h"
 
 void AskForStartUpText() {}

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The options that every command has.
+// The options of every command.
 #pragma once
 
 #include <cstdint>
@@ -16,16 +16,16 @@ struct Options {
     bool json = false, dryRun = false, yes = false, verbose = false, quiet = false;
 };
 
-// A number of seconds from 0.001 to a year. Throws Failure of the kind Usage, which names `what`.
+// A number of seconds from 0.001 to one year. Throws Failure of the kind Usage; its message contains `what`.
 double ParseSeconds(const std::string& text, const std::string& what);
 
-// One of the rates of the product's table. Throws likewise.
+// A rate of the product's table. Throws as above.
 uint32_t ParseRate(const std::string& text);
 
-// A whole number in a range, both included. Throws likewise.
+// A whole number in a range, limits included. Throws as above.
 int64_t ParseWhole(const std::string& text, int64_t low, int64_t high, const std::string& what);
 
-// Parts of "NAME=VALUE". Throws likewise when there is no name or no value.
+// Parts of "NAME=VALUE". Throws as above if there is no name or no value.
 struct Assignment {
     std::string name, value;
 };

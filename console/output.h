@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Output of a run: results on standard output, as text or as one JSON object; everything else on standard
+// Output of a run: results go to standard output, as text or as one JSON object; all else goes to standard
 // error.
 #pragma once
 
@@ -21,35 +21,37 @@ public:
     bool json = false;  // one object instead of text
     bool quiet = false; // no notes
 
-    // The object's members beside "command", "exit" and "error".
+    // The object's members except "command", "exit" and "error".
     Json object = Json::object();
 
-    // Set by a command whose standard output is the result itself, or lines of JSON: no object at the end.
+    // Set by a command whose standard output is the result itself, or lines of JSON: no object is printed at
+    // the end.
     bool noObject = false;
 
-    // A line of text; nothing with --json. Throws Failure when standard output takes it no more.
+    // Prints a line of text; nothing with --json. Throws Failure if writing to standard output fails.
     void Line(std::string_view text);
 
-    // Bytes without any change, for all options. Throws like Line.
+    // Writes bytes unchanged, with all options. Throws like Line.
     void Raw(std::string_view bytes);
 
-    // A line of standard error: a note, which --quiet drops.
+    // Prints a line on standard error: a note, which --quiet suppresses.
     void Note(std::string_view text);
 
-    // An error in full, with the program's name before it.
+    // Prints an error, with the program's name before it.
     void Error(std::string_view text);
 
-    // Prints the object if there is to be one; returns the exit status, which is another one if that fails.
+    // Prints the JSON object if it is wanted. Returns the exit status; if printing fails, the status of that
+    // failure.
     int End(const std::string& command, const Failure* failure);
 
 private:
     bool broken_ = false; // standard output has failed before
 };
 
-// A sentence without its line end, or a frame as upper-case hexadecimal bytes.
+// The text of a sentence without its line end, or of a frame as upper-case hexadecimal bytes.
 std::string FrameText(std::span<const uint8_t> frame);
 
-// Bytes from outside as valid UTF-8 on one line: what is not printable ASCII becomes '?'.
+// Received bytes as valid UTF-8 on one line: each byte that is not printable ASCII becomes '?'.
 std::string Printable(std::string_view text);
 
 } // namespace console

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What commands take: options and arguments, added to the parser of the command line. The library that parses
-// costs two seconds of compiling in each source that sees it; commands see this instead.
+// Options and arguments of commands, added to the parser of the command line. Each source file that includes
+// the parsing library takes two more seconds to compile; commands include this header instead.
 #pragma once
 
 #include <string>
@@ -15,14 +15,14 @@ class Option;
 namespace console
 {
 
-// An option or an argument just added.
+// An option or an argument that has just been added.
 class Parameter
 {
 public:
     explicit Parameter(CLI::Option* option) : option_(option) {}
 
     Parameter& Required();
-    Parameter& TypeName(const std::string& name); // what stands for its value in the help
+    Parameter& TypeName(const std::string& name); // placeholder of its value in the help
     Parameter& OneOf(const std::vector<std::string>& choices);
 
 private:
@@ -36,21 +36,21 @@ public:
     Parser() = default; // for a part that is assigned later
     explicit Parser(CLI::App* app) : app_(app) {}
 
-    // `names` as in "-o,--output"; without dashes an argument by its place. The values are written to the
-    // places given while the command line is parsed.
+    // `names` as in "-o,--output"; a name without dashes is a positional argument. Parsing stores the values
+    // in the given variables.
     Parameter Option(const std::string& names, std::string& value, const std::string& description);
     Parameter Option(const std::string& names, std::vector<std::string>& values,
                      const std::string& description);
     Parameter Flag(const std::string& names, bool& given, const std::string& description);
 
-    // A flag that may be given a value with "=", and has `otherwise` if it is not.
+    // A flag that can have a value after "="; without it the value is `otherwise`.
     Parameter Flag(const std::string& name, const std::string& otherwise, std::string& value,
                    const std::string& description);
 
-    // A command of this command. If there is one, exactly one must be given.
+    // A subcommand. If there are any, exactly one must be given.
     Parser Command(const std::string& name, const std::string& summary);
 
-    // True for a command that was given.
+    // True if this command was given.
     bool Given() const;
 
 private:

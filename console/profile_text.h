@@ -12,8 +12,8 @@ struct ProfileEntry {
     std::vector<KeyValue> values;
 };
 
-// Throws Failure of the kind Usage, which names the line, for whatever is not a setting. `name` is the
-// file's.
+// Throws Failure of the kind Usage, with the line's number, for a line that is not a setting. `name` is the
+// file's name.
 std::vector<ProfileEntry> ParseProfile(const std::string& text, const std::string& name);
 
 } // namespace console

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A pseudo-terminal that stands for a serial port. One source file for each system.
+// A pseudo-terminal that acts as a serial port. One source file for each system.
 #pragma once
 
 #include <asio.hpp>
@@ -18,14 +18,14 @@ class PseudoTerminal
 public:
     virtual ~PseudoTerminal() = default; // removes the link
 
-    // For a program that has the terminal open; bytes that it does not read in time, or while none has it
-    // open, are lost.
+    // Sends bytes to the program that has the terminal open. Bytes are lost if it does not read them in time,
+    // or if no program has the terminal open.
     virtual void Write(std::string_view bytes) = 0;
 };
 
-// Makes a terminal in raw mode behind a symbolic link. An older link is replaced, anything else at its place
-// is not. `received` gets what is written to it. Throws Failure, of the kind Usage where the system has no
-// such thing.
+// Makes a terminal in raw mode, and a symbolic link to it. An older link is replaced; any other file at its
+// place is not. `received` gets the bytes that are written to the terminal. Throws Failure; of the kind Usage
+// on a system without pseudo-terminals.
 std::unique_ptr<PseudoTerminal> MakePseudoTerminal(asio::io_context& context, const std::string& link,
                                                    std::function<void(std::span<const uint8_t>)> received);
 

@@ -16,8 +16,8 @@ namespace console
 namespace
 {
 
-// While nobody has the terminal open each read of its other side fails at once: so it is looked at now and
-// then.
+// While no program has the terminal open, each read of its other side fails immediately, so it is polled at
+// intervals.
 constexpr auto PresenceInterval = std::chrono::milliseconds(100);
 
 [[noreturn]] void FailWith(const std::string& what)
@@ -46,7 +46,7 @@ public:
 
     ~LinuxTerminal() override
     {
-        // Only our own link: another program may have taken the name over.
+        // Removes only our own link: another program may use the name now.
         char target[128];
         const ssize_t length = readlink(link_.c_str(), target, sizeof target);
         if (length > 0 && path_ == std::string(target, static_cast<size_t>(length))) unlink(link_.c_str());
@@ -56,7 +56,7 @@ public:
     {
         if (!present_) return;
         const ssize_t taken = write(master_.native_handle(), bytes.data(), bytes.size());
-        (void)taken; // what has no room is lost, as at a port that is not read
+        (void)taken; // bytes without room are lost, as at a port that nobody reads
     }
 
 private:
@@ -68,7 +68,7 @@ private:
         cfmakeraw(&settings);
         settings.c_cflag |= CLOCAL | CREAD;
         tcsetattr(terminal, TCSANOW, &settings);
-        close(terminal); // from now on the other side notices who opens and closes it
+        close(terminal); // from now on the other side notices opening and closing
     }
 
     void PlaceLink()
@@ -104,7 +104,7 @@ private:
     {
         master_.async_read_some(asio::buffer(buffer_), [this](const asio::error_code& error, size_t count) {
             if (error == asio::error::operation_aborted) return;
-            if (error) { // the last one has closed it
+            if (error) { // the last program has closed it
                 present_ = false;
                 ForgetUnread();
                 LookForReader();
@@ -115,7 +115,7 @@ private:
         });
     }
 
-    // The next one that opens it begins with an empty port.
+    // The next program that opens it finds an empty port.
     void ForgetUnread()
     {
         const int terminal = open(path_.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Received bytes on their way through the product's own reception, and what was recognised in them.
+// Passes received bytes through the product's own reception, and reports what was recognised.
 #pragma once
 
 #include <cstdint>
@@ -21,14 +21,14 @@ struct Sentence {
     std::string_view body;
     bool hadChecksum;
 
-    // Field of a sentence, 0 its name; empty when it has none.
+    // Field of a sentence, 0 is its name; empty if the sentence does not have the field.
     std::string_view Field(unsigned index) const;
 
-    // "GGA" of "GPGGA"; a maker's own sentence has its whole name.
+    // "GGA" of "GPGGA"; for a manufacturer's own sentence, its whole name.
     std::string_view Kind() const;
 };
 
-// The payload of an accepted frame, its first byte the message id.
+// The payload of an accepted frame; its first byte is the message id.
 struct Message {
     std::span<const uint8_t> payload; // unwrapped; never empty
     std::span<const uint8_t> wire;    // as it was sent
@@ -36,8 +36,8 @@ struct Message {
     uint8_t Id() const { return payload[0]; }
 };
 
-// Hears what is received for as long as it exists. Several may; each member may stay empty. None may be made
-// or destroyed while one of them is called.
+// Listens to the reception as long as it exists. There may be several listeners, and each member may be
+// empty. No listener may be created or destroyed while one of them is called.
 class Listener
 {
 public:
@@ -52,10 +52,11 @@ public:
     std::function<void()> decoded; // after a sentence or message has been decoded
 };
 
-// Feeds bytes, in this order: `bytes`, then for each message its listeners, the decoder, `sample`, `decoded`.
+// Feeds bytes. Order of the calls: `bytes`; then for each message its listeners, the decoder, `sample`,
+// `decoded`.
 void Feed(std::span<const uint8_t> bytes);
 
-// Forgets half a message: what comes next has been received at another rate. What was decoded stays.
+// Forgets an incomplete message, because the next bytes are received at another rate. Decoded values stay.
 void ForgetPartialMessage();
 
 } // namespace console

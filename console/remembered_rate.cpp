@@ -29,7 +29,7 @@ fs::path RatesFile()
     return folder.empty() ? folder : folder / "rates";
 }
 
-// Lines of "RATE PORT", the one used last first.
+// Lines of "RATE PORT"; the port used last is first.
 std::vector<Row> ReadRows()
 {
     std::vector<Row> rows;
@@ -57,7 +57,7 @@ void RememberRate(const std::string& port, uint32_t rate)
     if (!rows.empty() && rows[0].port == port && rows[0].rate == rate) return;
     std::error_code ignored;
     fs::create_directories(target.parent_path(), ignored);
-    // Written beside it and renamed: two programs at once leave one whole file.
+    // Written to a second file and renamed, so that two programs at the same time leave one complete file.
     const fs::path draft = target.string() + "." + std::to_string(std::hash<std::string>{}(port)) + ".new";
     {
         std::ofstream file(draft, std::ios::trunc);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The rate that worked last at each port, kept in the user's own folder. Only a hint: whatever cannot be read
-// or written is passed over.
+// The rate that worked last at each port, kept in the user's own folder. It is only a hint: errors of reading
+// and writing are ignored.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How a run ends: exit status, kind of failure and message.
+// The end of a run: exit status, kind of failure and message.
 #pragma once
 
 #include <string>
@@ -30,11 +30,11 @@ struct KindRow {
 // Name and exit status of a kind.
 const KindRow& Describe(FailureKind kind);
 
-// Thrown by code that cannot go on. The message is one line, without the program's name.
+// Thrown by code that cannot continue. The message is one line, without the program's name.
 struct Failure {
     FailureKind kind;
     std::string message;
-    bool quiet = false; // the result has said it all: nothing goes to standard error
+    bool quiet = false; // the result already contains everything: nothing goes to standard error
 };
 
 [[noreturn]] void Fail(FailureKind kind, std::string message);

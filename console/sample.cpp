@@ -15,15 +15,15 @@ namespace
 
 constexpr uint8_t MeasuredNavigation = 2, GeodeticNavigation = 41; // message ids
 
-// The time of day of the latest message that had one; nothing if it is none of a clock.
+// The time of day of the latest message that had one; no value if it is not a valid time.
 std::optional<int32_t> CurrentSecondOfDay()
 {
     if (FixTime.wHour > 23 || FixTime.wMinute > 59 || FixTime.wSecond > 60) return {};
     return FixTime.wHour * 3600 + FixTime.wMinute * 60 + FixTime.wSecond;
 }
 
-// The date is younger than the sample or as old: GGA has none of its own. If it was reported in the evening,
-// and the sample is of the morning, midnight has passed.
+// GGA has no date, so the date comes from another message. If the date was reported in the evening and the
+// sample belongs to the morning, midnight has passed.
 std::optional<int64_t> TimeOf(int32_t secondOfDay)
 {
     const Date date = {LatestFix.Year, LatestFix.Month, LatestFix.Day};

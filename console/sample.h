@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Samples: what the receiver reported for one moment, gathered from all the messages that belong to it.
+// A sample is the receiver's report for one moment, collected from all messages that belong to it.
 #pragma once
 
 #include <functional>
@@ -16,7 +16,7 @@ constexpr int64_t SecondsPerDay = 86400;
 
 struct Sample {
     FixReport fix;
-    std::optional<int64_t> time;        // seconds since 1 January 1970, UTC; nothing while no date is known
+    std::optional<int64_t> time;        // seconds since 1 January 1970, UTC; no value while no date is known
     std::optional<int64_t> rawTime;     // as reported, when dates are corrected
     std::optional<int32_t> secondOfDay; // UTC; may be known without a date
 
@@ -27,20 +27,20 @@ struct Sample {
 // "2008-06-21T10:00:35Z"
 std::string FormatTime(int64_t seconds);
 
-// Date of a time.
+// The date of a time.
 Date DateOfTime(int64_t seconds);
 
-// Adds the epochs that the correction of the sample's date adds, and keeps the reported time.
+// Corrects the sample's date by whole epochs, and keeps the reported time.
 void CorrectSample(Sample& sample, const Reference& reference);
 
-// Gathers samples for as long as it exists: one for each sample that the chart records, with speed, course
-// and date of the messages that follow it for the same second.
+// Collects samples as long as it exists: one for each sample that the chart records, with speed, course and
+// date from the following messages of the same second.
 class SampleGatherer
 {
 public:
     explicit SampleGatherer(std::function<void(const Sample&)> give);
 
-    // Gives what is still waiting for more messages of its second.
+    // Delivers the sample that is still waiting for more messages of its second.
     void Flush();
 
     bool IsWaiting() const { return waiting_.has_value(); }
@@ -52,7 +52,7 @@ private:
     std::function<void(const Sample&)> give_;
     std::optional<Sample> waiting_;
     bool justTaken_ = false;
-    uint8_t messageId_ = 0, waitingId_ = 0; // of the latest message, and of the one that waits; 0: a sentence
+    uint8_t messageId_ = 0, waitingId_ = 0; // of the latest message, and of the waiting sample; 0: a sentence
     Listener listener_;
 };
 

@@ -13,7 +13,7 @@ namespace console
 namespace
 {
 
-// More kinds than any receiver sends; what a broken line invents beyond them is not kept.
+// More kinds than any receiver sends; further names, which come from transmission errors, are not kept.
 constexpr size_t MostKinds = 512;
 
 constexpr const char* Kinds[] = {"GGA", "GLL", "GSA", "GSV", "RMC", "VTG", "MSS", "USER8", "ZDA", "USER10"};

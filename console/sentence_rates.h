@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How often the receiver sends each kind of message.
+// The intervals at which the receiver sends each kind of message.
 #pragma once
 
 #include <map>
@@ -13,20 +13,20 @@ namespace console
 // Kinds of sentences in the order of the receiver's numbers for them: GGA, GLL, ... ZDA, USER10.
 std::span<const char* const> SentenceKinds();
 
-// Number of a kind, in any case; nothing when there is none.
+// Number of a kind, by its name in upper or lower case; no value if there is no such kind.
 std::optional<unsigned> FindSentenceKind(const std::string& name);
 
 using NmeaRates = std::array<uint8_t, NmeaRateCount>; // seconds, 0 none
 
-// "GGA=1,GSV=5": those not named are 0. Throws Failure of the kind Usage.
+// Reads "GGA=1,GSV=5"; the other kinds are 0. Throws Failure of the kind Usage.
 NmeaRates ParseNmeaRates(const std::string& text);
 
-// When messages of a kind came first and last, and how many; a group of GSV counts once.
+// Times of the first and the last message of a kind, and their number; a group of GSV counts once.
 struct Arrivals {
     unsigned count = 0;
     Clock::time_point first, last;
 
-    // Seconds between two, to a tenth; nothing when it came once.
+    // Seconds between two messages, in tenths; no value after a single message.
     std::optional<double> Interval() const;
 };
 
@@ -36,7 +36,7 @@ struct KindOrder {
 };
 using ArrivalTable = std::map<std::string, Arrivals, KindOrder>;
 
-// Listens for a while. At most some hundred kinds are kept.
+// Listens for the given time. At most a few hundred kinds are kept.
 ArrivalTable MeasureRates(Session& session, Duration time);
 
 // Counts arrivals while it exists.
@@ -51,7 +51,7 @@ private:
     Listener listener_;
 };
 
-// The sentences' rates as command 129 takes them back: what came once counts as every ten seconds.
+// The sentences' rates in the form of command 129; a sentence that came once counts as every ten seconds.
 NmeaRates RatesFrom(const ArrivalTable& table);
 
 } // namespace console

@@ -12,8 +12,8 @@ namespace console
 namespace
 {
 
-// Bytes are read in portions: at full rate that is fifty reads a second, also if the driver delivers few
-// bytes at once.
+// Bytes are read in portions. At full rate that is fifty reads a second, even if the driver delivers only a
+// few bytes at a time.
 constexpr auto ReadRest = std::chrono::milliseconds(20);
 
 constexpr auto WriteLimit = std::chrono::seconds(3);
@@ -134,7 +134,7 @@ void Session::SendRaw(std::span<const uint8_t> bytes)
         bool done = false;
         asio::error_code error;
     };
-    // Owned by the handler too: an interruption may end the wait while the write is still under way.
+    // Also owned by the handler, because an interruption may end the wait before the write is finished.
     const auto sending = std::make_shared<Sending>();
     sending->bytes.assign(bytes.begin(), bytes.end());
     asio::async_write(port_, asio::buffer(sending->bytes), [sending](const asio::error_code& error, size_t) {
@@ -147,8 +147,8 @@ void Session::SendRaw(std::span<const uint8_t> bytes)
         Fail(FailureKind::Failed, name_ + ": the port takes no bytes");
     }
     if (!sending->error) {
-        // Drivers report bytes as written that still wait in an adapter: a change of rate must not overtake
-        // them.
+        // Drivers report bytes as written that are still waiting in an adapter. The rate must not change
+        // before they are sent.
         constexpr double BitsPerByte = 10, Reserve = 0.05;
         loop_.WaitFor({}, Seconds(static_cast<double>(bytes.size()) * BitsPerByte / rate_ + Reserve));
         return;

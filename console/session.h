@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// One port from its opening to its end: what arrives goes through reception, what is sent is framed as the
-// program frames it. Nothing is sent but by the calls below.
+// One port from opening to closing. Received bytes go through the reception; sent messages are framed as the
+// window program does it. Only the calls below send anything.
 #pragma once
 
 #include <string>
@@ -16,17 +16,17 @@ namespace console
 
 using Frame = std::vector<uint8_t>;
 
-// A sentence's body, of at most 255 characters, or a payload of at most 255 bytes as it goes out on the line.
+// Frames a sentence's body of at most 255 characters, or a payload of at most 255 bytes.
 Frame FrameNmea(std::string_view body);
 Frame FrameSirf(std::span<const uint8_t> payload);
 
-// The port that the options name, or the only one there is. Throws Failure of the kind Usage.
+// The port given by the options, or the only port of the computer. Throws Failure of the kind Usage.
 std::string ChoosePort(const Options& options);
 
 class Session
 {
 public:
-    // Opens the port; throws Failure. `context` outlives the session.
+    // Opens the port; throws Failure. `context` must live longer than the session.
     Session(Context& context, const std::string& port, uint32_t rate);
     ~Session();
     Session(const Session&) = delete;
@@ -36,23 +36,24 @@ public:
     uint32_t Rate() const { return rate_; }
     uint64_t BytesReceived() const { return bytesReceived_; }
 
-    // Waits as EventLoop::WaitFor does while bytes arrive. A device that vanishes ends it with Failed.
+    // Waits like EventLoop::WaitFor, and receives meanwhile. If the device disappears, throws Failure of the
+    // kind Failed.
     bool WaitFor(const std::function<bool()>& done, Duration limit) { return loop_.WaitFor(done, limit); }
 
-    // Sets the rate when all has been sent; what was received at the old rate is forgotten.
+    // Sets the rate after everything has been sent; an incomplete message of the old rate is forgotten.
     void SetRate(uint32_t rate);
 
-    // Sends bytes as they are, and returns when they have gone over the line. Throws Failed when the port
-    // does not take them within a few seconds.
+    // Sends bytes unchanged, and returns when they have left the port. Throws Failure of the kind Failed if
+    // the port does not accept them within a few seconds.
     void Send(const Frame& frame);
 
-    // Sends bytes that are no message of ours, without noting them for --verbose.
+    // Sends bytes of another program, without showing them with --verbose.
     void SendRaw(std::span<const uint8_t> bytes);
 
 private:
     void Read();
     void Received(const asio::error_code& error, size_t count);
-    // An error of the port: that the device has vanished, else `otherwise` and the system's text.
+    // An error of the port: the device has disappeared, or `otherwise` with the system's text.
     Failure PortFailure(const asio::error_code& error, const std::string& otherwise) const;
 
     Context& context_;

@@ -71,7 +71,7 @@ ChangeResult ChangeSetting(Session& session, const Setting& setting, std::span<c
         }
     }
     const SettingValues wanted = Change(setting, result.before ? &*result.before : nullptr, given);
-    // What the receiver reports of the other keys goes back to it, so it must be something that can be sent.
+    // The receiver's values of the other keys are sent back to it, so they must be values that can be sent.
     for (size_t key = 0; key < setting.keys.size(); ++key)
         if (!AcceptsValue(setting.layout->fields[key], wanted[key]))
             return fail(FailureKind::Failed, std::string(setting.keys[key].name) + " is " +

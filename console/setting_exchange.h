@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Reading a receiver's settings, and changing them so that the change is seen.
+// Reads a receiver's settings, and changes them with a check of the result.
 #pragma once
 
 #include "console/conversation.h"
@@ -19,7 +19,7 @@ SettingAnswer ReadSetting(Session& session, const Setting& setting, Duration lim
 Frame PollPayload(const Setting& setting);
 Frame CommandPayload(const Setting& setting, const SettingValues& values);
 
-// What `given` makes of a setting. Throws Failure of the kind Usage when `before` is null and a key is
+// A setting with the changes of `given`. Throws Failure of the kind Usage if `before` is null and a key is
 // missing.
 SettingValues Change(const Setting& setting, const SettingValues* before, std::span<const KeyValue> given);
 
@@ -31,7 +31,7 @@ struct ChangeResult {
     std::optional<SettingValues> before, after;
     bool sent = false;
     std::vector<size_t> changed;    // keys that are different now
-    std::optional<Failure> failure; // why it is not as asked
+    std::optional<Failure> failure; // the reason, if the result is not as requested
 };
 
 // Reads, changes the given keys, sends, reads back, compares. Throws Failure only for what ends the whole
@@ -39,7 +39,7 @@ struct ChangeResult {
 ChangeResult ChangeSetting(Session& session, const Setting& setting, std::span<const KeyValue> given,
                            ChangeOptions options, Duration limit);
 
-// "elevation-mask navigation: 7.5 -> 10.0", a line for each changed key.
+// A line for each changed key: "elevation-mask navigation: 7.5 -> 10.0".
 void PrintChange(Output& output, const Setting& setting, const ChangeResult& result);
 
 } // namespace console

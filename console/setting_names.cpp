@@ -130,7 +130,7 @@ std::string NumberText(const CommandField& field, int64_t value)
     return std::string(wide, wide + length); // digits, sign and point alone
 }
 
-// Numbers that a field accepts, where these are a few single ones.
+// The numbers that a field accepts, if they are only a few.
 std::vector<int64_t> SingleNumbers(const CommandField& field)
 {
     constexpr size_t Few = 8;
@@ -211,8 +211,8 @@ std::string ValueText(const Setting& setting, size_t key, int64_t value)
     const std::span<const char* const> choices = setting.keys[key].choices;
     if (field.kind == FieldKind::Check) return value ? "on" : "off";
     if (field.kind != FieldKind::List) return NumberText(field, value);
-    // A receiver may report an entry that does not exist. Its number alone could be the name of another
-    // entry.
+    // A receiver may report an entry that does not exist. Its number without a prefix could be the name of
+    // another entry.
     if (value < 0 || value >= static_cast<int64_t>(choices.size())) return "entry-" + std::to_string(value);
     return choices[static_cast<size_t>(value)];
 }
@@ -253,7 +253,7 @@ std::string RangeText(const Setting& setting, size_t key)
         text += (text.empty() ? "" : "/") + std::to_string(number);
     if (text.empty()) {
         text = NumberText(field, LowestValue(field)) + " to " + NumberText(field, HighestValue(field));
-        // 0 stands apart where it is allowed and what follows is not.
+        // 0 is listed separately if it is allowed and the numbers after it are not.
         if (field.accepts && AcceptsValue(field, 0) && !AcceptsValue(field, 1)) {
             int64_t first = 1;
             while (first < HighestValue(field) && !AcceptsValue(field, first)) ++first;

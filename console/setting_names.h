@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The receiver's settings by name: names, units and meanings for the rows of sirf/command_layouts.h, from
-// which ranges, packing and reading come.
+// The receiver's settings by name: names, units and meanings for the rows of sirf/command_layouts.h. Those
+// rows provide the ranges, the packing and the reading.
 #pragma once
 
 #include <span>
@@ -29,24 +29,24 @@ struct Setting {
     std::span<const SettingKey> keys;
 };
 
-// In the order of "get all" and of profiles.
+// All settings, in the order of "get all" and of profiles.
 std::span<const Setting> Settings();
 
-// Throws Failure of the kind Usage when there is no such setting; the message lists all.
+// Throws Failure of the kind Usage if there is no such setting; the message lists all settings.
 const Setting& FindSetting(const std::string& name);
 
-// Values of some of a setting's keys: as typed, or as a profile holds them.
+// Values of some keys of a setting, as typed or as read from a profile.
 struct KeyValue {
     size_t key; // index into Setting::keys
     int64_t value;
 };
 
-// Reads "KEY=VALUE" texts. Throws Failure of the kind Usage for an unknown or repeated key and for a value
-// that is not wholly one in its range.
+// Reads "KEY=VALUE" texts. Throws Failure of the kind Usage for an unknown or repeated key, and for a text
+// that is not a value in the key's range.
 std::vector<KeyValue> ParseKeyValues(const Setting& setting, std::span<const std::string> texts);
 
-// A value as `get` prints it, and as JSON has it: "7.5", "on", the name of a list entry, and "entry-135" for
-// an entry of a receiver that is in no list, which is not accepted back.
+// A value as `get` prints it, and as JSON contains it: "7.5", "on", the name of a list entry. "entry-135" is
+// a receiver's entry that is not in the list; it is not accepted as input.
 std::string ValueText(const Setting& setting, size_t key, int64_t value);
 Json ValueJson(const Setting& setting, size_t key, int64_t value);
 

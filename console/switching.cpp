@@ -11,10 +11,10 @@ namespace console
 namespace
 {
 
-// How long a receiver may take until it is heard in its new state.
+// Longest time that a receiver needs before it sends in its new state.
 constexpr auto SwitchLimit = std::chrono::seconds(4);
 
-// The largest rate that the way to NMEA has room for.
+// The highest rate for which the command to NMEA has room.
 constexpr uint32_t LargestNmeaRate = 57600;
 
 // Listens for a message of one protocol.
@@ -34,7 +34,7 @@ std::optional<Found> Follow(Session& session, Found wanted, uint32_t oldRate)
     session.SetRate(wanted.rate);
     if (ListenFor(session, wanted.protocol, SwitchLimit)) return wanted;
     if (const auto found = Search(session, {oldRate, wanted.rate})) return found;
-    // It may have been deaf and mute for longer than its turn in the search.
+    // The receiver may have been silent for longer than its turn in the search.
     for (const uint32_t rate : {wanted.rate, oldRate}) {
         session.SetRate(rate);
         if (const auto protocol = Listen(session, ListeningTime(rate))) return Found{*protocol, rate};

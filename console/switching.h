@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Changing the receiver's protocol and rate, and going along with it.
+// Changes the receiver's protocol and rate, and the session's rate with them.
 #pragma once
 
 #include "console/finder.h"
@@ -8,21 +8,21 @@
 namespace console
 {
 
-// One command on the way, and where the receiver is after it.
+// One command of a switch, and the receiver's protocol and rate after it.
 struct SwitchStep {
     Found expected;
-    NmeaRates rates; // for a way to NMEA
+    NmeaRates rates; // for a switch to NMEA
 };
 
-// The way from one state to another; empty when they are the same. The command that leads to NMEA has no room
-// for 115200, and a receiver in SiRF binary changes its rate by way of NMEA.
+// The steps from one state to another; none if they are the same. The command that switches to NMEA has no
+// room for 115200, and a receiver in SiRF binary can change its rate only through NMEA.
 std::vector<SwitchStep> PlanSwitch(Found now, Found wanted, const NmeaRates& rates);
 
-// The frame for a step, to a receiver that speaks `speaks`; wrapped if the receiver wraps now.
+// The frame for a step, for a receiver that uses the protocol `speaks`; wrapped if the receiver wraps now.
 Frame StepFrame(Protocol speaks, const SwitchStep& step);
 
-// Goes the way, each step seen, and stops where one leads elsewhere. Returns where the receiver is heard;
-// nothing when it is not heard at any rate.
+// Carries out the steps and checks each of them; stops after a step with an unexpected result. Returns the
+// state in which the receiver is received; no value if it is not received at any rate.
 std::optional<Found> CarryOutSwitch(Session& session, Found now, const std::vector<SwitchStep>& steps);
 
 // "NMEA at 4800 baud"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Differences between the systems: serial ports, terminals, places of files. One source file for each
-// system.
+// The parts that differ between the operating systems: serial ports, terminals, places of files. One source
+// file for each system.
 #pragma once
 
 #include <asio.hpp>
@@ -15,40 +15,41 @@ namespace console
 {
 
 struct PortInfo {
-    std::string port;        // what it is opened by
+    std::string port;        // the name that opens it
     std::string description; // may be empty
-    std::string usb;         // "067b:2303", empty when it is none
-    std::string serial;      // number of the device, may be empty
+    std::string usb;         // "067b:2303"; empty if it is not a USB device
+    std::string serial;      // serial number of the device; may be empty
     std::string state;       // "free", "busy" or "denied"
-    std::string holder;      // "gpsd (812)", where it can be known
+    std::string holder;      // "gpsd (812)", if it can be found out
 };
 
 // The machine's serial ports, sorted. Opens none of them.
 std::vector<PortInfo> ListPorts();
 
-// State and holder of one port, as in the list; nothing when there is no such port.
+// State and holder of one port, as in the list; no value if there is no such port.
 std::optional<PortInfo> InspectPort(const std::string& port);
 
 using NativePort = asio::serial_port::native_handle_type;
 
 // Opens a port for this process alone, raw, 8 data bits, no parity, one stop bit, no handshake. Throws
-// Failure of the kind Port, which says if it is missing, denied or busy, and what helps.
+// Failure of the kind Port; the message contains the reason (missing, denied or busy) and the remedy.
 NativePort OpenPort(const std::string& port, uint32_t rate);
 
-// Sets the rate once everything written has gone out, and forgets what has been received. Returns the
-// driver's error.
+// Sets the rate after all written bytes have been sent, and discards received bytes. Returns the driver's
+// error.
 asio::error_code SetPortRate(NativePort port, uint32_t rate);
 
-// Lets others open it again; the handle itself is closed by its owner.
+// Allows other programs to open it again; the owner closes the handle itself.
 void ReleasePort(NativePort port);
 
-// True for the errors that reading or writing gives when the device has gone.
+// True for the errors of reading or writing after the device was removed.
 bool HasVanished(const asio::error_code& error);
 
-// Where the program keeps what it remembers; empty when the system names no place.
+// Folder for the data that the program remembers; empty if the system has no such folder.
 std::filesystem::path StateFolder();
 
-// Standard streams as the program needs them: bytes unchanged, and a closed pipe is an error, not an end.
+// Prepares the standard streams: bytes stay unchanged, and a closed pipe causes an error instead of ending
+// the program.
 void PrepareStandardStreams();
 
 // A file's name in UTF-8, as everywhere in the program, for the routines that take a path.
@@ -57,15 +58,15 @@ inline std::filesystem::path PathOf(const std::string& name)
     return std::u8string(name.begin(), name.end());
 }
 
-// fopen of any path; null and errno when it fails.
+// fopen for any path; null, with errno, if it fails.
 std::FILE* OpenFile(const std::filesystem::path& file, const char* mode);
 
 bool InputIsTerminal();
 bool OutputIsTerminal();
 bool ErrorIsTerminal();
 
-// While one exists, the terminal on standard output takes ANSI sequences and UTF-8; afterwards it is as it
-// was.
+// While an object of this class exists, the terminal on standard output accepts ANSI sequences and UTF-8; its
+// old state is restored afterwards.
 class AnsiTerminal
 {
 public:
@@ -73,15 +74,15 @@ public:
     ~AnsiTerminal();
     AnsiTerminal(const AnsiTerminal&) = delete;
 
-    // False for one that cannot: sequences would be shown as characters.
+    // False for a terminal that cannot do this: it would show sequences as characters.
     bool TakesSequences() const { return takesSequences_; }
 
 private:
     bool takesSequences_ = false;
-    unsigned mode_ = 0, codePage_ = 0; // as they were
+    unsigned mode_ = 0, codePage_ = 0; // the old state
 };
 
-// The arguments in UTF-8, the program's name not among them.
+// The arguments in UTF-8, without the program's name.
 std::vector<std::string> ProgramArguments(int count, char** arguments);
 
 } // namespace console

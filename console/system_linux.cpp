@@ -50,7 +50,7 @@ std::string GroupOf(const std::string& port)
     return owner ? owner->gr_name : std::to_string(status.st_gid);
 }
 
-// The process that has the device open, of those that we may look into.
+// The process that has the device open, among the processes that we may inspect.
 std::string FindHolder(const std::string& port)
 {
     std::error_code error;
@@ -80,7 +80,7 @@ void SetState(PortInfo& info)
                                                              : "busy";
 }
 
-// USB numbers and names stand in a folder above the port's device.
+// USB numbers and names are in a folder above the port's device.
 void DescribeUsb(PortInfo& info, fs::path device)
 {
     for (; device.has_relative_path(); device = device.parent_path()) {
@@ -96,7 +96,7 @@ void DescribeUsb(PortInfo& info, fs::path device)
     }
 }
 
-// Drivers make terminals for chips that are not there; such a terminal has type 0.
+// Drivers create terminals for chips that do not exist; such a terminal has type 0.
 bool IsPlaceholder(const fs::path& entry)
 {
     return ReadLine(entry / "type") == "0";
@@ -189,8 +189,8 @@ NativePort OpenPort(const std::string& port, uint32_t rate)
 {
     const int opened = open(port.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     if (opened < 0) FailToOpen(port, errno);
-    // The lock keeps out other copies of this program, also those of root; the driver's own switch all
-    // others. Nothing of the port is changed before both are ours.
+    // The lock keeps out other copies of this program, also those of root; the driver's exclusive mode keeps
+    // out all others. Nothing is changed at the port before we have both.
     if (!isatty(opened) || flock(opened, LOCK_EX | LOCK_NB) != 0 || ioctl(opened, TIOCEXCL) != 0 ||
         !Configure(opened, rate)) {
         const int error = errno;
@@ -232,7 +232,7 @@ fs::path StateFolder()
 void PrepareStandardStreams()
 {
     signal(SIGPIPE, SIG_IGN);
-    // A file that is opened must not take the place of a stream that the caller has closed.
+    // An opened file must not get the number of a standard stream that the caller has closed.
     for (int stream = 0; stream <= 2; ++stream)
         if (fcntl(stream, F_GETFD) < 0) (void)!open("/dev/null", stream == 0 ? O_WRONLY : O_RDONLY);
 }

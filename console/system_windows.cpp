@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Windows: COM ports and what SetupAPI knows about them.
+// Windows: COM ports, and their descriptions from SetupAPI.
 #include "console/system.h"
 
 #include <algorithm>
@@ -51,7 +51,7 @@ bool IsPortName(const std::string& port)
            port.find_first_not_of("0123456789", 3) == port.npos;
 }
 
-// "USB\VID_067B&PID_2303\12345": numbers and, where it has no '&', the device's own number.
+// "USB\VID_067B&PID_2303\12345": vendor and product, and the device's serial number, if it contains no '&'.
 void DescribeUsb(PortInfo& info, const std::string& instance)
 {
     const size_t vendor = instance.find("VID_"), product = instance.find("PID_");
@@ -65,7 +65,7 @@ void DescribeUsb(PortInfo& info, const std::string& instance)
 
 void SetState(PortInfo& info)
 {
-    // Windows knows who may open a port, and that somebody has, only by opening it.
+    // On Windows only opening a port shows if it is free, and if we may open it.
     const HANDLE port = CreateFileW(DeviceName(info.port).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
                                     OPEN_EXISTING, FILE_FLAG_OVERLAPPED, nullptr);
     info.state = port != INVALID_HANDLE_VALUE ? "free" : "busy";
@@ -100,7 +100,7 @@ void AddDescribedPorts(std::vector<PortInfo>& ports)
     SetupDiDestroyDeviceInfoList(devices);
 }
 
-// Ports of drivers that are not in that class: the system's own list of names.
+// Ports of drivers that are not in that class: from the system's own list of names.
 void AddMappedPorts(std::vector<PortInfo>& ports)
 {
     HKEY key;
@@ -120,7 +120,7 @@ void AddMappedPorts(std::vector<PortInfo>& ports)
     RegCloseKey(key);
 }
 
-// The C library takes every character device for a terminal, NUL and serial ports too.
+// The C library takes every character device for a terminal, also NUL and serial ports.
 bool IsConsole(DWORD stream)
 {
     DWORD mode = 0;
@@ -191,7 +191,7 @@ NativePort OpenPort(const std::string& port, uint32_t rate)
             fail("busy, another program has it open, or no permission; end that program first");
         fail(SystemText(error));
     }
-    // A read returns as soon as there is something, and waits for its first byte without end.
+    // A read returns as soon as there is a byte, and waits for the first byte without limit.
     COMMTIMEOUTS timeouts = {};
     timeouts.ReadIntervalTimeout = 1;
     if (!Configure(opened, rate) || !SetCommTimeouts(opened, &timeouts)) {

@@ -10,7 +10,7 @@ namespace
 constexpr const char* PresentRate = "now";
 constexpr auto MeasuringTime = std::chrono::seconds(11);
 
-// Throws when the state reached is not the one that was wanted.
+// Throws if the state is not the wanted one.
 void RequireState(const std::optional<Found>& found, Found wanted, const std::string& way)
 {
     if (!found) Fail(FailureKind::Lost, way + ": the receiver is not heard at any rate any more");
@@ -19,7 +19,7 @@ void RequireState(const std::optional<Found>& found, Found wanted, const std::st
              way + ": the receiver is at " + FoundText(*found) + " instead of " + FoundText(wanted));
 }
 
-// Each sentence that was there before must come again.
+// Each sentence that arrived before must arrive again.
 void RequireSentences(Session& session, const NmeaRates& rates)
 {
     constexpr double Reserve = 2;
@@ -40,7 +40,7 @@ void RequireSentences(Session& session, const NmeaRates& rates)
 
 void GoBack(Session& session, Found now, Found old, const NmeaRates& rates)
 {
-    // After a failure or an interruption on the way there nobody knows where it is.
+    // After a failure or an interruption of the switch, the receiver's state is not known.
     const auto state = Search(session, {now.rate, old.rate});
     if (!state) Fail(FailureKind::Lost, "way back: the receiver is not heard at any rate any more");
     RequireState(CarryOutSwitch(session, *state, PlanSwitch(*state, old, rates)), old, "way back");
@@ -51,7 +51,7 @@ void GoBack(Session& session, Found now, Found old, const NmeaRates& rates)
 
 void ThroughSirf::AddTo(Parser& parser)
 {
-    // A flag, so that the argument after it is not taken for its rate.
+    // A flag, so that the next argument is not taken for its rate.
     parser.Flag(ThroughSirfOption, std::string(PresentRate), rate,
                 "on a receiver that speaks NMEA: change to SiRF binary (=RATE at another rate), and back");
 }
@@ -81,7 +81,7 @@ void WithSirf(Context& context, const ThroughSirf& option, const SirfWork& work)
     std::optional<Failure> failure;
     try {
         {
-            // An interruption between the command and its effect would not know the way back.
+            // After an interruption between the command and its effect, the way back would not be known.
             const EventLoop::Hold hold(session.Loop());
             RequireState(CarryOutSwitch(session, old, PlanSwitch(old, sirf, rates)), sirf,
                          "way to SiRF binary");

@@ -12,7 +12,7 @@ namespace console
 namespace
 {
 
-// Digits that a receiver of this kind has something to put into.
+// Digits for which these receivers deliver data.
 constexpr int DegreeDecimals = 8, MetreDecimals = 3;
 
 double Rounded(double value, int decimals)
@@ -27,7 +27,7 @@ bool IsKnown(double value)
     return std::isfinite(value);
 }
 
-// Text of a number that is known, else nothing.
+// Text of a number; no value for one that is not known.
 std::string NumberOrNothing(double value, int decimals)
 {
     return IsKnown(value) ? Number(value, decimals) : std::string();
@@ -82,7 +82,7 @@ public:
             Put("<trkseg>\n");
             inSegment_ = true;
         }
-        // The order is the schema's.
+        // The schema prescribes this order.
         Put("<trkpt lat=\"" + Latitude(sample) + "\" lon=\"" + Longitude(sample) + "\">" +
             Element("ele", NumberOrNothing(sample.fix.AltitudeMslMetres, MetreDecimals)) +
             Element("time", sample.time ? FormatTime(*sample.time) : "") +
@@ -152,7 +152,7 @@ private:
         if (std::exchange(inLine_, false)) Put("</coordinates></LineString></Placemark>\n");
     }
 
-    std::string first_; // place of a segment that has no second one yet
+    std::string first_; // position of a segment that has only one point so far
     bool inLine_ = false;
 };
 
@@ -206,7 +206,7 @@ std::unique_ptr<TrackWriter> MakeTrackWriter(std::string_view format, Write writ
 
 std::string Number(double value, int decimals)
 {
-    constexpr double Most = 1e15; // no receiver's number; keeps the text short
+    constexpr double Most = 1e15; // no receiver reports such a number; this keeps the text short
     char text[64];
     const double rounded = Rounded(std::fmin(std::fmax(value, -Most), Most), decimals);
     const auto [end, error] = std::to_chars(text, text + sizeof text, rounded, std::chars_format::fixed);
@@ -256,7 +256,7 @@ bool Segments::BeginsWith(const Sample& sample)
     if (sample.time && time_) {
         begins |= *sample.time < *time_ || *sample.time - *time_ > LongestGap;
     } else if (sample.secondOfDay && secondOfDay_) {
-        // Without dates midnight looks like a whole day back.
+        // Without dates, midnight looks like a step back by a whole day.
         const int64_t gap = (*sample.secondOfDay - *secondOfDay_ + SecondsPerDay) % SecondsPerDay;
         begins |= gap > LongestGap;
     }

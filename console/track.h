@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Writers of tracks: GPX, KML, CSV, and lines of JSON in the names that gpsd uses.
+// Writers of tracks: GPX, KML, CSV, and lines of JSON with the names that gpsd uses.
 #pragma once
 
 #include <functional>
@@ -32,18 +32,19 @@ private:
     Write write_;
 };
 
-// "gpx", "kml", "csv" or "json".
+// The format is "gpx", "kml", "csv" or "json".
 std::unique_ptr<TrackWriter> MakeTrackWriter(std::string_view format, Write write);
 
-// One line each, with its end. What is not known is left out.
+// One line each, with its line end. Unknown values are left out.
 std::string TpvLine(const Sample& sample);
 std::string SkyLine(const FixReport& fix);
 
-// Rounded to so many decimals, without zeros at the end, with a point in every locale.
+// Text of a number, rounded to this number of decimals, without zeros at the end, with a decimal point in
+// every locale.
 std::string Number(double value, int decimals);
 
-// Decides where a segment of a track begins: at its first point, after a gap of more than 5 s, and when time
-// goes back. Points without a time go on with the segment.
+// Finds the beginnings of a track's segments: the first point, a point after a gap of more than 5 s, and a
+// point whose time goes back. Points without a time continue the segment.
 class Segments
 {
 public:

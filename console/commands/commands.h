@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One procedure for each command, as struct Command wants it; each has a file of its own.
+// One procedure for each command, as struct Command needs it; each has a file of its own.
 #pragma once
 
 #include "console/command.h"

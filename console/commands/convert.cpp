@@ -28,7 +28,7 @@ struct Arguments {
     CorrectionOptions correction;
 };
 
-// Where the track goes: standard output, or a file that gets its name when it is whole.
+// Destination of the track: standard output, or a file that gets its name only when it is complete.
 class TrackFile
 {
 public:
@@ -36,7 +36,7 @@ public:
     {
         if (name.empty()) return;
         std::error_code none;
-        // A device or pipe is written to as it is.
+        // A device or pipe is written to directly.
         const fs::path file = PathOf(name);
         const bool isPlain = !fs::exists(file, none) || fs::is_regular_file(file, none);
         if (isPlain) unfinished_ = PathOf(name + ".part");
@@ -189,7 +189,7 @@ void RefuseOverwriting(const Arguments& arguments)
 void Convert(Context& context, const Arguments& arguments)
 {
     if (!arguments.output.empty() || arguments.format == "json") {
-        // Standard output is free for the object, or has lines of JSON anyway.
+        // Standard output is free for the JSON object, or contains lines of JSON already.
         if (arguments.format == "json" && arguments.output.empty()) context.output.noObject = true;
     } else {
         RefuseJson(context, "convert");

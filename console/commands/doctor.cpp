@@ -15,7 +15,7 @@ namespace console
 namespace
 {
 
-// The checks in their order; one that a problem before it makes impossible stays unknown.
+// The checks in their order. If an earlier problem makes a check impossible, its result stays unknown.
 constexpr const char* Checks[] = {"port", "permission", "holder", "bytes", "text",
                                   "rate", "protocol",   "fix",    "date",  "load"};
 
@@ -35,7 +35,7 @@ public:
     void Problem(const std::string& message) { Add("problem", message); }
     void Unknown(const std::string& message) { Add("unknown", message); }
 
-    // The rest is unknown; throws when there is a problem.
+    // The other results are unknown; throws if there is a problem.
     void End()
     {
         while (next_ < std::size(Checks)) Unknown("depends on what stands above");

@@ -36,13 +36,13 @@ public:
                  name_ + ": exists already; --append goes on with it, --force begins it anew");
     }
 
-    // Once the port is open, so that nothing is made or cut without one.
+    // Called when the port is open, so that no file is created or truncated without a port.
     void Open()
     {
         if (name_ == "-") return;
         file_ = OpenFile(PathOf(name_), appends_ ? "ab" : "wb");
         if (!file_) FailToWrite();
-        std::setvbuf(file_, nullptr, _IONBF, 0); // received bytes are in the file immediately
+        std::setvbuf(file_, nullptr, _IONBF, 0); // received bytes reach the file immediately
     }
 
     ~LogFile()
@@ -79,7 +79,7 @@ private:
     uint64_t written_ = 0;
 };
 
-// Opens the port and finds the rate; what was received at that rate meanwhile comes first in the log.
+// Opens the port and finds the rate. The bytes received at that rate during the search come first in the log.
 class Recording
 {
 public:
@@ -101,7 +101,7 @@ public:
             if (const auto found = Search(session_, {firstRate_})) {
                 RememberRate(port_, found->rate);
             } else {
-                early_.clear(); // noise of some rate: the log has that of the first one
+                early_.clear(); // noise at some rate: the log gets that of the first rate
                 session_.SetRate(firstRate_);
             }
             searching_ = false;
@@ -133,7 +133,7 @@ private:
     std::optional<uint32_t> remembered_;
     uint32_t firstRate_, earlyRate_ = 0;
     bool searching_ = false;
-    std::vector<uint8_t> early_; // received at earlyRate_ during the search: some seconds of the line at most
+    std::vector<uint8_t> early_; // received at earlyRate_ during the search: a few seconds of data at most
     Session session_;
     Listener listener_;
 };

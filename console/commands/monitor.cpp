@@ -44,7 +44,7 @@ std::string FixLine(const Sample& sample)
     return line;
 }
 
-// The text page on a terminal, each line at its place.
+// The text page on a terminal; each line has its place.
 class Page
 {
 public:
@@ -54,7 +54,7 @@ public:
     {
         try {
             output_.Raw(ShowCursor);
-        } catch (const Failure&) { // the terminal has gone, and its cursor with it
+        } catch (const Failure&) { // the terminal is closed, and its cursor with it
         }
     }
 
@@ -63,7 +63,7 @@ public:
     void Paint(const std::string& correctedTime)
     {
         std::string text = Home;
-        for (uint32_t i = 0; i < LastTextLine; ++i) { // the last line is about keys of the window
+        for (uint32_t i = 0; i < LastTextLine; ++i) { // the last line explains keys of the window program
             wchar_t line[TextLineCapacity];
             CopyTextLine(i, line);
             text += ToUtf8(line) + ClearRight + "\r\n";
@@ -75,7 +75,7 @@ public:
 private:
     inline static const std::string Home = "\x1b[H", ClearRight = "\x1b[K", ClearBelow = "\x1b[J";
     inline static const std::string HideCursor = "\x1b[?25l\x1b[?7l",
-                                    ShowCursor = "\x1b[?7h\x1b[?25h"; // and no wraps
+                                    ShowCursor = "\x1b[?7h\x1b[?25h"; // and no line wrap
 
     Output& output_;
 };
@@ -97,10 +97,10 @@ public:
         if (terminal_->TakesSequences()) page_.emplace(output_);
     }
 
-    // Shows what was received until the time is over; false then.
+    // Shows the reports that arrive until the time is over; then returns false.
     bool Run(Session& session, Clock::time_point end)
     {
-        // A pause of the line ends what belongs to one moment.
+        // A pause on the line ends the messages of one moment.
         constexpr Duration Pause = std::chrono::milliseconds(150), LongestQuiet = std::chrono::seconds(1);
         const auto wait = [&](Duration limit) {
             const Clock::time_point now = Clock::now();
@@ -140,7 +140,7 @@ private:
     bool asJson_, changed_ = false;
     uint32_t satelliteReports_ = 0;
     std::string correctedTime_;
-    std::optional<AnsiTerminal> terminal_; // outlives the page, which ends with a sequence
+    std::optional<AnsiTerminal> terminal_; // lives longer than the page, which ends with a sequence
     std::optional<Page> page_;
     SampleGatherer gatherer_;
     Listener listener_;
@@ -149,7 +149,7 @@ private:
 void MonitorReceiver(Context& context, const Arguments& arguments)
 {
     const Duration limit = arguments.duration.Limit();
-    arguments.correction.ReferenceOrClock(); // a wrong one is noticed before a port is opened
+    arguments.correction.ReferenceOrClock(); // a wrong option is noticed before a port is opened
     if (context.options.dryRun) return;      // it sends nothing
     context.output.noObject = true;
     const Clock::time_point begin = Clock::now();

@@ -96,7 +96,7 @@ void Show(Context& context, const ProfileOptions& options)
     }
 }
 
-// The receiver's setting, and the same with what the file gives.
+// The receiver's setting, and the same setting with the file's values.
 void Diff(Context& context, const ProfileOptions& options)
 {
     const std::vector<ProfileEntry> entries = ReadProfile(options);

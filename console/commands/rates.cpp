@@ -23,7 +23,7 @@ struct RatesOptions {
 
 // One kind of message and its wanted interval.
 struct Wish {
-    std::string kind; // as it is counted: "GGA", "41"
+    std::string kind; // the name under which it is counted: "GGA", "41"
     unsigned number, seconds;
 };
 
@@ -92,7 +92,7 @@ Frame RateFrame(Protocol protocol, const Wish& wish)
     return FrameSirf(RatePayload(wish));
 }
 
-// Checks that a kind of message arrives, or no longer arrives. Otherwise the difference is added to the text.
+// Checks that a kind of message arrives, or no longer arrives. If not, adds the difference to the text.
 void Verify(Session& session, const ArrivalCounter& counter, const Wish& wish, Clock::time_point sent,
             std::string& differences)
 {
@@ -109,7 +109,7 @@ void Verify(Session& session, const ArrivalCounter& counter, const Wish& wish, C
         if (!session.WaitFor([&] { return cameSince(sent); }, end - Clock::now())) add(" does not come");
         return;
     }
-    // Messages that were being sent at the time of the command may still arrive.
+    // Messages that the receiver was sending at the time of the command may still arrive.
     const auto isQuiet = [&] {
         const auto found = counter.table.find(wish.kind);
         const auto last = found == counter.table.end() ? sent : std::max(sent, found->second.last);

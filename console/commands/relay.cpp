@@ -22,12 +22,12 @@ struct Arguments {
 
 using asio::ip::tcp;
 
-// Bytes by which a reader may be late: five seconds at 115200 baud.
+// A reader may be late by this number of bytes: five seconds at 115200 baud.
 constexpr size_t MostWaiting = 65536;
 
 using Received = std::function<void(std::span<const uint8_t>)>;
 
-// A reader on the network. One that does not keep up is let go.
+// A reader on the network. A reader that is too slow is disconnected.
 class TcpReader : public std::enable_shared_from_this<TcpReader>
 {
 public:
@@ -92,7 +92,7 @@ private:
     bool closed_ = false;
 };
 
-// Listens on this computer alone, for any number of readers up to a bound.
+// Accepts connections from this computer only, for a limited number of readers.
 class TcpServer
 {
 public:
@@ -150,8 +150,8 @@ void RelayStream(Context& context, const Arguments& arguments)
     uint16_t tcpPort = 0;
     if (!arguments.tcpPort.empty())
         tcpPort = static_cast<uint16_t>(ParseWhole(arguments.tcpPort, 1, 65535, "--tcp"));
-    arguments.correction.ReferenceOrClock(); // a wrong one is noticed before a port is opened
-    if (context.options.dryRun) return;      // it sends nothing unasked
+    arguments.correction.ReferenceOrClock(); // a wrong option is noticed before a port is opened
+    if (context.options.dryRun) return;      // it sends nothing on its own
     const Receiver receiver = FindReceiver(context);
     Session& session = *receiver.session;
 

@@ -73,7 +73,7 @@ bool HasFix(const Message& message)
            (message.payload[FixType] & FixTypeBits) != 0;
 }
 
-// Where the receiver is after a restart; a factory reset may change protocol and rate.
+// The receiver's protocol and rate after a restart; a factory reset may change both.
 void FindAgain(Context& context, Session& session, const RestartKind& kind, Found before)
 {
     constexpr auto Limit = std::chrono::seconds(4);
@@ -94,7 +94,7 @@ void WaitForFix(Context& context, Session& session, Clock::time_point start, dou
 {
     bool hasFix = false;
     Listener listener;
-    // The receiver's last words before the restart do not count.
+    // Messages that the receiver sent before the restart do not count.
     const Clock::time_point first = start + std::chrono::seconds(1);
     const auto take = [&](bool fix) { hasFix |= fix && Clock::now() >= first; };
     listener.sentence = [&](const Sentence& sentence) { take(HasFix(sentence)); };

@@ -36,7 +36,7 @@ int DigitValue(char c)
     return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
 }
 
-// Bytes of two digits each, with or without blanks between them; a single digit is a byte of its own.
+// Bytes of two digits each, with or without spaces between them; a single digit is one byte.
 Frame ParseBytes(const std::vector<std::string>& texts)
 {
     Frame payload;
@@ -53,7 +53,7 @@ Frame ParseBytes(const std::vector<std::string>& texts)
     return payload;
 }
 
-// `id` is the message id that a refusal names; a sentence has none.
+// `id` is the message id that a refusal contains; a sentence has none.
 void SendMessage(Context& context, Protocol protocol, int id, const std::function<Frame()>& makeFrame)
 {
     constexpr uint8_t CommandRefused = 12;
@@ -67,7 +67,7 @@ void SendMessage(Context& context, Protocol protocol, int id, const std::functio
         Fail(FailureKind::Protocol, std::string("the receiver speaks ") +
                                         ProtocolTitle(receiver.found.protocol) + ": \"toravanectl switch " +
                                         ProtocolKey(protocol) + "\" changes it");
-    const Frame frame = makeFrame(); // wrapped as the receiver wraps
+    const Frame frame = makeFrame(); // wrapped if the receiver wraps its messages
     Json& answers = output.object["answers"] = Json::array();
     bool refused = false;
     Listener listener;
