@@ -1,6 +1,6 @@
 #!/bin/bash
 # SPDX-License-Identifier: MIT
-# build.sh PRESET [TARGET]... configures a preset if that was not done yet, and builds all of it or the targets.
+# build.sh PRESET [TARGET]... configures a preset if necessary, and builds all of it or only the given targets.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 preset=$1

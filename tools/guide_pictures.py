@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: MIT
-"""Which sources each picture of the guide shows, and the record of the last set that was made.
+"""The sources of each picture in the guide, and the record of the last complete set.
 
-A picture is out of date as soon as the code or the template that it shows is another one. Dates do not survive a clone;
-therefore the record keeps a checksum of those sources beside the size of each picture. Comments and blanks do not
+A picture is out of date when the code or the template that it shows has changed. File dates are not kept in a clone;
+therefore the record contains a checksum of those sources, and the size of each picture. Comments and blanks do not
 count."""
 
 import hashlib
@@ -14,7 +14,7 @@ Root = Path(__file__).resolve().parents[1]
 Images = Root / "docs" / "images"
 Record = Images / "record.txt"
 
-# What every dialog has, and what each picture shows besides.
+# The sources of every dialog, and the further sources of each picture.
 Dialog = ("ui/dialog_support.cpp", "resources/toravane.ico", "tools/desktop/screenshots.py")
 Nmea = (*Dialog, "resources/nmea_dialogs.rc")
 Sirf = (*Dialog, "resources/sirf_dialogs.rc")
@@ -38,7 +38,7 @@ Sources = {
 
 
 def significant(file):
-    """A source without its comments and blanks; anything else as it is."""
+    """A source without its comments and blanks; any other file unchanged."""
     data = (Root / file).read_bytes()
     if file.endswith((".cpp", ".rc")):
         data = re.sub(rb'("(?:\\.|[^"\\\n])*")|//[^\n]*|\s+', lambda match: match[1] or b"", data)
@@ -46,7 +46,7 @@ def significant(file):
 
 
 def checksum(name):
-    """Of all that a picture shows."""
+    """Checksum of all sources of a picture."""
     digest = hashlib.sha256()
     for file in Sources[name]:
         digest.update(file.encode() + b"\0" + significant(file) + b"\0")
@@ -54,24 +54,24 @@ def checksum(name):
 
 
 def size(name):
-    """Width and height, as the picture itself has them."""
+    """Width and height, from the picture itself."""
     header = (Images / f"{name}.png").read_bytes()[:24]
     width, height = struct.unpack(">II", header[16:24])
     return f"{width}x{height}"
 
 
 def write_record():
-    """After a whole set has been made."""
+    """Writes the record after a whole set has been made."""
     Record.write_text("".join(f"{name} {size(name)} {checksum(name)}\n" for name in sorted(Sources)))
 
 
 def pages():
-    """Everything that shows pictures."""
+    """All pages with pictures."""
     return "".join(page.read_text() for page in [Root / "README.md", *sorted((Root / "docs").glob("*.md"))])
 
 
 def faults(text):
-    """What is wrong with the pictures of a text, a line for each."""
+    """The faults of a text's pictures, one line each."""
     shown = set(re.findall(r"images/([\w-]+)\.png", text))
     kept = {file.stem for file in Images.glob("*.png")}
     record = dict(line.split(" ", 1) for line in Record.read_text().splitlines()) if Record.exists() else {}

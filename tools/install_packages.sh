@@ -3,14 +3,15 @@
 # Usage: install_packages.sh [--list | --sizes] [SET]...
 #
 # Installs the Debian packages of the named sets that are still missing, and those of the set "running", which all
-# others need. Prints nothing and changes nothing when all are there.
+# others need. Prints nothing and changes nothing if all are installed.
 #
 #   running      build the program and the tools, run them (./run.sh)
 #   testing      build and run the tests, the program for devices included (./test.sh)
 #   packaging    make the packages (./package.sh)
 #   web          build and test the page for the browser
 #
-# --list prints the packages instead, --sizes how many packages each set adds to a bare Debian system, and their size.
+# --list prints the packages instead, --sizes the number and the size of the packages that each set adds to a bare
+# Debian system.
 set -euo pipefail
 
 # Set      Package              Reason
@@ -96,7 +97,7 @@ rows() {
     return 0
 }
 
-# archives PACKAGE...: name and size of everything that a system without any package would fetch for them.
+# archives PACKAGE...: name and size of each archive that a system without any package would download for them.
 archives() {
     apt-get -o Dir::State::status=/dev/null -o Dir::Cache::archives=/nonexistent/ -o APT::Install-Recommends=false --print-uris --yes install "$@" |
         awk '/^.(http|https|file|copy|cdrom):/ { print $2, $3 }' | sort
@@ -123,7 +124,7 @@ sizes)
     ;;
 esac
 
-# Names of the installed packages, and of those that they stand in for.
+# Names of the installed packages, and of the packages that they provide.
 installed=$(dpkg-query --show --showformat='${db:Status-Status} ${Package}, ${Provides}\n' |
     sed -n 's/^installed //; t names; d; :names; s/ ([^)]*)//g; s/, */\n/g; p')
 missing=()

@@ -2,8 +2,8 @@
 # SPDX-License-Identifier: MIT
 # Usage: tools/screenshots.sh
 #
-# Makes the pictures of the manual anew, in docs/images/: builds, starts the program through Wine on a display in
-# memory, and works it with the software receiver at its other end. Takes some two minutes.
+# Makes the pictures of the manual again, in docs/images/: builds, starts the program through Wine on a display in
+# memory, and operates it with the software receiver at its port. Takes about two minutes.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -1,6 +1,6 @@
 #!/usr/bin/python3 -B
 # SPDX-License-Identifier: MIT
-"""Serves the page for the browser to this computer alone, and opens a browser where there is a display."""
+"""Serves the page for the browser to this computer only, and opens a browser if there is a display."""
 
 import argparse
 import functools
@@ -34,12 +34,12 @@ Examples:
 
 
 class Help(argparse.RawDescriptionHelpFormatter):
-    def add_usage(self, usage, actions, groups, prefix="Usage: "):  # as manual pages are made from it
+    def add_usage(self, usage, actions, groups, prefix="Usage: "):  # manual pages are made from it
         super().add_usage(usage, actions, groups, prefix)
 
 
 class Handler(http.server.SimpleHTTPRequestHandler):
-    # The system's own table may lack these, and a browser compiles nothing that has another type.
+    # The system's own table may lack these, and a browser does not compile a file of another type.
     extensions_map = http.server.SimpleHTTPRequestHandler.extensions_map | {
         ".html": "text/html; charset=utf-8",
         ".js": "text/javascript; charset=utf-8",
@@ -50,7 +50,7 @@ class Handler(http.server.SimpleHTTPRequestHandler):
     }
 
     def end_headers(self):
-        self.send_header("Cache-Control", "no-cache")  # a page that was built again is seen immediately
+        self.send_header("Cache-Control", "no-cache")  # a page that was built again is shown immediately
         super().end_headers()
 
     def log_message(self, *_):
@@ -67,7 +67,7 @@ class Server(http.server.ThreadingHTTPServer):
         self.thread.start()
 
     def handle_error(self, *_):
-        pass  # a browser that goes away in the middle of a file is none
+        pass  # not an error: the browser has closed the connection before the end of a file
 
     def close(self):
         self.shutdown()
@@ -82,7 +82,7 @@ def port_number(text):
 
 
 def main(program=None, page=Page):
-    """The program, which is called `program` in its help and serves the folder `page` if it is given no other."""
+    """Runs the program; `program` is its name in the help, `page` the folder that it serves by default."""
     parser = argparse.ArgumentParser(prog=program, description=Description, epilog=Footer, formatter_class=Help)
     parser.add_argument("--port", type=port_number, metavar="NUMBER", default=UsualPort,
                         help=f"port to serve at, 0 for any free one; {UsualPort} if not given")

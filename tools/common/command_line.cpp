@@ -26,7 +26,7 @@ int FinishOutput(const std::string& tool)
 std::optional<int> ParseCommandLine(CLI::App& app, int argumentCount, const char* const* arguments)
 {
     PrepareStandardStreams();
-    app.allow_windows_style_options(false); // a slash begins a path everywhere
+    app.allow_windows_style_options(false); // a slash begins a path on every system
     try {
         app.parse(argumentCount, arguments);
         return std::nullopt;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Common to all tools: reading options, printing --help and --version, ending with an error.
+// For all tools: reads options, prints --help and --version, reports errors.
 #pragma once
 
 #include <optional>
@@ -7,17 +7,17 @@
 
 #include <CLI/CLI.hpp>
 
-constexpr int ExitBadUse = 2; // bad option, file that cannot be used, output that cannot be written
+constexpr int ExitBadUse = 2; // bad option, unusable file, failed output
 
-// Reads the options. Nothing when the tool is to go on. Otherwise its exit code: 0 after --help and
-// --version, or ExitBadUse with one line on standard error, which names the option and the reason.
+// Reads the options. No value if the tool has to continue. Otherwise its exit code: 0 after --help and
+// --version, or ExitBadUse with one line on standard error, with the option and the reason.
 std::optional<int> ParseCommandLine(CLI::App& app, int argumentCount, const char* const* arguments);
 
-// "TOOL: MESSAGE" on standard error. Returns ExitBadUse.
+// Prints "TOOL: MESSAGE" on standard error. Returns ExitBadUse.
 int FailTool(const std::string& tool, const std::string& message);
 
-// To be returned at the end of every tool that prints: 0, or ExitBadUse with a message when standard output
-// is closed, full or cut off.
+// Exit code at the end of every tool that prints: 0, or ExitBadUse with a message if standard output is
+// closed, full or disconnected.
 int FinishOutput(const std::string& tool);
 
 // Refuses an empty text.

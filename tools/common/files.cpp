@@ -24,7 +24,8 @@ bool Write(const std::string& path, std::string_view content)
     return (std::fclose(file) == 0) && whole;
 }
 
-// Names are UTF-8 everywhere; a path made of plain characters would take them for another code on Windows.
+// Names are UTF-8 everywhere; on Windows, a path made from plain characters would be read in another
+// encoding.
 fs::path PathOf(const std::string& name)
 {
     return std::u8string(name.begin(), name.end());
@@ -36,7 +37,7 @@ std::string NameOf(const fs::path& path)
     return {name.begin(), name.end()};
 }
 
-// A name beside the file that nobody uses.
+// An unused name in the file's folder.
 fs::path NameBeside(const fs::path& file)
 {
     std::error_code error;

@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: MIT
-// Whole files in and out.
+// Reads and writes whole files.
 #pragma once
 
 #include <optional>
 #include <string>
 #include <string_view>
 
-// Everything in a file. Nothing and "PATH: REASON" in `error` when it cannot be read, as with a folder.
+// Content of a file. No value, and "PATH: REASON" in `error`, if it cannot be read, for example because it is
+// a folder.
 std::optional<std::string> ReadWholeFile(const std::string& path, std::string& error);
 
-// Puts `content` at `path`. A file that is there is replaced only when the new one is complete; a device or a
-// pipe is written to and stays. False and "PATH: REASON" in `error` on failure; what was at `path` is still
-// there then.
+// Writes `content` to `path`. An existing file is replaced only when the new one is complete; a device or a
+// pipe is written to directly. On failure returns false, with "PATH: REASON" in `error`; the old file then
+// still exists.
 bool WriteWholeFile(const std::string& path, std::string_view content, std::string& error);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Numbers from the texts of options and files: the whole text or nothing, without blanks and without a sign
+// Reads numbers from options and files. The whole text must be a number, without spaces and without a sign
 // '+'.
 #pragma once
 

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Where systems differ for the tools; each has a source of its own.
+// Differences between the operating systems; one source file for each system.
 #pragma once
 
-// To be called first. Standard input and output pass every byte as it is, and a standard stream that was
-// closed keeps its number, so that no file that is opened later takes it. What is written to it fails, as it
-// would have before.
+// To be called first. Standard input and output then transfer every byte unchanged, and a closed standard
+// stream keeps its number, so that no file opened later gets it. Writing to it still fails.
 void PrepareStandardStreams();

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
-"""A desktop of our own for the program: a display in memory and a Wine prefix inside the build folder.
+"""A separate desktop for the program: a display in memory and a Wine prefix inside the build folder.
 
-Neither the user's display nor the user's Wine prefix is ever changed.
+The user's display and the user's Wine prefix are never changed.
 """
 
 import os
@@ -10,17 +10,17 @@ from pathlib import Path
 
 from prefix import MemoryDisplay, Rates, Wine, display_reachable, say, stop
 
-__all__ = ["MemoryDisplay", "Rates", "Wine", "display_reachable", "say", "stop"]  # for those who import this module
+__all__ = ["MemoryDisplay", "Rates", "Wine", "display_reachable", "say", "stop"]  # for modules that import this one
 
 Root = Path(__file__).resolve().parents[2]
 Build = Root / "build"
 Program = Build / "desktop" / "toravane.exe"
-HandheldProgram = Build / "desktop" / "handheld" / "toravane.exe"  # with the hand-held shell beside it
+HandheldProgram = Build / "desktop" / "handheld" / "toravane.exe"  # the folder that also contains the hand-held shell
 Driver = Build / "desktop" / "toravane-driver.exe"
-Tools = Path(os.environ.get("TORAVANE_TOOLS", Build / "native"))  # where the tools were built
+Tools = Path(os.environ.get("TORAVANE_TOOLS", Build / "native"))  # folder of the built tools
 Receiver = Tools / "toravane-receiver"
 
-# The hand-held devices that the shell stands for: platform type, and screen in pixels.
+# The hand-held devices that the shell imitates: platform type, and screen in pixels.
 Handhelds = {
     "pocketpc": ("PocketPC", (240, 320)),
     "smartphone": ("SmartPhone", (176, 220)),
@@ -29,13 +29,13 @@ Handhelds = {
 
 
 def handheld_environment(name):
-    """The environment that chooses the device for the program and the shell."""
+    """The environment variables that select the device for the program and the shell."""
     platform, (width, height) = Handhelds[name]
     return {"TORAVANE_PLATFORM": platform, "TORAVANE_SCREEN": f"{width}x{height}"}
 
 
 def start_software_receiver(*options):
-    """The receiver's process and the terminal that it speaks on."""
+    """The receiver's process and its terminal."""
     receiver = subprocess.Popen([Receiver, *map(str, options)], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                 text=True)
     terminal = receiver.stdout.readline().strip()

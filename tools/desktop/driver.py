@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The raw calls of the driver, one method per command: what is seen of the windows, and what can be done."""
+"""The calls of the driver, one method per command: reading the windows, and acting on them."""
 
 import json
 import queue
@@ -17,7 +17,7 @@ VK_RIGHT = 0x27
 
 
 class DriverError(Exception):
-    """The driver could not do what it was asked for."""
+    """The driver could not carry out a command."""
 
 
 class Driver:

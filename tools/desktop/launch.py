@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Shows a receiver's data in the program, through Wine. ./run.sh --help says how to call it."""
+"""Shows a receiver's data in the program, through Wine. ./run.sh --help shows how to call it."""
 
 import argparse
 import contextlib
@@ -16,7 +16,7 @@ from desktop import (Build, HandheldProgram, Handhelds, MemoryDisplay, Program, 
 from driver import VK_RIGHT, WM_CLOSE, Driver, DriverError
 from ports import friendly_name, map_adapters, problem_with
 
-Port = 3  # COM1 and COM2 are what Wine calls the machine's own ports
+Port = 3  # Wine uses COM1 and COM2 for the machine's own ports
 Output = Build / "run"
 UnattendedSeconds = 20
 ColdStartSeconds = 60  # until the software receiver has found satellites, position and corrections
@@ -29,7 +29,7 @@ def fail(text, code=1):
 
 
 class Parser(argparse.ArgumentParser):
-    """One line for an error, which ./run.sh answers for; its --help is its own."""
+    """Prints an error as one line, in the name of ./run.sh, which has its own --help."""
 
     def error(self, message):
         fail(f"{message.removeprefix('argument ')} (--help explains)", 2)
@@ -67,8 +67,8 @@ def wait_until_closed(program):
 
 
 def keep_text_page(driver, display, box, window):
-    """A screenshot of the text page, and its lines as they were read from the same picture. A hand-held device's
-    letters are only to be looked at."""
+    """A screenshot of the text page, and its lines as read from the same picture. The letters of a hand-held device are
+    not read."""
     if window is None:
         save_screenshot(display, Output / "text-page.png", box)
         return
@@ -91,7 +91,7 @@ def runs_on(program, seconds):
 
 
 def start_program(wine, handheld, attended):
-    """The program; on a hand-held device's screen, in a desktop of that size if there is a real one around it."""
+    """Starts the program. On a real display, a hand-held device is a desktop window of its size."""
     if not handheld:
         return wine.start(Program, stdin=subprocess.DEVNULL)
     width, height = Handhelds[handheld][1]
@@ -100,7 +100,7 @@ def start_program(wine, handheld, attended):
 
 
 def run_unattended(wine, display, program, seconds, handheld):
-    """Lets the program run for a while, keeps what its window shows, and closes it."""
+    """Lets the program run for a while, keeps the content of its window, and closes it."""
     say(f"No display: running for {seconds} seconds on one in memory")
     with contextlib.closing(Driver(wine)) as driver:
         if not runs_on(program, FirstLookSeconds):
@@ -134,7 +134,7 @@ def main():
     build("tools", "toravane-receiver")
     build("desktop")
 
-    # Whatever ends this script, everything that it started ends too.
+    # When this script ends, for any reason, all programs that it started end, too.
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
     signal.signal(signal.SIGHUP, lambda *_: sys.exit(1))
     shutil.rmtree(Output, ignore_errors=True)

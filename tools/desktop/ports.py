@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: MIT
-"""The machine's own serial adapters as COM ports of a Wine prefix, with names that the program's port list shows,
-and what keeps us from using one.
+"""The machine's own serial adapters as COM ports of a Wine prefix, with names for the program's port list, and the
+reasons why an adapter cannot be used.
 
-Wine gives adapters numbers that the program's ten ports do not reach, so they are mapped to free ones.
+Wine gives adapters numbers outside the program's ten ports, so they are mapped to free ones.
 """
 
 import errno
@@ -20,7 +20,7 @@ DriversKey = r"HKEY_LOCAL_MACHINE\Drivers\BuiltIn"
 
 
 def adapters(devices=Path("/dev")):
-    """The adapters that are plugged in, in the order of their names."""
+    """The connected adapters, in the order of their names."""
     return sorted(path for pattern in Adapters for path in devices.glob(pattern))
 
 
@@ -38,7 +38,7 @@ def friendly_name(device, classes=Path("/sys/class/tty")):
 # ---- What is wrong with a device ----------------------------------------------------------------------
 
 def permission_problem(device):
-    """Advice for a user who may not use the device."""
+    """Advice for a user without access to the device."""
     status = os.stat(device)
     try:
         group = grp.getgrgid(status.st_gid)
@@ -70,7 +70,7 @@ def holders(device, locks=Path("/run/lock")):
             if any(os.stat(file.path).st_rdev == number for file in files):
                 found.add(process)
         except OSError:
-            continue  # has ended, or is not ours to look into
+            continue  # the process has ended, or we may not inspect it
     try:
         found.update((locks / f"LCK..{Path(device).resolve().name}").read_text().split()[:1])
     except OSError:
@@ -80,7 +80,7 @@ def holders(device, locks=Path("/run/lock")):
 
 
 def use_problem(device):
-    """The problem that shows when the device is opened. Two readers would get half of the bytes each."""
+    """A problem that appears when the device is opened. If two programs read, each gets only a part of the bytes."""
     busy = False
     try:
         handle = os.open(device, os.O_RDWR | os.O_NONBLOCK | os.O_NOCTTY)
@@ -102,7 +102,7 @@ def use_problem(device):
 
 
 def problem_with(device):
-    """Why the device cannot be used and what to do about it; None when it can."""
+    """The reason why the device cannot be used, and the remedy; None if it can be used."""
     if not os.path.exists(device):
         return f"{device}: no such device; is the receiver plugged in?"
     if not stat.S_ISCHR(os.stat(device).st_mode):
@@ -110,19 +110,19 @@ def problem_with(device):
     if not os.access(device, os.R_OK | os.W_OK):
         return permission_problem(device)
     if str(Path(device).resolve()).startswith("/dev/pts/"):
-        return None  # a pseudo-terminal is always open in the program that made it
+        return None  # a pseudo-terminal is always open in the program that created it
     return use_problem(device)
 
 
 # ---- Places in the prefix -----------------------------------------------------------------------------
 
 def free_positions(dosdevices):
-    """The port numbers that mean nothing that exists."""
+    """The port numbers whose device does not exist."""
     return [number for number in Positions if not (dosdevices / f"com{number}").exists()]
 
 
 def place(wine, device):
-    """The port number of the device, which gets a free one if it has none, or else the last one."""
+    """The port number of the device. A device without a number gets a free one; if none is free, the last one."""
     dosdevices = wine.prefix / "dosdevices"
     for number in Positions:
         if (dosdevices / f"com{number}").resolve() == Path(device).resolve():
@@ -133,7 +133,7 @@ def place(wine, device):
 
 
 def driver_keys(names):
-    """The registry file that makes these ports, number to name, the only ones with names."""
+    """The registry file after which only these ports (number to name) have names."""
     lines = ["REGEDIT4", "", f"[-{DriversKey}]", ""]
     for number, name in names.items():
         text = name.replace("\\", "\\\\").replace('"', '\\"')
@@ -143,8 +143,8 @@ def driver_keys(names):
 
 
 def map_adapters(wine, names):
-    """Maps the adapters to free ports and names these, and those of `names`, number to name. What was mapped
-    to an adapter that is gone is forgotten. Returns all names."""
+    """Maps the adapters to free ports and names these ports and those of `names` (number to name). The mapping of a
+    removed adapter is forgotten. Returns all names."""
     dosdevices = wine.prefix / "dosdevices"
     for number in free_positions(dosdevices):
         (dosdevices / f"com{number}").unlink(missing_ok=True)

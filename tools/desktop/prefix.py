@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A Wine prefix of the program's own: what the launcher of the packages and that of the build share."""
+"""A separate Wine prefix for the program: the common part of the packages' launcher and of the build's launcher."""
 
 import ctypes
 import fcntl
@@ -10,10 +10,10 @@ import subprocess
 from pathlib import Path
 
 SettingsKey = r"HKEY_LOCAL_MACHINE\Software\Quenmark\Toravane"
-Rates = (1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200)  # the stored index is the place in here
+Rates = (1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200)  # the stored number is an index into this list
 
-# Wine's settings for every prefix. An empty debugger lets a crash end the program at once, so that its exit
-# code tells; the port must not be mapped at a place of Wine's own choice.
+# Wine's settings for every prefix. An empty debugger lets a crash end the program at once, so that its exit code shows
+# it; Wine must not map the port to a number of its own choice.
 PrefixSettings = r"""REGEDIT4
 
 [HKEY_LOCAL_MACHINE\Software\Microsoft\Windows NT\CurrentVersion\AeDebug]
@@ -75,7 +75,7 @@ class MemoryDisplay:
 
 
 class PrefixInUse(SystemExit):
-    """Another run has the prefix; ends the program with a line that says so unless it is caught."""
+    """Another run uses the prefix. If it is not caught, it ends the program with one line of text."""
 
 
 def environment(prefix, display, home):
@@ -105,13 +105,13 @@ class Wine:
             fcntl.flock(self.lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
         except BlockingIOError:
             raise PrefixInUse(f"{prefix} is in use by another run") from None
-        self._server("-k")  # what a run that was killed has left
+        self._server("-k")  # left by a run that was killed
         complete = prefix / "complete"
         if not complete.exists():
             say(f"Creating the Wine prefix {prefix}")
             shutil.rmtree(prefix, ignore_errors=True)
             prefix.mkdir()
-        # At its start the server maps the machine's own ports; ours are mapped while it runs.
+        # The server maps the machine's own ports when it starts; ours are mapped while it runs.
         self._server("-p")
         self.run("wineboot")
         complete.touch()
@@ -124,7 +124,7 @@ class Wine:
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=60)
 
     def run(self, *command):
-        """Runs a Windows program to its end."""
+        """Runs a Windows program until it ends."""
         subprocess.run(["wine", *command], env=self.environment, stdin=subprocess.DEVNULL,
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True, timeout=300)
 
@@ -134,13 +134,13 @@ class Wine:
                                 **options)
 
     def map_port(self, number, device):
-        """Makes COM<number> mean a device or a terminal."""
+        """Maps COM<number> to a device or a terminal."""
         link = self.prefix / "dosdevices" / f"com{number}"
         link.unlink(missing_ok=True)
         link.symlink_to(device)
 
     def documents(self):
-        """The folder of the user's documents, where the program puts its files."""
+        """The folder of the user's documents, in which the program stores its files."""
         return next(path for path in (self.prefix / "drive_c" / "users").glob("*/Documents")
                     if path.parent.name != "Public")
 

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The numbers of the program's menus, dialogs and controls, by the names that resources/resource_ids.h gives them."""
+"""The numbers of the program's menus, dialogs and controls, by their names in resources/resource_ids.h."""
 
 import re
 import types

@@ -16,7 +16,7 @@ bool IsAbsolute(uint8_t type)
     return type == Absolute32 || type == Target1;
 }
 
-// True for every place of the whole image.
+// True for every address of the whole image.
 bool IsRelative(uint8_t type)
 {
     constexpr uint8_t None = 0, Pc24 = 1, Relative32 = 3, Call = 28, Jump24 = 29, V4Bx = 40, Relative31 = 42;
@@ -24,7 +24,7 @@ bool IsRelative(uint8_t type)
     return std::ranges::find(Known, type) != std::end(Known);
 }
 
-// Refers to a number, or to nothing: an absolute symbol, or a weak one that nobody defined.
+// True for a symbol that is no address: an absolute one, or a weak one without definition.
 bool PointsNowhere(const ElfSymbol& symbol)
 {
     constexpr uint16_t Undefined = 0, Absolute = 0xFFF1;

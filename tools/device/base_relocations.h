@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The places that the system corrects when it loads the image at another address.
+// The pointers that the system corrects when it loads the image at another address.
 #pragma once
 
 #include "elf_file.h"
@@ -7,8 +7,8 @@
 namespace device
 {
 
-// Addresses of all pointers, ascending. Refuses kinds of relocation that are not known, and pointers that are
-// not aligned: the system's loader could not correct them.
+// Addresses of all pointers, ascending. Refuses unknown kinds of relocation, and pointers that are not
+// aligned: the system's loader could not correct them.
 std::vector<uint32_t> FindPointers(const ElfFile& elf);
 
 // The image's relocation section for pointers at these addresses.

@@ -43,7 +43,7 @@ template <typename T> uint16_t NumberOf(std::vector<T>& list, const T& entry)
     return number;
 }
 
-using Folder = std::vector<uint16_t>; // its levels, as numbers of texts
+using Folder = std::vector<uint16_t>; // the folder's levels, as numbers of texts
 
 Folder FolderOf(const std::string& path, std::vector<std::string>& texts)
 {
@@ -146,7 +146,7 @@ std::string MemberName(const std::string& name, size_t number)
     return std::string(8 - base.size(), '0') + base + "." + std::string(3 - digits.size(), '0') + digits;
 }
 
-// Sum of the format: 32-bit words, and the last bytes with the highest first.
+// The format's checksum: of 32-bit words, and of the last bytes with the highest first.
 uint32_t Checksum(std::span<const uint8_t> bytes, uint32_t sum)
 {
     const size_t whole = bytes.size() / 4 * 4;
@@ -207,7 +207,8 @@ Bytes MakeCabinet(const Package& package)
         throw Refusal("an install package has 1 to 999 files, and one of them is the program");
     const Bytes control = ControlFile(package);
     std::vector<Member> members = {{MemberName(package.application, 0), control}};
-    for (size_t i = package.files.size(); i > 0; --i) // the installer expects them from the last to the first
+    for (size_t i = package.files.size(); i > 0;
+         --i) // the installer expects the files from the last to the first
         members.push_back({MemberName(package.files[i - 1].name, i), package.files[i - 1].content});
     return Cabinet(members);
 }

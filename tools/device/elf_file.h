@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// An ARM program as the linker leaves it: sections, symbols, and the relocations that it has applied.
+// An ARM program from the linker: sections, symbols, and the relocations that were applied.
 #pragma once
 
 #include "little_endian.h"
@@ -14,7 +14,7 @@ constexpr uint32_t AllocatedFlag = 2, ThreadLocalFlag = 0x400; // of sections
 struct ElfSection {
     std::string name;
     uint32_t type, flags, address, size, link, info;
-    std::span<const uint8_t> bytes; // empty where the file holds none
+    std::span<const uint8_t> bytes; // empty if the file contains none
 };
 
 struct ElfSymbol {
@@ -34,9 +34,9 @@ struct ElfFile {
     uint32_t entry;
     std::vector<ElfSection> sections;
     std::vector<ElfSymbol> symbols;
-    std::vector<ElfRelocation> relocations; // in what the program keeps in memory
+    std::vector<ElfRelocation> relocations; // true if it is a part of the program in memory
 
-    const ElfSection* Find(const std::string& name) const; // null if there is none, or none of any size
+    const ElfSection* Find(const std::string& name) const; // null if there is none, or if it is empty
 };
 
 // Refuses anything but a linked 32-bit ARM program with its symbols. `file` must outlive the result.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Whole files in and out; both refuse with path and reason what cannot be read or written.
+// Reads and writes whole files. An error contains the path and the reason.
 #pragma once
 
 #include "little_endian.h"

@@ -21,8 +21,8 @@ constexpr uint32_t Code = 0x20, Data = 0x40, Discardable = 0x02000000, Executabl
 
 struct ImageSection {
     std::string_view name;
-    uint32_t place, size; // in memory, the place from the image's base
-    Bytes bytes;          // what the file holds; the rest of `size` is zero
+    uint32_t place, size; // in memory, relative to the image's base
+    Bytes bytes;          // the bytes in the file; the rest of `size` is zero
     uint32_t flags;
 };
 
@@ -66,7 +66,7 @@ uint32_t SizeOfAll(const std::vector<ImageSection>& sections, uint32_t flag)
     return size;
 }
 
-void AppendOldHeader(Bytes& file) // what a system from before these images would want to see
+void AppendOldHeader(Bytes& file) // the header that a system older than this format expects
 {
     constexpr uint16_t Old[] = {0x5A4D, 0x90, 3, 0, 4, 0, 0xFFFF, 0, 0xB8, 0, 0, 0, 0x40};
     constexpr size_t PlaceOfHeader = 0x3C;
@@ -77,7 +77,7 @@ void AppendOldHeader(Bytes& file) // what a system from before these images woul
     file.resize(HeaderPlace);
 }
 
-// Sum of all 16-bit words with the carries added in, and the length.
+// Sum of all 16-bit words with the carries added, plus the length.
 uint32_t Checksum(const Bytes& file)
 {
     uint32_t sum = 0;
@@ -116,7 +116,7 @@ Bytes MakeFile(const std::vector<ImageSection>& sections, uint32_t entry, const 
     Append(file, uint16_t{0}); // the linker's version
     Append(file, SizeOfAll(sections, Code));
     Append(file, SizeOfAll(sections, Data));
-    Append(file, uint32_t{0}); // data without bytes in the file is counted with the rest
+    Append(file, uint32_t{0}); // data without bytes in the file is included
     Append(file, entry - ImageBase);
     Append(file, sections.front().place);
     Append(file, (data == sections.end() ? sections.front() : *data).place);
@@ -154,7 +154,7 @@ Bytes MakeFile(const std::vector<ImageSection>& sections, uint32_t entry, const 
         Append(file, section.place);
         Append(file, FileSize(section));
         Append(file, FileSize(section) ? position : uint32_t{0});
-        for (int i = 0; i < 3; ++i) Append(file, uint32_t{0}); // no relocations or lines of its own
+        for (int i = 0; i < 3; ++i) Append(file, uint32_t{0}); // no relocations or line numbers of its own
         Append(file, section.flags);
         position += FileSize(section);
     }

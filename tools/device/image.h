@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The image that the device's system loads, from the linked program and its compiled resources.
+// Makes the image that the device's system loads, from the linked program and its compiled resources.
 #pragma once
 
 #include "little_endian.h"
@@ -12,11 +12,11 @@ namespace device
 struct Image {
     Bytes file;
     uint32_t importCount, pointerCount;
-    std::vector<std::string> libraries; // that it imports from
+    std::vector<std::string> libraries; // from which it imports
 };
 
-// Refuses what would not load or run: see code_check.h, base_relocations.h, imports.h and resource_tree.h;
-// besides thread-local storage, and sections that the image has no place for.
+// Refuses programs that would not load or run: see code_check.h, base_relocations.h, imports.h and
+// resource_tree.h. Also refuses thread-local storage, and sections for which the image has no place.
 Image MakeImage(std::span<const uint8_t> program, std::span<const uint8_t> compiledResources);
 
 } // namespace device

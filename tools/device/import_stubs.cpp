@@ -13,8 +13,8 @@ namespace device
 namespace
 {
 
-// The callee may be ARM or Thumb code, and the processor may be one without BX: it then comes past it only if
-// the callee is ARM code. The slot's section pulls in the zero that ends the library's slots.
+// The callee may be ARM or Thumb code, and the processor may have no BX: then BX is skipped, because the
+// callee is ARM code. The slot's section also links the zero that ends the library's slots.
 constexpr const char* Stub = R"(
   .section .text.import.NAME, "ax", %progbits
   .global NAME

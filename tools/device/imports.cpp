@@ -44,14 +44,14 @@ ImportSection MakeImportSection(const ElfFile& elf, const ElfSection& section, u
     uint32_t expected = section.address;
     for (const auto& [library, slots] : FindSlots(elf)) {
         const uint32_t first = expected;
-        Bytes names; // where each call's name lies, and a zero at the end
+        Bytes names; // address of each call's name, and a zero at the end
         for (const auto& [slot, name] : slots) {
             if (slot != expected) throw Refusal("slot of " + name + " at " + Hex(slot));
             expected += 4;
             Align(result.bytes, 2);
             Append(names, here());
             Put(result.bytes, slot - section.address, here());
-            Append(result.bytes, uint16_t{0}); // no hint where in the library to look
+            Append(result.bytes, uint16_t{0}); // no hint about the index in the library
             AppendText(result.bytes, name);
             ++result.callCount;
         }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The image's imports: the slots that the linker kept, and the directory by which the system fills them.
+// The image's imports: the slots that the linker kept, and the directory that the system uses to fill them.
 #pragma once
 
 #include "elf_file.h"
@@ -8,7 +8,7 @@ namespace device
 {
 
 struct Range {
-    uint32_t place = 0, size = 0; // place from the image's base
+    uint32_t place = 0, size = 0; // relative to the image's base
 };
 
 struct ImportSection {
@@ -18,8 +18,8 @@ struct ImportSection {
     std::vector<std::string> libraries;
 };
 
-// From `section`, which begins with one slot for each imported call, a zero after those of each library, and
-// the symbols that import_stubs.h names. Refuses slots in another order.
+// Made from `section` and the symbols described in import_stubs.h. The section begins with one slot for each
+// imported call; a zero follows the slots of each library. Refuses slots in another order.
 ImportSection MakeImportSection(const ElfFile& elf, const ElfSection& section, uint32_t imageBase);
 
 } // namespace device

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Little-endian numbers in byte sequences, and the one way in which these tools refuse their input.
+// Little-endian numbers in byte sequences, and the exception with which these tools refuse their input.
 #pragma once
 
 #include <concepts>
@@ -15,7 +15,7 @@ namespace device
 
 using Bytes = std::vector<uint8_t>;
 
-// Input that no correct image can be made from; what() gives the reason.
+// Input from which no correct image can be made; what() gives the reason.
 struct Refusal : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -27,7 +27,7 @@ inline std::string Hex(uint32_t number)
     return text;
 }
 
-// `count` bytes from `offset` on; refuses what is not all there.
+// `count` bytes from `offset` on; refuses a range beyond the end.
 inline std::span<const uint8_t> Part(std::span<const uint8_t> bytes, size_t offset, size_t count)
 {
     if (offset > bytes.size() || count > bytes.size() - offset) throw Refusal("input is cut short");
@@ -67,7 +67,7 @@ template <std::unsigned_integral T> T RoundUp(T value, T step)
     return static_cast<T>((value + step - 1) / step * step);
 }
 
-// Fills up with zeros to a multiple of `step`.
+// Adds zeros up to a multiple of `step`.
 inline void Align(Bytes& bytes, size_t step)
 {
     bytes.resize(RoundUp(bytes.size(), step));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // toravane-make-cabinet IMAGE PROGRAMS CABINET: the program's install package. PROGRAMS is the folder of
-// programs on the device, which links with a command line have to name.
+// programs on the device; links with a command line need it.
 
 #include "cabinet.h"
 #include "files.h"

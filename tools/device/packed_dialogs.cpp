@@ -15,7 +15,7 @@ struct Repeat {
     size_t distance = 0, count = 0;
 };
 
-// The longest sequence before `start` that comes again there; of equal ones the nearest.
+// The longest sequence before `start` that is repeated there; of equally long ones, the nearest.
 Repeat LongestRepeatAt(std::span<const uint8_t> bytes, size_t start)
 {
     Repeat longest;
@@ -35,7 +35,7 @@ Bytes PackTemplate(std::span<const uint8_t> dialogTemplate)
     if (dialogTemplate.size() > LargestTemplate) throw Refusal("a dialog's template is too large");
     Bytes packed;
     Append(packed, static_cast<uint16_t>(dialogTemplate.size()));
-    size_t flags = 0, flag = 8; // where the group's flags are, and the next of them
+    size_t flags = 0, flag = 8; // position of the group's flags, and the next flag
     for (size_t done = 0; done < dialogTemplate.size(); ++flag) {
         if (flag == 8) {
             flag = 0;

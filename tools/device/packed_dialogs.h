@@ -7,7 +7,7 @@
 namespace device
 {
 
-// Refuses a template that the program has no room for.
+// Refuses a template that is too large for the program's buffer.
 Bytes PackTemplate(std::span<const uint8_t> dialogTemplate);
 
 } // namespace device

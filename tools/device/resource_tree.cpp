@@ -62,7 +62,7 @@ Node ReadTree(std::span<const uint8_t> compiled)
         if (offset + headerSize < inHeader) throw Refusal("a resource's header is too short");
         const auto data = Part(compiled, offset + headerSize, dataSize);
         offset = RoundUp(offset + headerSize + dataSize, size_t{4});
-        if (type == Number(0)) continue; // the mark at the file's beginning
+        if (type == Number(0)) continue; // the empty entry at the file's beginning
         const bool isDialog = type == Number(DialogType);
         const ResourceName kept = isDialog ? Number(PackedTemplateType) : type;
         const auto [leaf, isNew] = root.below[kept].below[name].below.try_emplace(Number(language));
@@ -96,7 +96,8 @@ Bytes MakeResourceSection(std::span<const uint8_t> compiled, uint32_t place)
 {
     const Node root = ReadTree(compiled);
 
-    // Breadth first: the tables of all levels, then the entries that say where the data lies; then the texts.
+    // Breadth first: the tables of all levels, then the entries with the addresses of the data, then the
+    // texts.
     std::vector<const Node*> nodes{&root};
     std::map<const Node*, uint32_t> places;
     std::map<std::u16string, uint32_t> texts;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The program's resources as the image keeps them: a tree by type, name and language. Dialog templates are
-// packed and have a type of their own.
+// The program's resources in the form of the image: a tree by type, name and language. Dialog templates are
+// packed and have their own type.
 #pragma once
 
 #include "little_endian.h"
@@ -8,8 +8,8 @@
 namespace device
 {
 
-// The resource section of an image, from a compiled resource file, for a section `place` bytes from the
-// image's base. Refuses a file without resources and a resource that is there twice.
+// The resource section of an image, from a compiled resource file, for a section `place` bytes after the
+// image's base. Refuses a file without resources, and a resource that occurs twice.
 Bytes MakeResourceSection(std::span<const uint8_t> compiled, uint32_t place);
 
 } // namespace device

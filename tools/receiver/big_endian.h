@@ -33,7 +33,7 @@ inline void PutZeros(Bytes& to, size_t count)
     to.insert(to.end(), count, 0);
 }
 
-// The field must lie inside the payload; lengths are checked where a command arrives.
+// The field must be inside the payload; the length is checked when a command arrives.
 template <std::integral T> T Get(std::span<const uint8_t> from, size_t offset)
 {
     std::make_unsigned_t<T> bits = 0;

@@ -15,7 +15,7 @@ namespace receiver
 namespace
 {
 
-// Whole fields only: "12x" is no number.
+// Only whole fields: "12x" is not a number.
 std::optional<int64_t> Number(std::string_view field)
 {
     int64_t value = 0;
@@ -100,7 +100,7 @@ Outcome SelectDatum(Receiver& receiver, const Values& v)
 
 struct CommandRow {
     int number;
-    std::vector<Range> fields; // all must be there, each in its range
+    std::vector<Range> fields; // all fields must be present, each in its range
     Outcome (*carryOut)(Receiver&, const Values&);
 };
 
@@ -173,7 +173,7 @@ void HandleNmeaCommand(Receiver& receiver, std::string_view body)
     switch (CarryOut(receiver, *known, body.substr(name.size()))) {
     case Outcome::Done:
         ++receiver.CommandsAccepted;
-        // The answer of a command that changes the line would reach nobody.
+        // The answer to a command that changes the line would not be received.
         if (explained && known->number != 100 && known->number != 101)
             SendNmeaText(receiver, command + " ok");
         return;

@@ -9,14 +9,14 @@
 namespace receiver
 {
 
-// Carries out one command, given its body without '$' and checksum. What is wrong with a command that is
-// not carried out is said in a PSRFTXT line when development data are on (PSRF105,1).
+// Carries out one command, given its body without '$' and checksum. If a command is not carried out and
+// development data are on (PSRF105,1), a PSRFTXT line contains the reason.
 void HandleNmeaCommand(Receiver& receiver, std::string_view body);
 
-// Queues "$PSRFTXT,text".
+// Queues the sentence "$PSRFTXT,text".
 void SendNmeaText(Receiver& receiver, std::string_view text);
 
-// The lines that a start prints: version, rate, time, position, clock and channels.
+// The lines that are printed at a start: version, rate, time, position, clock and channels.
 void SendStartText(Receiver& receiver);
 
 } // namespace receiver

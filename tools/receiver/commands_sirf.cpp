@@ -38,7 +38,7 @@ bool Acceptable(Payload p)
         return p[1] <= 4 && InRange(p[2], 1, 50) && InRange(p[3], 1, 50) && InRange(p[4], 1, 50);
     case 138: // DGPS mode
         return p[1] <= 2;
-    case 139: // elevation mask, -200.0 to 900.0 degrees: hosts may ask for more than the sky has
+    case 139: // elevation mask, -200.0 to 900.0 degrees: a larger range than the sky, as hosts may send it
         return InRange(Get<int16_t>(p, 1), -2000, 9000) && InRange(Get<int16_t>(p, 3), -2000, 9000);
     case 140: // power mask
         return p[1] <= 50 && p[2] <= 50;
@@ -88,7 +88,7 @@ Bytes InitializationReport(const Receiver& receiver)
     return p;
 }
 
-// MID 128: start again, in the way that the last byte's bits say.
+// MID 128: restart; the bits of the last byte select the kind.
 bool Initialize(Receiver& receiver, Payload p)
 {
     const uint8_t map = p[24];
@@ -112,14 +112,14 @@ bool Initialize(Receiver& receiver, Payload p)
     }
     const Restart kind = (map & 0x0C) != 0 ? Restart::Cold : (map & 2) != 0 ? Restart::Warm : Restart::Hot;
     receiver.RestartAs(kind, factory);
-    // After the reset, so that a factory reset keeps what was asked for with it.
+    // After the reset, so that a factory reset keeps these requested values.
     receiver.Kept.commands[128] = Bytes(p.begin(), p.end());
     for (const size_t mid : {28u, 29u}) receiver.Kept.sirfSeconds[mid] = (map & 0x10) != 0 ? 1 : 0;
     receiver.Kept.sirfSeconds[255] = (map & 0x20) != 0 ? 1 : 0;
     return true;
 }
 
-// MID 129: sentence rates, debug texts and line rate of the NMEA side, and over to it.
+// MID 129: sentence rates, debug texts and line rate for NMEA; then switch to NMEA.
 bool SwitchToNmea(Receiver& receiver, Payload p)
 {
     const auto rate = Get<uint16_t>(p, 22);
@@ -135,7 +135,7 @@ bool SwitchToNmea(Receiver& receiver, Payload p)
     return true;
 }
 
-// MID 166: mode 0 sets the rate of one message, 1 asks for it once, 2 sets the rate of all.
+// MID 166: mode 0 sets the rate of one message, 1 requests it once, 2 sets the rate of all.
 bool SetMessageRate(Receiver& receiver, Payload p)
 {
     const uint8_t mode = p[1], mid = p[2], seconds = p[3];

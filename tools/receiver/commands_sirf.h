@@ -9,8 +9,8 @@
 namespace receiver
 {
 
-// Carries out one command (payload, MID first; not empty) and queues its answer: MID 11 or 12, and what a
-// poll asks for.
+// Carries out one command (payload, MID first; not empty) and queues its answer: MID 11 or 12, and the
+// message that a poll requests.
 void HandleSirfCommand(Receiver& receiver, std::span<const uint8_t> payload);
 
 } // namespace receiver

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// WGS-84 positions: geodetic, Earth-centred, and local east-north-up.
+// WGS-84 positions: geodetic, Earth-centred, and local (east, north, up).
 
 #include <numbers>
 
@@ -25,14 +25,14 @@ struct Local { // metres, or metres per second, from a place on the ground
 };
 
 struct LookAngles {
-    double azimuthDeg = 0;   // [0, 360) from north over east
+    double azimuthDeg = 0;   // [0, 360), clockwise from north
     double elevationDeg = 0; // [-90, 90]
     double distanceM = 0;
 };
 
 Vector3 ToEcef(const Geodetic& place);
-Vector3 EnuToEcef(const Geodetic& at, const Local& direction); // turns only, adds no position
-Geodetic Moved(const Geodetic& from, const Local& by);         // for distances of some kilometres
+Vector3 EnuToEcef(const Geodetic& at, const Local& direction); // only rotates, adds no position
+Geodetic Moved(const Geodetic& from, const Local& by);         // for distances of a few kilometres
 Local Offset(const Geodetic& from, const Geodetic& to);
 // The same place in the datum with this code: 178..181 are the Tokyo ones, anything else is WGS-84.
 Geodetic InDatum(const Geodetic& wgs84, int datum);

@@ -16,7 +16,7 @@ using namespace std::chrono;
 
 constexpr sys_days GpsEpoch = 1980y / January / 6;
 
-// From the first of this month on GPS time is ahead of UTC by so many seconds.
+// From the first day of this month on, GPS time is ahead of UTC by this number of seconds.
 struct LeapStep {
     year_month from;
     int32_t seconds;

@@ -33,16 +33,16 @@ int32_t LeapSeconds(GpsTime time);
 UtcDate ToUtc(GpsTime time);
 GpsTime FromUtc(const UtcDate& date);
 
-// The same time of day so many days earlier.
+// The same time of day, this number of days earlier.
 UtcDate DaysEarlier(const UtcDate& date, int32_t days);
 
-// The whole epochs by which a firmware is behind that takes the week for the one of pivotWeek .. pivotWeek +
-// 1023 that it can be; negative when it is ahead.
+// The number of whole epochs by which a firmware's date is too early, if the firmware assumes a week from
+// pivotWeek to pivotWeek + 1023; negative if the date is too late.
 int32_t EpochsBehind(int32_t week, int32_t pivotWeek);
 
 GpsTime TimeOfThisMachine();
 
-// "YYYY-MM-DDThh:mm:ss" from 1980-01-06 on, nothing for anything else.
+// Reads "YYYY-MM-DDThh:mm:ss" from 1980-01-06 on; no value for any other text.
 std::optional<GpsTime> ParseDate(std::string_view text);
 
 } // namespace receiver

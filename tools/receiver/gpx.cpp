@@ -27,7 +27,7 @@ std::optional<RawPoint> PointOf(const pugi::xml_node& element)
     RawPoint point;
     point.place = {*latitude, *longitude,
                    NumberBetween(element.child_value("ele"), -MostHeightM, MostHeightM).value_or(0)};
-    constexpr size_t toTheSecond = 19; // fractions and zone are not looked at
+    constexpr size_t toTheSecond = 19; // fractions and time zone are ignored
     if (const auto time = ParseDate(std::string_view(element.child_value("time")).substr(0, toTheSecond)))
         point.time = time->Seconds();
     return point;

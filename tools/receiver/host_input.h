@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// Cuts what the host sends into commands. A receiver is strict: what has a wrong checksum is not there.
+// Splits the host's bytes into commands. A receiver is strict: it ignores a command with a wrong checksum.
 
 #include "big_endian.h"
 

@@ -11,7 +11,7 @@ namespace
 {
 
 constexpr double BitsPerByte = 10.0;     // start bit, eight data bits, stop bit
-constexpr size_t HostQueueLimit = 65536; // far above what any host writes at once
+constexpr size_t HostQueueLimit = 65536; // far more than any host writes at a time
 
 } // namespace
 
@@ -29,11 +29,11 @@ void Line::Direction::Carry(uint8_t byte, uint32_t senderRate, uint32_t readerRa
     uart.Byte(byte, read);
 }
 
-// A resting line lets a slow reader finish its last byte.
+// An idle line allows a slow reader to finish its last byte.
 void Line::Direction::LieIdle(double untilSeconds, Bytes& read)
 {
     if (sender == 0 || untilSeconds <= freeAt) return;
-    constexpr double longest = 2000.0; // bits; after that every reader is at rest
+    constexpr double longest = 2000.0; // bits; after this time every reader is idle
     const double bits = std::min((untilSeconds - freeAt) * sender, longest);
     uart.Rest(static_cast<size_t>(bits), read);
 }

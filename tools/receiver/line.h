@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// The serial line between receiver and host: bytes take their time, rates that differ turn them into
-// garbage, and faults on demand do the rest. No device here: it is driven with the time of the run.
+// The serial line between receiver and host: bytes take their time, different rates change them to garbage,
+// and there are configurable faults. It uses no device and no clock: the caller passes the time of the run.
 
 #include "random.h"
 #include "receiver.h"
@@ -23,12 +23,12 @@ public:
     // Rate that the host has set, bits per second; 0 means the same as the receiver's.
     void SetHostRate(uint32_t rate) { HostRate = rate; }
 
-    // Lets the line run to this moment, seconds of the run. Takes bursts from `output` as they find room on
-    // the wire, and returns the bytes that have reached the host by now.
+    // Runs the line up to this moment, in seconds of the run. Takes bursts from `output` when there is room
+    // on the wire, and returns the bytes that have reached the host by now.
     Bytes ToHost(std::deque<Burst>& output, double runSeconds);
 
-    // The same for the other direction: `written` is what the host has written since the last call,
-    // `receiverRate` what the receiver listens at. Returns the bytes that the receiver reads by now.
+    // The same for the other direction: `written` contains the host's bytes since the last call,
+    // `receiverRate` is the receiver's rate. Returns the bytes that the receiver reads by now.
     Bytes ToReceiver(const Bytes& written, uint32_t receiverRate, double runSeconds);
 
     // Random bytes, sent next.
@@ -44,7 +44,7 @@ private:
     struct Direction {
         MismatchedUart uart;
         uint32_t sender = 0, reader = 0;
-        double freeAt = 0; // when the wire has carried the last byte
+        double freeAt = 0; // time at which the wire has carried the last byte
         void Carry(uint8_t byte, uint32_t senderRate, uint32_t readerRate, Bytes& read);
         void LieIdle(double untilSeconds, Bytes& read);
     };
@@ -53,7 +53,7 @@ private:
     Random Noise;
     uint32_t HostRate = 0;
     Direction Down, Up;
-    Burst Sending; // the burst that is on the wire
+    Burst Sending; // the burst that is now on the wire
     size_t Sent = 0;
     size_t NoiseBytes = 0;
     std::deque<uint8_t> Written;

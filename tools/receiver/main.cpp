@@ -56,7 +56,7 @@ int Run(const Options& options, Session& session, std::FILE* record)
     if (!Announce(terminal, options, session.Sim.Kept.lineRate, error)) return Fail(error);
 
     const auto start = Clock::now();
-    double waited = 0; // a played log waits for its first listener
+    double waited = 0; // a recorded log waits for its first listener
     bool played = options.play.empty();
     double nextStatus = 0;
     while (!Interrupted && !session.Quitting()) {

@@ -11,8 +11,8 @@ namespace receiver
 namespace
 {
 
-// How fast a receiver comes up, in seconds after its start (a real cold start takes longer: ephemeris data
-// need 30 s; a bench should not make people wait).
+// Times of a receiver's start, in seconds (a real cold start takes longer, because ephemeris data need 30 s;
+// a bench should not make people wait).
 struct StartTimes {
     double firstLock, lockInterval; // first signal, and each further one
     double ephemeris;               // from lock to usable, for a satellite without kept ephemeris
@@ -31,9 +31,9 @@ constexpr StartTimes Times(Restart restart)
 }
 
 constexpr double SettleS = 6.0;         // four satellites this long before the height is trusted
-constexpr double HoldBelowMps = 0.6;    // static navigation holds below this speed
-constexpr double ReleaseAboveMps = 1.0; // and lets go above this one
-constexpr double ErrorMemoryS = 60.0;   // over which the wandering error forgets itself
+constexpr double HoldBelowMps = 0.6;    // static navigation begins below this speed
+constexpr double ReleaseAboveMps = 1.0; // and ends above this one
+constexpr double ErrorMemoryS = 60.0;   // time constant of the wandering error
 constexpr double StandAloneErrorM = 2.4, DifferentialErrorM = 0.7;
 
 // 4x4 inverse of a positive definite matrix by Gauss-Jordan; false when it is singular.
@@ -88,7 +88,7 @@ void Navigator::Remember()
 
 void Navigator::Begin(Restart restart, double runSeconds)
 {
-    // With nothing to keep, every start is a cold one.
+    // Without kept data, every start is a cold start.
     if (!State.timeKnown) restart = Restart::Cold;
     Kind = restart;
     BeganAt = LastUpdate = runSeconds;
@@ -131,7 +131,7 @@ const Fix& Navigator::Update(double runSeconds, const Settings& settings)
     return State;
 }
 
-// Gives the twelve channels their satellites and lets signals lock on one after another.
+// Assigns satellites to the twelve channels; their signals lock one after another.
 void Navigator::TrackChannels(double runSeconds, const Settings& settings)
 {
     const StartTimes times = Times(Kind);
@@ -140,7 +140,8 @@ void Navigator::TrackChannels(double runSeconds, const Settings& settings)
     const double mask = ElevationMaskOf(settings).trackingDeg;
     const bool hidden = runSeconds < HiddenUntil;
 
-    // One channel is kept for the SBAS satellite: the user's choice, else the highest one.
+    // One channel is reserved for the SBAS satellite: the one that the user has chosen, otherwise the highest
+    // one.
     const Satellite* chosenSbas = nullptr;
     std::vector<const Satellite*> order;
     for (const Satellite& satellite : VisibleNow) {
@@ -163,7 +164,7 @@ void Navigator::TrackChannels(double runSeconds, const Settings& settings)
         channel.sv = order[i]->sv;
         channel.look = order[i]->look;
         Tracking& satellite = Satellites[channel.sv];
-        // Satellites are not found in the order of their height; the SBAS one is searched last.
+        // Satellites are not found in the order of their elevation; the SBAS satellite is searched last.
         const size_t turn = IsSbas(channel.sv) ? ChannelCount - 1 : (i * 5 + 2) % ChannelCount;
         const double lockAt = BeganAt + times.firstLock + times.lockInterval * static_cast<double>(turn);
         if (hidden || runSeconds < lockAt) {
@@ -187,7 +188,7 @@ void Navigator::TrackChannels(double runSeconds, const Settings& settings)
             cno = static_cast<uint8_t>(std::clamp(strength + 0.8 * Noise.Normal(), 12.0, 54.0));
         }
     }
-    // A satellite that lost its channel has to be found again.
+    // A satellite that lost its channel must be found again.
     for (size_t sv = 0; sv < Satellites.size(); ++sv) {
         const bool assigned = std::ranges::any_of(order, [sv](const Satellite* s) { return s->sv == sv; });
         if (!assigned) Satellites[sv].lockedSince = -1;
@@ -227,8 +228,8 @@ void Navigator::ChooseUsed(double runSeconds, const Settings& settings)
     State.differential = fresh && State.used > 0;
 }
 
-// Dilution of precision from the geometry of the satellites in use. In two dimensions the known height stands
-// for one more.
+// Dilution of precision from the geometry of the satellites in use. In two dimensions the known height
+// replaces one satellite.
 void Navigator::ComputeDops(bool twoDimensions)
 {
     State.gdop = State.pdop = State.hdop = State.vdop = 50;
@@ -340,7 +341,7 @@ void Navigator::PlaceFix(double elapsedS, const Motion& truth, const Settings& s
         place.heightM = HeightKnown ? heightBefore : sea;
     }
 
-    // Static navigation takes hold once the height is known, and then keeps the position to the millimetre.
+    // Static navigation begins when the height is known, and then keeps the position exactly.
     const double trueSpeed = std::hypot(truth.velocity.east, truth.velocity.north);
     const bool slow = trueSpeed < (Holding ? ReleaseAboveMps : HoldBelowMps);
     const bool wasHolding = Holding;

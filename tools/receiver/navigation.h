@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// Converts the true motion and the sky to the receiver's estimates: channels that lock on, fixes that come
-// and go, errors that wander.
+// Converts the true motion and the sky to the receiver's estimates: channels that lock, fixes that come and
+// go, errors that change slowly.
 
 #include "random.h"
 #include "settings.h"
@@ -26,7 +26,7 @@ struct Channel {
     LookAngles look;
     uint16_t state = StateSearching;
     std::array<uint8_t, 10> cno{}; // dB-Hz, one each 100 ms; 0 while searching
-    double lockedS = 0;            // how long the signal has been tracked
+    double lockedS = 0;            // time since the signal was locked
     bool used = false;             // in the fix
     bool corrected = false;        // by differential corrections
 
@@ -36,10 +36,10 @@ struct Channel {
 constexpr size_t ChannelCount = 12;
 
 struct Fix {
-    GpsTime time;             // the receiver's idea; counts from 0 while it is not known
+    GpsTime time;             // the receiver's own time; counts from 0 while the time is not known
     int32_t epochsBehind = 0; // 1024 weeks each, by which the firmware reports the date too early
     bool timeKnown = false;   // from a satellite, or from the clock that was kept over the restart
-    bool everFixed = false;   // since the last cold start: a position is known
+    bool everFixed = false;   // since the last cold start
     FixType type = FixType::None;
     bool differential = false;
     uint8_t used = 0; // satellites in the fix
@@ -62,7 +62,7 @@ struct Fix {
     uint16_t Week() const { return static_cast<uint16_t>(time.Week() - epochsBehind * WeeksPerEpoch); }
 };
 
-// Metres that the geoid lies above the ellipsoid; a slow made-up undulation of the right size.
+// Height of the geoid above the ellipsoid, m; an invented undulation of the right size.
 double GeoidSeparationM(const Geodetic& place);
 
 class Navigator
@@ -71,18 +71,18 @@ public:
     // `pivotWeek`: as in Config.
     Navigator(const Track& track, GpsTime start, uint64_t seed, std::optional<int32_t> pivotWeek = {});
 
-    // As if the receiver had run until just now: time and ephemeris data are kept. For a first hot start.
+    // Assumes that the receiver ran until now: time and ephemeris data are kept. For a first hot start.
     void Remember();
 
-    // Starts again at this time of the run; after that Update must be called with later times.
+    // Restarts at this time of the run; after that, Update must be called with later times.
     void Begin(Restart restart, double runSeconds);
 
-    // Computes the state at this moment of the run, at most some seconds after the last call's.
+    // Computes the state at this moment of the run, at most a few seconds after the moment of the last call.
     const Fix& Update(double runSeconds, const Settings& settings);
 
     const Fix& Current() const { return State; }
     void SetTrack(const Track& track) { World = track; }
-    // Until this moment of the run no signal arrives (a tunnel).
+    // No signal arrives until this moment of the run (a tunnel).
     void HideSkyUntil(double runSeconds) { HiddenUntil = runSeconds; }
     GpsTime TrueTime(double runSeconds) const;
     const std::vector<Satellite>& Visible() const { return VisibleNow; }

@@ -112,7 +112,7 @@ std::vector<std::string> GsvBodies(const Fix& fix)
                            static_cast<int>(std::lround(channel.look.azimuthDeg)) % 360);
             if (channel.MeanCno() > 0) body += Format("%02d", channel.MeanCno());
         }
-        // With nothing in view one group of empty fields keeps the sentence regular.
+        // If nothing is in view, one group of empty fields keeps the sentence regular.
         if (seen.empty()) body += ",,,,";
         bodies.push_back(body);
     }

@@ -16,7 +16,7 @@ Bytes FrameNmea(std::string_view body, bool checksum = true);
 uint8_t NmeaChecksum(std::string_view body); // exclusive or of all characters
 
 // The sentence bodies of one message (GSV has up to three), without '$' and checksum; empty for numbers
-// that nothing is sent for.
+// without a sentence.
 std::vector<std::string> NmeaBodies(NmeaMessage message, const Fix& fix, const Settings& settings);
 
 } // namespace receiver

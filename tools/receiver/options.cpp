@@ -27,7 +27,7 @@ bool ParsePosition(std::string_view text, Geodetic& place)
     return false;
 }
 
-// ---- Setters: each takes an option's value, and returns the reason if it makes no sense ----------------
+// ---- Setters: each takes an option's value, and returns the reason if it is invalid ----------------
 
 using Setter = std::string (*)(const std::string& value, Options& options);
 
@@ -143,7 +143,7 @@ struct Row {
     const char *group, *name, *value;
     Setter set;
     const char* description;
-    bool several = false; // each one given counts, not only the last
+    bool several = false; // repeated options all count, not only the last one
 };
 constexpr Row Rows[] = {
     {"Receiver", "--protocol", "nmea|sirf", SetProtocol,

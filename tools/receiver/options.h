@@ -21,8 +21,8 @@ struct Options {
     bool repeat = false, verbose = false;
 };
 
-// Fills `options`. Nothing when the receiver is to start; otherwise the program's exit code: after --help and
-// --version, or after one line on standard error about what is wrong.
+// Fills `options`. No value if the receiver has to start; otherwise the program's exit code: after --help and
+// --version, or after one line on standard error with the error.
 std::optional<int> ParseOptions(int argumentCount, const char* const* arguments, Options& options);
 
 } // namespace receiver

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// A recorded log in place of the receiver: its bytes, as they are, one after another.
+// A recorded log in place of the receiver: sends its bytes unchanged, one after another.
 
 #include "receiver.h"
 
@@ -10,7 +10,7 @@
 namespace receiver
 {
 
-// The file without its leading lines that begin with '#'. On failure nothing and a text in `error`.
+// The file without its leading lines that begin with '#'. On failure no value, with a text in `error`.
 std::optional<Bytes> ReadLog(const std::string& path, std::string& error);
 
 class Player

@@ -15,7 +15,7 @@ PowerCycle PowerCycleOf(const Settings& settings)
         if (period > pushToFixOnS) return {pushToFixOnS, period};
     }
     if (trickle.dutyPerMille > 0 && trickle.dutyPerMille < 1000) {
-        // Milliseconds by per mille are seconds. A fix takes place at most once a second.
+        // Milliseconds divided by per mille are seconds. There is at most one fix per second.
         const double period = static_cast<double>(trickle.onTimeMs) / trickle.dutyPerMille;
         return {trickle.onTimeMs * 0.001, std::max(1.0, period)};
     }

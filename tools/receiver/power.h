@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// Power saving: when the receiver sleeps between fixes.
+// Power saving: the times at which the receiver sleeps between fixes.
 
 #include "settings.h"
 
@@ -13,7 +13,7 @@ struct PowerCycle {
     bool Continuous() const { return periodS <= 0; }
 };
 
-// The cycle that the settings ask for.
+// The cycle that follows from the settings.
 PowerCycle PowerCycleOf(const Settings& settings);
 
 struct PowerState {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// A small random source of our own: equal seeds give equal runs with every compiler and library.
+// A small random generator: equal seeds give equal runs with every compiler and library.
 
 #include <cmath>
 #include <cstdint>

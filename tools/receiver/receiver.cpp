@@ -17,7 +17,7 @@ namespace
 
 constexpr double BootS = 0.8; // from a reset to the start-up text
 constexpr double LongAgo = -1e9, Never = 1e18;
-constexpr double Tolerance = 1e-6; // of moments that were added up
+constexpr double Tolerance = 1e-6; // rounding error of added times
 
 } // namespace
 
@@ -49,7 +49,8 @@ void Receiver::RestartAs(Restart kind, bool factoryReset)
 
 void Receiver::SwitchTo(Protocol protocol, uint32_t rate)
 {
-    // Bytes that are not on the line yet would be sent at the new rate; only an answer just queued stays.
+    // Bytes that are not yet on the line would be sent at the new rate; only an answer that was just queued
+    // stays.
     std::erase_if(Output, [](const Burst& burst) { return !burst.answer; });
     Kept.protocol = protocol;
     Kept.lineRate = rate;
@@ -97,7 +98,7 @@ void Receiver::SendPeriodic(Bytes message)
 {
     size_t waiting = 0;
     for (const Burst& burst : Output) waiting += burst.bytes.size();
-    if (waiting * 10 > Kept.lineRate * 3 / 2) { // more than 1.5 s of the line
+    if (waiting * 10 > Kept.lineRate * 3 / 2) { // more than the line can send in 1.5 s
         ++MessagesDropped;
         return;
     }
@@ -192,11 +193,11 @@ void Receiver::Epoch()
 
     const PowerCycle cycle = PowerCycleOf(Kept);
     if (!cycle.Continuous()) {
-        if (!Power.Cycling && fix.Valid()) { // power is saved from the first fix on
+        if (!Power.Cycling && fix.Valid()) { // power saving begins with the first fix
             Power.Cycling = true;
             Power.WokeAt = Now;
         }
-        // The last fix before it sleeps; the next one comes with waking up.
+        // The last fix before it sleeps; the next one follows when it wakes up.
         if (Power.Cycling && Power.WokeAt + cycle.onS <= NextEpoch + Tolerance) NextEpoch = Never;
     }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// The receiver without its terminal: fed with the host's bytes and with the time of the run, it queues
-// the bytes that it sends. No clock, no file, no thread: equal input gives equal output.
+// The receiver without its terminal: it takes the host's bytes and the time of the run, and queues the bytes
+// that it sends. It uses no clock, no file and no thread: equal input gives equal output.
 
 #include "host_input.h"
 #include "navigation.h"
@@ -19,7 +19,7 @@
 namespace receiver
 {
 
-// One message on its way to the host, at the line rate that held when it was queued.
+// One message on its way to the host, at the line rate that was set when it was queued.
 struct Burst {
     Bytes bytes;
     uint32_t rate = 4800;
@@ -31,7 +31,7 @@ struct CommandList {
     std::set<int> mids, polls, psrf;
 };
 
-// A set command's byte that comes back as another one, although the command was acknowledged.
+// A byte of a set command that is reported with another value, although the command was acknowledged.
 struct Alteration {
     uint8_t mid = 0, offset = 0, value = 0; // offset from the MID
 };
@@ -40,13 +40,13 @@ struct Config {
     Track track;
     GpsTime start;
     uint64_t seed = 1;
-    Protocol protocol = Protocol::Nmea; // factory protocol and rate: a factory reset comes back to them
+    Protocol protocol = Protocol::Nmea; // factory protocol and rate: a factory reset restores them
     uint32_t lineRate = 4800;
     Restart firstStart = Restart::Cold;
     std::string version = "GSW3.1.1-SW 1.00";
-    CommandList refused; // that this firmware does not know
-    // Old firmware takes the week for the first one from here on that it can be, and so reports dates that
-    // lie whole 1024 weeks back. Without it the date is right.
+    CommandList refused; // commands that this firmware does not know
+    // Old firmware assumes the first possible week from this one on, and so reports dates that are a multiple
+    // of 1024 weeks too early. Without this value the date is right.
     std::optional<int32_t> pivotWeek;
     bool wrap = false; // each SiRF message inside an EE message, as some two-part firmware sends them
 };
@@ -59,17 +59,17 @@ public:
     // One byte from the host, as the receiver's own line interface has read it.
     void HostByte(uint8_t byte);
 
-    // Lets the run come to this moment; never goes back.
+    // Runs up to this moment; never goes back.
     void Advance(double runSeconds);
 
-    // Bytes that wait to be sent. The code that drives the line takes bursts from the front.
+    // Bytes that wait to be sent. The line takes bursts from the front.
     std::deque<Burst> Output;
 
     // ---- used by the command and output files ----
     void Send(Bytes message);                             // an answer: always queued
     void Answer(const Bytes& payload);                    // the same for a SiRF payload
     void SendPeriodic(Bytes message);                     // dropped when the line cannot keep up
-    void SwitchTo(Protocol protocol, uint32_t rate);      // forgets what was not sent yet
+    void SwitchTo(Protocol protocol, uint32_t rate);      // discards the bytes that were not sent yet
     void SwitchForHost(Protocol protocol, uint32_t rate); // the same, with the faults of a switch
     void RestartAs(Restart kind, bool factoryReset);
 
@@ -88,12 +88,12 @@ public:
     } Started;
 
     // ---- faults, set from outside at any time ----
-    double FrozenUntil = -1; // hears nothing, says nothing
-    double SilentUntil = -1; // hears, says nothing
+    double FrozenUntil = -1; // receives nothing, sends nothing
+    double SilentUntil = -1; // receives, sends nothing
     double FreezeAfterSwitchS = 0;
     double WrongChecksumChance = 0; // per message
-    uint32_t SwitchLandsAt = 0;     // the rate that a host's switch ends at; 0: the one that was asked for
-    uint32_t SwitchesIgnored = 0;   // so many more of the host's switches change nothing
+    uint32_t SwitchLandsAt = 0;     // the rate after a host's switch; 0: the requested one
+    uint32_t SwitchesIgnored = 0;   // this number of the host's next switches has no effect
     CommandList Muted;              // not carried out and not answered
     std::vector<Alteration> Altered;
 
@@ -116,7 +116,7 @@ private:
     PowerState Power;
     double NextEpoch = 0, BootAt = 0;
     bool Booted = false;
-    std::array<double, NmeaMessageCount> NmeaSent{}; // when, seconds of the run
+    std::array<double, NmeaMessageCount> NmeaSent{}; // time, seconds of the run
     std::array<double, 256> SirfSent{};
     NmeaInput NmeaCommand;
     SirfInput SirfCommand;

@@ -23,7 +23,7 @@ std::string_view Trimmed(std::string_view text)
     return text.substr(from, text.find_last_not_of(Blanks) - from + 1);
 }
 
-// Takes the first word off `text`.
+// Removes the first word from `text`.
 std::string_view Word(std::string_view& text)
 {
     text = Trimmed(text);
@@ -32,7 +32,7 @@ std::string_view Word(std::string_view& text)
     return word;
 }
 
-// Each takes the text after an action's name; false when it makes no sense.
+// Each takes the text after an action's name; false if it is invalid.
 using Taker = bool (*)(std::string_view text, Action& action);
 
 bool TakeNothing(std::string_view text, Action&)
@@ -100,7 +100,7 @@ struct VerbRow {
     Verb verb;
     Taker take;
     std::string_view takes; // for an error
-    bool isFault = false;   // can stand from the start on
+    bool isFault = false;   // can be set at the start
 };
 constexpr std::string_view Chance = "a number from 0 to 1", Seconds = "seconds from 0 to 1000000",
                            Commands = "a list like 170,?139,PSRF106";

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// Scripts: what happens when. One action a line, "TIME VERB [VALUE]...", '#' begins a comment.
+// Scripts: lists of timed actions. One action per line, "TIME VERB [VALUE]..."; '#' begins a comment.
 
 #include "receiver.h"
 
@@ -41,24 +41,24 @@ struct Action {
     std::string text;
 };
 
-// The faults that can stand from the start on, by their names.
+// The faults that can be set at the start, by their names.
 bool IsFault(std::string_view name);
 std::string FaultNames(); // "lose, flip, ..."
 
 // "hot", "warm" or "cold".
 std::optional<Restart> RestartByName(std::string_view name);
 
-// One action without its time, such as "lose 0.01". On failure nothing and a text in `error`.
+// One action without its time, such as "lose 0.01". On failure no value, with a text in `error`.
 std::optional<Action> ParseAction(std::string_view text, std::string& error);
 
-// A whole script, in order of time; an error names file and line.
+// A whole script, in order of time; an error contains file and line.
 std::optional<std::vector<Action>> ReadScript(const std::string& path, std::string& error);
 
-// "170,?139,PSRF106": adds to `commands`; false when an item is neither a MID (1..255), nor '?' and the MID
-// of a poll, nor PSRF and a number.
+// Adds a list such as "170,?139,PSRF106" to `commands`. False if an item is not a MID (1..255), '?' with the
+// MID of a poll, or PSRF with a number.
 bool ParseCommandList(std::string_view list, CommandList& commands);
 
-// "139:4:99", offset and value 0..255; nothing for anything else.
+// Reads "139:4:99", with offset and value 0..255; no value for any other text.
 std::optional<Alteration> ParseAlteration(std::string_view text);
 
 std::optional<Protocol> ProtocolByName(std::string_view name);

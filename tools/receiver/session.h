@@ -17,16 +17,16 @@ class Session
 public:
     Session(const Config& config, std::vector<Action> script, std::optional<Player> player);
 
-    // Comes to this moment: `fromHost` was written by the host since the last step, `hostRate` is the rate
-    // it has set (0: the receiver's own). Returns the bytes that have reached the host.
+    // Runs up to this moment. The host has written `fromHost` since the last step; `hostRate` is the host's
+    // rate (0: the same as the receiver's). Returns the bytes that have reached the host.
     Bytes Step(double runSeconds, const Bytes& fromHost, uint32_t hostRate);
 
     bool Quitting() const { return Quit; }
     bool PlayEnded() const { return Play && Play->Ended() && Sim.Output.empty() && Wire.Idle(); }
-    // The terminal is to be away until this moment.
+    // The terminal is removed until this moment.
     double VanishedUntil() const { return Vanished; }
 
-    // One line about how things stand.
+    // One line with the current state.
     std::string Status(uint32_t hostRate, bool hostPresent) const;
 
     void Perform(const Action& action);

@@ -44,7 +44,7 @@ std::vector<const Channel*> UsedChannels(const Fix& fix)
     return used;
 }
 
-// A made-up but steady correction for each satellite, metres.
+// An invented but constant correction for each satellite, m.
 double CorrectionM(uint8_t sv, double runSeconds)
 {
     return (sv * 37 % 100) * 0.05 - 2.5 + 0.3 * std::sin(runSeconds / 90.0 + sv);

@@ -26,11 +26,11 @@ struct Report {
     bool awake;
 };
 
-// The payloads of one message id; several for the ids that carry one satellite each (28, 29), none for an
-// id that this receiver does not send or that has nothing to report now.
+// The payloads of one message id; several for the ids with one satellite per message (28, 29), none for an id
+// that this receiver does not send or for which it has no data now.
 std::vector<Bytes> SirfPayloads(uint8_t mid, const Report& report);
 
-// The ids that SirfPayloads knows as periodic messages, in their order within a second.
+// The ids of the periodic messages, in their order within a second.
 std::span<const uint8_t> PeriodicMids();
 
 Bytes SoftwareVersion(std::string_view version);            // MID 6, 81 bytes

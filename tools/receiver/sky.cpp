@@ -24,7 +24,8 @@ constexpr SbasSatellite SbasTable[] = {
 Vector3 GpsPosition(int prnIndex, GpsTime time, uint64_t seed)
 {
     const int plane = prnIndex % Planes, slot = prnIndex / Planes;
-    // Slots of a plane stand unevenly, as they do in the sky, and neighbouring planes are shifted.
+    // The slots of a plane have unequal distances, as in the real constellation, and neighbouring planes are
+    // shifted.
     static constexpr double slotDeg[SlotsPerPlane] = {0.0, 61.0, 134.0, 212.0, 283.0};
     const double phaseDeg = slotDeg[slot] + 23.0 * plane + static_cast<double>(seed % 360);
     const double t = time.Seconds();

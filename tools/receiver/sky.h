@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// The satellites: a GPS constellation that moves like the real one, and the geostationary SBAS satellites.
+// The satellites: a GPS constellation with realistic motion, and the geostationary SBAS satellites.
 
 #include "geodesy.h"
 #include "gps_time.h"
@@ -29,7 +29,7 @@ struct SbasSatellite {
 };
 std::span<const SbasSatellite> SbasSatellites();
 
-// Everything above the horizon, highest first. `seed` turns the constellation.
+// All satellites above the horizon, highest first. `seed` rotates the constellation.
 std::vector<Satellite> VisibleSatellites(const Geodetic& from, GpsTime time, uint64_t seed);
 
 } // namespace receiver

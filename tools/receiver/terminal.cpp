@@ -38,7 +38,7 @@ std::string Failed(const char* what)
     return std::string(what) + ": " + std::strerror(errno);
 }
 
-// A link of an earlier run may be replaced; anything else at that place is somebody's file.
+// A link of an earlier run may be replaced; any other file at that place belongs to the user.
 bool PlaceLink(const std::string& target, const std::string& link, std::string& error)
 {
     char old[1];
@@ -62,8 +62,8 @@ bool Terminal::Open(const std::string& link, uint32_t rate, std::string& error)
         return false;
     }
     SlavePath = path;
-    // Opened and closed once: it keeps the settings, and from now on it can be found out if a program has it
-    // open.
+    // Opened and closed once: the terminal keeps the settings, and from now on it is possible to find out if
+    // a program has it open.
     const int slave = open(path, O_RDWR | O_NOCTTY | O_CLOEXEC);
     termios settings{};
     if (slave < 0 || tcgetattr(slave, &settings) != 0) {
@@ -91,7 +91,7 @@ bool Terminal::Open(const std::string& link, uint32_t rate, std::string& error)
 void Terminal::Close()
 {
     if (!Link.empty()) {
-        // Only our own link: another receiver may have taken the name over.
+        // Removes only our own link: another receiver may use the name now.
         char target[128];
         const ssize_t length = readlink(Link.c_str(), target, sizeof target);
         if (length > 0 && SlavePath == std::string(target, static_cast<size_t>(length))) unlink(Link.c_str());
@@ -109,8 +109,8 @@ bool Terminal::HostPresent()
     poll(&fd, 1, 0);
     const bool present = (fd.revents & POLLHUP) == 0;
     if (Present && !present) {
-        // The next one starts with an empty port. Only the other side can empty its own queue, into which the
-        // kernel may still be moving what was written last.
+        // The next program starts with an empty port. Only the other side can empty its own queue, into which
+        // the kernel may still be moving the last bytes.
         constexpr int SettleMs = 50;
         const int slave = open(SlavePath.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
         if (slave >= 0) {
@@ -157,7 +157,7 @@ void Terminal::Wait(int milliseconds)
         poll(&fd, 1, milliseconds);
         return;
     }
-    // A hung-up terminal would end every poll at once.
+    // A disconnected terminal would end every poll immediately.
     const timespec pause{milliseconds / 1000, milliseconds % 1000 * 1000000L};
     nanosleep(&pause, nullptr);
 }

@@ -89,13 +89,13 @@ std::optional<TrackKind> TrackByName(std::string_view name)
 
 Motion MotionAt(const Track& track, double seconds)
 {
-    // Ahead rather than around the moment: a rest has speed 0 from its first instant.
+    // The speed is measured after the moment, not around it: a rest has speed 0 from its first instant.
     constexpr double stepS = 0.1;
     Motion motion;
     motion.place = PlaceAt(track, seconds);
     const Local way = Offset(motion.place, PlaceAt(track, seconds + stepS));
     motion.velocity = {way.east / stepS, way.north / stepS, way.up / stepS};
-    // A recorded track that starts again jumps; that is no speed.
+    // A recorded track jumps when it starts again; this jump is not a speed.
     if (std::hypot(motion.velocity.east, motion.velocity.north) > 600.0) motion.velocity = {};
     return motion;
 }

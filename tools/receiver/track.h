@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// Where the receiver truly is: a position and a velocity for every moment of a run.
+// The receiver's true motion: a position and a velocity for every moment of a run.
 
 #include "geodesy.h"
 
@@ -17,7 +17,7 @@ struct Motion {
     Local velocity; // m/s
 };
 
-struct TrackPoint { // a place at a time of the run
+struct TrackPoint { // a position at a time of the run
     double seconds = 0;
     Geodetic place;
 };
@@ -30,17 +30,17 @@ struct Track {
     std::vector<TrackPoint> points; // Points only: at least one, times ascending
 };
 
-// One of TrackNames; nothing for another name.
+// One of TrackNames; no value for another name.
 constexpr std::string_view TrackNames = "still, circle, walk, eight";
 std::optional<TrackKind> TrackByName(std::string_view name);
 
-// The motion after this many seconds. Circle: 200 m at 10 m/s. Eight: 12 m/s at most, rising and
-// sinking 5 m. Walk: a 150 m square at 1.4 m/s with a rest of 20 s at each corner. Points: along straight
-// lines from point to point, from the start again after the last one.
+// The motion after this many seconds. Circle: 200 m at 10 m/s. Eight: 12 m/s at most, rising and sinking 5 m.
+// Walk: a 150 m square at 1.4 m/s with a rest of 20 s at each corner. Points: along straight lines from point
+// to point; after the last one, from the start again.
 Motion MotionAt(const Track& track, double seconds);
 
-// Points of a GPX file (trkpt, else rtept or wpt), timed by their <time>, or at `speedMps` without.
-// On failure nothing, and a text without line end in `error`.
+// Points of a GPX file (trkpt, else rtept or wpt), timed by their <time>, or at `speedMps` if they have none.
+// On failure no value, with a text without line end in `error`.
 std::optional<std::vector<TrackPoint>> ReadGpx(const std::string& path, double speedMps, std::string& error);
 
 } // namespace receiver

@@ -30,7 +30,8 @@ void MismatchedUart::Rest(size_t bits, Bytes& read)
 
 void MismatchedUart::Sample(Bytes& read)
 {
-    // A reader looks for the edge sixteen times in each of its bits, then takes the middle of ten bits.
+    // A reader samples sixteen times per bit to find the falling edge; then it samples the middle of each of
+    // ten bits.
     const double step = BitsPerSample / 16.0;
     while (Position + 10.0 * BitsPerSample < static_cast<double>(Wire.size())) {
         const bool high = Level(Position);
@@ -43,7 +44,7 @@ void MismatchedUart::Sample(Bytes& read)
         for (int bit = 0; bit < 8; ++bit) {
             if (Level(Position + (1.5 + bit) * BitsPerSample)) byte = static_cast<uint8_t>(byte | 1 << bit);
         }
-        read.push_back(byte); // with or without a proper stop bit: drivers deliver it all the same
+        read.push_back(byte); // drivers deliver the byte even without a correct stop bit
         Position += 9.5 * BitsPerSample;
         WasHigh = Level(Position);
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// The bytes that a serial line interface reads when the sender has another rate: the levels on the wire,
-// sampled at the wrong times. This is where the familiar garbage comes from.
+// The bytes that a serial line interface reads if the sender has another rate: the levels on the wire,
+// sampled at the wrong times. The result is the well-known garbage.
 
 #include "big_endian.h"
 
@@ -14,11 +14,11 @@ namespace receiver
 class MismatchedUart
 {
 public:
-    // Forgets what is on the wire. Rates in bits per second, above 0.
+    // Forgets the state of the wire. Rates in bits per second, above 0.
     void SetRates(uint32_t sender, uint32_t reader);
 
-    // Ten bit times of the sender with one byte, or `bits` bit times of a resting line. What the reader has
-    // made of the wire so far is appended to `read`.
+    // Ten bit times of the sender with one byte, or `bits` bit times of an idle line. The bytes that the
+    // reader has completed are appended to `read`.
     void Byte(uint8_t byte, Bytes& read);
     void Rest(size_t bits, Bytes& read);
 

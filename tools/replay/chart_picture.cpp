@@ -14,7 +14,7 @@
 namespace
 {
 
-// A picture is packed by zlib alone: Debian has no PNG library for Windows, where this tool runs as well.
+// A picture is packed with zlib only: Debian has no PNG library for Windows, where this tool also runs.
 
 void AppendNumber(std::string& bytes, uint32_t number)
 {

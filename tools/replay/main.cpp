@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// toravane-replay: recorded receiver logs through the program's own reception.
+// toravane-replay: feeds recorded receiver logs to the program's own reception.
 #include "common/command_line.h"
 #include "options.h"
 #include "replay.h"

@@ -68,7 +68,7 @@ constexpr Flag Ways[] = {{"--zero", &ReplayOptions::zero,
                           "print samples and pages as soon as they change, for a pipe that\n"
                           "stays open; pages are separated by an empty line"}};
 
-// "WxH"; nothing but digits on both sides.
+// Reads "WxH"; only digits on both sides.
 std::string TakeSize(const std::string& text, ReplayOptions& options)
 {
     const size_t cross = text.find('x');

@@ -17,7 +17,7 @@
 namespace
 {
 
-constexpr int SignificantDigits = 17; // each value is found again from its text
+constexpr int SignificantDigits = 17; // enough digits to restore each value from its text
 
 } // namespace
 

@@ -11,4 +11,4 @@ void PrintSample();                                           // the channels' v
 std::string PageText();                                       // 19 lines, UTF-8
 void PrintStats();                                            // four lines
 void PrintMessages();                                         // the receiver's text
-void PrintCommands(const std::vector<std::string>& commands); // one on a line
+void PrintCommands(const std::vector<std::string>& commands); // one per line

@@ -35,8 +35,7 @@ void ZeroAtFirstSample()
     RecordGraphSample();
 }
 
-// Bytes through the reception, message by message, with the sample that each may make; more than one it
-// cannot.
+// Feeds bytes to the reception, message by message; each message makes at most one sample.
 void FeedBytes(const unsigned char* bytes, size_t count, const ReplayOptions& options)
 {
     while (count) {
@@ -50,7 +49,7 @@ void FeedBytes(const unsigned char* bytes, size_t count, const ReplayOptions& op
     }
 }
 
-// The page as it is now, if it is another than last time.
+// The current page, if it has changed since the last time.
 void PrintChangedPage(std::string& last)
 {
     std::string page = PageText();
@@ -59,8 +58,8 @@ void PrintChangedPage(std::string& last)
     last = std::move(page);
 }
 
-// Bytes from a file: at least one, or all that are there; none at its end. A stream that stays open is not
-// waited for until the buffer is full.
+// Reads the available bytes of a file, at least one; none at its end. Does not wait until the buffer is full,
+// because a stream may stay open.
 size_t ReadSome(std::FILE* file, unsigned char* buffer, size_t size, bool follow)
 {
     if (!follow) return std::fread(buffer, 1, size, file);

@@ -4,6 +4,6 @@
 
 #include "options.h"
 
-// Feeds the files through a freshly started system's reception and prints what the options ask for. A file
-// that cannot be read or written ends the process. False when no valid message was in them.
+// Feeds the files to the reception of a freshly started system and prints the output that the options select.
+// A file that cannot be read or written ends the process. False if the files contain no valid message.
 bool Replay(const ReplayOptions& options);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A stand-in for the SBAS dialog, so that the decoders compute the sky.
+// A replacement for the SBAS dialog, so that the decoders compute the sky.
 #pragma once
 
 void OpenSkyDialog();

@@ -9,11 +9,11 @@
 namespace
 {
 
-constexpr double SliceMs = 16;    // as long as a picture of the screen
+constexpr double SliceMs = 16;    // the duration of one frame of the screen
 constexpr size_t SmallRun = 32;   // bytes: shorter than a message with a fix
 constexpr double LongestGapS = 5; // between two fixes; a pause of the recording is cut to this
 constexpr double SecondsOfDay = 86400;
-constexpr double BytesPerSecond = 115200 / 10.0; // between fixes no log was faster
+constexpr double BytesPerSecond = 115200 / 10.0; // no recorded log has fixes in shorter intervals
 
 double FixSeconds()
 {
@@ -54,7 +54,7 @@ std::string LogPlayer::Read(size_t most, uint32_t)
         count = std::min(most, SmallRun);
         Due += static_cast<double>(count) * 1000 / BytesPerSecond / Speed;
     } else if (web::PageTime() - SliceBegun > SliceMs) {
-        memory::YieldTurn(); // to the window, which shows how far it has come
+        memory::YieldTurn(); // to the window, which shows the progress
         web::Breathe();
         SliceBegun = web::PageTime();
     }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A recorded log as a port of the page: at once, or with the time that passes between its fixes.
+// A recorded log as a port of the page: played at once, or with the time between its fixes.
 #pragma once
 
 #include "platform/web/web.h"
@@ -11,7 +11,7 @@ public:
 
     void Open() override {}
     std::string Read(size_t most, uint32_t rate) override;
-    void Write(std::string_view, uint32_t) override {} // a log hears nothing
+    void Write(std::string_view, uint32_t) override {} // a log ignores all bytes that are sent to it
     uint64_t NextBytes() override;
 
     void Play(int32_t speed, bool paused); // 0: at once, else times real time
@@ -27,6 +27,6 @@ private:
     size_t Place = 0;
     uint32_t Samples = 0;  // recorded from the log so far
     double LastFix = -1;   // seconds of its day
-    double Due = 0;        // when the next bytes are, milliseconds of the page's clock
-    double SliceBegun = 0; // when the page had its last turn
+    double Due = 0;        // time of the next bytes, milliseconds of the page's clock
+    double SliceBegun = 0; // time of the last call by the page
 };

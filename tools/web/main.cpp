@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The program for the page: which port it begins with, what the page asks of it, and what it reports.
+// The program for the page: the port that it uses first, the requests of the page, and its reports.
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -25,13 +25,13 @@ constexpr int32_t ReceiverPort = 0, LogPort = 9;
 constexpr int32_t ReceiverRate = 4800, LogRate = 115200;
 constexpr const wchar_t* SettingsPath = L"Software\\Quenmark\\Toravane";
 constexpr uint64_t Settling = 2'000'000; // microseconds that opening a port takes
-// The software receiver is ahead by this much, so that everything it sends has come once, microseconds.
+// The software receiver is ahead by this time, so that each of its messages has arrived once; microseconds.
 constexpr uint64_t FirstFixes = 7'000'000;
 constexpr double ReportMs = 200; // between two reports of a log's progress
-constexpr int MostDialogs = 10;  // that lie over each other
+constexpr int MostDialogs = 10;  // windows above each other
 
 std::shared_ptr<LogPlayer> Player; // null: no log
-int32_t Substitute = -1;           // port that was opened in place of a stored one
+int32_t Substitute = -1;           // port that was opened instead of the stored one
 
 // ---- Reports ------------------------------------------------------------------------------------------
 
@@ -105,7 +105,7 @@ void Open(int32_t port, int32_t rate)
     PortOpen(PortNameTable[port], static_cast<uint32_t>(rate));
 }
 
-// Once no dialog is open, closes the port and goes on with `act`.
+// When no dialog is open, closes the port and continues with `act`.
 void WithPortClosed(std::function<void()> act, int dialogs = MostDialogs)
 {
     web::Enqueue([=] {

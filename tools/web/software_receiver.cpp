@@ -6,19 +6,19 @@
 namespace
 {
 
-constexpr size_t MostArrived = 1 << 16; // bytes, as of a driver that nobody reads
+constexpr size_t MostArrived = 1 << 16; // bytes, like the buffer of a driver
 
-// Bytes come in few portions, because each of them may have the page painted anew; at once while a dialog is
-// open, which may wait for an answer or show how fast the line is.
+// Bytes are delivered in few portions, because the page may be painted after each of them. While a dialog is
+// open they are delivered immediately, because it may wait for an answer or show the rate of the line.
 constexpr uint64_t NextLook = 300'000; // microseconds
-constexpr double LongestPortion = 1;   // seconds, if the line never rests
+constexpr double LongestPortion = 1;   // seconds, if the line is never idle
 
 double Seconds()
 {
     return static_cast<double>(memory::Now()) / 1e6;
 }
 
-// A walk where the chart's bands stand as long as nobody has moved them.
+// A walk within the default bands of the chart.
 receiver::Config Setup(uint64_t ahead)
 {
     receiver::Config config;
@@ -45,7 +45,7 @@ SoftwareReceiver::SoftwareReceiver(uint64_t ahead)
 void SoftwareReceiver::Open()
 {
     Run(0);
-    Arrived.clear(); // what came while nobody listened is lost
+    Arrived.clear(); // bytes that arrive while nobody listens are lost
     Portion = 0;
 }
 

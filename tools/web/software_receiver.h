@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The receiver in software as a port of the page: it streams without anything plugged in.
+// The software receiver as a port of the page: it sends data without any connected device.
 #pragma once
 
 #include "platform/web/web.h"
@@ -9,7 +9,8 @@
 class SoftwareReceiver : public web::Device
 {
 public:
-    // Its clock is right once the program's has run ahead of the page's by so many microseconds.
+    // Its clock is right after the program's clock has run ahead of the page's clock by this number of
+    // microseconds.
     explicit SoftwareReceiver(uint64_t ahead);
     void Open() override;
     std::string Read(size_t most, uint32_t rate) override;
@@ -25,5 +26,5 @@ private:
     std::string Arrived;
     size_t Portion = 0; // bytes of it that can be read
     double Begun;
-    double HandedOut = 0; // when the last portion began, seconds
+    double HandedOut = 0; // time at which the last portion began, seconds
 };

@@ -10,7 +10,7 @@
 namespace
 {
 
-constexpr UINT AnswerMs = 5000; // a window that has not answered by then is reported as hanging
+constexpr UINT AnswerMs = 5000; // after this time, a window that does not answer is reported as hanging
 
 // ---- Words --------------------------------------------------------------------------------------------
 
@@ -143,7 +143,7 @@ Json SetText(const Words& words)
     return Done();
 }
 
-// Presses a button the way a user can: not while it, or the window that it stands in, is disabled.
+// Presses a button like a user: not while the button or its window is disabled.
 Json Click(const Words& words)
 {
     const HWND button = Window(words[1]);
@@ -187,7 +187,7 @@ Json ListItems(const Words& words)
     return {{"items", items}, {"selection", int(Send(list, kind.selection, 0, 0))}};
 }
 
-// Selects an item by its place and notifies the dialog, like a choice by hand.
+// Selects an item by its index and notifies the dialog, as if the user had chosen it.
 Json Select(const Words& words)
 {
     const HWND list = Window(words[1]);
@@ -322,7 +322,7 @@ Json Page(const Words& words)
     return {{"lines", lines}};
 }
 
-// Paints one black pixel into a window, without its program.
+// Paints one black pixel into a window, without help of its program.
 Json Dot(const Words& words)
 {
     const HWND window = Window(words[1]);

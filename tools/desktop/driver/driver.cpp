@@ -45,7 +45,7 @@ int main()
 {
     std::ios::sync_with_stdio(false);
     for (std::string line; std::getline(std::cin, line);) {
-        // Ill-formed text becomes U+FFFD.
+        // Invalid text becomes U+FFFD.
         std::cout << Answer(line).dump(-1, ' ', false, Json::error_handler_t::replace) << std::endl;
     }
 }

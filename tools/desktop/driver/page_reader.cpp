@@ -26,7 +26,7 @@ struct Pixels {
     }
 };
 
-// A memory context with pixels of its own, white at first.
+// A memory context with its own pixels, white at first.
 class Canvas
 {
 public:
@@ -89,7 +89,7 @@ static Alphabet DrawAlphabet()
     RECT measured = {};
     DrawTextW(canvas.Context, L"A", 1, &measured, DT_CALCRECT | DT_SINGLELINE);
     Alphabet alphabet{int(measured.right), int(measured.bottom), {}};
-    for (wchar_t c = 0xFF; c >= L' '; c--) { // of characters that look alike, the lower one is kept
+    for (wchar_t c = 0xFF; c >= L' '; c--) { // of characters with the same pixels, the lower one is kept
         if (c > L'~' && c < 0xA1) continue;
         RECT cell = {0, 0, alphabet.cellWidth, alphabet.cellHeight};
         PatBlt(canvas.Context, 0, 0, 64, 64, WHITENESS);
