@@ -14,8 +14,8 @@
 #   toravane-VERSION.spdx.json      what all of it is made of
 #   SHA256SUMS                      checksums of the files above
 #
-# --here takes the files as they are, committed or not, and programs for Windows and the page as they were built here.
-# --site makes the web site into build/site/ instead: pages, guide, protocols, and the packages that are there.
+# --here takes the current files, committed or not, and the programs for Windows and the page that were built here.
+# --site makes the web site in build/site/ instead: pages, guide, protocols, and the existing packages.
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -33,7 +33,7 @@ case "${1:-}" in
 esac
 tools/install_packages.sh packaging web
 
-# Packages are dated by the release, not by the day on which they are made.
+# Packages have the date of the release, not of the day on which they are made.
 changelog() {
     dpkg-parsechangelog --file packaging/debian/changelog --show-field "$1"
 }
@@ -46,7 +46,7 @@ grep -q "^project(toravane VERSION $version " CMakeLists.txt || {
     exit 1
 }
 
-# dated FOLDER: gives everything below the release's date.
+# dated FOLDER: gives all files in it the release's date.
 dated() {
     find "$1" -exec touch --no-dereference --date "@$SOURCE_DATE_EPOCH" {} +
 }

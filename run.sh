@@ -3,11 +3,11 @@
 # Usage: ./run.sh --web [--port NUMBER]
 #        ./run.sh [--help] [--pocketpc | --smartphone] [--sirf] [--cold] [DEVICE [RATE]]
 #
-# Installs what is missing, builds, and shows a receiver's data in the program, through Wine.
+# Installs missing packages, builds, and shows a receiver's data in the program, through Wine.
 #
 #   ./run.sh                      the software receiver, moving along a track
-#   ./run.sh --sirf               the same, speaking SiRF binary instead of NMEA
-#   ./run.sh --cold               the same from a cold start: it looks for satellites first (with --sirf too)
+#   ./run.sh --sirf               the same, in SiRF binary instead of NMEA
+#   ./run.sh --cold               the same from a cold start: it searches for satellites first (also with --sirf)
 #   ./run.sh --pocketpc           the program as on a Pocket PC: a touch screen of 240 x 320
 #   ./run.sh --smartphone         as on a Smartphone: 176 x 220 and a keypad. The arrows and Enter are its joystick,
 #                                 Escape is Back, F1 and F2 are the soft keys
@@ -15,8 +15,8 @@
 #   ./run.sh /dev/ttyUSB0         a real receiver at 4800 baud
 #   ./run.sh /dev/ttyUSB0 57600   the same at another rate, 1200 to 115200
 #
-# With a display the window stays until it is closed. Without one the program runs for about 20 seconds
-# (60 from a cold start) on a display in memory, and screenshots are left in build/run/.
+# With a display the window stays until it is closed. Without a display the program runs for about 20 seconds (60 from a
+# cold start) on a display in memory, and screenshots are saved in build/run/.
 set -euo pipefail
 cd "$(dirname "$0")"
 

@@ -9,7 +9,7 @@ import json
 import subprocess
 import sys
 
-# Debian package, licence, and what is in our files of it.
+# Debian package, licence, and the parts of it in our files.
 PARTS = (
     ("g++-mingw-w64-x86-64-posix", "GPL-3.0-or-later WITH GCC-exception-3.1", "run-time library of toravane.exe"),
     ("mingw-w64-x86-64-dev", "LicenseRef-public-domain-or-permissive", "run-time library of toravane.exe"),

@@ -1,6 +1,6 @@
 #!/usr/bin/env -S /usr/bin/python3 -B
 # SPDX-License-Identifier: MIT
-"""Puts the pictures of an icon file into a folder of icon themes, each as a PNG of its size.
+"""Writes the pictures of an icon file to a folder of icon themes, each as a PNG of its size.
 
 Usage: icons.py FILE.ico FOLDER
 """

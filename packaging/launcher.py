@@ -1,6 +1,6 @@
 #!/usr/bin/python3 -B
 # SPDX-License-Identifier: MIT
-"""The command toravane: finds the serial ports, and starts the program in a Wine prefix of its own."""
+"""The command toravane: finds the serial ports, and starts the program in its own Wine prefix."""
 
 import argparse
 import contextlib
@@ -18,8 +18,8 @@ from prefix import MemoryDisplay, PrefixInUse, Rates, Wine, display_reachable, e
 Here = Path(__file__).resolve().parent
 Program = Here / "toravane.exe"
 UsualRate = 4800
-UnseenSeconds = 60  # an action takes twelve; longer, and it waits for a user who is not there
-Actions = ("StaticNavigationOn", "StaticNavigationOff")  # the program's own command lines
+UnseenSeconds = 60  # an action takes twelve; after a longer time it is waiting for a user who is not present
+Actions = ("StaticNavigationOn", "StaticNavigationOff")  # the command lines of the program itself
 
 Usage = """\
 toravane [DEVICE [RATE]]
@@ -45,7 +45,7 @@ examples:
 
 
 def refuse_word(parser, word):
-    """Ends with an error about a word that is neither an action nor the path of a device."""
+    """Ends with an error for a word that is neither an action nor the path of a device."""
     lower = {action.lower(): action for action in Actions}
     near = difflib.get_close_matches(word.lower(), lower, 1)
     parser.error(f"'{word}' is no action; did you mean {lower[near[0]]}?" if near else
@@ -68,7 +68,7 @@ def parse_arguments():
 
 
 def tell(text):
-    """Says what has gone wrong: on the terminal, or in a box for those who have none."""
+    """Shows an error: on the terminal, or in a box if there is no terminal."""
     print("toravane:", text, file=sys.stderr, flush=True)
     if sys.stderr.isatty():
         return
@@ -99,7 +99,7 @@ def list_adapters():
 
 
 def start_beside(prefix, display, arguments):
-    """A second start only brings the first to the front, which the program does by itself."""
+    """A second start only brings the first window to the front; the program does this itself."""
     if arguments.device or arguments.action:
         fail("Toravane is running already; close its window first")
     return subprocess.run(["wine", Program], env=environment(prefix, display, Path.home()),
@@ -107,7 +107,7 @@ def start_beside(prefix, display, arguments):
 
 
 def check_action(wine, number):
-    """Ends when the port that an action would use is not known or cannot be used."""
+    """Ends if the port of an action is not known or cannot be used."""
     if number not in Positions:
         fail("which port has the receiver? Name it once: toravane StaticNavigationOff /dev/ttyUSB0 4800")
     device = wine.prefix / "dosdevices" / f"com{number}"
@@ -119,8 +119,8 @@ def check_action(wine, number):
 
 
 def choose_settings(wine, arguments, number):
-    """The settings to store before the program starts: the port `number`, if it was named, and a rate where none is known. An
-    action needs the rates of both protocols, too, which a new installation does not have."""
+    """The settings to store before the program starts: the port `number`, if it was given, and a rate if none is known.
+    An action also needs the rates of both protocols, which a new installation does not have."""
     stored = wine.stored()
     known = {name for name, index in stored.items() if index in range(len(Rates))}
     if not number and arguments.action:
@@ -137,7 +137,7 @@ def choose_settings(wine, arguments, number):
 
 
 def run(wine, arguments, patience=None):
-    """Starts the program and waits for its end, at most `patience` seconds."""
+    """Starts the program and waits until it ends, at most `patience` seconds."""
     names, number = {}, None
     if arguments.device:
         number = place(wine, arguments.device)
@@ -168,7 +168,7 @@ def main():
     if not seen and not arguments.action:
         fail(f"there is no display '{display}'; start this in a graphical session")
 
-    # Whatever ends this script, the program ends too.
+    # When this script ends, for any reason, the program ends, too.
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
     signal.signal(signal.SIGHUP, lambda *_: sys.exit(1))
     data = Path(os.environ.get("XDG_DATA_HOME") or Path.home() / ".local" / "share")

@@ -2,9 +2,9 @@
 # SPDX-License-Identifier: MIT
 # Usage: packaging/release.sh [--dry-run]
 #
-# Makes a release of the last commit: everything is tested, packed twice, and tagged as vVERSION. Refuses a tree with
-# changes, versions that differ, a version without an entry in CHANGELOG.md or with a tag, a failing check, and packages
-# that come out different the second time. --dry-run ends before the tests.
+# Makes a release of the last commit: tests everything, makes the packages twice, and sets the tag vVERSION. Refuses a
+# tree with changes, different versions, a version without an entry in CHANGELOG.md or with an existing tag, a failing
+# check, and packages that differ the second time. --dry-run ends before the tests.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -2,8 +2,8 @@
 # SPDX-License-Identifier: MIT
 """Makes the static web site: the pages of packaging/site and of the documents, the page to try, and the packages.
 
-Usage: site.py DOCUMENTS SITE PACKAGES. The packages, and the page for the browser in build/web, are taken where they are
-made already. Ends with an error if a link within the site leads nowhere.
+Usage: site.py DOCUMENTS SITE PACKAGES. The packages, and the page for the browser in build/web, are included if they
+have been made. Ends with an error if a link within the site has no target.
 """
 import hashlib
 import html.parser
@@ -20,7 +20,7 @@ STYLE = "manual.css"
 
 
 class Links(html.parser.HTMLParser):
-    """The links of a page, and the places in it that links can lead to."""
+    """The links of a page, and its anchors."""
 
     def __init__(self, page):
         super().__init__()
@@ -36,7 +36,7 @@ class Links(html.parser.HTMLParser):
 
 
 def link_of(match):
-    """A link between documents leads to their pages; one to a file that the site has not becomes plain text."""
+    """A link between documents becomes a link to their pages; a link to a file outside the site becomes plain text."""
     text, target = match[1], match[2]
     name, _, place = target.partition("#")
     if name in PAGES or name == "index.md":

@@ -10,7 +10,7 @@ HERE = pathlib.Path(__file__).parent
 
 
 def pixels_of_icon(size, shades=None):
-    """A globe with an orbit and a satellite; rows from the bottom, BGRA. Its shading has so many steps, if any."""
+    """A globe with an orbit and a satellite; rows from the bottom, BGRA. `shades`: of its shading, if limited."""
     centre, radius = (size - 1) / 2, size * 0.33
     rows = []
     for row in range(size):
@@ -46,10 +46,10 @@ def icon_image(size):
 
 
 def icon_image_of_16_colours(size):
-    """Two pixels a byte, and a bit a pixel for what is transparent; early devices know no other icons."""
+    """Two pixels per byte, and one bit per pixel for transparency; early devices know no other icons."""
     bgra = pixels_of_icon(size, shades=10)
     pixels = [bgra[i:i + 4] for i in range(0, len(bgra), 4)]
-    colours = sorted({bytes(3)} | {pixel[:3] for pixel in pixels if pixel[3]})  # black first, under the transparent ones
+    colours = sorted({bytes(3)} | {pixel[:3] for pixel in pixels if pixel[3]})  # black first: the transparent pixels
     assert len(colours) <= 16
     numbers = [colours.index(pixel[:3]) if pixel[3] else 0 for pixel in pixels]
     mask_stride = (size + 31) // 32 * 4

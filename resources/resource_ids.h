@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Every resource and control number of the program, once, by name. Included by the resource script and by
-// the code, so it holds nothing but macros.
+// Every resource and control number of the program, once, by name. The resource script and the code include
+// it, so it contains only macros.
 #pragma once
 
 // ---- Program ------------------------------------------------------------------------------------------
@@ -14,7 +14,7 @@
 #define STRING_BAR_EXIT 206
 #define STRING_BAR_OK 207
 
-// The hand-held layout with a keypad repeats each menu and template at its number plus this.
+// The keypad layout has each menu and template again, with this added to its number.
 #define KEYPAD_LAYOUT 100
 
 // ---- Menus and menu bars ------------------------------------------------------------------------------
@@ -234,7 +234,7 @@
 #define CONTROL_SERIAL_PROTOCOL 1002
 #define CONTROL_SERIAL_HELP 1003
 #define CONTROL_SERIAL_SET 1004
-#define CONTROL_SERIAL_FOLLOW 1005 // sets the program's own port to the rate
+#define CONTROL_SERIAL_FOLLOW 1005 // sets the rate of the program's own port
 
 // Navigation Initialization
 #define CONTROL_NAVINIT_SET 1018
@@ -266,7 +266,7 @@
 #define CONTROL_TO_NMEA_CHECKSUMS 12911
 #define CONTROL_TO_NMEA_DEBUG 12913
 #define CONTROL_TO_NMEA_SET 12914
-#define CONTROL_TO_NMEA_FOLLOW 12915 // sets the program's own port to the rate
+#define CONTROL_TO_NMEA_FOLLOW 12915 // sets the rate of the program's own port
 #define CONTROL_TO_NMEA_HELP 12916
 #define CONTROL_SOFTWARE_VERSION_GET 1321
 #define CONTROL_DGPS_SOURCE_GET 1334

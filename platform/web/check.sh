@@ -2,8 +2,8 @@
 # SPDX-License-Identifier: MIT
 # Usage: check.sh
 #
-# Checks the page's sources: types, common faults, format. Needs npm, and messages.d.ts and its like, which the build of
-# the preset `web` makes.
+# Checks the page's sources: types, common faults, format. Needs npm, and the generated files such as messages.d.ts,
+# which the build of the preset `web` makes.
 set -euo pipefail
 cd "$(dirname "$0")"
 

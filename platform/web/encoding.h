@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// How a message between program and page is laid out in memory: its number, then its fields, each aligned to
-// four bytes. Numbers are 32 bits, little-endian; a text is its length and its UTF-16 units; lists and bytes
-// begin with their count. program.js has the other half.
+// The form of a message between program and page: its number, then its fields, each aligned to four bytes.
+// Numbers have 32 bits, little-endian; a text is its length and its UTF-16 units; lists and bytes begin with
+// their count. program.js contains the page's half.
 #pragma once
 
 #include <cstdint>
@@ -49,7 +49,7 @@ public:
     std::string Bytes;
 };
 
-// Past the end everything is 0 and empty, and Bad() says so.
+// After the end, all fields are 0 or empty, and Bad() is true.
 class Fields
 {
 public:
@@ -90,7 +90,7 @@ public:
     bool Bad() const { return IsBad; }
 
 private:
-    // So many bytes, and skips those up to the next field.
+    // Reads this number of bytes, and skips the padding before the next field.
     std::string_view Take(uint64_t count)
     {
         const uint64_t padded = (count + 3) / 4 * 4;
@@ -114,7 +114,7 @@ private:
     bool IsBad = false;
 };
 
-// Hands an encoded message to the page.
+// Passes an encoded message to the page.
 void HandOut(const std::string& message);
 
 template <typename... Values> void Send(int32_t number, const Values&... values)

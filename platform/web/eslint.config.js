@@ -19,7 +19,7 @@ export default [
             "no-implicit-globals": "error",
             "no-restricted-properties": [
                 "error",
-                // A receiver's texts hold any character: they are shown as texts only.
+                // A receiver's texts may contain any character: they are shown only as texts.
                 { property: "innerHTML" },
                 { property: "outerHTML" },
                 { property: "insertAdjacentHTML" },

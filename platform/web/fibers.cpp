@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The program's threads as fibers, and the page's clock. A step runs the program from the moment at which the
-// page calls it until every thread waits; then the page gets its turn back, with the time of the next step.
+// The program's threads as fibers, and the page's clock. A step runs the program from the page's call until
+// every thread waits; then the page continues, and knows the time of the next step.
 #include "platform/web/web.h"
 
 #include <algorithm>
@@ -24,8 +24,8 @@ struct Turn {
     static constexpr size_t StackBytes = 256 * 1024;
 
     emscripten_fiber_t fiber;
-    alignas(16) char stack[StackBytes];      // what the code itself uses
-    alignas(16) char savedStack[StackBytes]; // what it has on the stack while it waits
+    alignas(16) char stack[StackBytes];      // the stack of the code itself
+    alignas(16) char savedStack[StackBytes]; // copy of the stack while it waits
     std::shared_ptr<Thread> starting;
     void (*run)(std::shared_ptr<Thread>) = nullptr;
 };
@@ -39,7 +39,7 @@ constexpr uint64_t LongestPause = 60'000'000;
 
 emscripten_fiber_t Page;
 alignas(16) char PageStack[16 * 1024];
-emscripten_fiber_t* Running = nullptr; // the fiber that goes on with the next step
+emscripten_fiber_t* Running = nullptr; // the fiber that continues in the next step
 std::shared_ptr<Thread> Dead;          // freed by the thread that runs next
 double Pause = 0;                      // milliseconds until the next step, -1 none
 
@@ -189,7 +189,7 @@ void OnStart()
 
 extern "C" {
 
-// Room for a message of this many bytes to the program; returns where.
+// Returns the address of a buffer for a message of this number of bytes to the program.
 EMSCRIPTEN_KEEPALIVE void* toravane_buffer(size_t length)
 {
     web::Message.resize(length);

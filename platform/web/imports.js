@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the program calls in the page: one function, for all its messages.
+// The function of the page that the program calls, for all its messages.
 mergeInto(LibraryManager.library, {
     toravane_send: function (message, length) {
         Module["receive"](HEAPU8.subarray(message, message + length));

@@ -1,11 +1,11 @@
 #!/usr/bin/python3 -B
 # SPDX-License-Identifier: MIT
-"""Makes both sides' halves of the messages between page and program from messages.json.
+"""Generates the code of both sides for the messages between page and program, from messages.json.
 
 Usage: make_messages.py MESSAGES RESOURCE_IDS DIRECTORY
 
 Writes into the directory:
-  messages.h    C++: a function for each message to the page, and the declarations of what takes those to the program
+  messages.h    C++: a function for each message to the page, and declarations of the handlers of the others
   messages.cpp  C++: their encoding and the dispatch
   messages.js   the same list for program.js
   messages.d.ts types of the page's methods and of the program's, for the type check of the page
@@ -91,11 +91,11 @@ def types(messages):
 
 
 def ids(header):
-    """Evaluates the plain sums of resource_ids.h in order."""
+    """Evaluates the sums in resource_ids.h in their order."""
     values = {}
     for name, expression in re.findall(r"^#define\s+(\w+)\s+(.+?)\s*(?://.*)?$", header, re.MULTILINE):
         if re.fullmatch(r"[\w\s+()-]+", expression):
-            values[name] = eval(expression, {"__builtins__": {}}, values)  # our own file, names and sums only
+            values[name] = eval(expression, {"__builtins__": {}}, values)  # our own file: only names and sums
     if not values:
         sys.exit("no numbers in the resource header")
     return f"// {NOTE}\n" + "".join(f"export const {name} = {value};\n" for name, value in values.items())

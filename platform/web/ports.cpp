@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Serial ports: those that the page opens for the program, and devices that stand in the page itself.
+// Serial ports: those that the page opens for the program, and simulated devices in the page itself.
 #include "platform/web/web.h"
 
 #include <algorithm>
@@ -16,20 +16,20 @@ namespace
 {
 
 constexpr DWORD GeneralFailure = 31;
-constexpr size_t MostReceived = 1 << 20;       // bytes that nobody reads
+constexpr size_t MostReceived = 1 << 20;       // most bytes that are kept until they are read
 constexpr uint64_t LongestAnswer = 10'000'000; // of the page, microseconds
 
 struct Port {
     std::shared_ptr<Device> device; // null: the page's
     bool open = false, lost = false, answered = false;
     DWORD error = 0;                          // of the answer
-    DWORD rate = OrdinaryLine().dcb.BaudRate; // that it had last
+    DWORD rate = OrdinaryLine().dcb.BaudRate; // the port's last rate
     std::string received;                     // from `taken` on
     size_t taken = 0;
 };
 std::map<uint32_t, Port> Ports;
 
-// True once the page has done what it was asked for.
+// True after the page has answered the request.
 bool AwaitPage(Port& port)
 {
     const uint64_t end = Now() + LongestAnswer;
@@ -40,7 +40,7 @@ bool AwaitPage(Port& port)
 struct PortObject : Line {
     uint32_t number;
     LineState line = OrdinaryLine();
-    bool foundNothing = false; // when it was read last
+    bool foundNothing = false; // at the last read
     bool closed = false;
 
     explicit PortObject(uint32_t portNumber) : number(portNumber) {}
@@ -62,8 +62,8 @@ struct PortObject : Line {
         return AwaitPage(port);
     }
 
-    // A read that finds nothing returns at once. The next one waits until something may be there, so that
-    // nobody wakes up for a silent line.
+    // A read without data returns at once. The next one waits until there may be data, so that a silent line
+    // wakes no thread.
     bool Read(void* buffer, DWORD count, DWORD& read) override
     {
         if (foundNothing) AwaitBytes();
@@ -128,7 +128,7 @@ struct PortObject : Line {
     }
 };
 
-// The port's entry among the drivers, where the program finds the names of ports.
+// The port's entry in the list of drivers, from which the program gets the names of ports.
 void NamePort(uint32_t number, const std::wstring& name)
 {
     const std::wstring path = L"Drivers\\BuiltIn\\Port" + std::to_wstring(number);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Loads the program and lets it run: each message of the page goes in as one call, each of the program's comes out as
-// a call of a method of the page. See encoding.h for how a message is laid out.
+// Loads the program and runs it: each message of the page is one call of the program, each message of the program is a
+// call of a method of the page. encoding.h describes the form of a message.
 import createModule from "./toravane.js";
 import { toPage, toProgram } from "./messages.js";
 
@@ -106,7 +106,7 @@ function encode(number, types, values) {
 }
 
 /**
- * Loads a program of its own, which does nothing yet.
+ * Loads a new instance of the program, which does nothing yet.
  * @param {Page} page
  * @param {object} [options] for the loader: wasmBinary, locateFile
  * @returns {Promise<Program>}
@@ -127,7 +127,7 @@ export async function loadProgram(page, options = {}) {
         try {
             /** @type {any} */ (page)[name](...values);
         } catch (error) {
-            reportLater(error); // a fault of the page must not end the program
+            reportLater(error); // an error in the page must not end the program
         }
     };
     const module = await createModule({ ...options, receive });

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Stored settings and files, which the page keeps; and what the platform of a page says about errors.
+// Stored settings and files, which the page keeps; and the platform's texts for errors.
 #include "platform/web/web.h"
 
 #include <cstring>
@@ -10,7 +10,7 @@
 namespace memory
 {
 
-// No call fails on demand here, and no thread is interrupted.
+// No call can be made to fail here, and no thread is interrupted.
 bool FaultsArmed = false, Interleaving = false;
 bool FaultHit(Call)
 {
@@ -37,7 +37,7 @@ void ValueStored(const std::wstring& name, const StoredValue* value)
     web::ToPageSetting(name, number);
 }
 
-// The browser has the file from now on.
+// From now on the browser owns the file.
 void FileClosed(const std::wstring& path)
 {
     const std::string* bytes = FindFileBytes(path);
@@ -79,10 +79,10 @@ void OnSetting(const std::wstring& name, int32_t value)
 
 } // namespace web
 
-// A page asks for no name: the browser puts the file where it puts all of them.
+// A page does not ask for a name: the browser stores the file in its folder for downloads.
 BOOL GetSaveFileNameW(OPENFILENAMEW* dialog)
 {
-    const wchar_t* pattern = dialog->lpstrFilter; // pairs: what the user reads, what the names look like
+    const wchar_t* pattern = dialog->lpstrFilter; // pairs: a text for the user, a pattern of the names
     for (DWORD i = 0; i + 1 < 2 * dialog->nFilterIndex && *pattern; ++i) pattern += std::wcslen(pattern) + 1;
     std::wstring name = dialog->lpstrFile, extension = pattern;
     extension.erase(0, extension.find(L'.'));

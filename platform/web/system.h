@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The platform interface of the page: the system in memory as it is.
+// The platform interface of the page: the system in memory, unchanged.
 #pragma once
 
 #include "platform/memory/system.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The user: what the page reports of the user's acts waits until the program waits for them.
+// The user: acts that the page reports are kept until the program waits for input.
 #include "platform/web/web.h"
 
 #include "messages.h"
@@ -18,11 +18,11 @@ struct OpenBox {
     HWND window;
     int answer; // 0: none yet
 };
-std::vector<OpenBox> Boxes; // one may lie over another
+std::vector<OpenBox> Boxes; // one may be above another
 
 std::optional<COLORREF> PickedColour; // by the user, in the browser's own chooser
 
-constexpr COLORREF Turned(COLORREF colour) // 0xRRGGBB to the program's order of bytes, and back
+constexpr COLORREF Turned(COLORREF colour) // converts 0xRRGGBB to the program's order of bytes, and back
 {
     return (colour & 0xFF) << 16 | (colour & 0xFF00) | (colour >> 16 & 0xFF);
 }
@@ -159,7 +159,7 @@ void OnKey(int32_t window, int32_t key, int32_t character)
 {
     Enqueue([=] {
         PressKey(Handle(window), static_cast<WPARAM>(key), static_cast<wchar_t>(character));
-        // A chart comes with the next fix; a log that has ended has none any more.
+        // The chart appears with the next fix; a log that has ended has no further fix.
         const Window* found = FindWin(Handle(window));
         if (found && found->kind == Kind::Plain && !found->parent)
             InvalidateRect(Handle(window), nullptr, FALSE);

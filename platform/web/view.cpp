@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Keeps the page in step with the windows in memory: after each step of the program they are compared with
-// what the page was sent, and the differences follow. So nothing in the program, nor in the system in memory,
-// knows of the page.
+// Keeps the page equal to the windows in memory: after each step of the program they are compared with the
+// state that was sent to the page, and the differences are sent. So neither the program nor the system in
+// memory knows about the page.
 #include "platform/web/web.h"
 
 #include <algorithm>
@@ -70,7 +70,7 @@ const wchar_t* KindName(const Window& window)
     }
 }
 
-// Boxes have a message of their own; the menu bar is part of the main window.
+// Boxes have their own message; the menu bar is part of the main window.
 bool IsShownByPage(const Window& window)
 {
     return window.kind != Kind::Box && window.kind != Kind::CommandBar;
@@ -137,7 +137,7 @@ void SendChart(const Window& window, Shown& shown)
     ToPageChart(width, height, pixels, shown.values);
 }
 
-// A picture that a dialog draws, with the room that it takes.
+// A picture that a dialog draws, with its size.
 void SendPlot(const Window& window)
 {
     RECT area = {INT32_MAX, INT32_MAX, INT32_MIN, INT32_MIN};
@@ -189,7 +189,7 @@ void Update(const Window& window, Shown& shown)
     Compare(shown.limit, window.limit, [&] { ToPageLimit(number, static_cast<int32_t>(window.limit)); });
     Compare(shown.items, window.items, [&] {
         ToPageItems(number, window.items);
-        shown.selection = -1; // as a list with new items shows it
+        shown.selection = -1; // as after new items in a list
     });
     Compare(shown.selection, window.selection, [&] { ToPageSelection(number, window.selection); });
     Compare(shown.text, window.text, [&] { ToPageText(number, window.text); });
@@ -226,7 +226,7 @@ void UpdateView()
         ToPageGone(Number(handle));
     }
     const std::vector<HWND> all = AllWindows();
-    for (const HWND handle : all) // all of a dialog before anything of it changes
+    for (const HWND handle : all) // a whole dialog before its changes
         if (const Window& window = *FindWin(handle); IsShownByPage(window) && !Page.contains(handle))
             Page.emplace(handle, Create(window));
     for (const HWND handle : all) {

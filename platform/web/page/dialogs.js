@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /**
  * The program's dialogs and message boxes as HTML: the same controls at the same places, with a role and a name each.
- * The program's state is the truth. What the user does goes to the program; what it makes of that comes back.
+ * The program has the valid state: the user's acts are sent to the program, and its changes are shown.
  */
 
 import { nameFields } from "./names.js";
@@ -13,7 +13,7 @@ import { nameFields } from "./names.js";
 /**
  * @typedef {object} Win A window of the program.
  * @property {number} handle
- * @property {number} parent of a control, else 0
+ * @property {number} parent of a control, otherwise 0
  * @property {string} kind
  * @property {number} id
  * @property {number} style
@@ -24,11 +24,11 @@ import { nameFields } from "./names.js";
  * @property {number} state of a check
  * @property {string[]} items
  * @property {number} selection
- * @property {HTMLElement} element what stands at its place
- * @property {HTMLElement} field what has its role, its name and the focus
+ * @property {HTMLElement} element the outer element, at its place
+ * @property {HTMLElement} field the element with its role, its name and the focus
  * @property {Win[]} children
  * @property {() => void} drawSky
- * @property {boolean} hasTyped true if its text was typed since an entry was chosen
+ * @property {boolean} hasTyped true if its text was typed after an entry was chosen
  */
 
 const VK_ENTER = 13;
@@ -55,18 +55,18 @@ export const windows = new Map();
 /** @type {Program} */
 let program;
 
-/** Called when the focus has no dialog to go to. */
+/** Called when no dialog is left for the focus. */
 let returnFocus = () => {};
 let whenShown = () => {};
 
 let focusIsTheirs = false; // the program moves the focus: nothing to report
-let wantedFocus = 0; // where the program wants it once its dialog is shown
+let wantedFocus = 0; // the control that gets the focus when its dialog is shown
 let radioGroups = 0;
 
 /**
  * @param {Program} ofProgram
  * @param {() => void} whenClosed moves the focus after the last dialog
- * @param {() => void} afterShowing called after a dialog has been put above all else
+ * @param {() => void} afterShowing called after a dialog was put on top
  */
 export function startDialogs(ofProgram, whenClosed, afterShowing) {
     for (const dialog of openDialogs()) dialog.close();
@@ -77,12 +77,12 @@ export function startDialogs(ofProgram, whenClosed, afterShowing) {
     whenShown = afterShowing;
 }
 
-/** @returns {HTMLDialogElement[]} those on the screen, from the lowest to the uppermost */
+/** @returns {HTMLDialogElement[]} the dialogs on the screen, from the lowest to the topmost */
 export function openDialogs() {
     return [...document.querySelectorAll("dialog")].filter((dialog) => dialog.open);
 }
 
-/** @param {string} text with an ampersand before the letter that was a short cut */
+/** @param {string} text with an ampersand before the letter of a keyboard shortcut */
 function caption(text) {
     return text.replace(/&(.)/g, "$1");
 }
@@ -113,14 +113,14 @@ function place(window) {
         const client = /** @type {HTMLElement} */ (window.element.querySelector(".client"));
         client.style.width = length(width);
         client.style.height = length(height);
-        // As wide as a narrow screen, and everything in it by the same measure.
+        // Scaled to the width of a narrow screen, with its content.
         style.setProperty("--u", innerWidth < 500 ? `calc((100vw - 2px) / ${width})` : "0.1rem");
         return;
     }
     style.left = length(x);
     style.top = length(y);
     style.width = length(width);
-    // A list's height is that of the list that drops down.
+    // A list's height in the template is that of its open drop-down list.
     style.height = length(window.kind === "combo" || window.kind === "choice" ? 20 : height);
 }
 
@@ -142,7 +142,7 @@ function makeDialog(window) {
     cross.setAttribute("aria-label", "Close dialog");
     cross.onclick = () => program.close(window.handle);
     bar.append(title);
-    // The cross comes last with the Tab key: the first place belongs to the template's first field.
+    // The cross is last in tab order: the template's first field is first.
     dialog.append(bar, client, cross);
     dialog.setAttribute("aria-labelledby", title.id);
     dialog.addEventListener("cancel", (event) => {
@@ -154,7 +154,7 @@ function makeDialog(window) {
         const control = controlOf(event.target);
         if (control && !focusIsTheirs) program.focused(control.handle);
     });
-    // A browser may close it without asking (a second Back on a telephone).
+    // A browser may close it without a request to the page (a second Back on a telephone).
     dialog.addEventListener("close", () => {
         if (windows.has(window.handle) && window.visible) program.close(window.handle);
     });
@@ -225,7 +225,7 @@ function makeEdit(window) {
     window.element = window.field = edit;
 }
 
-/** @param {Win} window a list of which one entry is seen */
+/** @param {Win} window a list that shows one entry */
 function makeChoice(window) {
     const select = make("select", "control");
     select.onchange = () => program.choose(window.handle, Number(select.value));
@@ -233,7 +233,7 @@ function makeChoice(window) {
     window.element = window.field = select;
 }
 
-/** @param {Win} window a list whose text can be typed, too: a field, and an arrow over its end that opens the list */
+/** @param {Win} window a list whose text can also be typed: a field, with an arrow at its end that opens the list */
 function makeCombo(window) {
     const box = make("div", "control combo");
     const input = make("input", "control typed");
@@ -243,7 +243,7 @@ function makeCombo(window) {
     input.setAttribute("list", list.id);
     input.autocomplete = "off";
     input.value = window.text;
-    arrow.tabIndex = -1; // the keys do in the field what the arrow does for a finger
+    arrow.tabIndex = -1; // for touch only: in the field, keys open the list
     arrow.setAttribute("aria-hidden", "true");
     input.style.left = "0";
     input.style.top = "0";
@@ -342,7 +342,7 @@ export function created(handle, parent, kind, id, style, where, text) {
     windows.set(handle, window);
     if (kind === "dialog") {
         makeDialog(window);
-        // It comes whole in one turn, and is visible unless a message of that turn hides it.
+        // All of it arrives in one turn, and it is visible unless a message of that turn hides it.
         queueMicrotask(() => show(window));
     } else if (owner && owner.kind === "dialog") {
         if (kind === "radio" && style & WS_GROUP) ++radioGroups;
@@ -383,7 +383,7 @@ export function gone(handle) {
     if (!(element instanceof HTMLDialogElement)) return element.remove();
     if (element.open) element.close();
     element.remove();
-    // Usually the browser gives the focus back to what had it.
+    // Usually the browser returns the focus to the element that had it before.
     if (!openDialogs().length && document.activeElement === document.body) returnFocus();
 }
 
@@ -413,7 +413,7 @@ export function setEnabled(handle, enabled) {
     const window = windows.get(handle);
     if (!window) return;
     window.enabled = enabled;
-    if (!window.parent) return; // a modal dialog makes what is below it unusable by itself
+    if (!window.parent) return; // a modal dialog already disables everything below it
     for (const part of [window.field, ...window.element.querySelectorAll("select, input")])
         if ("disabled" in part) part.disabled = !enabled;
 }
@@ -436,7 +436,7 @@ export function setVisible(handle, visible) {
 }
 
 /**
- * Puts a dialog on the screen, when all that is in it has come.
+ * Puts a dialog on the screen when all its content has arrived.
  * @param {Win} window
  */
 function show(window) {
@@ -472,7 +472,7 @@ export function setCheck(handle, state) {
 }
 
 /**
- * The entry as the page shows it; null leaves it out. Ports stand without the program's names for them.
+ * The entry as the page shows it; null: not shown. Ports are shown without the program's names for them.
  * @param {string} item
  */
 function entry(item) {
@@ -551,7 +551,8 @@ export function setColour(handle, colour) {
     if (!window) return;
     const code = `#${colour.toString(16).padStart(6, "0")}`;
     const { element } = window;
-    // A grey box is the usual face of a text that cannot be changed: dark and light have their own.
+    // A grey box is the usual form of a read-only text; the dark and the light colour scheme have their own colours for
+    // it.
     if (!element.matches(".colour")) return;
     element.style.backgroundColor = colour < 0 ? "" : code;
     const picker = element.querySelector("input");
@@ -620,7 +621,7 @@ export function showBox(handle, title, text, buttons, usual) {
 // ---- The sky ------------------------------------------------------------------------------------------
 
 /**
- * Draws the sky plot into its dialog, in as many points as the screen has.
+ * Draws the sky plot into its dialog, in the screen's resolution.
  * @param {number} handle
  * @param {Place} where
  * @param {string[]} shapes

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/** The page: starts the program, shows what it shows, gives it what the user does and the browser has. */
+/** The page: starts the program, shows its output, passes it the user's acts and the browser's data. */
 
 import * as dialogs from "./dialogs.js";
 import { focusMenu, lastMenuItem, showMenu } from "./menu.js";
@@ -9,7 +9,7 @@ import * as settings from "./settings.js";
 
 /** @import { Page, Program } from "./messages.js" */
 
-const ChartRows = 268; // what the chart's bands take at first
+const ChartRows = 268; // height of the chart's bands at the start
 const ChartColumns = { least: 240, most: 900 };
 const PortInPage = 0;
 const PortOfLog = 9;
@@ -33,15 +33,15 @@ const progress = /** @type {HTMLProgressElement} */ (document.getElementById("pr
 /** @type {Program} */
 let program;
 let mainWindow = 0;
-/** @type {{ name: string, bytes: Uint8Array<ArrayBuffer>, isOver: boolean } | null} the log that is played in place of a receiver */
+/** @type {{ name: string, bytes: Uint8Array<ArrayBuffer>, isOver: boolean } | null} the log that is played */
 let log = null;
-let foundText = ""; // how a search ended
-let unheardText = ""; // the same when it found nothing
-let isHeld = false; // the port that is searched could not be opened
+let foundText = ""; // the result of a search
+let unheardText = ""; // the same if it found nothing
+let isHeld = false; // the searched port could not be opened
 let hasEnded = false;
 const portsFound = serial.findPorts();
 
-// ---- What is said beside the program ------------------------------------------------------------------
+// ---- Notices of the page itself ----------------------------------------------------------------------
 
 /** @param {string} text */
 function status(text) {
@@ -49,7 +49,7 @@ function status(text) {
     if (line.textContent !== text) line.textContent = text;
 }
 
-/** Puts the notices where they are seen and read: into the uppermost dialog, which makes all else unusable. */
+/** Puts the notices into the topmost dialog, because everything outside it cannot be used. */
 function placeNotices() {
     const notices = element("notices");
     const place = dialogs.openDialogs().at(-1) ?? document.body;
@@ -57,8 +57,8 @@ function placeNotices() {
 }
 
 /**
- * An alert that stays until it is dismissed, or the next comes.
- * @param {string} text empty: none any more
+ * An alert that stays until it is dismissed, or until the next one.
+ * @param {string} text empty: removes the alert
  */
 function notice(text) {
     const notices = element("notices");
@@ -106,7 +106,7 @@ function download(name, content) {
     setTimeout(() => URL.revokeObjectURL(link.href), 60000);
 }
 
-// ---- What the program asks for ------------------------------------------------------------------------
+// ---- Requests of the program -------------------------------------------------------------------------
 
 /** @param {boolean} isChart */
 function showView(isChart) {
@@ -118,7 +118,7 @@ function showView(isChart) {
     if (hadFocus) (isChart ? chartView : textPage).focus();
 }
 
-/** How many points of the screen are one of the chart: a whole number, so that it stays sharp. */
+/** Screen pixels per chart pixel: a whole number, so that the chart stays sharp. */
 function pointsEach() {
     return Math.max(1, Math.round(devicePixelRatio));
 }
@@ -235,7 +235,7 @@ const page = {
 
 // ---- Start --------------------------------------------------------------------------------------------
 
-/** Columns of the chart for the room that there is. */
+/** Columns of the chart for the available width. */
 function chartColumns() {
     const room = Math.floor((element("view").parentElement?.clientWidth ?? 0) - 34);
     const columns = Math.floor((room * devicePixelRatio) / pointsEach());
@@ -256,8 +256,8 @@ function setPaused(paused) {
 }
 
 /**
- * Starts the program, in place of the one that runs.
- * @param {(program: Program) => void} [prepare] what it is to do before it starts
+ * Starts the program again, in place of the running one.
+ * @param {(program: Program) => void} [prepare] called before it starts
  */
 async function start(prepare) {
     program?.stop();
@@ -283,7 +283,7 @@ async function start(prepare) {
     if (log) program.log(log.bytes, speed());
     prepare?.(program);
     program.start();
-    Object.assign(window, { toravane: { program, page, windows: dialogs.windows } }); // for a look from the browser's console
+    Object.assign(window, { toravane: { program, page, windows: dialogs.windows } }); // for the browser's console
 }
 
 /** @param {File} file */
@@ -385,7 +385,7 @@ addEventListener("drop", (event) => {
     if (file) void openLog(file);
 });
 if ("serviceWorker" in navigator && isSecureContext)
-    addEventListener("load", () => void navigator.serviceWorker.register("sw.js").catch(() => {})); // only without a network it is missed
+    addEventListener("load", () => void navigator.serviceWorker.register("sw.js").catch(() => {})); // needed without a network only
 
 showView(true);
 showView(false);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/** The program's menu as a menubar: arrow keys, Enter, Escape and first letters as in any other. */
+/** The program's menu as a menu bar, with the usual keys: arrows, Enter, Escape and first letters. */
 
 /**
  * @typedef {object} Item
@@ -12,7 +12,7 @@ const bar = /** @type {HTMLElement} */ (document.getElementById("menubar"));
 /** @type {HTMLElement | null} */
 let lastUsed = null;
 
-/** @returns {HTMLElement | null} the item of the bar that was used last */
+/** @returns {HTMLElement | null} the last used item of the bar */
 export function lastMenuItem() {
     return lastUsed;
 }
@@ -57,7 +57,7 @@ function openMenu(item, focus) {
             ?.focus();
 }
 
-/** @param {HTMLElement} item becomes the one that the Tab key reaches */
+/** @param {HTMLElement} item becomes the item that the Tab key reaches */
 function focusInBar(item) {
     for (const other of itemsOf(bar)) other.tabIndex = other === item ? 0 : -1;
     item.focus();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /**
- * The names by which a field is found: its label in the template, else one of these.
- * A label stands before its field in tab order, beside or above it. A label before several buttons, boxes or values
+ * The accessible name of a field: its label in the template, otherwise one of these.
+ * A label is before its field in tab order, beside or above it. A label before several buttons, boxes or values
  * is the heading of a group.
  */
 
@@ -40,7 +40,7 @@ const isButton = (window) => window?.kind === "button";
 const isField = (window) => !!window && (isValue(window) || window.element.matches("input, select, textarea, .combo"));
 
 /**
- * True if both stand in one line.
+ * True if both are in one line.
  * @param {Win} label
  * @param {Win} control
  */
@@ -73,7 +73,7 @@ function nameChannels(dialog) {
 }
 
 /**
- * Puts controls that follow each other into a group.
+ * Puts consecutive controls into a group.
  * @param {Win} heading
  * @param {Win[]} members
  */
@@ -96,7 +96,7 @@ export function nameFields(dialog) {
     for (const child of children)
         if (isValue(child)) {
             child.field.setAttribute("role", "status");
-            // Read when asked for: times change each second.
+            // Read only on request: times change each second.
             child.field.setAttribute("aria-live", "off");
         }
     if (children.some((child) => child.id === ids.CONTROL_GRAPH_VALUE_ZERO)) nameChannels(dialog);

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-/** The browser's serial ports, by the numbers that the program knows them by. */
+/** The browser's serial ports, by the program's numbers for them. */
 
 /** @import { Program } from "./messages.js" */
 
-const FirstNumber = 1; // below is the receiver in the page, above a log
+const FirstNumber = 1; // the lower number is the receiver in the page, the higher one a log
 const LastNumber = 8;
-const StoredNumbers = "Ports"; // which number a granted port had, so that it has it again at the next visit
+const StoredNumbers = "Ports"; // the number of each granted port, so that it gets the same number at the next visit
 const BufferSize = 16384; // bytes: more than a second at the highest rate
 
 const DoesNotExist = 2;
@@ -19,7 +19,7 @@ let program = null;
 /** @type {(number: number, kind: "held" | "lost") => void} */
 let complain = () => {};
 
-/** A port: what is asked of it is done one after the other. */
+/** A port: its tasks are carried out one after the other. */
 class Line {
     /**
      * @param {number} number
@@ -57,7 +57,10 @@ class Line {
         this.reading = this.read();
     }
 
-    /** Hands on what comes until the port is shut or lost. A broken character or a full buffer ends a stream only. */
+    /**
+     * Passes on received bytes until the port is closed or lost. After a broken character or a full buffer, only the
+     * stream ends, and a new one begins.
+     */
     async read() {
         while (this.port.readable && !this.isLost) {
             const reader = this.port.readable.getReader();
@@ -79,7 +82,7 @@ class Line {
             if (this.isClosing) return;
             if (isOver) break;
         }
-        this.lose(); // the stream of a device that is gone ends, or is not renewed
+        this.lose(); // the stream of a removed device ends, or is not renewed
     }
 
     /** @param {Uint8Array<ArrayBuffer>} bytes */
@@ -103,7 +106,7 @@ class Line {
             await this.reading;
             await this.port.close();
         } catch {
-            // what was pulled out cannot be closed
+            // a removed device cannot be closed
         }
     }
 
@@ -129,7 +132,7 @@ export function labelOf(number) {
     return (line && usbName(line.port)) || `Serial port ${number}`;
 }
 
-/** @returns {Record<string, string>} the name that each number's port had */
+/** @returns {Record<string, string>} the name of each number's port at the last visit */
 function storedNumbers() {
     try {
         return JSON.parse(localStorage.getItem(StoredNumbers) ?? "{}") ?? {};
@@ -139,7 +142,7 @@ function storedNumbers() {
 }
 
 /**
- * Gives a port its number: the one that a port of its name had before, else a free one.
+ * Gives a port its number: the previous number of a port with this name, otherwise a free one.
  * @param {SerialPort} port
  * @returns {number} 0 if there are too many
  */
@@ -165,7 +168,7 @@ function announce() {
     program?.ports(numbers, numbers.map(labelOf));
 }
 
-/** @returns {string} what keeps this page from using serial ports, empty if nothing does */
+/** @returns {string} the reason why this page cannot use serial ports, empty if it can */
 export function obstacle() {
     if ("serial" in navigator) return "";
     if (!isSecureContext)
@@ -173,7 +176,7 @@ export function obstacle() {
     return "This browser cannot reach serial ports. Open the page in Chrome, Edge, Opera or Firefox on a computer, or in Chrome on Android.";
 }
 
-/** Finds the ports that were granted at an earlier visit. */
+/** Finds the ports to which the user gave access at an earlier visit. */
 export async function findPorts() {
     if (obstacle()) return;
     navigator.serial.addEventListener("disconnect", (event) => {
@@ -192,7 +195,7 @@ export async function findPorts() {
     try {
         for (const port of await navigator.serial.getPorts()) numberOf(port);
     } catch {
-        // a page that may not have ports; asking for one says why
+        // the page may not use ports; a request for one shows the reason
     }
 }
 
@@ -212,7 +215,7 @@ export async function choosePort() {
 }
 
 /**
- * From now on the ports serve this program.
+ * From now on the ports belong to this program.
  * @param {Program | null} newProgram
  * @param {(number: number, kind: "held" | "lost") => void} whenBroken
  */
@@ -256,7 +259,7 @@ export function closePort(number) {
     return line?.after(() => line.shut()) ?? Promise.resolve();
 }
 
-/** Closes what is open, for a program that is begun afresh. */
+/** Closes all ports, for a program that is started again. */
 export async function closePorts() {
     await Promise.all([...lines.keys()].map(closePort));
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/** The program's stored numbers: in the browser's own storage, each under its name. */
+/** The program's stored numbers, in the browser's storage, each under its name. */
 
 /** @param {unknown} value */
 function isNumber(value) {
@@ -32,7 +32,7 @@ export function forget(name) {
 }
 
 /**
- * Puts the settings of a file in the place of all that are stored.
+ * Replaces all stored settings by those of a file.
  * @param {string} text
  * @returns {boolean} false if it is not such a file; then nothing is changed
  */

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /**
- * Keeps the page usable without a network. What the network has is newer and comes first; what a visit has brought
- * serves when there is none.
+ * Keeps the page usable without a network. Files from the network are newer and are preferred; without a network, the
+ * files of the last visit are used.
  */
 
 const CacheName = "toravane";
