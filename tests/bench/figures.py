@@ -2,11 +2,12 @@
 # SPDX-License-Identifier: MIT
 """Prints one table of figures: what the program costs, in instructions, time, space and memory.
 
-figures.py [--no-desktop] [--no-build] [--logs FOLDER] [--replay PROGRAM] [SECONDS]
+figures.py [--no-desktop] [--no-build] [--logs FOLDER] [--before CHECKOUT] [SECONDS]
 
 SECONDS: how long each share of a processor is measured, 10 by default. --logs: a folder of receivers' logs (.txt NMEA,
-.srf SiRF binary) that is measured like our own. --replay: another build of toravane-replay, to compare with; only what
-it costs is printed. Instructions are the same in every run; times are those of this machine at this moment.
+.srf SiRF binary) that is measured like our own. --before: a checkout of another state of the repository, already
+built; its figures get a column of their own. Instructions are the same in every run; times are those of this machine
+at this moment.
 """
 import argparse
 import json
@@ -18,12 +19,19 @@ import sys
 import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
-NATIVE = pathlib.Path(os.environ.get("TORAVANE_TOOLS", ROOT / "build" / "native"))
-DESKTOP = ROOT / "build" / "desktop" / "toravane.exe"
-DEVICE = ROOT / "build" / "device" / "toravane.exe"
 OWN = ROOT / "tests" / "data"
 PROTOCOLS = (("NMEA", ".txt"), ("SiRF", ".srf"))
 WIDTHS = (240, 640, 1920, 4096)
+
+
+class Programs:
+    """What a checkout has built."""
+
+    def __init__(self, checkout, native=None):
+        self.native = pathlib.Path(native or checkout / "build" / "native")
+        self.replay, self.console = self.native / "toravane-replay", self.native / "toravanectl"
+        self.emulated, self.bench = self.native / "scenarios_emulated", self.native / "bench_chart"
+        self.desktop, self.device = (checkout / "build" / preset / "toravane.exe" for preset in ("desktop", "device"))
 
 
 def output(*command):
@@ -70,13 +78,13 @@ def reception(replay, logs):
                 yield f"replay {option}, {name}", f"{speed:.0f} MB/s of user time"
 
 
-def device():
+def device(programs):
     """Instructions a received byte of the device's program, on the emulated processor."""
-    runner, symbols = NATIVE / "scenarios_emulated", DEVICE.with_suffix(".elf")
-    if not (DEVICE.is_file() and symbols.is_file()):
+    image, symbols = programs.device, programs.device.with_suffix(".elf")
+    if not (image.is_file() and symbols.is_file()):
         return
     for protocol, suffix in PROTOCOLS:
-        done = subprocess.run([runner, "--image", DEVICE, "--symbols", symbols, "--logs", OWN, "--core", "926",
+        done = subprocess.run([programs.emulated, "--image", image, "--symbols", symbols, "--logs", OWN, "--core", "926",
                                "--figures", "yes", f"stream walk-south-west{suffix} on the page"],
                               check=True, text=True, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
         yield (f"ARM instructions a byte, {protocol}",
@@ -89,9 +97,8 @@ def instructions(*command):
     return int(re.search(r"Collected : (\d+)", done.stderr)[1])
 
 
-def chart():
+def chart(bench):
     """Cost of a sample against the chart's width, and of a repaint."""
-    bench = NATIVE / "bench_chart"
     for width in WIDTHS:
         few, many = (instructions(bench, "--samples", width, count) for count in (2000, 4000))
         yield f"instructions a sample, width {width}", str(round((many - few) / 2000))
@@ -104,27 +111,38 @@ def chart():
     yield "page copied for a repaint", f"{times['BM_CopyPage'] / 1000:.1f} µs"
 
 
-def sizes():
-    for name, file in (("desktop", DESKTOP), ("device", DEVICE), ("console", NATIVE / "toravanectl")):
+def sizes(programs):
+    for name, file in (("desktop", programs.desktop), ("device", programs.device), ("console", programs.console)):
         if file.is_file():
             yield f"program size, {name}", f"{file.stat().st_size:,} bytes"
 
 
-def desktop(seconds):
+def desktop(program, seconds):
     sys.path.insert(0, str(ROOT / "tests" / "desktop"))
     import importlib.util
     found = importlib.util.spec_from_file_location("desktop_figures", ROOT / "tests" / "desktop" / "figures.py")
     module = importlib.util.module_from_spec(found)
     found.loader.exec_module(module)
-    yield from module.figures(seconds)
+    yield from module.figures(seconds, program)
 
 
-def memory():
+def memory(replay):
     """Peak of the replay tool over a log."""
     log = OWN / "walk-south-west.txt"
-    process = subprocess.Popen([NATIVE / "toravane-replay", "--stats", log], stdout=subprocess.DEVNULL)
+    process = subprocess.Popen([replay, "--stats", log], stdout=subprocess.DEVNULL)
     _, _, usage = os.wait4(process.pid, 0)
     yield "peak memory, replay", f"{usage.ru_maxrss / 1024:.1f} MB"
+
+
+def figures(programs, options):
+    """Names and values."""
+    yield from reception(programs.replay, options.logs)
+    yield from device(programs)
+    yield from chart(programs.bench)
+    yield from memory(programs.replay)
+    if not options.no_desktop:
+        yield from desktop(programs.desktop, options.seconds)
+    yield from sizes(programs)
 
 
 def main():
@@ -132,23 +150,23 @@ def main():
     parser.add_argument("--no-desktop", action="store_true")
     parser.add_argument("--no-build", action="store_true")
     parser.add_argument("--logs", type=pathlib.Path, metavar="FOLDER")
-    parser.add_argument("--replay", type=pathlib.Path, metavar="PROGRAM")
+    parser.add_argument("--before", type=pathlib.Path, metavar="CHECKOUT")
     parser.add_argument("seconds", type=float, nargs="?", default=10)
     options = parser.parse_args()
-    if options.replay:
-        parts = [reception(options.replay, options.logs)]
-    else:
-        if not options.no_build:
-            build("native", "toravane-replay", "bench_chart", "scenarios_emulated")
-        parts = [reception(NATIVE / "toravane-replay", options.logs), device(), chart(), memory()]
+    if not options.no_build:
+        build("native", "toravane-replay", "toravanectl", "bench_chart", "scenarios_emulated")
+        build("device")
         if not options.no_desktop:
-            if not options.no_build:
-                build("desktop")
-            parts.append(desktop(options.seconds))
-        parts.append(sizes())
-    print("| figure | value |\n|---|---|")
-    for part in parts:
-        for name, value in part:
+            build("desktop", "toravane")
+    now = figures(Programs(ROOT, os.environ.get("TORAVANE_TOOLS")), options)
+    if options.before:
+        before = dict(figures(Programs(options.before), options))
+        print("| figure | before | now |\n|---|---|---|")
+        for name, value in now:
+            print(f"| {name} | {before.get(name, '-')} | {value} |", flush=True)
+    else:
+        print("| figure | value |\n|---|---|")
+        for name, value in now:
             print(f"| {name} | {value} |", flush=True)
 
 

@@ -202,7 +202,8 @@ class Program:
 class User:
     """Sits at a desktop of their own, starts the program and works it."""
 
-    def __init__(self):
+    def __init__(self, program=desktop.Program):
+        self.program = program
         self.display = desktop.MemoryDisplay()
         try:
             self.wine = desktop.Wine(Output / "wine", self.display.name, home=Output / "home")
@@ -261,8 +262,8 @@ class User:
 
     # -- the program and its windows
 
-    def start(self, *arguments, environment=None, file=desktop.Program):
-        program = Program(self, arguments, environment, file)
+    def start(self, *arguments, environment=None, file=None):
+        program = Program(self, arguments, environment, file or self.program)
         self.programs.append(program)
         return program
 
