@@ -7,7 +7,7 @@ Usage: figures.py [size | start | load | idle | hour [MINUTES [TIMES]]]...
   size    all files of the page, compressed
   start   from navigation to the first line of a streaming text page, at a first visit
   load    share of a processor at 115200 baud without a pause (11,520 bytes a second)
-  idle    the same on an open line that is silent, and with the receiver in the page at 4800 baud
+  idle    the same on an open line that is silent, with the receiver in the page at 4800 baud, and without a page
   hour    memory in use before and after an hour (or MINUTES) of full load, fed TIMES as fast (1)
 """
 
@@ -124,15 +124,27 @@ def load():
         server.close()
 
 
+def empty_page(browser, _):
+    browser.tab().visit("about:blank")
+
+
+def silent_line(browser, server):
+    fed_page(browser, server, b"\0", 0)
+
+
+def receiver_in_the_page(browser, server):
+    wait_streaming(fed_page(browser, server, None, 0))
+
+
 def idle():
-    for name, log in (("silent line", b""), ("receiver in the page", None)):
+    for name, visit in (("silent line (at most 1)", silent_line),
+                        ("receiver in the page, 4800 baud", receiver_in_the_page),
+                        ("no page at all, the browser's own", empty_page)):
         browser, server = Chromium(), Server()
-        tab = fed_page(browser, server, log if log is None else b"\0", 0)
-        if log is None:
-            wait_streaming(tab)
+        visit(browser, server)
         time.sleep(8)
         page, everything = share(browser)
-        print(f"idle, {name}: {page:.2f} % of a processor in the page's process (at most 1), "
+        print(f"idle, {name}: {page:.2f} % of a processor in the page's process, "
               f"{everything:.2f} % in all of the browser's")
         browser.close()
         server.close()
@@ -140,7 +152,8 @@ def idle():
 
 def memory(tab):
     """Bytes that the page's scripts and its program hold, without what only waits to be collected."""
-    tab.call("HeapProfiler.collectGarbage")
+    for _ in range(2):  # the first collection lets go of what holds other things
+        tab.call("HeapProfiler.collectGarbage")
     usage = tab.call("Runtime.getHeapUsage")
     return {"scripts": usage["usedSize"], "elements": usage["embedderHeapUsedSize"],
             "buffers": usage["backingStorageSize"]}
