@@ -28,7 +28,7 @@ def pytest_collection_modifyitems(config, items):
                 used.add(name)
     files = {Path(item.fspath).stem for item in items}
     stale = [name for name in Reasons if name.partition("::")[0] in files and name not in used]
-    selected = config.getoption("keyword") or config.getoption("lf") or any("::" in name for name in config.args)
+    selected = config.getoption("keyword") or config.getoption("lf", False) or any("::" in name for name in config.args)
     if stale and not selected:
         raise pytest.UsageError(f"tests/web/desktop_only.py names tests that are not there: {', '.join(stale)}")
 

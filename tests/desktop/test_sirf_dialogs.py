@@ -174,13 +174,23 @@ class Session:
 
     def wait_sent(self, *payloads):
         expected = b"".join(map(frame, payloads))
-        wait_for(f"{payloads} is sent", lambda: self.sent() == expected, 5)
+        wait_for(f"{payloads} is sent", lambda: self.sent() == expected)
 
 
 @pytest.fixture(scope="module")
-def session(desktop_session):
-    yield Session(desktop_session)
+def sessions(desktop_session):
+    yield []
     desktop_session.tidy()
+
+
+@pytest.fixture
+def session(desktop_session, sessions, request):
+    """One for all tests; after a test that failed, which may have left a dialog open, a new one."""
+    if not sessions:
+        sessions.append(Session(desktop_session))
+    yield sessions[0]
+    if getattr(request.node, "failed", False):
+        sessions.clear()
 
 
 # ---- Settings -----------------------------------------------------------------------------------------
@@ -223,7 +233,7 @@ def test_setting_is_shown_set_and_shown_again(session, case):
 def test_enter_sends_and_leaves_the_dialog_open(session):
     """Set is the default button, also while a field or a list has the focus."""
     dialog = session.open(Id.DIALOG_SIRF_POWER_MASK, "Power Mask")
-    session.wait_sent("A88C")
+    wait_for("the dialog shows the setting", lambda: dialog.text(Id.CONTROL_POWER_NAVIGATION))
     enter(dialog, {Id.CONTROL_POWER_TRACKING: "21", Id.CONTROL_POWER_NAVIGATION: "22"})
     session.user.press(VK_RETURN)
     session.wait_sent("A88C", "8C1516")
