@@ -243,6 +243,15 @@ class User:
         self.wine.map_port(Port, line.device)
         return line
 
+    def pull_out(self, line):
+        """Ends a line. Its port leads nowhere first: the system may give the terminal's number to another test at once."""
+        for port in (self.wine.prefix / "dosdevices").iterdir():
+            if port.is_symlink() and os.readlink(port) == line.device:
+                port.unlink()
+                port.symlink_to("/dev/pulled-out")
+        line.close()
+        self.lines.remove(line)
+
     def connect_receiver(self, rate, *options):
         """The software receiver on the program's COM3; the bytes that the program sends go into a file."""
         Output.mkdir(parents=True, exist_ok=True)

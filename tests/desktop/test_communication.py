@@ -334,8 +334,7 @@ def test_unplugged_while_open(user, ports):
     wait_for("the line is open", lambda: line.rate() == 4800)
     line.send(Sentence)
     wait_state(dialog, OpenState)
-    line.close()
-    user.lines.remove(line)
+    user.pull_out(line)
     time.sleep(1)
     close_port(dialog)
 
@@ -356,8 +355,7 @@ def test_unplugged_during_a_search(user, ports):
     select(dialog, Port)
     dialog.press(FindBaud)
     wait_for("the search has begun", lambda: line.rate() == 2400)
-    line.close()
-    user.lines.remove(line)
+    user.pull_out(line)
 
     wait_through_boxes(user, dialog, ClosedState)
     line = user.connect()
