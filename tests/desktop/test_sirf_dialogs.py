@@ -415,7 +415,7 @@ def test_refusals_of_the_receiver_are_worded(desktop_session):
     user = session.user
     dialog = session.open(Id.DIALOG_SIRF_POWER_MASK, "Power Mask")
     session.wait_sent("A88C")
-    time.sleep(1)
+    time.sleep(3)  # a refusal that came after the next press would count for that one
     assert user.dialogs() == ["Power Mask"]  # nobody has asked for this poll
     dialog.press(Id.CONTROL_POWER_GET)
     box = user.dialog("NAcknowledgment")
