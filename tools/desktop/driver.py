@@ -62,6 +62,11 @@ class Driver:
     def select(self, control, index):
         self.call("select", control, index)
 
+    def text_size(self, text, width=0):
+        """Width and height in pixels of a text in a dialog, in one line, or wrapped at a width."""
+        answer = self.call("text-size", width, text)
+        return answer["width"], answer["height"]
+
     def post(self, window, message, wparam=0, lparam=0):
         self.call("post", window, message, wparam, lparam)
 

@@ -197,6 +197,35 @@ Json Select(const Words& words)
     return Done();
 }
 
+// ---- Sizes of texts -----------------------------------------------------------------------------------
+
+// The font of the program's dialogs, in which the controls draw their texts.
+HFONT DialogFont(HDC dc)
+{
+    constexpr int Points = 8, PointsPerInch = 72;
+    return CreateFontW(-MulDiv(Points, GetDeviceCaps(dc, LOGPIXELSY), PointsPerInch), 0, 0, 0, FW_DONTCARE,
+                       FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
+                       PROOF_QUALITY, FF_DONTCARE, L"MS Shell Dlg");
+}
+
+// Width and height in pixels of a text in a dialog. A width of 0 leaves it in one line; otherwise it is
+// wrapped between words, and the answer is wider if a word has no room.
+Json TextSize(const Words& words)
+{
+    const int width = int(Number(words[1]));
+    RECT r = {0, 0, width, 0};
+    const HDC dc = GetDC(nullptr);
+    const HFONT font = DialogFont(dc);
+    const HGDIOBJ before = SelectObject(dc, font);
+    const int drawn = DrawTextW(dc, words[2].c_str(), int(words[2].size()), &r,
+                                DT_CALCRECT | (width ? DT_WORDBREAK : DT_SINGLELINE));
+    SelectObject(dc, before);
+    DeleteObject(font);
+    ReleaseDC(nullptr, dc);
+    if (!drawn) throw Refused("the text cannot be measured");
+    return {{"width", r.right - r.left}, {"height", r.bottom - r.top}};
+}
+
 // ---- Messages and keys --------------------------------------------------------------------------------
 
 Json Post(const Words& words)
@@ -345,6 +374,7 @@ const Command& FindCommand(const std::wstring& name)
         {L"click", 1, Click},           // BUTTON
         {L"items", 1, ListItems},       // LIST
         {L"select", 2, Select},         // LIST INDEX
+        {L"text-size", 2, TextSize},    // WIDTH TEXT
         {L"post", 4, Post},             // WINDOW MESSAGE WPARAM LPARAM
         {L"send", 4, SendAndWait},      // WINDOW MESSAGE WPARAM LPARAM
         {L"focus", 1, Focus},           // WINDOW
