@@ -61,10 +61,12 @@ void ShowValue(HWND dialog, const ValueEdit& edit, int channel)
 void ShowChannel(HWND dialog, int i)
 {
     for (const ValueEdit& edit : ValueEdits) {
+        UseNarrowMargins(dialog, edit.control + i);
         ShowValue(dialog, edit, i);
         UseNumericInput(dialog, edit.control + i);
     }
     for (const PixelEdit& edit : PixelEdits) {
+        UseNarrowMargins(dialog, edit.control + i);
         SetDlgItemInt(dialog, edit.control + i, (GraphChannel[i].*edit.field).load(), FALSE);
         UseNumericInput(dialog, edit.control + i);
     }

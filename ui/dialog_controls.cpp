@@ -78,3 +78,11 @@ void UseNumericInput(HWND dialog, int control)
     constexpr LPARAM NumbersOnly = 2;
     if (LayoutOffset()) SendDlgItemMessageW(dialog, control, SetInputMode, 0, NumbersOnly);
 }
+
+void UseNarrowMargins(HWND dialog, int control)
+{
+    constexpr UINT SetMargins = 0xD3;
+    constexpr WPARAM BothSides = 3;
+    constexpr LPARAM OnePixelEach = 0x10001;
+    SendDlgItemMessageW(dialog, control, SetMargins, BothSides, OnePixelEach);
+}

@@ -41,3 +41,6 @@ void EnableControl(HWND dialog, int control, bool enable);
 
 // Numeric input on keypad devices; elsewhere nothing.
 void UseNumericInput(HWND dialog, int control);
+
+// Leaves a narrow edit as much room for its text as there is: margins of one pixel.
+void UseNarrowMargins(HWND dialog, int control);

@@ -2,6 +2,7 @@
 """The commands that people start, as they answer before any window: ./run.sh and the launcher of the package."""
 
 import glob
+import importlib
 import os
 import shutil
 import signal
@@ -69,6 +70,48 @@ def test_run_explains_itself():
         assert (code, error) == (0, "") and out.startswith("Usage: ./run.sh")
     with open("/dev/full", "w") as full:
         assert subprocess.run([Root / "run.sh", "--help"], stdout=full, stderr=subprocess.DEVNULL).returncode != 0
+
+
+# ---- The font of the launcher's pictures --------------------------------------------------------------
+
+@pytest.fixture
+def desktop(monkeypatch, tmp_path):
+    """The launcher's module, with a build folder and an apt-get of the test's own."""
+    monkeypatch.syspath_prepend(Root / "tools" / "desktop")
+    module = importlib.import_module("desktop")
+    monkeypatch.setattr(module, "Build", tmp_path)
+    monkeypatch.setattr(module, "FetchSeconds", 2)
+    monkeypatch.setenv("PATH", f"{tmp_path}:{os.environ['PATH']}")
+
+    def apt_get(script):
+        (tmp_path / "apt-get").write_text(f"#!/bin/sh\n{script}\n")
+        (tmp_path / "apt-get").chmod(0o755)
+    module.apt_get = apt_get
+    return module
+
+
+def test_run_goes_on_without_the_font_of_symbols(desktop, tmp_path, capsys):
+    for script in ("exit 100", "echo rubbish >fonts-wine.deb", "exit 0", "exec sleep 60"):
+        desktop.apt_get(script)
+        assert desktop.caption_fonts() == []
+        assert capsys.readouterr().out.startswith("The font of caption symbols cannot be fetched")
+        assert list((tmp_path / "fonts").iterdir()) == []
+
+
+def test_font_of_symbols_is_fetched_alone_and_once(desktop, tmp_path):
+    files = tmp_path / "package"
+    (files / "DEBIAN").mkdir(parents=True)
+    (files / "DEBIAN" / "control").write_text("Package: fonts-wine\nVersion: 1\nArchitecture: all\n"
+                                              "Maintainer: nobody <nobody@localhost>\nDescription: fonts\n")
+    fonts = files / "usr" / "share" / "wine" / "fonts"
+    fonts.mkdir(parents=True)
+    for name in ("marlett.ttf", "tahoma.ttf"):
+        (fonts / name).write_text(name)
+    desktop.apt_get(f"dpkg-deb --build {files} fonts-wine_1_all.deb >&2")
+    assert [font.read_text() for font in desktop.caption_fonts()] == ["marlett.ttf"]
+    desktop.apt_get("exit 100")
+    assert [font.name for font in desktop.caption_fonts()] == ["marlett.ttf"]
+    assert [font.name for font in (tmp_path / "fonts").iterdir()] == ["marlett.ttf"]
 
 
 @pytest.fixture

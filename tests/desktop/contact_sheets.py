@@ -1,11 +1,11 @@
 # SPDX-License-Identifier: MIT
-"""Pictures of every dialog on each hand-held device, screen by screen, in build/contact-sheets/: to be looked at.
-Names of devices as arguments choose some of them."""
+"""Pictures of every dialog on the desktop and on each hand-held device, screen by screen, in build/contact-sheets/:
+to be looked at. Names of devices as arguments choose some of them."""
 
 import sys
 import time
 
-from PIL import Image, ImageDraw
+from PIL import Image, ImageDraw, ImageGrab
 
 import harness
 from harness import desktop, wait_for
@@ -20,11 +20,19 @@ Margin, TextHeight, RowWidth = 8, 14, 1500
 WM_COMMAND, WM_VSCROLL, SB_PAGEDOWN = 0x111, 0x115, 3
 
 
-def settled(user, device):
-    """The screen, once it has stopped changing, as it does between the receiver's messages."""
+def seen(user, device, window):
+    """What is seen of a window: on a hand-held device the whole screen."""
+    if device in desktop.Handhelds:
+        return user.screen(device)
+    place = next(w["outer"] for w in user.driver.windows() if w["window"] == window)
+    return ImageGrab.grab(bbox=place, xdisplay=user.display.name).convert("RGB")
+
+
+def settled(user, device, window):
+    """The same, once it has stopped changing, as it does between the receiver's messages."""
     picture = None
-    while picture is None or picture.tobytes() != user.screen(device).tobytes():
-        picture = user.screen(device)
+    while picture is None or picture.tobytes() != seen(user, device, window).tobytes():
+        picture = seen(user, device, window)
         time.sleep(0.2)
     return picture
 
@@ -38,7 +46,7 @@ def photograph(user, device, item):
     time.sleep(0.5)  # for what it asks the receiver
     screens, top = [], None
     while top != (top := dialog.controls()[0]["outer"][1]):  # until a page further is no further
-        screens.append(settled(user, device))
+        screens.append(settled(user, device, dialog.window))
         user.driver.post(dialog.window, WM_VSCROLL, SB_PAGEDOWN)
         time.sleep(0.3)
     user.driver.post(dialog.window, WM_COMMAND, 1)
@@ -47,36 +55,40 @@ def photograph(user, device, item):
 
 
 def arrange(pictures):
-    """One sheet of all (caption, screens)."""
-    width, height = pictures[0][1][0].size
-    places, left, top = [], Margin, Margin
+    """One sheet of all (caption, screens), in rows."""
+    places, left, top, bottom = [], Margin, Margin, Margin
     for caption, screens in pictures:
-        wide = len(screens) * (width + 2)
+        wide = sum(screen.width + 2 for screen in screens)
         if left + wide > RowWidth:
-            left, top = Margin, top + height + TextHeight + Margin
+            left, top = Margin, bottom + Margin
         places.append((left, top, caption, screens))
         left += wide + Margin
-    sheet = Image.new("RGB", (RowWidth, top + height + TextHeight + Margin), "grey")
+        bottom = max(bottom, top + TextHeight + screens[0].height)
+    sheet = Image.new("RGB", (RowWidth, bottom + Margin), "grey")
     draw = ImageDraw.Draw(sheet)
     for left, top, caption, screens in places:
         draw.text((left, top), caption)
-        for i, screen in enumerate(screens):
-            sheet.paste(screen, (left + i * (width + 2), top + TextHeight))
+        for screen in screens:
+            sheet.paste(screen, (left, top + TextHeight))
+            left += screen.width + 2
     return sheet
 
 
 def main():
-    user = harness.User()
+    user = harness.User(fonts=desktop.caption_fonts())
     Folder.mkdir(parents=True, exist_ok=True)
     try:
-        for device in sys.argv[1:] or desktop.Handhelds:
+        for device in sys.argv[1:] or ("desktop", *desktop.Handhelds):
             user.tidy()
             user.connect_receiver(Rate, "--protocol", "sirf", "--start", "hot")
             user.store(CommPortIdx=harness.Port, BaudrateIdx=desktop.Rates.index(Rate))
-            user.start_handheld(device)
-            user.main_window()
+            if device in desktop.Handhelds:
+                user.start_handheld(device)
+            else:
+                user.start()
+            window = user.main_window()["window"]
             time.sleep(5)  # for the first fixes
-            pictures = [("Main window", [user.screen(device)])]
+            pictures = [("Main window", [seen(user, device, window)])]
             pictures += [photograph(user, device, item) for item in Items]
             arrange(pictures).save(Folder / f"{device}.png")
             print(Folder / f"{device}.png", flush=True)

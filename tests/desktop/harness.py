@@ -200,13 +200,13 @@ class Program:
 
 
 class User:
-    """Sits at a desktop of their own, starts the program and works it."""
+    """Sits at a desktop of their own, starts the program and works it. `fonts`: files of fonts besides the system's."""
 
-    def __init__(self, program=desktop.Program):
+    def __init__(self, program=desktop.Program, fonts=()):
         self.program = program
         self.display = desktop.MemoryDisplay()
         try:
-            self.wine = desktop.Wine(Output / "wine", self.display.name, home=Output / "home")
+            self.wine = desktop.Wine(Output / "wine", self.display.name, home=Output / "home", fonts=fonts)
             self.driver = raw.Driver(self.wine)
         except BaseException:
             self.display.close()

@@ -17,6 +17,7 @@ Reasons = {
     "test_ports": Wine,
     "test_guide": "walks for a minute through dialogs whose own tests run with the page",
     "test_launcher": Wine,
+    "test_texts_fit": "texts measured in the desktop's font: tests/web/test_dialogs.py looks for cut texts in the page",
     "test_boxes::test_refusal_gives_the_keyboard_back[keypad]": OtherLayout,
     "test_boxes::test_refusals_in_a_row_give_the_keyboard_back[keypad]": OtherLayout,
     "test_boxes::test_refusal_over_a_box_of_the_dialog_gives_the_keyboard_back[keypad]": OtherLayout,

@@ -4,8 +4,11 @@
 The user's display and the user's Wine prefix are never changed.
 """
 
+import functools
 import os
+import shutil
 import subprocess
+import tempfile
 from pathlib import Path
 
 from prefix import MemoryDisplay, Rates, Wine, display_reachable, say, stop
@@ -20,6 +23,8 @@ Driver = Build / "desktop" / "toravane-driver.exe"
 Tools = Path(os.environ.get("TORAVANE_TOOLS", Build / "native"))  # folder of the built tools
 Receiver = Tools / "toravane-receiver"
 
+FetchSeconds = 30  # before a font is given up
+
 # The hand-held devices that the shell imitates: platform type, and screen in pixels.
 Handhelds = {
     "pocketpc": ("PocketPC", (240, 320)),
@@ -32,6 +37,26 @@ def handheld_environment(name):
     """The environment variables that select the device for the program and the shell."""
     platform, (width, height) = Handhelds[name]
     return {"TORAVANE_PLATFORM": platform, "TORAVANE_SCREEN": f"{width}x{height}"}
+
+
+def caption_fonts():
+    """Fonts that a prefix gets besides the system's: Wine's font of symbols, without which the close button of a
+    caption is the letter r. Of the package that contains it the other fonts are not wanted: dialogs would be measured
+    with them, and look different from the tests'. An empty list, after a message, if it cannot be fetched."""
+    font = Build / "fonts" / "marlett.ttf"
+    if not font.exists():
+        font.parent.mkdir(parents=True, exist_ok=True)
+        with tempfile.TemporaryDirectory(dir=font.parent) as folder:
+            run = functools.partial(subprocess.run, cwd=folder, stdin=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                    check=True, timeout=FetchSeconds)
+            try:
+                run(["apt-get", "download", "-qq", "-o", "Acquire::Retries=0", "fonts-wine"])
+                run(["dpkg-deb", "-x", *Path(folder).glob("*.deb"), "."])
+                shutil.move(Path(folder) / "usr/share/wine/fonts" / font.name, font)
+            except (OSError, subprocess.SubprocessError):
+                say("The font of caption symbols cannot be fetched: close buttons show the letter r")
+                return []
+    return [font]
 
 
 def start_software_receiver(*options):

@@ -11,8 +11,8 @@ import sys
 import time
 from pathlib import Path
 
-from desktop import (Build, HandheldProgram, Handhelds, MemoryDisplay, Program, Rates, Root, Wine, display_reachable,
-                     handheld_environment, save_screenshot, say, start_software_receiver, stop)
+from desktop import (Build, HandheldProgram, Handhelds, MemoryDisplay, Program, Rates, Root, Wine, caption_fonts,
+                     display_reachable, handheld_environment, save_screenshot, say, start_software_receiver, stop)
 from driver import VK_RIGHT, WM_CLOSE, Driver, DriverError
 from ports import friendly_name, map_adapters, problem_with
 
@@ -153,7 +153,8 @@ def main():
             cleanup.callback(stop, receiver)
         say(f"Receiver on {terminal} at {arguments.rate} baud is COM{Port}")
 
-        wine = cleanup.enter_context(contextlib.closing(Wine(Build / "wine", display, window_manager=attended)))
+        wine = cleanup.enter_context(contextlib.closing(Wine(
+            Build / "wine", display, window_manager=attended, fonts=caption_fonts())))
         wine.map_port(Port, terminal)
         wine.store_port(Port, arguments.rate)
         name = friendly_name(Path(arguments.device).resolve()) if arguments.device else "Software receiver"

@@ -93,9 +93,10 @@ def environment(prefix, display, home):
 
 
 class Wine:
-    """A Wine prefix that stays up until it is closed. `home`: where the user's own files are."""
+    """A Wine prefix that stays up until it is closed. `home`: where the user's own files are; `fonts`: files of
+    fonts besides the system's."""
 
-    def __init__(self, prefix, display, window_manager=False, home=Path.home()):
+    def __init__(self, prefix, display, window_manager=False, home=Path.home(), fonts=()):
         self.prefix = prefix
         self.environment = environment(prefix, display, home)
         home.mkdir(parents=True, exist_ok=True)
@@ -111,6 +112,7 @@ class Wine:
             say(f"Creating the Wine prefix {prefix}")
             shutil.rmtree(prefix, ignore_errors=True)
             prefix.mkdir()
+        self._add_fonts(fonts)
         # The server maps the machine's own ports when it starts; ours are mapped while it runs.
         self._server("-p")
         self.run("wineboot")
@@ -118,6 +120,12 @@ class Wine:
         settings = prefix / "settings.reg"
         settings.write_text(PrefixSettings.format(managed="Y" if window_manager else "N"))
         self.run("regedit", "/S", str(settings))
+
+    def _add_fonts(self, fonts):
+        folder = self.prefix / "drive_c" / "windows" / "Fonts"
+        for font in fonts:
+            folder.mkdir(parents=True, exist_ok=True)
+            shutil.copy(font, folder)
 
     def _server(self, option):
         subprocess.run(["wineserver", option], env=self.environment, stdin=subprocess.DEVNULL,

@@ -1,9 +1,6 @@
 # SPDX-License-Identifier: MIT
 """Makes the pictures of the manual: the real program, the software receiver, and what a user does with both."""
 
-import contextlib
-import shutil
-import subprocess
 import sys
 import time
 from pathlib import Path
@@ -17,24 +14,12 @@ from harness import Port, VK_RIGHT, desktop, wait_for
 from PIL import Image, ImageGrab
 
 Images = desktop.Root / "docs" / "images"
-Fonts = desktop.Build / "fonts"
 MaxBytes = 600_000  # of all pictures: they are kept with the sources
 ValueMin, ValueMax, Northing, Easting = 1810, 1820, 3, 4  # fields of Graph Options, and the channels in them
 Colors = 64  # of a picture, which has few; the chart's lines and the blended edges of letters need that many
 
 
 # ---- Pictures -----------------------------------------------------------------------------------------
-
-def caption_font():
-    """Wine's font of caption buttons, without which a close button is the letter r. Of the package that holds it
-    the other fonts are not wanted: dialogs would be measured with them, and look different from the tests'."""
-    font = Fonts / "usr/share/wine/fonts/marlett.ttf"
-    if not font.exists():
-        Fonts.mkdir(parents=True, exist_ok=True)
-        subprocess.run(["apt-get", "download", "-qq", "fonts-wine"], cwd=Fonts, check=True)
-        subprocess.run(["dpkg-deb", "-x", next(Fonts.glob("*.deb")), Fonts], check=True)
-    return font
-
 
 def keep(picture, name):
     picture.convert("RGB").quantize(Colors, dither=Image.Dither.NONE).save(Images / f"{name}.png", optimize=True)
@@ -188,14 +173,7 @@ def main():
     Images.mkdir(parents=True, exist_ok=True)
     for old in Images.glob("*.png"):
         old.unlink()
-    with contextlib.closing(desktop.MemoryDisplay()) as display:
-        wine = desktop.Wine(harness.Output / "wine", display.name, home=harness.Output / "home")
-        try:
-            shutil.copy(caption_font(), wine.prefix / "drive_c" / "windows" / "Fonts")
-        except subprocess.CalledProcessError:
-            print("The caption font cannot be had: close buttons will show an r")
-        wine.close()
-    user = Photographer()
+    user = Photographer(fonts=desktop.caption_fonts())
     try:
         for scene in (first_start, nmea_page_and_chart, nmea_dialogs, sirf_page_and_dialogs):
             scene(user)

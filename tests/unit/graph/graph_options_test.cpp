@@ -552,6 +552,18 @@ TEST_F(GraphOptionsTest, KeypadEditsTakeNumbers)
     EXPECT_EQ(edits, 100u);
 }
 
+// Otherwise a sign, or the last digit, has no room.
+TEST_F(GraphOptionsTest, EditsHaveMarginsOfOnePixel)
+{
+    constexpr UINT SetMargins = 0xD3;
+    Run([&](HWND dialog) {
+        for (const int base : {CONTROL_GRAPH_VALUE_MIN, CONTROL_GRAPH_VALUE_MAX, CONTROL_GRAPH_PIXEL_MIN,
+                               CONTROL_GRAPH_PIXEL_MAX, CONTROL_GRAPH_VALUE_ZERO})
+            for (int i = 0; i < 10; ++i)
+                EXPECT_EQ(HeadlessIgnoredMessage(dialog, base + i, SetMargins), 0x10001) << base + i;
+    });
+}
+
 struct Place {
     int x, y, width, height;
 };

@@ -139,7 +139,7 @@ TEST_F(CommunicationDialog, BothLayoutsHaveTheSameControlsAndFitTheirScreens)
     HeadlessTemplate drop, keypad;
     ASSERT_TRUE(HeadlessFindTemplate(DIALOG_COMMUNICATION, drop));
     ASSERT_TRUE(HeadlessFindTemplate(2102, keypad));
-    EXPECT_LE(drop.width, 155);
+    EXPECT_LE(drop.width, 160);
     EXPECT_LE(drop.height, 190);
     EXPECT_LE(keypad.width, 110);
     for (int control = CONTROL_COM_PORT; control <= CONTROL_COM_LOG_OPEN; ++control)
