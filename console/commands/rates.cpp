@@ -5,9 +5,8 @@
 #include "console/commands/commands.h"
 #include "console/conversation.h"
 #include "console/finder.h"
-#include "console/nmea_commands.h"
+#include "console/message_rates.h"
 #include "console/sentence_rates.h"
-#include "sirf/setting_values.h"
 
 namespace console
 {
@@ -19,12 +18,6 @@ struct RatesOptions {
     std::vector<std::string> assignments;
     std::string seconds;
     bool noVerify = false;
-};
-
-// One kind of message and its wanted interval.
-struct Wish {
-    std::string kind; // the name under which it is counted: "GGA", "41"
-    unsigned number, seconds;
 };
 
 void PrintRate(Context& context, const std::string& kind, std::optional<double> interval)
@@ -44,88 +37,44 @@ void Measure(Context& context, double seconds)
         PrintRate(context, kind, arrivals.Interval());
 }
 
-std::vector<Wish> ParseWishes(const std::vector<std::string>& assignments, Protocol& protocol)
+std::vector<MessageRate> ParseRates(const std::vector<std::string>& assignments, Protocol& protocol)
 {
-    std::vector<Wish> wishes;
+    std::vector<MessageRate> rates;
     for (const std::string& text : assignments) {
         const Assignment assignment = ParseAssignment(text);
         const bool isId = std::isdigit(static_cast<unsigned char>(assignment.name[0]));
-        if (!wishes.empty() && isId != (protocol == Protocol::Sirf))
+        if (!rates.empty() && isId != (protocol == Protocol::Sirf))
             Fail(FailureKind::Usage, "sentences and message ids cannot be mixed");
         protocol = isId ? Protocol::Sirf : Protocol::Nmea;
-        Wish wish;
+        MessageRate rate;
         if (isId) {
             constexpr unsigned Longest = 30;
-            wish.number = static_cast<unsigned>(ParseWhole(assignment.name, 1, 255, "message id"));
-            wish.kind = std::to_string(wish.number);
-            wish.seconds = static_cast<unsigned>(ParseWhole(assignment.value, 0, Longest, assignment.name));
+            rate.number = static_cast<unsigned>(ParseWhole(assignment.name, 1, 255, "message id"));
+            rate.kind = std::to_string(rate.number);
+            rate.seconds = static_cast<unsigned>(ParseWhole(assignment.value, 0, Longest, assignment.name));
         } else {
             const auto kind = FindSentenceKind(assignment.name);
             if (!kind)
                 Fail(FailureKind::Usage, "no sentence \"" + assignment.name +
                                              "\"; there are GGA, GLL, GSA, GSV, RMC, VTG, MSS and ZDA");
-            wish.number = *kind;
-            wish.kind = SentenceKinds()[*kind];
-            wish.seconds = static_cast<unsigned>(ParseWhole(assignment.value, 0, 255, assignment.name));
+            rate.number = *kind;
+            rate.kind = SentenceKinds()[*kind];
+            rate.seconds = static_cast<unsigned>(ParseWhole(assignment.value, 0, 255, assignment.name));
         }
-        for (const Wish& other : wishes)
-            if (other.kind == wish.kind) Fail(FailureKind::Usage, wish.kind + " is given twice");
-        wishes.push_back(wish);
+        for (const MessageRate& other : rates)
+            if (other.kind == rate.kind) Fail(FailureKind::Usage, rate.kind + " is given twice");
+        rates.push_back(rate);
     }
-    return wishes;
-}
-
-Frame RatePayload(const Wish& wish)
-{
-    uint8_t payload[MaxCommandLength];
-    SettingValues values = {};
-    // In the order of the layout's rows.
-    values[0] = wish.seconds;
-    values[1] = wish.number;
-    PackCommand(SetMessageRateLayout, values, payload);
-    return Frame(payload, payload + SetMessageRateLayout.length);
-}
-
-Frame RateFrame(Protocol protocol, const Wish& wish)
-{
-    if (protocol == Protocol::Nmea) return FrameNmea(SentenceRateBody(wish.number, wish.seconds));
-    return FrameSirf(RatePayload(wish));
-}
-
-// Checks that a kind of message arrives, or no longer arrives. If not, adds the difference to the text.
-void Verify(Session& session, const ArrivalCounter& counter, const Wish& wish, Clock::time_point sent,
-            std::string& differences)
-{
-    constexpr auto Reserve = std::chrono::seconds(2), Quiet = std::chrono::seconds(3);
-    const auto cameSince = [&](Clock::time_point since) {
-        const auto found = counter.table.find(wish.kind);
-        return found != counter.table.end() && found->second.last > since;
-    };
-    const auto add = [&](const char* what) {
-        differences += (differences.empty() ? "" : ", ") + wish.kind + what;
-    };
-    if (wish.seconds) {
-        const auto end = sent + std::chrono::seconds(2 * wish.seconds) + Reserve;
-        if (!session.WaitFor([&] { return cameSince(sent); }, end - Clock::now())) add(" does not come");
-        return;
-    }
-    // Messages that the receiver was sending at the time of the command may still arrive.
-    const auto isQuiet = [&] {
-        const auto found = counter.table.find(wish.kind);
-        const auto last = found == counter.table.end() ? sent : std::max(sent, found->second.last);
-        return Clock::now() - last >= Quiet;
-    };
-    const auto end = sent + 2 * Quiet;
-    while (!isQuiet() && Clock::now() < end) session.WaitFor(isQuiet, Seconds(0.1));
-    if (!isQuiet()) add(" still comes");
+    return rates;
 }
 
 void SetRates(Context& context, const RatesOptions& options)
 {
     Protocol protocol = Protocol::Nmea;
-    const std::vector<Wish> wishes = ParseWishes(options.assignments, protocol);
+    const std::vector<MessageRate> rates = ParseRates(options.assignments, protocol);
     if (context.options.dryRun) {
-        for (const Wish& wish : wishes) context.output.Line("> " + FrameText(RateFrame(protocol, wish)));
+        for (const MessageRate& rate : rates)
+            context.output.Line("> " + FrameText(MessageRateFrame(protocol, rate)));
         return;
     }
     const Receiver receiver = FindReceiver(context);
@@ -135,21 +84,18 @@ void SetRates(Context& context, const RatesOptions& options)
                                         ProtocolTitle(receiver.found.protocol) +
                                         ", which has no such messages: \"toravanectl switch " +
                                         ProtocolKey(protocol) + "\" changes it");
-    ArrivalCounter counter;
-    std::vector<Clock::time_point> sent;
-    for (const Wish& wish : wishes) {
-        if (protocol == Protocol::Nmea)
-            session.Send(RateFrame(protocol, wish));
-        else if (SendCommand(session, RatePayload(wish), Seconds(context.options.timeoutSeconds)) ==
-                 Reply::Refused)
-            Require(Reply::Refused, "rate of message " + wish.kind);
-        sent.push_back(Clock::now());
+    for (const MessageRate& rate : rates) {
+        if (protocol == Protocol::Nmea) {
+            session.Send(MessageRateFrame(protocol, rate));
+            continue;
+        }
+        const Reply reply =
+            SendCommand(session, MessageRatePayload(rate), Seconds(context.options.timeoutSeconds));
+        // A change that is seen needs no acknowledgement.
+        if (reply == Reply::Refused || options.noVerify) Require(reply, "rate of message " + rate.kind);
     }
-    std::string differences;
-    if (!options.noVerify)
-        for (size_t i = 0; i < wishes.size(); ++i) Verify(session, counter, wishes[i], sent[i], differences);
-    if (!differences.empty()) Fail(FailureKind::Differs, differences);
-    for (const Wish& wish : wishes) PrintRate(context, wish.kind, wish.seconds);
+    if (!options.noVerify) SeeMessageRates(session, rates);
+    for (const MessageRate& rate : rates) PrintRate(context, rate.kind, rate.seconds);
 }
 
 } // namespace
@@ -166,10 +112,13 @@ Action DefineRates(Parser& parser)
     parser.Flag("--no-verify", options->noVerify, "do not wait until the change is seen");
     return [options](Context& context) {
         const double seconds = options->seconds.empty() ? 11 : ParseSeconds(options->seconds, "--for");
-        if (options->assignments.empty())
+        if (options->assignments.empty()) {
+            if (options->noVerify) Fail(FailureKind::Usage, "--no-verify is for setting: give NAME=SECONDS");
             Measure(context, seconds);
-        else
+        } else {
+            if (!options->seconds.empty()) Fail(FailureKind::Usage, "--for is for measuring: leave it out");
             SetRates(context, *options);
+        }
     };
 }
 

@@ -59,18 +59,22 @@ void Confirm(const Context& context)
     if (answer != "y" && answer != "Y" && answer != "yes") Fail(FailureKind::Failed, "nothing was sent");
 }
 
-// True for a message that reports a position.
+// True for a message that reports a fix, of those that may be switched on.
 bool HasFix(const Sentence& sentence)
 {
-    const std::string_view quality = sentence.Field(6);
-    return sentence.hadChecksum && sentence.Kind() == "GGA" && !quality.empty() && quality != "0";
+    if (!sentence.hadChecksum) return false;
+    const std::string_view kind = sentence.Kind(), quality = sentence.Field(6);
+    if (kind == "GGA") return !quality.empty() && quality != "0";
+    return (kind == "RMC" && sentence.Field(2) == "A") || (kind == "GLL" && quality == "A");
 }
 bool HasFix(const Message& message)
 {
-    constexpr uint8_t Geodetic = 41, FixTypeBits = 7;
-    constexpr size_t FixType = 4, Length = 91;
-    return message.Id() == Geodetic && message.payload.size() >= Length &&
-           (message.payload[FixType] & FixTypeBits) != 0;
+    constexpr uint8_t MeasuredNavigation = 2, Geodetic = 41, FixTypeBits = 7;
+    const auto reports = [&](uint8_t id, size_t length, size_t fixType) {
+        return message.Id() == id && message.payload.size() >= length &&
+               (message.payload[fixType] & FixTypeBits) != 0;
+    };
+    return reports(MeasuredNavigation, 41, 19) || reports(Geodetic, 91, 4);
 }
 
 // The receiver's protocol and rate after a restart; a factory reset may change both.
@@ -111,6 +115,7 @@ void WaitForFix(Context& context, Session& session, Clock::time_point start, dou
 void Restart(Context& context, const RestartOptions& options)
 {
     const RestartKind& kind = FindKind(options.kind);
+    if (!options.seconds.empty() && !options.wait) Fail(FailureKind::Usage, "--for is for --wait: give both");
     const double limit = options.seconds.empty() ? 900 : ParseSeconds(options.seconds, "--for");
     const Frame payload = RestartPayload(kind);
     if (context.options.dryRun) {
@@ -143,7 +148,7 @@ Action DefineRestart(Parser& parser)
     const auto options = std::make_shared<RestartOptions>();
     parser.Option("KIND", options->kind, "hot, warm, cold or factory").Required().TypeName("");
     parser.Flag("--wait", options->wait, "wait for the first fix");
-    parser.Option("--for", options->seconds, "how long to wait for it (900)").TypeName("SECONDS");
+    parser.Option("--for", options->seconds, "how long --wait waits (900)").TypeName("SECONDS");
     return [options](Context& context) { Restart(context, *options); };
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "console/commands/commands.h"
+#include "console/message_rates.h"
 #include "console/remembered_rate.h"
 #include "console/switching.h"
 
@@ -12,6 +13,14 @@ namespace
 struct SwitchOptions {
     std::string protocol, rate, sentences;
 };
+
+std::vector<MessageRate> SentenceRates(const NmeaRates& rates)
+{
+    std::vector<MessageRate> list;
+    for (unsigned kind = 0; kind < rates.size(); ++kind)
+        list.push_back({SentenceKinds()[kind], kind, rates[kind]});
+    return list;
+}
 
 void Switch(Context& context, const SwitchOptions& options)
 {
@@ -50,7 +59,16 @@ void Switch(Context& context, const SwitchOptions& options)
     if (found->protocol != wanted.protocol || found->rate != wanted.rate)
         Fail(FailureKind::Differs,
              "the receiver is at " + FoundText(*found) + " instead of " + FoundText(wanted));
-    if (steps.empty()) output.Note("it was so already; nothing was sent");
+    if (options.sentences.empty()) {
+        if (steps.empty()) output.Note("it was so already; nothing was sent");
+        return;
+    }
+    const std::vector<MessageRate> sentences = SentenceRates(rates);
+    // The command that leads from SiRF binary to NMEA has brought them along.
+    if (receiver.found.protocol == Protocol::Nmea)
+        for (const MessageRate& rate : sentences)
+            receiver.session->Send(MessageRateFrame(Protocol::Nmea, rate));
+    SeeMessageRates(*receiver.session, sentences);
 }
 
 } // namespace

@@ -72,6 +72,37 @@ def test_there_and_back_at_every_kind_of_step():
         assert b"> " not in again.stderr
 
 
+def test_the_sentences_of_a_switch_within_nmea():
+    with Receiver() as receiver:
+        for rate in (4800, 38400):  # the first one is the present rate
+            done = ctl(receiver, "-v", "switch", "nmea", rate, "--rates", "vtg=2,GGA=1", check=0)
+            assert done.stdout.decode() == f"now NMEA at {rate} baud\n"
+            assert [line.split("*")[0] for line in done.stderr.decode().splitlines() if "$PSRF103" in line] == [
+                "> $PSRF103,0,0,1,1", "> $PSRF103,1,0,0,1", "> $PSRF103,2,0,0,1", "> $PSRF103,3,0,0,1",
+                "> $PSRF103,4,0,0,1", "> $PSRF103,5,0,2,1", "> $PSRF103,6,0,0,1", "> $PSRF103,7,0,0,1",
+                "> $PSRF103,8,0,0,1", "> $PSRF103,9,0,0,1"]
+            assert b"nothing was sent" not in done.stderr
+            rates = json.loads(ctl(receiver, "--json", "rates", "--for", 7, check=0).stdout)["rates"]
+            assert rates == {"GGA": pytest.approx(1, abs=0.2), "VTG": pytest.approx(2, abs=0.2)}
+            ctl(receiver, "rates", "--no-verify", "RMC=1", check=0)
+
+
+def test_the_sentences_of_a_switch_are_seen():
+    with Receiver("--fault", "mute=PSRF103") as receiver:
+        done = json.loads(ctl(receiver, "--json", "switch", "nmea", 4800, "--rates", "GGA=1,ZDA=1", check=8).stdout)
+        assert done["error"]["kind"] == "differs"
+        differences = done["error"]["message"].split(", ")
+        # One that comes every five seconds may stay away for three.
+        assert [each for each in differences if each[:3] not in ("GSA", "GSV")] == [
+            "GLL still comes", "RMC still comes", "VTG still comes", "ZDA does not come"]
+        assert done["found"] == done["wanted"] == {"protocol": "nmea", "rate": 4800}
+    with Receiver("--protocol", "sirf", "--rate", 57600) as receiver:
+        ctl(receiver, "switch", "nmea", 9600, "--rates", "RMC=1,GSA=2", check=0)
+    with Receiver("--protocol", "sirf", "--rate", 57600) as receiver:  # which has no sentence USER8
+        done = ctl(receiver, "switch", "nmea", 9600, "--rates", "RMC=1,USER8=1", check=8)
+        assert b": USER8 does not come\n" in done.stderr
+
+
 def test_a_switch_that_ends_elsewhere_is_named():
     with Receiver("--fault", "switch-lands-at=9600") as receiver:
         done = json.loads(ctl(receiver, "--json", "switch", "sirf", 57600, check=8).stdout)
@@ -112,6 +143,7 @@ def test_rates_of_messages():
         assert rates["41"] == pytest.approx(2, abs=0.2) and "4" not in rates
     with Receiver("--protocol", "sirf", "--rate", 57600, "--fault", "mute=166") as receiver:
         ctl(receiver, "rates", "41=0", check=8)
+        ctl(receiver, "rates", "41=0", "--no-verify", check=9)
 
 
 def test_restarts():
@@ -127,6 +159,13 @@ def test_restarts():
             ctl(receiver, "restart", "factory", "-y", check=0)
     with Receiver() as receiver:
         ctl(receiver, "restart", "cold", "--wait", "--for", 6, check=9)
+
+
+@pytest.mark.parametrize("protocol, off", [("nmea", "GGA=0"), ("sirf", "41=0")])
+def test_a_fix_is_noticed_in_other_messages(protocol, off):
+    with Receiver("--protocol", protocol, "--rate", 38400, "--start", "hot") as receiver:
+        ctl(receiver, "rates", off, check=0)
+        ctl(receiver, "restart", "hot", "--wait", "--for", 25, check=0)
 
 
 def test_through_sirf_and_back():

@@ -563,7 +563,7 @@ ROWS = (
      "console_dialog_tests"),
     ("console/commands/restart.cpp", '{"warm", 2, 0x02}', '{"warm", 3, 0x02}', "a warm start brings no position",
      "console_dialog_tests"),
-    ("console/commands/rates.cpp", "values[0] = wish.seconds;", "values[0] = wish.number;",
+    ("console/message_rates.cpp", "values[0] = rate.seconds;", "values[0] = rate.number;",
      "seconds stand where the layout has them", "console_dialog_tests"),
     ("console/dates.cpp", "(behind + DaysPerEpoch / 2) / DaysPerEpoch", "behind / DaysPerEpoch",
      "the nearest epoch counts", "console_tests"),
