@@ -14,6 +14,7 @@ namespace console
 
 struct CorrectionOptions {
     bool wanted = false;
+    bool isChoice = false; // the command corrects dates only if that is wanted
     std::string reference; // as typed
 
     // Adds --correct-dates and --reference; `otherwise` describes the reference that is used without
@@ -21,6 +22,7 @@ struct CorrectionOptions {
     void Define(Parser& parser, const std::string& otherwise)
     {
         parser.Flag("--correct-dates", wanted, "correct dates that lie whole 1024 weeks back");
+        isChoice = true;
         DefineReference(parser, otherwise);
     }
 
@@ -36,6 +38,7 @@ struct CorrectionOptions {
     Reference ReferenceOr(const Reference& otherwise) const
     {
         if (reference.empty()) return otherwise;
+        if (isChoice && !wanted) Fail(FailureKind::Usage, "--reference is for --correct-dates: give both");
         if (const auto date = ParseDate(reference)) return {*date, ReferenceKind::Given};
         Fail(FailureKind::Usage, "\"" + reference + "\" is no date: YYYY-MM-DD, from 1980 on");
     }

@@ -167,6 +167,20 @@ def test_common_options_stand_anywhere(tmp_path):
     run("--through-sirf", "-p", "/nowhere", "monitor", check=2)
 
 
+@pytest.mark.parametrize("words, missing", [
+    (["rates", "--for", 5, "GGA=1"], "--for"),
+    (["rates", "--no-verify"], "--no-verify"),
+    (["restart", "hot", "--for", 5], "--wait"),
+    (["switch", "sirf", "--rates", "GGA=1"], "--rates"),
+    (["monitor", "--reference", "2026-11-21"], "--correct-dates"),
+    (["relay", "--tcp", 2947, "--reference", "2026-11-21"], "--correct-dates"),
+    (["convert", "/dev/null", "--to", "csv", "--reference", "2026-11-21"], "--correct-dates"),
+])
+def test_an_option_without_effect_is_refused(words, missing):
+    done = run("-p", "/nowhere", *words, check=2)
+    assert missing in done.stderr.decode() and not done.stdout
+
+
 def test_through_sirf_before_the_command():
     with Receiver() as receiver:
         done = run("--through-sirf", "-p", receiver.port, "-b", 4800, "get", "power-mask", check=0)

@@ -151,6 +151,12 @@ def test_what_cannot_be_made(receiver, tmp_path):
     assert not (tmp_path / "gps").is_symlink()
 
 
+def test_dates_of_binary_messages_are_not_mended():
+    with Receiver("--protocol", "sirf", "--rate", Rate) as one:
+        done = run("relay", "-p", one.port, "-b", Rate, "--tcp", free_port(), "--correct-dates", check=11)
+        assert b"toravanectl switch nmea" in done.stderr
+
+
 def test_the_link_goes_with_the_device(tmp_path):
     link, script = tmp_path / "gps", tmp_path / "script"
     script.write_text("5 vanish 100\n")
