@@ -79,7 +79,7 @@ public:
 
 private:
     bool takesSequences_ = false;
-    unsigned mode_ = 0, codePage_ = 0; // the old state
+    [[maybe_unused]] unsigned mode_ = 0, codePage_ = 0; // the old state
 };
 
 // The arguments in UTF-8, without the program's name.
