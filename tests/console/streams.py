@@ -37,11 +37,17 @@ def port_of(terminal):
     return machine().port(terminal) if UnderWine else terminal
 
 
+@functools.cache
+def states():
+    """Where the program remembers rates, removed at the end."""
+    return tempfile.TemporaryDirectory(prefix="toravane-state-")
+
+
 def environment():
     """Without the user's own settings, and with nothing remembered."""
     kept = machine().wine.environment if UnderWine else os.environ
     kept = {name: value for name, value in kept.items() if not name.startswith("TORAVANE_")}
-    return kept | {"XDG_STATE_HOME": tempfile.mkdtemp(prefix="toravane-state-"), "TZ": "UTC"}
+    return kept | {"XDG_STATE_HOME": tempfile.mkdtemp(dir=states().name), "TZ": "UTC"}
 
 
 def run(*arguments, check=None, **options):
