@@ -28,7 +28,7 @@ DialogClass = "#32770"
 VK_RETURN, VK_ESCAPE, VK_LEFT, VK_UP, VK_RIGHT, VK_DOWN, VK_F10 = 0x0D, 0x1B, 0x25, 0x26, 0x27, 0x28, 0x79
 
 
-def wait_for(what, condition, seconds=15):
+def wait_for(what, condition, seconds=30):
     """Waits until the condition holds and returns its value; what never comes fails the test."""
     end = time.monotonic() + seconds
     while True:

@@ -202,7 +202,7 @@ def test_find_baud(user, ports, protocol, rate):
     dialog.press(FindBaud)
     wait_state(dialog, {LogOpen})
     user.screenshot(f"communication searching {rate}")
-    wait_state(dialog, OpenState, 25)
+    wait_state(dialog, OpenState, 60)
     wait_for("the protocol is shown", lambda: dialog.text(Protocol) == protocol)
     assert dialog.items(Rates)[1] == str(rate)
     wait_for("port and rate are stored", lambda: (user.stored("CommPortIdx"), user.stored("BaudrateIdx")) ==
