@@ -193,7 +193,7 @@ class Program:
     def running(self):
         return self.process.poll() is None
 
-    def wait_end(self, seconds=15):
+    def wait_end(self, seconds=30):
         """The exit code of a program that is about to end."""
         wait_for("the program ends", lambda: not self.running(), seconds)
         return self.process.returncode

@@ -70,7 +70,7 @@ ClosedState = {*Selection, LogOpen}
 OpenState = {Close, LogOpen}
 
 
-def wait_state(dialog, state, seconds=15):
+def wait_state(dialog, state, seconds=30):
     wait_for(f"the usable controls are {sorted(state)}", lambda: enabled(dialog) == state, seconds)
 
 

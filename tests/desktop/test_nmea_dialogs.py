@@ -81,7 +81,7 @@ def press_set(bench, dialog, expected, detects_afresh=False):
     assert bytes(got) == expected or detects_afresh and got.replace(HotStart, b"", 1) == expected
 
 
-def wait_text(dialog, control, pattern, seconds=15):
+def wait_text(dialog, control, pattern, seconds=30):
     wait_for(f"control {control} shows {pattern}", lambda: re.search(pattern, dialog.text(control)), seconds)
 
 
@@ -116,7 +116,7 @@ def test_set_serial_port_switches_the_receiver_and_follows_it(user):
              lambda: user.stored("SirfBaudrateIdx") == desktop.Rates.index(38400))
     assert user.stored("BaudrateIdx") == desktop.Rates.index(38400)
     dialog.close()
-    wait_for("the page of SiRF binary", lambda: user.page()[3].startswith(" St:"), 10)
+    wait_for("the page of SiRF binary", lambda: user.page()[3].startswith(" St:"))
 
 
 def test_set_serial_port_takes_a_typed_rate_and_warns(user):

@@ -215,7 +215,7 @@ class Tab:
         nodes = self.call("Accessibility.queryAXTree", objectId=root, **wanted)["nodes"]
         return [Element(self, node) for node in nodes if not node.get("ignored") and "backendDOMNodeId" in node]
 
-    def find(self, role, name, seconds=5):
+    def find(self, role, name, seconds=15):
         """The one element of that role and name, as soon as it is there."""
         end = time.monotonic() + seconds
         while True:
@@ -232,7 +232,7 @@ class Tab:
         file.write_bytes(base64.b64decode(data))
         return file
 
-    def wait(self, what, expression, seconds=15):
+    def wait(self, what, expression, seconds=30):
         """Waits until an expression in the page is true, and returns it."""
         end = time.monotonic() + seconds
         while True:

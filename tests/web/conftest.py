@@ -58,6 +58,6 @@ def tab(new_tab, server):
     return tab
 
 
-def wait_streaming(tab, seconds=15):
+def wait_streaming(tab, seconds=30):
     tab.wait("the receiver's time stands in the first line",
              "/^ UTC: \\d{4}-/.test(document.querySelector('.line')?.textContent)", seconds)

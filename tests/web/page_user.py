@@ -185,7 +185,7 @@ class PageProgram:
     def running(self):
         return self.user.driver.main_window() is not None
 
-    def wait_end(self, seconds=15):
+    def wait_end(self, seconds=30):
         wait_for("the program ends", lambda: not self.running(), seconds)
         return 0
 

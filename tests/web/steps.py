@@ -23,7 +23,7 @@ def lines(tab):
     return tab.run("[...document.querySelectorAll('.line')].map(line => line.textContent)")
 
 
-def wait_clock(tab, seconds=15):
+def wait_clock(tab, seconds=30):
     """Waits until the time in the first line goes on."""
     before = tab.run(Clock)
     tab.wait("the time goes on", f"{Clock} !== {json.dumps(before)}", seconds)
