@@ -21,6 +21,7 @@
 #include "ui/dialog_support.h"
 #include "ui/error_boxes.h"
 #include "ui/page_lines.h"
+#include "ui/screen_scale.h"
 #include "ui/shell_libraries.h"
 
 namespace
@@ -114,7 +115,8 @@ void OnCreate(HWND window)
     TextPageTop.store(GraphTop);
     TextLineHeight.store(LineHeight);
     const int pageHeight = LineHeight * static_cast<int>(TextLineCount);
-    FitMainWindow(window, PageColumns * CharacterWidth, pageHeight > ChartRows ? pageHeight : ChartRows);
+    const int chartHeight = OnScreen(ChartRows);
+    FitMainWindow(window, PageColumns * CharacterWidth, pageHeight > chartHeight ? pageHeight : chartHeight);
     RECT client;
     GetClientRect(window, &client);
     const int height = client.bottom - (IsSmartphone() ? 0 : GraphTop);

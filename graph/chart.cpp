@@ -6,6 +6,7 @@
 #include "graph/surface.h"
 #include "ui/dialog_support.h"
 #include "ui/error_boxes.h"
+#include "ui/screen_scale.h"
 
 namespace
 {
@@ -58,9 +59,20 @@ void Delete(MemoryDc& memory, const wchar_t* caption)
     memory = {};
 }
 
-uint16_t ChartSize(int pixels)
+uint16_t ChartSize(int screenPixels)
 {
-    return static_cast<uint16_t>(pixels < 0 ? 0 : pixels > INT16_MAX ? INT16_MAX : pixels);
+    if (screenPixels < 0) return 0;
+    return static_cast<uint16_t>(InPicture(screenPixels < INT16_MAX ? screenPixels : INT16_MAX));
+}
+
+// Copies `width` columns from `column` on to the column `to` of the picture on the screen.
+BOOL CopyToScreen(HDC dc, int top, int to, int width, int height, int column)
+{
+    const int left = OnScreen(to), right = OnScreen(to + width);
+    if (DotsPerInch() == PictureDotsPerInch)
+        return BitBlt(dc, left, top, width, height, Graph.dc, column, 0, SRCCOPY);
+    return StretchBlt(dc, left, top, right - left, OnScreen(height), Graph.dc, column, 0, width, height,
+                      SRCCOPY);
 }
 
 } // namespace
@@ -100,9 +112,7 @@ void PaintChart(HDC dc, int top)
 {
     const int width = GraphWidth.load(), height = GraphHeight.load(), column = CurrentGraphColumn.load();
     if (!width || !height) return;
-    CheckPaint(BitBlt(dc, 0, top, width - column, height, Graph.dc, column, 0, SRCCOPY), L"BitBlt1",
-               BitBlt1Failed);
+    CheckPaint(CopyToScreen(dc, top, 0, width - column, height, column), L"BitBlt1", BitBlt1Failed);
     if (column)
-        CheckPaint(BitBlt(dc, width - column, top, column, height, Graph.dc, 0, 0, SRCCOPY), L"BitBlt2",
-                   BitBlt2Failed);
+        CheckPaint(CopyToScreen(dc, top, width - column, column, height, 0), L"BitBlt2", BitBlt2Failed);
 }

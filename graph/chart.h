@@ -5,9 +5,9 @@
 
 #include "platform/platform.h"
 
-// Makes the chart's pictures for a window area of the given size in pixels, the chart all white
+// Makes the chart's pictures for a window area of the given size in pixels of the screen, the chart all white
 // ("StretchBlt4"), and loads the chart's settings. If the area is empty, there is no chart, but the settings
-// are loaded.
+// are loaded. On a screen with more than 96 dots per inch the chart has fewer pixels, which are shown larger.
 void CreateChart(HWND window, int width, int height);
 
 // Frees the pictures; failures are shown as "DeleteDC1" to "DeleteDC4". The reader thread must have ended.

@@ -43,6 +43,10 @@ HFONT CreateTextPageFont();
 // can choose the size; on a device windows fill the screen and stay as they are.
 void FitMainWindow(HWND window, int width, int height);
 
+// Dots per inch of the screen on which windows appear first. Letters and dialogs have grown with them
+// already. 96 on a device, for whose screen every picture is made.
+int DotsPerInch();
+
 // Brings another process' window to the front, together with its open dialog or box.
 void BringToFront(HWND window);
 

@@ -7,6 +7,7 @@
 #include "sky/vectors_and_time.h"
 #include "text/format.h"
 #include "ui/error_boxes.h"
+#include "ui/screen_scale.h"
 
 namespace
 {
@@ -63,9 +64,10 @@ void DrawObject(HDC dc, int top, const SkyObject& object)
         Format(label, L"%s", isSun ? L"S" : L"M");
     else
         Format(label, L"%d", object.id);
-    RECT area = PlaceLabel(dc, x, top + y, label);
+    const int centreX = OnScreen(x), centreY = top + OnScreen(y);
+    RECT area = PlaceLabel(dc, centreX, centreY, label);
     if (isSun || isMoon)
-        DrawCircle(dc, x, top + y, BodyRadius, Body);
+        DrawCircle(dc, centreX, centreY, OnScreen(BodyRadius), Body);
     else
         CheckPaint(Rectangle(dc, area.left - 1, area.top - 1, area.right + 2, area.bottom + 1), Plate.caption,
                    Plate.failed);
@@ -76,13 +78,14 @@ void DrawObject(HDC dc, int top, const SkyObject& object)
 
 void DrawSkyPlot(HDC dc, int top)
 {
-    const int centreY = top + CentreY;
-    DrawCircle(dc, CentreX, centreY, HorizonRadius, Horizon);
-    DrawCircle(dc, CentreX, centreY, MiddleRadius, MiddleCircle);
-    DrawDirection(dc, CentreX, centreY - HorizonRadius, L" S ");
-    DrawDirection(dc, CentreX, centreY + HorizonRadius, L" N ");
-    DrawDirection(dc, CentreX - HorizonRadius, centreY, L" E ");
-    DrawDirection(dc, CentreX + HorizonRadius, centreY, L" W ");
+    const int centreX = OnScreen(CentreX), centreY = top + OnScreen(CentreY),
+              radius = OnScreen(HorizonRadius);
+    DrawCircle(dc, centreX, centreY, radius, Horizon);
+    DrawCircle(dc, centreX, centreY, OnScreen(MiddleRadius), MiddleCircle);
+    DrawDirection(dc, centreX, centreY - radius, L" S ");
+    DrawDirection(dc, centreX, centreY + radius, L" N ");
+    DrawDirection(dc, centreX - radius, centreY, L" E ");
+    DrawDirection(dc, centreX + radius, centreY, L" W ");
 
     constexpr int LastRow = static_cast<int>(SkyObjectCount) - 1;
     for (int row = StartRow; row >= 0 && row <= LastRow; row += Step) DrawObject(dc, top, SkyObjects[row]);

@@ -59,6 +59,11 @@ HFONT CreateTextPageFont()
 
 void FitMainWindow(HWND, int, int) {} // windows fill the screen
 
+int DotsPerInch()
+{
+    return 96;
+}
+
 void BringToFront(HWND window)
 {
     // A window with a dialog open is brought forward by its lowest bit: the system then shows the dialog.

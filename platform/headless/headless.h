@@ -206,6 +206,7 @@ HWND HeadlessMainWindow(); // the top-level window, null before it exists
 std::wstring HeadlessTitle(HWND window);
 void HeadlessSetClientSize(int width, int height); // of top-level windows made from now on; default 240 x 294
 void HeadlessSetScreenFont(int width, int height); // cell of every character; default 6 x 13
+void HeadlessSetDotsPerInch(int dots);             // of the screen; default 96
 
 void HeadlessStartMinimised(); // as if the launcher had asked for it: the first ShowWindow of a top-level
                                // window minimises it

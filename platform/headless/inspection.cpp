@@ -60,6 +60,11 @@ void HeadlessSetScreenFont(int width, int height)
     SetFontCell({width, height});
 }
 
+void HeadlessSetDotsPerInch(int dots)
+{
+    SetDotsPerInch(dots);
+}
+
 void HeadlessStartMinimised()
 {
     MinimiseAtFirstShow();

@@ -315,6 +315,7 @@ Kind KindOfClass(const std::wstring& className);
 HWND MainWindowOf();               // the top-level window, null before it exists
 void SetMainClientSize(SIZE size); // of top-level windows made from now on
 void SetFontCell(SIZE cell);       // of every character
+void SetDotsPerInch(int dots);     // of the screen
 HWND BroughtToFront();             // by BringToFront, null if none was
 std::pair<UINT, UINT>
 PartingMessages(); // the last two of WM_ACTIVATE (inactive) and WM_CLOSE left to the system

@@ -16,11 +16,13 @@ constexpr DWORD ClassDoesNotExist = 1407, ClassAlreadyExists = 1410, InvalidInde
 constexpr uintptr_t FirstWindow = 0x10010;
 constexpr int UsualWidth = 240, UsualHeight = 294;
 constexpr SIZE UsualCell = {6, 13};
+constexpr int UsualDots = 96; // per inch
 
 std::map<HWND, std::unique_ptr<Window>> Windows; // in the order of creation
 uintptr_t NextWindow = FirstWindow;
 std::map<std::wstring, WindowClass> Classes; // by name in lower case
 SIZE MainClient = {UsualWidth, UsualHeight}, Cell = UsualCell;
+int ScreenDots = UsualDots;
 HWND LastInFront;
 std::pair<UINT, UINT> LastPartings = {WM_NULL, WM_NULL};
 bool OtherProgramInFront, StartMinimised;
@@ -338,6 +340,11 @@ void SetFontCell(SIZE cell)
     Cell = cell;
 }
 
+void SetDotsPerInch(int dots)
+{
+    ScreenDots = dots;
+}
+
 HWND BroughtToFront()
 {
     return LastInFront;
@@ -365,6 +372,7 @@ void ResetWindows()
     NextWindow = FirstWindow;
     MainClient = {UsualWidth, UsualHeight};
     Cell = UsualCell;
+    ScreenDots = UsualDots;
     LastInFront = nullptr;
     LastPartings = {WM_NULL, WM_NULL};
     OtherProgramInFront = StartMinimised = false;
@@ -381,6 +389,11 @@ void BringToFront(HWND window)
 }
 
 void FitMainWindow(HWND, int, int) {} // the size is chosen before the program starts
+
+int DotsPerInch()
+{
+    return ScreenDots;
+}
 
 ATOM RegisterClassW(const WNDCLASSW* windowClass)
 {

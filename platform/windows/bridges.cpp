@@ -163,9 +163,9 @@ bool ReplaceHandle(std::atomic<HANDLE>& place, HANDLE expected, HANDLE value)
     return place.compare_exchange_strong(expected, value);
 }
 
-// Of the screen on which windows appear first.
-static int DotsPerInch()
+int DotsPerInch()
 {
+    if (HasShell()) return USER_DEFAULT_SCREEN_DPI; // its screen is a device's
     HDC screen = GetDC(nullptr);
     const int dots = GetDeviceCaps(screen, LOGPIXELSY);
     ReleaseDC(nullptr, screen);

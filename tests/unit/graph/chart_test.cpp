@@ -141,6 +141,33 @@ TEST_F(PaintTest, NewestColumnIsLeftmostAndTheOneBeforeItRightmost)
     EXPECT_TRUE(HeadlessBoxes().empty());
 }
 
+TEST_F(PaintTest, OnAScreenWithSmallDotsEachPixelIsLarger)
+{
+    DeleteChart();
+    HeadlessSetDotsPerInch(192);
+    MakeSmallChart(Width, Height);
+    EXPECT_EQ(GraphWidth.load(), Width / 2);
+    EXPECT_EQ(GraphHeight.load(), Height / 2);
+    for (uint32_t second = 0; second < Width; ++second) Sample(second, second % 4);
+    ASSERT_EQ(CurrentGraphColumn.load(), 5u);
+    const std::vector<uint32_t> shown = Paint();
+    for (int y = 0; y < Height; ++y)
+        for (int x = 0; x < Width; ++x)
+            ASSERT_EQ(shown[static_cast<size_t>((y + Top) * Width + x)],
+                      GraphBitmap.Pixels[y / 2 * GraphBitmap.Stride + (5 + x / 2) % 6]);
+}
+
+TEST_F(PaintTest, AChartFillsItsAreaAtEachNumberOfDots)
+{
+    for (const int dots : {96, 120, 144, 168, 192}) {
+        DeleteChart();
+        HeadlessSetDotsPerInch(dots);
+        MakeSmallChart(Width - 1, Height - 1);
+        const std::vector<uint32_t> shown = Paint();
+        EXPECT_EQ(shown[static_cast<size_t>((Height + Top - 1) * Width - 2)], 0xFFFFFFu) << dots;
+    }
+}
+
 TEST_F(PaintTest, BeforeTheFirstSampleTheChartIsWhite)
 {
     EXPECT_EQ(Paint().back(), 0xFFFFFFu);

@@ -77,6 +77,18 @@ TEST_F(SkyPlot, CirclesAndDirections) // characters are 6 x 13 pixels
     EXPECT_TRUE(texts[3] == (HeadlessTextOut{140 - 9, 122 - 6, L" W "}));
 }
 
+TEST_F(SkyPlot, GrowsWithTheDotsPerInch) // the labels do so by their font
+{
+    HeadlessSetDotsPerInch(144);
+    Place(SunRow, 90, 0);
+    Place(Prn120, 0, 0);
+    Draw();
+    EXPECT_EQ(HeadlessPaintedShapes(Window),
+              (Shapes{"Ellipse 60 108 210 258", "Ellipse 98 146 172 220", "Ellipse 122 170 148 196",
+                      "Rectangle 125 251 146 266"}));
+    EXPECT_TRUE(HeadlessPaintedTexts(Window)[0] == (HeadlessTextOut{135 - 9, 108 - 6, L" S "}));
+}
+
 struct PlaceRow {
     const char* name;
     double elevation, azimuth;
