@@ -165,9 +165,11 @@ bool ReplaceHandle(std::atomic<HANDLE>& place, HANDLE expected, HANDLE value)
 
 int DotsPerInch()
 {
-    if (HasShell()) return USER_DEFAULT_SCREEN_DPI; // its screen is a device's
+    static int dots = 0; // asked once: each repaint needs it several times
+    if (dots) return dots;
+    if (HasShell()) return dots = USER_DEFAULT_SCREEN_DPI; // its screen is a device's
     HDC screen = GetDC(nullptr);
-    const int dots = GetDeviceCaps(screen, LOGPIXELSY);
+    dots = GetDeviceCaps(screen, LOGPIXELSY);
     ReleaseDC(nullptr, screen);
     return dots;
 }
