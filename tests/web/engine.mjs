@@ -7,6 +7,7 @@ globalThis.document ??= /** @type {any} */ ({ currentScript: null }); // asked f
 // Node 18 takes a .js file for a module only where a package.json says so; browsers need none.
 writeFileSync(new URL("../package.json", build), '{ "type": "module" }\n');
 const { loadProgram } = await import(new URL("program.js", build).href);
+export const ids = await import(new URL("ids.js", build).href);
 const wasmBinary = readFileSync(new URL("toravane.wasm", build));
 
 export const pause = (milliseconds) => new Promise((done) => setTimeout(done, milliseconds));

@@ -7,11 +7,10 @@ import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { test } from "node:test";
 import { inflateSync } from "node:zlib";
-import { Engine, frame, pause, sentence, until } from "./engine.mjs";
+import { Engine, frame, ids, pause, sentence, until } from "./engine.mjs";
 
-const Com = 403;
 const Gga = sentence("GPGGA,120000.000,4722.6140,N,00832.5020,E,1,08,1.0,455.0,M,48.0,M,,0000");
-const ColourOfHdop = 1851; // field of Graph Options
+const ColourOfHdop = ids.CONTROL_GRAPH_COLOR + 1;
 const Rate9600 = 3; // its place in the list of rates
 
 /** The program with a receiver at port 1 of the page. */
@@ -37,8 +36,9 @@ test("the receiver in the page streams at once", async () => {
     assert.equal(engine.lines.length, 19);
     assert.deepEqual(engine.receiver, { port: 0, rate: 4800, protocol: "NMEA", searching: false });
     assert.equal(engine.main.text, "Toravane");
-    assert.deepEqual(engine.menu.slice(0, 4), ["0 401 About", "0 403 Com", "0 0 NMEA",
-        "1 2003 Set Serial Port (Switch to SiRF)"]);
+    assert.deepEqual(engine.menu.slice(0, 4), [
+        `0 ${ids.COMMAND_ABOUT} About`, `0 ${ids.COMMAND_COMMUNICATION} Com`, "0 0 NMEA",
+        `1 ${ids.DIALOG_NMEA_SET_SERIAL_PORT} Set Serial Port (Switch to SiRF)`]);
     assert.deepEqual(engine.settings, {}); // nobody has chosen this port
     assert.equal(engine.dialog, undefined);
     assert.deepEqual(engine.opened, []);
@@ -54,10 +54,11 @@ test("the receiver in the page takes commands", async () => {
     const engine = await Engine.load();
     engine.program.start();
     await until("a position", 2, () => engine.lines.some((line) => line.includes("Latitude")));
-    await engine.open(2003);
-    engine.fill({ 1001: 5, 1002: 0 }); // 38400, SiRF
-    engine.press(1004);
-    const other = await until("the program can follow", 5, () => engine.control(1005).enabled && engine.control(1005));
+    await engine.open(ids.DIALOG_NMEA_SET_SERIAL_PORT);
+    engine.fill({ [ids.CONTROL_TO_SIRF_BAUDRATE]: 5, [ids.CONTROL_SERIAL_PROTOCOL]: 0 }); // 38400, SiRF
+    engine.press(ids.CONTROL_SERIAL_SET);
+    const follow = () => engine.control(ids.CONTROL_SERIAL_FOLLOW);
+    const other = await until("the program can follow", 5, () => follow().enabled && follow());
     await pause(500); // the receiver has to read all of it first
     engine.program.click(other.window);
     await until("SiRF binary", 8, () => engine.receiver.protocol === "SiRF" && engine.receiver.rate === 38400);
@@ -67,10 +68,14 @@ test("the receiver in the page takes commands", async () => {
 
 // The sentence that each dialog sends: the command of its menu item, the entries, the button.
 const NmeaCommands = [
-    [2004, { 10113: 1 }, 1018, "PSRF101,0,0,0,0,0,0,12,4"],
-    [2005, { 1031: 2, 1032: "5" }, 1034, "PSRF103,2,0,5,1"],
-    [2007, { 1051: "PSRF105,1" }, 1052, "PSRF105,1"],
-    [2008, { 1061: 1 }, 1062, "PSRF106,178"],
+    [ids.DIALOG_NMEA_NAVIGATION_INITIALIZATION,
+        { [ids.CONTROL_NAVINIT_COLD_START]: 1 }, ids.CONTROL_NAVINIT_SET, "PSRF101,0,0,0,0,0,0,12,4"],
+    [ids.DIALOG_NMEA_SET_MESSAGE_RATE,
+        { [ids.CONTROL_NMEA_RATE_MESSAGE]: 2, [ids.CONTROL_NMEA_RATE_SECONDS]: "5" },
+        ids.CONTROL_NMEA_RATE_SET, "PSRF103,2,0,5,1"],
+    [ids.DIALOG_NMEA_DEVELOPMENT_DATA,
+        { [ids.CONTROL_DEVELOPMENT_COMMAND]: "PSRF105,1" }, ids.CONTROL_DEVELOPMENT_SET, "PSRF105,1"],
+    [ids.DIALOG_NMEA_SELECT_DATUM, { [ids.CONTROL_DATUM]: 1 }, ids.CONTROL_DATUM_SET, "PSRF106,178"],
 ];
 
 test("the NMEA dialogs open and send", async () => {
@@ -95,18 +100,22 @@ test("the NMEA dialogs open and send", async () => {
 
 // The poll that opens each dialog, then what is set and sent.
 const SirfCommands = [
-    [2009, "9800"],
-    [2010, "A880"],
-    [2012, "A885"],
-    [2013, "A888"],
-    [2014, "A889"],
-    [2015, "A88A"],
-    [2016, "A88B", { 1393: "0.0", 1394: "10.5" }, 1392, "8B00000069"],
-    [2017, "A88C", { 1403: "0", 1404: "20" }, 1402, "8C0014"],
-    [2018, "A88F", { 1433: 1 }, 1432, "8F01"],
-    [2019, "A897"],
-    [2021, "9800"],
-    [2025, "8400"],
+    [ids.DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, "9800"],
+    [ids.DIALOG_SIRF_INITIALIZE_DATA_SOURCE, "A880"],
+    [ids.DIALOG_SIRF_DGPS_SOURCE, "A885"],
+    [ids.DIALOG_SIRF_MODE_CONTROL, "A888"],
+    [ids.DIALOG_SIRF_DOP_MASK, "A889"],
+    [ids.DIALOG_SIRF_DGPS_MODE, "A88A"],
+    [ids.DIALOG_SIRF_ELEVATION_MASK, "A88B",
+        { [ids.CONTROL_ELEVATION_TRACKING]: "0.0", [ids.CONTROL_ELEVATION_NAVIGATION]: "10.5" },
+        ids.CONTROL_ELEVATION_SET, "8B00000069"],
+    [ids.DIALOG_SIRF_POWER_MASK, "A88C",
+        { [ids.CONTROL_POWER_TRACKING]: "0", [ids.CONTROL_POWER_NAVIGATION]: "20" }, ids.CONTROL_POWER_SET, "8C0014"],
+    [ids.DIALOG_SIRF_STATIC_NAVIGATION, "A88F",
+        { [ids.CONTROL_STATIC_NAVIGATION]: 1 }, ids.CONTROL_STATIC_NAVIGATION_SET, "8F01"],
+    [ids.DIALOG_SIRF_TRICKLE_POWER, "A897"],
+    [ids.DIALOG_SIRF_LOW_POWER, "9800"],
+    [ids.DIALOG_SIRF_POLL_SOFTWARE_VERSION, "8400"],
 ];
 
 test("the SiRF dialogs open, poll and send", async () => {
@@ -124,7 +133,8 @@ test("the SiRF dialogs open, poll and send", async () => {
         }
         await engine.leave();
     }
-    for (const command of [2011, 2020, 2022, 408, 401]) { // that ask nothing
+    for (const command of [ids.DIALOG_SIRF_SWITCH_TO_NMEA, ids.DIALOG_SIRF_SET_MESSAGE_RATE, ids.DIALOG_SIRF_SBAS,
+        ids.COMMAND_GRAPH, ids.COMMAND_ABOUT]) { // that ask nothing
         const dialog = await engine.open(command);
         assert.ok([...engine.windows.values()].filter((window) => window.parent === dialog.window).length > 1);
         await engine.leave();
@@ -134,9 +144,9 @@ test("the SiRF dialogs open, poll and send", async () => {
 
 test("a box waits for its answer", async () => {
     const engine = await atPort(frame("0b88"));
-    await engine.open(2017);
-    engine.fill({ 1403: "28", 1404: "51" });
-    engine.press(1402);
+    await engine.open(ids.DIALOG_SIRF_POWER_MASK);
+    engine.fill({ [ids.CONTROL_POWER_TRACKING]: "28", [ids.CONTROL_POWER_NAVIGATION]: "51" });
+    engine.press(ids.CONTROL_POWER_SET);
     const box = await until("the box", 3, () => engine.box);
     assert.deepEqual([box.caption, box.text, box.buttons], ["Navigation Mask", "Range 0-50 dBHz", ["1 OK"]]);
     assert.equal(engine.dialog.enabled, false);
@@ -149,7 +159,7 @@ test("colours are chosen, and the sky is drawn", async () => {
     const engine = await Engine.load();
     engine.program.start();
     await until("a position", 2, () => engine.lines.some((line) => line.includes("Latitude")));
-    await engine.open(408);
+    await engine.open(ids.COMMAND_GRAPH);
     const field = await until("the colour of HDOP", 3, () => engine.control(ColourOfHdop).colour && engine.control(ColourOfHdop));
     assert.equal(field.colour, 0x00c0c0);
     engine.program.click(field.window); // without a colour that was picked before
@@ -158,7 +168,7 @@ test("colours are chosen, and the sky is drawn", async () => {
     await until("the field's colour", 3, () => engine.control(ColourOfHdop).colour === 0x123456);
     await engine.leave();
 
-    await engine.open(2022);
+    await engine.open(ids.DIALOG_SIRF_SBAS);
     const plot = await until("the sky", 5, () => engine.plot);
     assert.deepEqual(plot.shapes.slice(0, 3), ["Ellipse 40 72 140 172", "Ellipse 65 97 115 147", "Text 81 66  S "]);
     assert.equal(plot.window, engine.dialog.window);
@@ -216,26 +226,28 @@ test("a silent line wakes nobody up", async (context) => {
 
 test("Communication names the ports, and a log is downloaded", async () => {
     const engine = await atPort(Gga);
-    await engine.open(Com);
-    const names = engine.control(1651).items;
+    await engine.open(ids.COMMAND_COMMUNICATION);
+    const names = engine.control(ids.CONTROL_COM_PORT).items;
     assert.equal(names.length, 10);
     assert.deepEqual(names.slice(0, 3), ["COM0: Receiver in this page", "COM1: USB 067b:2303", "COM2:"]);
-    assert.deepEqual([engine.control(1651).selection, engine.control(1652).selection], [1, Rate9600]);
-    assert.deepEqual([1655, 1656, 1659, 16510].map((id) => engine.control(id).enabled), [false, true, true, false]);
-    engine.press(1659);
-    await until("the log is open", 3, () => engine.control(16510).enabled);
+    assert.equal(engine.control(ids.CONTROL_COM_PORT).selection, 1);
+    assert.equal(engine.control(ids.CONTROL_COM_BAUDRATE).selection, Rate9600);
+    const buttons = [ids.CONTROL_COM_OPEN, ids.CONTROL_COM_CLOSE, ids.CONTROL_COM_LOG_OPEN, ids.CONTROL_COM_LOG_CLOSE];
+    assert.deepEqual(buttons.map((id) => engine.control(id).enabled), [false, true, true, false]);
+    engine.press(ids.CONTROL_COM_LOG_OPEN);
+    await until("the log is open", 3, () => engine.control(ids.CONTROL_COM_LOG_CLOSE).enabled);
     engine.receive(Gga + Gga);
     await pause(200);
-    engine.press(16510);
+    engine.press(ids.CONTROL_COM_LOG_CLOSE);
     const { name, text } = await until("the download", 3, () => engine.downloads[0]);
     assert.match(name, /^\d{12}\.txt$/);
     assert.equal(text, Gga + Gga);
 
-    engine.press(1656);
+    engine.press(ids.CONTROL_COM_CLOSE);
     await until("the port is closed", 3, () => engine.receiver.port === -1 && engine.closed.length === 1);
-    await until("it can be opened again", 3, () => engine.control(1655).enabled);
-    engine.fill({ 1651: 0, 1652: 2 });
-    engine.press(1655);
+    await until("it can be opened again", 3, () => engine.control(ids.CONTROL_COM_OPEN).enabled);
+    engine.fill({ [ids.CONTROL_COM_PORT]: 0, [ids.CONTROL_COM_BAUDRATE]: 2 });
+    engine.press(ids.CONTROL_COM_OPEN);
     await until("the receiver in the page", 6, () => engine.receiver.protocol === "NMEA" && engine.receiver.port === 0);
     await until("the setting", 3, () => engine.settings.CommPortIdx === 0);
     engine.program.stop();

@@ -15,6 +15,7 @@ from pathlib import Path
 import harness
 from chromium import Chromium
 from harness import desktop, raw, wait_for
+from resource_ids import Id
 from serial_bridge import Bridge
 
 Usb = {"usbVendorId": 0x067B, "usbProductId": 0x2303}
@@ -117,8 +118,8 @@ class PageDriver:
     def items(self, control):
         """Ports by the names that the program has for them, which the page leaves out."""
         items, selection = self.run(f"""(({{options, selectedIndex, dataset}}) => [[...options].map(
-            ({{value, textContent}}) => dataset.control === "1651" ? `COM${{value}}: ${{textContent}}` : textContent),
-            selectedIndex])(eyes.list({control}))""")
+            ({{value, textContent}}) => dataset.control === "{Id.CONTROL_COM_PORT}" ?
+                `COM${{value}}: ${{textContent}}` : textContent), selectedIndex])(eyes.list({control}))""")
         return items, selection
 
     def select(self, control, index):
@@ -131,13 +132,13 @@ class PageDriver:
         elif message == raw.WM_SYSCOMMAND and wparam == raw.SC_CLOSE:
             self.run(f"document.querySelector('dialog[data-window=\"{window}\"] .cross').click()")
         elif message == raw.WM_CLOSE and window == 0:
-            self.run("document.querySelector('[data-command=\"406\"]').click()")
+            self.run(f"document.querySelector('[data-command=\"{Id.COMMAND_EXIT}\"]').click()")
         else:
             raise NotImplementedError(f"message {message:#x} to {window}")
 
     def menu(self, _, number):
         """The items in the order of the menu bar, as the template's."""
-        assert number == 2000, "the page has the menu of touch screens and desktops"
+        assert number == Id.MENU_MAIN, "the page has the menu of touch screens and desktops"
         if not self.user.tab:
             self.user.start()
         return self.run("""[...document.querySelectorAll("#menubar [data-command]")].filter(

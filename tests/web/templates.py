@@ -6,10 +6,11 @@ import subprocess
 import tempfile
 from pathlib import Path
 
+from resource_ids import Id
+
 Root = Path(__file__).resolve().parents[2]
 Classes = {0x80: "Button", 0x81: "Edit", 0x82: "Static", 0x83: "ListBox", 0x84: "ScrollBar", 0x85: "ComboBox"}
 Menu, Dialog = 4, 5
-KeypadLayout = 100
 
 
 class Reader:
@@ -95,8 +96,8 @@ def menu(data):
 def dialogs():
     """{number: template} of the layout for touch screens and desktops."""
     return {number: dialog(data) for (kind, number), data in compiled().items()
-            if kind == Dialog and number < 2000 + KeypadLayout}
+            if kind == Dialog and number < Id.MENU_MAIN + Id.KEYPAD_LAYOUT}
 
 
 def main_menu():
-    return menu(compiled()[Menu, 2000])
+    return menu(compiled()[Menu, Id.MENU_MAIN])

@@ -6,6 +6,7 @@ import time
 import pytest
 import templates
 from conftest import wait_streaming
+from resource_ids import Id
 from steps import (Pictures, choose, close_dialog, complaints_of_axe, cut_texts, open_dialog, wait_clock, wait_gone)
 
 Commands = ["Get", "Set", "Close"]
@@ -22,70 +23,70 @@ def reports(title):
 
 # Template, caption, way through the menu, and the names of what is in it by role.
 Dialogs = [
-    (2024, "About Toravane", ["About"], {"button": ["OK"]}),
-    (2002, "Communication", ["Com"], {
+    (Id.DIALOG_ABOUT, "About Toravane", ["About"], {"button": ["OK"]}),
+    (Id.DIALOG_COMMUNICATION, "Communication", ["Com"], {
         "combobox": ["Comm Port", "Baudrate"], "status": ["Protocol", "Statistics"], "group": ["Log File"],
         "button": ["Find Port & Baud", "Open", "Find Baud", "Close", "Open", "Close", "OK"]}),
-    (2003, "Set Serial Port", ["NMEA", "Set Serial Port (Switch to SiRF)"], {
+    (Id.DIALOG_NMEA_SET_SERIAL_PORT, "Set Serial Port", ["NMEA", "Set Serial Port (Switch to SiRF)"], {
         "combobox": ["Baudrate", "Protocol"], "status": ["NmeaTime", "SirfTime"], "textbox": ["Receiver messages"],
         "button": ["Set", "=Baud", "Help", "Close"]}),
-    (2004, "Navigation Initialization", ["NMEA", "Navigation Initialization"], {
+    (Id.DIALOG_NMEA_NAVIGATION_INITIALIZATION, "Navigation Initialization", ["NMEA", "Navigation Initialization"], {
         "textbox": [*Place, "Receiver messages"], "radio": Starts, "button": ["Set", "Close"]}),
-    (2005, "Set Message Rate", ["NMEA", "Set Message Rate"], {
+    (Id.DIALOG_NMEA_SET_MESSAGE_RATE, "Set Message Rate", ["NMEA", "Set Message Rate"], {
         "combobox": ["Message", "Update Rate [s]"], "checkbox": ["Use Checksum"], "status": Stamps,
         "textbox": ["Receiver messages"], "button": ["Set", "Close"]}),
-    (2007, "Development Data", ["NMEA", "Development Data"], {
+    (Id.DIALOG_NMEA_DEVELOPMENT_DATA, "Development Data", ["NMEA", "Development Data"], {
         "textbox": ["Command", "Receiver messages"], "button": ["Set", "Close"]}),
-    (2008, "Select Datum", ["NMEA", "Select Datum"], {
+    (Id.DIALOG_NMEA_SELECT_DATUM, "Select Datum", ["NMEA", "Select Datum"], {
         "combobox": ["Datum"], "textbox": ["Receiver messages"], "button": ["Set", "Close"]}),
-    (2009, "Advanced Power Management", ["SiRF", "Advanced Power Management"], {
+    (Id.DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, "Advanced Power Management", ["SiRF", "Advanced Power Management"], {
         "checkbox": ["APM Enabled"], "button": Commands, "group": ["Measured"],
         "status": ["On-Time [ms]", "Off-Time [ms]", "UTC"],
         "textbox": ["APM Cycles Before Sleep", "Time Between Fixes [s]", "Max Response Time [s]",
                     "Power Duty Cycle [%]"],
         "combobox": ["Max Horizontal Error [m]", "Max Vertical Error [m]", "Accuracy Priority", "Timing Priority"]}),
-    (2010, "Initialize Data Source", ["SiRF", "Initialize Data Source"], {
+    (Id.DIALOG_SIRF_INITIALIZE_DATA_SOURCE, "Initialize Data Source", ["SiRF", "Initialize Data Source"], {
         "textbox": Place, "radio": [*Starts, "System Reset"], "checkbox": ["NavLib", "Debug", "Clear"],
         "group": ["Messages", "User Ram"], "button": Commands}),
-    (2011, "Switch to NMEA Protocol", ["SiRF", "Switch to NMEA Protocol"], {
+    (Id.DIALOG_SIRF_SWITCH_TO_NMEA, "Switch to NMEA Protocol", ["SiRF", "Switch to NMEA Protocol"], {
         "combobox": ["GGA", "GLL", "GSA", "GSV", "RMC", "VTG", "MSS", "User 8", "ZDA", "User 10", "Baudrate"],
         "group": ["Update Rate [s]"], "checkbox": ["Use Checksums", "Debug Messages"],
         "status": ["SirfTime", "NmeaTime"], "button": ["Set", "=Baud", "Help", "Close"]}),
-    (2012, "DGPS Source", ["SiRF", "DGPS Source"], {
+    (Id.DIALOG_SIRF_DGPS_SOURCE, "DGPS Source", ["SiRF", "DGPS Source"], {
         "combobox": ["DGPS Source"], "textbox": ["Internal Beacon Frequency [Hz]", "Internal Beacon Bit Rate [bps]"],
         "group": ["MID 27 DGPS Status", "MID 29 Nav.Lib. Differential GPS Data"], "button": Commands,
         "status": [*reports("MID 27 DGPS Status"), *reports("MID 29 Nav.Lib. Differential GPS Data")]}),
-    (2013, "Mode Control", ["SiRF", "Mode Control"], {
+    (Id.DIALOG_SIRF_MODE_CONTROL, "Mode Control", ["SiRF", "Mode Control"], {
         "combobox": ["Degraded Mode", "Altitude Hold Mode", "Altitude Hold Source"], "checkbox": ["Track Smoothing"],
         "textbox": ["Altitude [m]", "Degraded Timeout [s]", "Dead Reckoning Timeout [s]"], "button": Commands}),
-    (2014, "DOP Mask", ["SiRF", "DOP Mask"], {
+    (Id.DIALOG_SIRF_DOP_MASK, "DOP Mask", ["SiRF", "DOP Mask"], {
         "combobox": ["DOP Selection"], "textbox": ["GDOP Value", "PDOP Value", "HDOP Value"], "button": Commands}),
-    (2015, "DGPS Mode", ["SiRF", "DGPS Mode"], {
+    (Id.DIALOG_SIRF_DGPS_MODE, "DGPS Mode", ["SiRF", "DGPS Mode"], {
         "combobox": ["DGPS Selection"], "textbox": ["DGPS Time Out [s]"], "button": Commands}),
-    (2016, "Elevation Mask", ["SiRF", "Elevation Mask"], {
+    (Id.DIALOG_SIRF_ELEVATION_MASK, "Elevation Mask", ["SiRF", "Elevation Mask"], {
         "textbox": ["Tracking Mask [°]", "Navigation Mask [°]"], "button": Commands}),
-    (2017, "Power Mask", ["SiRF", "Power Mask"], {
+    (Id.DIALOG_SIRF_POWER_MASK, "Power Mask", ["SiRF", "Power Mask"], {
         "textbox": ["Tracking Mask [dB-Hz]", "Navigation Mask [dB-Hz]"], "button": Commands}),
-    (2018, "Static Navigation", ["SiRF", "Static Navigation"], {
+    (Id.DIALOG_SIRF_STATIC_NAVIGATION, "Static Navigation", ["SiRF", "Static Navigation"], {
         "checkbox": ["Static Navigation"], "button": Commands}),
-    (2019, "Trickle Power", ["SiRF", "Trickle Power"], {
+    (Id.DIALOG_SIRF_TRICKLE_POWER, "Trickle Power", ["SiRF", "Trickle Power"], {
         "checkbox": ["Push-to-Fix Mode"], "textbox": ["Duty Cycle [%]", "On-Time [ms]"], "group": ["Measured"],
         "status": ["On-Time [ms]", "Off-Time [ms]", "UTC"], "button": Commands}),
-    (2020, "Set Message Rate", ["SiRF", "Set Message Rate"], {
+    (Id.DIALOG_SIRF_SET_MESSAGE_RATE, "Set Message Rate", ["SiRF", "Set Message Rate"], {
         "combobox": ["MID", "Update Rate [s]"], "group": ["Last arrivals"],
         "status": [f"Last arrivals {number}" for number in range(1, 14)], "button": ["Set", "Close"]}),
-    (2021, "Low Power", ["SiRF", "Low Power"], {
+    (Id.DIALOG_SIRF_LOW_POWER, "Low Power", ["SiRF", "Low Power"], {
         "textbox": ["Max Off Time [ms]", "Max Acq. Search Time [ms]", "Push-to-Fix Period [s]"],
         "checkbox": ["Adaptive TricklePower"], "button": Commands}),
-    (2022, "SBAS", ["SiRF", "SBAS"], {
+    (Id.DIALOG_SIRF_SBAS, "SBAS", ["SiRF", "SBAS"], {
         "combobox": ["SBAS PRN", "SBAS Mode", "Timeout"], "button": Commands,
         "status": ["SV", "C/No", "State", "Azimuth", "Elevation", "Visibles", "Azimuth", "Elevation"]}),
-    (2023, "Graph Options", ["Graph"], {
+    (Id.DIALOG_GRAPH_OPTIONS, "Graph Options", ["Graph"], {
         "textbox": [f"{channel} {field}" for channel in Channels
                     for field in ("Zero", "Value Min", "Value Max", "Pixel Min", "Pixel Max")],
         "checkbox": [*(f"{channel} Visible" for channel in Channels), "Lines"], "combobox": ["Time scale"],
         "button": [*(f"{channel} Colour" for channel in Channels), "Help", "Zero", "Save", "Hide", "Show", "OK"]}),
-    (2025, "Poll Software Version", ["SiRF", "Poll Software Version"], {
+    (Id.DIALOG_SIRF_POLL_SOFTWARE_VERSION, "Poll Software Version", ["SiRF", "Poll Software Version"], {
         "textbox": ["Software Version"], "button": ["Get", "Close"]}),
 ]
 Roles = ["textbox", "combobox", "checkbox", "radio", "status", "group", "button"]
@@ -309,7 +310,7 @@ def test_colour_is_picked(tab):
 def test_dialog_is_filled_while_the_receiver_streams(tab):
     choose(tab, "NMEA", "Set Message Rate")
     tab.find("dialog", "Set Message Rate")
-    tab.wait("a GGA has come", """/^\\d\\d:\\d\\d:\\d\\d$/.test(
-        document.querySelector('[data-control="1036"]').textContent)""")
+    tab.wait("a GGA has come", rf"""/^\d\d:\d\d:\d\d$/.test(
+        document.querySelector('[data-control="{Id.CONTROL_STAMP_GGA}"]').textContent)""")
     close_dialog(tab, "Set Message Rate")
     wait_clock(tab)

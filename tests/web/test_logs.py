@@ -7,6 +7,7 @@ import time
 import pytest
 from conftest import wait_streaming
 from PIL import Image, ImageChops
+from resource_ids import Id
 from steps import Clock, Logs, Pictures, canvas, choose_file, drop, lines, open_dialog, replayed, wait_clock
 
 # Recordings whose page and chart another mathematics library does not change.
@@ -84,7 +85,7 @@ def test_log_of_the_receiver_is_downloaded(tab):
     open_dialog(tab, "Communication", "Com")
     group = tab.find("group", "Log File")
     group.run("function () { this.querySelectorAll('button')[0].click() }")
-    tab.wait("the log is open", "!document.querySelector('[data-control=\"16510\"]').disabled")
+    tab.wait("the log is open", f"!document.querySelector('[data-control=\"{Id.CONTROL_COM_LOG_CLOSE}\"]').disabled")
     time.sleep(3)
     group.run("function () { this.querySelectorAll('button')[1].click() }")
     from pathlib import Path

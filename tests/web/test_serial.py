@@ -8,6 +8,7 @@ import time
 import pytest
 from conftest import wait_streaming
 from harness import Line, desktop, sentence
+from resource_ids import Id
 from serial_bridge import Bridge
 from steps import Logs, Pictures, choose, close_dialog, drop, open_dialog, wait_clock
 
@@ -175,7 +176,8 @@ def test_rate_of_the_receiver_is_changed(visit, receiver):
         time.sleep(0.05)
     time.sleep(1)  # the receiver's change of rate
     tab.find("button", "=Baud").click()
-    tab.wait("SiRF binary arrives", "document.querySelector('[data-control=\"1518\"]').textContent !== ''")
+    tab.wait("SiRF binary arrives",
+             f"document.querySelector('[data-control=\"{Id.CONTROL_SIRF_TIME}\"]').textContent !== ''")
     close_dialog(tab, "Set Serial Port")
     wait_status(tab, "SiRF, 38400 baud")
 
