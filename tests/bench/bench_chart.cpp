@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// The cost of one sample of the strip chart, a new column each, ten visible channels: it must not grow with
-// the chart's width. And what a repaint of the whole window costs.
+// The cost of one sample of the strip chart, with a new column each and ten visible channels: it must not
+// grow with the chart's width. Also the cost of a repaint of the whole window.
 //
-// `bench_chart --samples WIDTH COUNT` records so many samples and nothing else, to have instructions counted.
+// `bench_chart --samples WIDTH COUNT` only records this number of samples, so that their instructions can be
+// counted.
 
 #include <benchmark/benchmark.h>
 

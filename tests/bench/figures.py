@@ -1,6 +1,6 @@
 #!/usr/bin/env -S /usr/bin/python3 -B
 # SPDX-License-Identifier: MIT
-"""Prints one table of figures: what the program costs, in instructions, time, space and memory.
+"""Prints one table of figures: the program's cost in instructions, time, space and memory.
 
 figures.py [--no-desktop] [--no-build] [--logs FOLDER] [--before CHECKOUT] [SECONDS]
 

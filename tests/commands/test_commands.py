@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The commands that people start, as they answer before any window: ./run.sh and the launcher of the package."""
+"""The commands that users start, and their answers before any window: ./run.sh and the launcher of the package."""
 
 import glob
 import importlib
@@ -116,7 +116,7 @@ def test_font_of_symbols_is_fetched_alone_and_once(desktop, tmp_path):
 
 @pytest.fixture
 def page(tmp_path):
-    """A folder with something to serve."""
+    """A folder with a page to serve."""
     (tmp_path / "index.html").write_text("<title>A page</title>")
     return tmp_path
 

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Reasons for which a release is refused, and links of the web site that lead nowhere."""
+"""The reasons for which a release is refused, and links of the web site without a target."""
 
 import shutil
 import subprocess
@@ -19,7 +19,7 @@ def git(folder, *arguments):
 
 @pytest.fixture
 def tree(tmp_path):
-    """The files that a release looks at, in a repository of their own."""
+    """The files that a release checks, in a separate repository."""
     for file in Files:
         (tmp_path / file).parent.mkdir(parents=True, exist_ok=True)
         shutil.copy(Root / file, tmp_path / file)

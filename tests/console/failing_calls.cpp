@@ -3,7 +3,7 @@
 //
 // TORAVANE_FAULT is "CALL ERROR N PATH": the N-th such call (1: the first) and all later ones fail with that
 // error number. CALL is open, read, write, tcgetattr, tcsetattr, ioctl, fopen, fwrite, fread or symlink; PATH
-// is how the name of the file begins.
+// is the beginning of the file's name.
 
 #include <cerrno>
 #include <cstdarg>
@@ -57,7 +57,7 @@ bool IsMeant(const char* path)
     return TheFault().path[0] && std::strncmp(path, TheFault().path, std::strlen(TheFault().path)) == 0;
 }
 
-// Counts a call on the file that is meant; true if it is to fail.
+// Counts a call on the given file; true if it must fail.
 bool Fails(const char* call)
 {
     Fault& fault = TheFault();

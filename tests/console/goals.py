@@ -2,8 +2,8 @@
 # SPDX-License-Identifier: MIT
 """Usage: goals.py [NAME]...
 
-Measures what the console program promises, and prints each figure beside its goal; ends with 1 when one is missed.
-Without a name everything but `switch`, which takes half an hour. On a machine that does nothing else: times are the
+Measures the goals of the console program, and prints each figure beside its goal; ends with 1 if one is missed. Without
+a name, measures everything except `switch`, which takes half an hour. To be run on an idle machine: times are the
 program's own.
 """
 
@@ -61,7 +61,7 @@ def probe():
         report("probe", f"{what}, slowest ({slowest[0]} at {slowest[1]})", f"{times[slowest]:.1f} s", f"within {goal} s",
                times[slowest] <= goal)
         report("probe", f"{what}, sent", f"{heard} bytes", "0 bytes", heard == 0)
-    # Nobody answers: every rate is listened to as long as it ever is.
+    # Nobody answers: the program listens at every rate for the longest time.
     master, slave = pty.openpty()
     start = time.monotonic()
     run("-p", os.ttyname(slave), "probe", check=6)
@@ -149,7 +149,7 @@ class FullLine:
                 try:
                     os.write(self.master, part)
                 except BlockingIOError:
-                    pass  # nobody reads: a line drops what is not taken
+                    pass  # nobody reads: a line drops bytes that are not read
             sent = due
             time.sleep(0.005)
 

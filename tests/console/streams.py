@@ -17,7 +17,7 @@ Root = pathlib.Path(__file__).resolve().parents[2]
 Build = pathlib.Path(os.environ.get("TORAVANE_BUILD", Root / "build/native"))
 Program = Build / "toravanectl"
 Limit = 30  # s, for each expected event
-UnderWine = False  # the Windows program is meant
+UnderWine = False  # true: the tests run the Windows program
 
 
 @functools.cache
@@ -27,13 +27,13 @@ def machine():
 
 
 def command(*arguments):
-    """The program with arguments, as subprocess takes them."""
+    """The command line of the program with these arguments, for subprocess."""
     program = ["wine", windows.Program] if UnderWine else [Program]
     return [*program, *map(str, arguments)]
 
 
 def port_of(terminal):
-    """The program's name of a terminal."""
+    """The program's name for a terminal."""
     return machine().port(terminal) if UnderWine else terminal
 
 
@@ -44,14 +44,14 @@ def states():
 
 
 def environment():
-    """Without the user's own settings, and with nothing remembered."""
+    """An environment without the user's own settings and without remembered data."""
     kept = machine().wine.environment if UnderWine else os.environ
     kept = {name: value for name, value in kept.items() if not name.startswith("TORAVANE_")}
     return kept | {"XDG_STATE_HOME": tempfile.mkdtemp(dir=states().name), "TZ": "UTC"}
 
 
 def run(*arguments, check=None, **options):
-    """Runs the program to its end; `check` is the exit status that it must have."""
+    """Runs the program until it ends; `check` is the required exit status."""
     options = {"stdin": subprocess.DEVNULL} | options if "input" not in options else options
     done = subprocess.run(command(*arguments), capture_output=True, timeout=Limit, env=environment(), **options)
     if check is not None:
@@ -65,7 +65,7 @@ def start(*arguments, **options):
 
 
 def end(process, number=None):
-    """Sends a signal, SIGTERM where there is one, and returns exit status, standard output and standard error."""
+    """Sends a signal, SIGTERM if the system has it, and returns exit status, standard output and standard error."""
     process.send_signal(number or (signal.SIGINT if UnderWine else signal.SIGTERM))
     out, error = process.communicate(timeout=Limit)
     return process.returncode, out, error
@@ -79,7 +79,7 @@ def wait_until(condition, what="condition"):
 
 
 class Receiver:
-    """The receiver in software; `terminal` is its pseudo-terminal, `port` what the program calls that."""
+    """The software receiver; `terminal` is its pseudo-terminal, `port` the program's name for it."""
 
     def __init__(self, *options):
         self.process = subprocess.Popen([Build / "toravane-receiver", *map(str, options)], stdout=subprocess.PIPE,
@@ -97,7 +97,7 @@ class Receiver:
 
 
 def read_some(file, enough):
-    """Bytes of a descriptor until `enough` holds for them."""
+    """Reads a descriptor until `enough` is true for the bytes."""
     data = b""
     limit = time.monotonic() + Limit
     while not enough(data):

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The rounds of switches.sh: what the program reports after a switch is where the receiver is."""
+"""The rounds of switches.sh: after a switch, the program must report the receiver's real state."""
 
 import collections
 import concurrent.futures
@@ -12,12 +12,12 @@ import sys
 from streams import Build, Limit, environment
 
 Rates = (1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200)
-AtOnce = 10  # they wait most of the time, but a receiver that gets no turn is not heard
+AtOnce = 10  # they wait most of the time, but a receiver without processor time is not heard
 RoundLimit = 120  # s
 
 
 class WatchedReceiver:
-    """A receiver that reports each second, on standard error, in which protocol and at which rate it is."""
+    """A receiver that reports its protocol and rate each second, on standard error."""
 
     def __init__(self, *options):
         self.process = subprocess.Popen([Build / "toravane-receiver", "-v", *map(str, options)],
@@ -33,7 +33,7 @@ class WatchedReceiver:
 
 
 def faults(chance):
-    """Options of one receiver, chosen by chance; the probability of a lost byte is for both directions."""
+    """Random options of one receiver; the probability of a lost byte is for both directions."""
     options = ["--fault", f"lose={chance.choice((0, 0, 0.0005, 0.002, 0.005))}"]
     kind = chance.choice(("none", "freeze", "elsewhere", "ignored"))
     if kind == "freeze":
@@ -46,7 +46,7 @@ def faults(chance):
 
 
 def play_round(seed):
-    """Returns the exit status and, for a report that is not true, what is wrong with it."""
+    """Returns the exit status and, for a wrong report, the error."""
     chance = random.Random(seed)
     start = chance.choice(("nmea", "sirf")), chance.choice(Rates[2:])
     wanted = chance.choice(("nmea", "sirf")), chance.choice(Rates[2:])
@@ -73,7 +73,7 @@ def ctl(receiver, *words):
 
 
 def look_again(receiver):
-    """Where a probe hears it; on a line that loses bytes not every one does."""
+    """The state in which a probe finds it; on a line that loses bytes, a probe may find nothing."""
     for _ in range(4):
         found = json.loads(ctl(receiver, "probe").stdout)
         if found["exit"] == 0:

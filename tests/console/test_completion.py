@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Completion scripts, manual page and --help: all from one description."""
+"""Completion scripts, manual page and --help, which are all made from one description."""
 
 import re
 import subprocess

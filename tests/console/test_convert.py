@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""convert: tracks of logs, and what is refused."""
+"""convert: tracks of logs, and refused arguments."""
 
 import datetime
 import os
@@ -100,7 +100,7 @@ def test_dates_are_corrected_by_the_files_last_change(log):
     path = log(epoch("100035.000", "070407"), changed="2026-11-25")
     assert csv(path)[0].startswith("2007-04-07T10:00:35Z,")
     assert csv(path, "--correct-dates")[0].startswith("2026-11-21T10:00:35Z,")
-    # A file that was copied years later is no proof.
+    # The date of a file that was copied years later proves nothing.
     late = log(epoch("100035.000", "070407"), changed="2030-01-01", name="late")
     assert csv(late, "--correct-dates")[0].startswith("2007-04-07T10:00:35Z,")
     assert csv(late, "--correct-dates", "--reference", "2026-08-01")[0].startswith("2026-11-21T10:00:35Z,")
@@ -153,7 +153,7 @@ def test_interrupted_it_ends_with_a_whole_track(tmp_path):
     output, unfinished = tmp_path / "track.gpx", tmp_path / "track.gpx.part"
     process = start("convert", "-", "--to", "gpx", "-o", output, stdin=subprocess.PIPE)
     process.stdin.write(b"".join(epoch(f"1000{second:02}.000") for second in range(60)) * 20)
-    process.stdin.flush()  # more than a portion; and it stays open
+    process.stdin.flush()  # more than one portion; and the pipe stays open
     wait_until(lambda: unfinished.exists() and unfinished.stat().st_size > 0, "points in the track")
     process.send_signal(signal.SIGINT)
     assert process.wait(30) == 130

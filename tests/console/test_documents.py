@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The documents show the program's commands and output as they are."""
+"""The commands and the output in the documents are those of the program."""
 
 import re
 import shlex
@@ -11,7 +11,7 @@ from streams import Program, Root, run
 
 
 def block(beginning):
-    """The guide's block that begins so."""
+    """The guide's block that begins with this text."""
     return re.search(rf"^```\n({re.escape(beginning)}.*?)^```$", (Root / "docs/user-guide.md").read_text(), re.M | re.S)[1]
 
 
@@ -57,7 +57,7 @@ def test_the_unit_is_one_that_systemd_takes(tmp_path):
 
 
 def test_the_rule_starts_that_unit():
-    """Each part of the rule is a key with an operator that it has: what it matches, and what it sets."""
+    """Each part of the rule is a valid key with a valid operator, either a match or an assignment."""
     parts = dict(re.fullmatch(r'([A-Z]+(?:{[A-Z_]+})?)((?:==|\+?=)"[^"]*")', part).groups()
                  for part in block("ACTION==").strip().split(", "))
     assert parts == {"ACTION": '=="add"', "SUBSYSTEM": '=="tty"', "ENV{ID_VENDOR_ID}": '=="067b"',

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Each failing system call gives the contract's exit status, a message, and no file that looks whole."""
+"""Each failing system call gives the documented exit status, a message, and no file that looks complete."""
 
 import errno
 import os
@@ -123,7 +123,7 @@ def test_no_pseudo_terminal_is_left(receiver, tmp_path):
 
 
 def test_the_state_cannot_be_kept(receiver):
-    """It is only a hint: the run goes on."""
+    """It is only a hint: the run continues."""
     state = environment()
     state["XDG_STATE_HOME"] = "/proc/none"
     done = subprocess.run([streams.Program, "probe", "-p", receiver.port, "-b", str(Rate)], capture_output=True,

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Signals and devices that vanish, in the middle of each command."""
+"""Signals, and devices that disappear, in the middle of each command."""
 
 import json
 import signal
@@ -14,17 +14,17 @@ Rate = 57600
 
 
 def read_errors_until(process, text):
-    """Lines of standard error until one begins with a text."""
+    """The lines of standard error up to one that begins with a text."""
     lines = []
     while not lines or not lines[-1].startswith(text):
         line = process.stderr.readline().decode()
-        assert line, lines  # it has ended before
+        assert line, lines  # it ended before
         lines.append(line)
     return lines
 
 
 def finish(process):
-    """The rest of what it printed, and how long it took to end."""
+    """The rest of the output, and the time until the end."""
     begin = time.monotonic()
     out, error = process.communicate(timeout=Limit)
     print(f"ended after {time.monotonic() - begin:.2f} s")
@@ -86,7 +86,7 @@ def test_an_interruption_before_the_way_there_sends_nothing():
 
 # ---- Devices that vanish ------------------------------------------------------------------------------
 
-# The command, the receiver's options, and the line of standard error after which the device vanishes.
+# The command, the receiver's options, and the line of standard error after which the device disappears.
 Vanishing = {
     "get": (["get", "elevation-mask"], ["--protocol", "sirf", "--fault", "mute=139"], Poll),
     "set": (["set", "elevation-mask", "tracking=10"], ["--protocol", "sirf", "--fault", "mute=139"], Poll),

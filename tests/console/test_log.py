@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""log: every byte, and whole files in whatever way it ends."""
+"""log: every byte is kept, and files are complete after any kind of end."""
 
 import json
 import os

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""monitor and date: what is reported, as text, page and JSON; dates that lie 1024 weeks back."""
+"""monitor and date: reports as text, page and JSON; dates that are 1024 weeks too early."""
 
 import json
 import os
@@ -15,7 +15,7 @@ Old = ["--date", "2026-11-21T10:00:00", "--pivot-week", 1290, "--start", "hot", 
 
 @pytest.fixture(scope="module")
 def old():
-    """A receiver whose firmware reports dates of 1024 weeks before."""
+    """A receiver whose firmware reports dates that are 1024 weeks too early."""
     with Receiver(*Old) as receiver:
         yield ["-p", receiver.port, "-b", 57600]
 
@@ -124,7 +124,7 @@ def test_date_is_never_guessed(old):
 
 
 def test_no_date_in_time():
-    with Receiver("--protocol", "sirf", "--rate", 57600) as cold:  # a cold one knows no date for some 20 s
+    with Receiver("--protocol", "sirf", "--rate", 57600) as cold:  # after a cold start there is no date for about 20 s
         done = run("date", "-p", cold.port, "-b", 57600, "-t", 1, "--json")
         assert done.returncode == 9 and json.loads(done.stdout)["error"]["kind"] == "no-answer"
 

@@ -6,7 +6,7 @@ import json
 import pytest
 from streams import Receiver, run
 
-# From the description of the protocol; typed by hand.
+# From the description of the protocol, typed by hand.
 Frames = {
     "elevation-mask tracking=5 navigation=7.5": "A0 A2 00 05 8B 00 32 00 4B 01 08 B0 B3",
     "elevation-mask tracking=-5.0 navigation=90": "A0 A2 00 05 8B FF CE 03 84 02 DF B0 B3",

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What is the Windows program's own: its list of ports, file names, and the console that `monitor` draws on."""
+"""The special parts of the Windows program: its list of ports, file names, and the console for `monitor`."""
 
 import fcntl
 import json
@@ -22,7 +22,7 @@ def test_a_port_of_the_registry_is_listed():
 
 
 def test_a_device_of_the_ports_class_is_listed_with_its_description():
-    """As an adapter's driver registers it."""
+    """Registers a port like an adapter's driver."""
     instance = r"HKLM\System\CurrentControlSet\Enum\USB\VID_067B&PID_2303\TORAVANE1"
     guid = "{4d36e978-e325-11ce-bfc1-08002be10318}"
 
@@ -64,7 +64,7 @@ def test_names_of_files_in_every_script(tmp_path):
 
 
 def test_a_console_is_a_terminal():
-    """Lines on a console, the key Ctrl-C there, and a question that is asked on one alone."""
+    """Lines on a console, the key Ctrl-C there, and a question that is only asked on a console."""
     with Receiver("--protocol", "sirf", "--start", "hot", "--rate", 57600) as receiver:
         master, slave = pty.openpty()
         process = start("monitor", "--plain", "-p", receiver.port, "-b", 57600, stdin=slave, stdout=slave, stderr=slave,
@@ -79,4 +79,4 @@ def test_a_console_is_a_terminal():
         os.close(slave)
         assert b"2008-06-21T10:" in shown
         done = run("-p", receiver.port, "-b", 57600, "restart", "factory")
-        assert done.returncode == 2 and b"--yes" in done.stderr  # NUL is none
+        assert done.returncode == 2 and b"--yes" in done.stderr  # NUL is not a console

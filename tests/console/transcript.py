@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""Makes the session that docs/toravanectl.md shows, with the receiver in software: prints it, or --write puts it there."""
+"""Makes the session in docs/toravanectl.md with the software receiver: prints it, or writes it there with --write."""
 
 import pathlib
 import re

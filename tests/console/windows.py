@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""toravanectl.exe under Wine in place of the program: a Wine prefix, and serial ports by its COM links."""
+"""Runs toravanectl.exe under Wine in place of the program: a Wine prefix, with serial ports as COM links."""
 
 import atexit
 import itertools
@@ -17,7 +17,7 @@ Linux = "Linux alone has it: "
 Signal = "Windows has no such signal"
 Terminal = "a console of Wine does not carry out ANSI sequences; test_windows.py has what it can"
 
-# Files and tests that are not for the Windows program, with the reason.
+# Files and tests that cannot be run with the Windows program, with the reason.
 Reasons = {
     "test_completion": "made of the same description on every system, for shells of Linux",
     "test_documents::test_the_unit_is_one_that_systemd_takes": Linux + "systemd",
@@ -38,7 +38,7 @@ Reasons = {
 
 
 def reason_to_skip(file, test, name):
-    """`name` is the test's with its parameters."""
+    """`name` is the test's name with its parameters."""
     return Reasons.get(file) or Reasons.get(f"{file}::{test}") or Reasons.get(f"{file}::{name}")
 
 
@@ -57,7 +57,7 @@ class Machine:
         self.numbers = itertools.count(20)
 
     def port(self, terminal):
-        """The name by which the Windows program knows a terminal; a new one each time, so nothing is remembered."""
+        """The Windows program's name for a terminal; a new one each time, so that no remembered rate is used."""
         number = next(self.numbers)
         self.wine.map_port(number, terminal)
         return f"COM{number}"

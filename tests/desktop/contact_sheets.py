@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""Pictures of every dialog on the desktop and on each hand-held device, screen by screen, in build/contact-sheets/:
-to be looked at. Names of devices as arguments choose some of them."""
+"""Makes pictures of every dialog on the desktop and on each hand-held device, screen by screen, in
+build/contact-sheets/, to be looked at. Names of devices as arguments select some devices."""
 
 import sys
 import time
@@ -21,7 +21,7 @@ WM_COMMAND, WM_VSCROLL, SB_PAGEDOWN = 0x111, 0x115, 3
 
 
 def seen(user, device, window):
-    """What is seen of a window: on a hand-held device the whole screen."""
+    """The picture of a window; on a hand-held device, of the whole screen."""
     if device in desktop.Handhelds:
         return user.screen(device)
     place = next(w["outer"] for w in user.driver.windows() if w["window"] == window)
@@ -29,7 +29,7 @@ def seen(user, device, window):
 
 
 def settled(user, device, window):
-    """The same, once it has stopped changing, as it does between the receiver's messages."""
+    """The same, when it no longer changes, as between the receiver's messages."""
     picture = None
     while picture is None or picture.tobytes() != seen(user, device, window).tobytes():
         picture = seen(user, device, window)
@@ -45,7 +45,7 @@ def photograph(user, device, item):
     dialog = harness.Dialog(user, window)
     time.sleep(0.5)  # for what it asks the receiver
     screens, top = [], None
-    while top != (top := dialog.controls()[0]["outer"][1]):  # until a page further is no further
+    while top != (top := dialog.controls()[0]["outer"][1]):  # until the next page is the last one
         screens.append(settled(user, device, dialog.window))
         user.driver.post(dialog.window, WM_VSCROLL, SB_PAGEDOWN)
         time.sleep(0.3)
@@ -55,7 +55,7 @@ def photograph(user, device, item):
 
 
 def arrange(pictures):
-    """One sheet of all (caption, screens), in rows."""
+    """One sheet with all (caption, screens), in rows."""
     places, left, top, bottom = [], Margin, Margin, Margin
     for caption, screens in pictures:
         wide = sum(screen.width + 2 for screen in screens)

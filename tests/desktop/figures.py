@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""Prints figures of the program under Wine: how long it takes to show its window and its first page, its share of
-a processor on a silent line and at a stream of 115200 baud, the cost of a full repaint and its memory.
+"""Prints figures of the program under Wine: the times until its window and its first page, its share of a processor on
+a silent line and at a stream of 115200 baud, the cost of a full repaint and its memory.
 
 Outside the default test run:  /usr/bin/python3 tests/desktop/figures.py [SECONDS]
 """
@@ -18,7 +18,7 @@ WM_KEYDOWN = 0x0100
 
 
 def processor_seconds(pid):
-    """User and system time of a process so far."""
+    """User and system time of a process until now."""
     fields = Path(f"/proc/{pid}/stat").read_text().rpartition(")")[2].split()
     return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
 
@@ -48,7 +48,7 @@ def measure(user, program, seconds):
 
 def times_to_paint(user):
     """Seconds from the start to the window, and to its first page on the screen, with Wine already running."""
-    user.store(CommPortIdx=Port)  # a port without a rate: nothing is opened, and nobody greeted
+    user.store(CommPortIdx=Port)  # a port without a rate: nothing is opened, and no About box is shown
     start = time.monotonic()
     user.start()
     user.main_window()

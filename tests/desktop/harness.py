@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Common to the desktop tests: the receiver's side of the line, and the user's view and actions."""
+"""The common part of the desktop tests: the receiver's side of the line, and the user's view and actions."""
 
 import os
 import pty
@@ -19,7 +19,7 @@ import desktop
 import driver as raw
 from prefix import SettingsKey
 
-# Tests that run beside each other need Wine prefixes of their own.
+# Tests that run at the same time need separate Wine prefixes.
 Output = desktop.Build / os.environ.get("TORAVANE_TEST_FOLDER", "desktop-tests") / os.environ.get("PYTEST_XDIST_WORKER", "")
 Settings = SettingsKey.split("\\", 1)[1]  # below the root
 Port = 3
@@ -29,7 +29,7 @@ VK_RETURN, VK_ESCAPE, VK_LEFT, VK_UP, VK_RIGHT, VK_DOWN, VK_F10 = 0x0D, 0x1B, 0x
 
 
 def wait_for(what, condition, seconds=30):
-    """Waits until the condition holds and returns its value; what never comes fails the test."""
+    """Waits until the condition is true and returns its value; fails the test after the time-out."""
     end = time.monotonic() + seconds
     while True:
         value = condition()
@@ -40,7 +40,7 @@ def wait_for(what, condition, seconds=30):
 
 
 def sentence(body):
-    """A sentence as it goes over the line."""
+    """A sentence as it is sent over the line."""
     checksum = 0
     for character in body:
         checksum ^= ord(character)
@@ -48,7 +48,7 @@ def sentence(body):
 
 
 def frame(payload):
-    """A SiRF binary message as it goes over the line."""
+    """A SiRF binary message as it is sent over the line."""
     checksum = sum(payload) & 0x7FFF
     return b"\xA0\xA2" + len(payload).to_bytes(2, "big") + payload + checksum.to_bytes(2, "big") + b"\xB0\xB3"
 
@@ -56,11 +56,11 @@ def frame(payload):
 # ---- The receiver's side ------------------------------------------------------------------------------
 
 class Line:
-    """A serial line whose far end is in the test's hands: it keeps every byte that the program sends, and
-    sends exactly what it is told to."""
+    """A serial line whose far end the test controls: it keeps every byte that the program sends, and sends only the
+    given bytes."""
 
     def __init__(self):
-        self.far, self.near = pty.openpty()  # the near end stays open here, so that closing a port hangs up nothing
+        self.far, self.near = pty.openpty()  # the near end stays open here: closing a port must not hang up the line
         tty.setraw(self.near)
         self.hang_up()
         os.set_blocking(self.far, False)
@@ -72,7 +72,7 @@ class Line:
         self._listener.start()
 
     def hang_up(self):
-        """Sets a rate that the program never sets, which shows that it has not opened the port yet."""
+        """Sets a rate that the program never sets, to detect when the program opens the port."""
         settings = termios.tcgetattr(self.near)
         settings[4] = settings[5] = termios.B300
         termios.tcsetattr(self.near, termios.TCSANOW, settings)
@@ -88,7 +88,7 @@ class Line:
                 self.received += os.read(self.far, 4096)
 
     def send(self, data, rate=None):
-        """Sends bytes, all at once or as slowly as a line of that rate does."""
+        """Sends bytes, all at once or with the speed of a line at this rate."""
         start = time.monotonic()
         sent = 0
         while sent < len(data) and self._open:
@@ -96,7 +96,7 @@ class Line:
             try:
                 count = os.write(self.far, data[sent:due])
             except BlockingIOError:
-                count = 0  # the program does not keep up
+                count = 0  # the program is too slow
             sent += count
             self.sent += count
             if sent < len(data):
@@ -132,7 +132,7 @@ class Dialog:
         self.caption = window["text"]
 
     def controls(self, kind=None):
-        """All controls as they are now, or those of one window class, from first to last."""
+        """The current state of all controls, or of those of one window class, from first to last."""
         return [c for c in self.user.driver.controls(self.window) if kind in (None, c["class"])]
 
     def control(self, number):
@@ -140,7 +140,7 @@ class Dialog:
 
     @property
     def texts(self):
-        """The texts that stand in it."""
+        """The texts in it."""
         return [c["text"] for c in self.controls("Static") if c["text"]]
 
     @property
@@ -200,7 +200,7 @@ class Program:
 
 
 class User:
-    """Sits at a desktop of their own, starts the program and works it. `fonts`: files of fonts besides the system's."""
+    """A user with a separate desktop, who starts and operates the program. `fonts`: font files beside the system's."""
 
     def __init__(self, program=desktop.Program, fonts=()):
         self.program = program
@@ -223,7 +223,7 @@ class User:
             self.display.close()
 
     def tidy(self):
-        """Ends what a test has left, and forgets the settings."""
+        """Ends programs that a test has left, and forgets the settings."""
         for program in self.programs:
             desktop.stop(program.process)
         for receiver in self.receivers:
@@ -281,7 +281,7 @@ class User:
         return self.start(environment=desktop.handheld_environment(name), file=desktop.HandheldProgram)
 
     def start_connected(self, rate=4800, environment=None):
-        """The program on an open line, before the receiver's first sentence."""
+        """Starts the program on an open line, before the receiver's first sentence."""
         line = self.connect()
         self.store(CommPortIdx=Port, BaudrateIdx=desktop.Rates.index(rate))
         program = self.start(environment=environment)
@@ -293,7 +293,7 @@ class User:
         return wait_for("the main window appears", self.driver.main_window)
 
     def dialog(self, caption):
-        """The dialog or box of that caption, as soon as it is on the screen and complete."""
+        """The dialog or box with this caption, as soon as it is complete on the screen."""
         window = wait_for(f"'{caption}' appears", lambda: next(
             (w for w in self.driver.windows() if w["class"] == DialogClass and w["text"] == caption), None))
         return Dialog(self, window)
@@ -350,6 +350,6 @@ class User:
         return ImageGrab.grab(bbox=(0, 0, *desktop.Handhelds[name][1]), xdisplay=self.display.name).convert("RGB")
 
     def pixel(self, x, y):
-        """The colour of a place on the screen, as (red, green, blue)."""
+        """The colour of a point on the screen, as (red, green, blue)."""
         from PIL import ImageGrab
         return ImageGrab.grab(bbox=(x, y, x + 1, y + 1), xdisplay=self.display.name).convert("RGB").getpixel((0, 0))

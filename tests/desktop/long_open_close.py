@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
 """Opens and closes the port through the Communication dialog again and again while the receiver streams at 115200
-baud without a pause, and closes it each time at a random moment. No hang and no crash, or it ends with an error.
+baud without a pause, and closes it each time at a random moment. A hang or a crash ends it with an error.
 
 Outside the default test run:  /usr/bin/python3 tests/desktop/long_open_close.py [ROUNDS [SEED]]
 """

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Boxes of the receiver over an open dialog, answered with real keys: the keyboard goes back to where it was."""
+"""Boxes of the receiver over an open dialog, answered with real keys: the focus returns to its field."""
 
 import pytest
 
@@ -13,7 +13,7 @@ WM_CLOSE = 0x10
 
 
 class Layout:
-    """How the program is started, and which keys a user of that screen has."""
+    """The start of the program, and the keys of a user of that screen."""
 
     def __init__(self, user, handheld):
         self.user = user
@@ -58,7 +58,7 @@ class Layout:
         box.wait_gone()
 
     def keyboard_works(self):
-        """The field still has the focus and takes keys, the next one is reached, and the dialog closes."""
+        """The field still has the focus and accepts keys, the next field is reached, and the dialog closes."""
         self.type_in(Navigation, "7")
         self.user.press(self.next)
         wait_for("the focus moves", lambda: self.focus() not in (None, Navigation))

@@ -22,7 +22,7 @@ Sentence = sentence("GPVTG,231.8,T,,M,10.0,N,18.5,K,D")
 
 @pytest.fixture
 def ports(user):
-    """Maps ports for one test; the rest of the ten is missing."""
+    """Maps ports for one test; the other ports do not exist."""
     mapped = []
 
     def map_port(number, device):
@@ -48,7 +48,7 @@ def start_receiver(user, rate, *options):
 
 
 def start(user):
-    user.store(CommPortIdx=Port)  # without a rate: nothing is opened, and nobody greeted
+    user.store(CommPortIdx=Port)  # without a rate: nothing is opened, and no About box is shown
     program = user.start()
     user.main_window()
     return program, communication(user)
@@ -62,7 +62,7 @@ def communication(user):
 
 
 def enabled(dialog):
-    """The numbers of those controls that can be used."""
+    """The numbers of the controls that can be used."""
     return {c["id"] for c in dialog.controls() if c["enabled"]} & {*Selection, Close, LogOpen, LogClose}
 
 
@@ -210,7 +210,7 @@ def test_find_baud(user, ports, protocol, rate):
 
 
 def test_find_port_and_baud(user, ports):
-    """COM1 may be the machine's own: Wine does not let go of it."""
+    """COM1 may be the machine's own port, which Wine does not release."""
     silent = user.connect()
     unmap(user, Port)
     ports(2, silent.device)
@@ -222,7 +222,7 @@ def test_find_port_and_baud(user, ports):
     wait_for("the protocol is shown", lambda: dialog.text(Protocol) == "NMEA")
     assert dialog.items(Ports)[1].startswith("COM5:")
     assert dialog.items(Rates)[1] == "2400"
-    assert silent.rate() == 115200  # was tried to the end
+    assert silent.rate() == 115200  # all of its rates were tried
     close_port(dialog)
     leave(user, program)
 
@@ -230,7 +230,7 @@ def test_find_port_and_baud(user, ports):
 # ---- Log ----------------------------------------------------------------------------------------------
 
 def test_log_holds_what_the_receiver_sent(user, ports):
-    """While the user closes the port and opens it again, and looks elsewhere; the log is open all the time."""
+    """The log stays open while the user closes the port and opens it again, and works elsewhere."""
     line = user.connect()
     ports(Port, line.device)
     _, dialog = start(user)
@@ -283,7 +283,7 @@ def test_log_holds_what_the_receiver_sent(user, ports):
 # ---- Names of ports -----------------------------------------------------------------------------------
 
 def test_ports_of_the_system_are_named(user, ports):
-    """As on a Windows machine, where no launcher has named them; adapters come and go."""
+    """As on a Windows machine, without names from a launcher; adapters come and go."""
     added = {r"\Device\VCP0": "COM6", "BthModem0": "COM7", r"\Device\VCP1": "COM12", r"\Device\Parallel0": "LPT1"}
     for device, port in added.items():
         user.wine.run("reg", "add", SystemsPorts, "/f", "/v", device, "/d", port)
@@ -317,7 +317,7 @@ def test_report_is_named_after_the_label(user, ports):
     assert text.startswith("This file was created by Toravane v 2.20 \r\nfor troubleshooting serial")
     assert "\r\n\r\nWindows Version:\t" in text
     assert f"\r\n\r\nCOM{Port}: USB\\Serial 2\r\n\r\nCommProp:\r\n" in text
-    assert "\r\nBaudRate\t300\r\n" in text  # as the port was found
+    assert "\r\nBaudRate\t300\r\n" in text  # the port's state before it was opened
     assert "\r\nByteSize\t8\r\n" in text
     assert text.endswith("\r\n\r\n") and "\r\nComStat:\r\n" in text
     assert text.count("\n") == text.count("\r\n")

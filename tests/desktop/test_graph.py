@@ -98,7 +98,7 @@ def wait_picture(user, expected, name):
 def start_with_chart(user):
     program, line = user.start_connected(rate=115200)
     user.press(VK_DOWN)
-    time.sleep(0.5)  # nothing on the screen shows that the key has arrived: the chart appears with a fix
+    time.sleep(0.5)  # the screen does not show that the key has arrived: the chart appears with a fix
     return program, line
 
 
@@ -109,7 +109,7 @@ def open_options(user):
 
 
 def rows(dialog):
-    """The texts of all rows, as the table has them."""
+    """The texts of all rows, in the form of the table."""
     texts = {c["id"]: c["text"] for c in dialog.controls()}
     return [(texts[Name + i], *(int(texts[base + i]) for base in (ValueZero, ValueMin, ValueMax, PixelMin, PixelMax)))
             for i in range(10)]

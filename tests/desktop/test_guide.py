@@ -18,7 +18,7 @@ def choose_port_and_search(user):
         dialog.press(Id.CONTROL_COM_CLOSE)
         wait_for("the port can be searched", lambda: dialog.control(Id.CONTROL_COM_FIND_BAUD)["enabled"])
     dialog.press(Id.CONTROL_COM_FIND_BAUD)
-    # The search ends with this; the protocol may stand there a moment before its rate.
+    # The last text of the search; the protocol may be shown a moment before its rate.
     wait_for("a receiver is found", lambda: dialog.control(Id.CONTROL_COM_CLOSE)["enabled"], 40)
     found = dialog.text(Id.CONTROL_COM_PROTOCOL), dialog.items(Id.CONTROL_COM_BAUDRATE)[1]
     dialog.close()
@@ -26,7 +26,7 @@ def choose_port_and_search(user):
 
 
 def follow(dialog, set_button, follow_button, clock):
-    time.sleep(2)  # the hot start that the program sends when it recognises NMEA leaves the receiver deaf for a second
+    time.sleep(2)  # the hot start, sent when NMEA is recognised: the receiver ignores its input for a second
     dialog.press(set_button)
     time.sleep(1.5)  # the receiver changes
     before = dialog.text(clock)

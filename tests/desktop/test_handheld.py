@@ -69,7 +69,7 @@ def focus(dialog):
 
 
 def walk(user, dialog, goal, key=VK_DOWN):
-    """Presses a key until a control has the focus, as often as it takes; what lies on the way."""
+    """Presses a key until a control has the focus; returns the controls on the way."""
     way = [focus(dialog)]
     while way[-1] != goal:
         assert len(way) < 120, f"{goal} is not reached: {way}"
@@ -80,7 +80,7 @@ def walk(user, dialog, goal, key=VK_DOWN):
 
 
 def wait_visible(dialog, number):
-    """Waits until a control lies within the room between the bars."""
+    """Waits until a control is within the area between the bars."""
     top, bottom = (dialog.user.main_window()["client"][i] for i in (1, 3))
 
     def is_visible():
@@ -208,7 +208,7 @@ def test_one_command_of_each_dialog(user, device):
 # ---- Keys ---------------------------------------------------------------------------------------------
 
 def test_keys_alone_suffice_on_a_smartphone(user):
-    """From the main window through the menu into a dialog that is higher than the screen, and a command sent."""
+    """From the main window through the menu to a dialog that is higher than the screen, where a command is sent."""
     line = start(user, "smartphone")
     user.press(VK_F2)
     user.press(*[VK_DOWN] * 5, VK_RETURN)  # the fifth entry
@@ -263,7 +263,7 @@ def test_refused_values_are_named_in_their_order(user):
 
 def test_every_field_is_seen_when_it_has_the_focus(user):
     start(user, "smartphone")
-    # Each with the number of fields that the keys reach at least.
+    # Each dialog with the smallest number of fields that the keys must reach.
     for item, fewest in ((Id.DIALOG_SIRF_INITIALIZE_DATA_SOURCE, 8), (Id.COMMAND_GRAPH, 70)):
         dialog = opened(user, item)
         numbers = {c["window"]: c["id"] for c in dialog.controls()}
@@ -299,7 +299,7 @@ def test_back_erases_in_an_edit_and_closes_nothing(user):
 
 
 def test_spinners_go_through_the_whole_list(user):
-    """Left and right in a list of ports; the spinner's own arrows reach all entries too."""
+    """Left and right in a list of ports; the spinner's own arrows also reach all entries."""
     line = user.connect()
     user.store(CommPortIdx=Port)  # nothing is opened
     user.start_handheld("smartphone")
@@ -335,7 +335,7 @@ def test_log_has_a_name_of_its_own_on_a_smartphone(user):
 
 
 def test_pocketpc_closes_by_its_title_alone(user):
-    """Without a platform type of its own the shell makes the program a Pocket PC."""
+    """If no platform type is set, the shell's type is Pocket PC."""
     line = user.connect()
     user.store(CommPortIdx=Port)
     user.start(file=desktop.HandheldProgram)

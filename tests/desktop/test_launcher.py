@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The launcher of the package: what it stores before the program starts, and the actions without a user."""
+"""The launcher of the package: the settings that it stores before the start, and the actions without a user."""
 
 import importlib.util
 import os
@@ -89,7 +89,7 @@ def test_action_without_a_port_that_can_be_used_ends(launcher, tmp_path, capsys)
 
 
 def test_action_on_a_new_installation_without_a_display(folder, tmp_path):
-    """One command, on a machine that has never seen the program, switches the receiver there and back."""
+    """One command, on a machine on which the program never ran, switches the receiver there and back."""
     record = Output / "sent-by-the-launcher"
     record.unlink(missing_ok=True)
     receiver, terminal = desktop.start_software_receiver("--rate", 4800, "--record", record)

@@ -22,7 +22,7 @@ HotStart = b"$PSRF101,0,0,0,0,0,0,12,1*15\r\n"
 
 
 class Bench:
-    """The program and the receiver, which have understood each other."""
+    """The program and the receiver; the program has recognised the protocol."""
 
     def __init__(self, user, *options, rate=4800):
         self.user = user
@@ -69,8 +69,8 @@ def terminal_rate(path):
 
 
 def press_set(bench, dialog, expected, detects_afresh=False):
-    """Presses "Set" and waits until the receiver has got exactly this. Where the program then detects the
-    protocol afresh, a sentence that is still on its way may cause a hot start, before the command or behind it."""
+    """Presses "Set" and waits until the receiver has got exactly this. If the program then detects the protocol again,
+    a sentence that is still on its way may cause a hot start, before the command or after it."""
     dialog.press("Set")
     got = bytearray()
 
@@ -232,7 +232,7 @@ def test_development_data_and_datum(user):
 # ---- The unattended switch ----------------------------------------------------------------------------
 
 class RateWatch:
-    """The rates that the line is set to, one after the other."""
+    """The rates to which the line is set, one after the other."""
 
     def __init__(self, device):
         self.device = os.open(device, os.O_RDWR | os.O_NOCTTY)
@@ -293,7 +293,7 @@ def frame(*payload):
 
 
 def static_navigation(device, rate):
-    """Asks a receiver that speaks NMEA at this rate for its setting, and leaves it so."""
+    """Reads the setting of a receiver that uses NMEA at this rate, and leaves it in this state."""
     host = Host(device, rate)
     try:
         host.wait_for(rb"\$GPGGA,[^\r]*\*[0-9A-F]{2}\r\n")

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""The machine's serial adapters as ports of a Wine prefix, on a made-up machine and an empty prefix; and what is
-said about a device that cannot be used."""
+"""The machine's serial adapters as ports of a Wine prefix, on a simulated machine with an empty prefix; and the
+messages about a device that cannot be used."""
 
 import errno
 import grp
@@ -14,7 +14,7 @@ import ports
 
 
 class Prefix:
-    """The part of a prefix that the mapping needs; registry files are only kept."""
+    """The part of a prefix that the mapping needs; registry files are only stored."""
 
     map_port = desktop.Wine.map_port
 
@@ -151,7 +151,7 @@ def test_holder_is_known_by_its_lock_file(terminal, tmp_path):
     lock.write_text(f"{os.getppid():10}\n")
     assert ports.holders(terminal, tmp_path) == [
         f"{ports.process_name(str(os.getppid()))} (process {os.getppid()})"]
-    lock.write_text(" 99999999\n")  # what a program that has crashed leaves
+    lock.write_text(" 99999999\n")  # left by a program that has crashed
     assert ports.holders(terminal, tmp_path) == []
     lock.write_text("")
     assert ports.holders(terminal, tmp_path) == []

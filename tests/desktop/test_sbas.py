@@ -12,7 +12,7 @@ from harness import Output, Port, desktop, frame, wait_for
 from resource_ids import Id
 
 Rate = 57600
-Place = 47.3769, 8.5417  # where the software receiver stands
+Place = 47.3769, 8.5417  # position of the software receiver
 Sbas = Id.DIALOG_SIRF_SBAS
 Prn, Mode, Timeout, Get, Set = (Id.CONTROL_SBAS_PRN, Id.CONTROL_SBAS_MODE, Id.CONTROL_SBAS_TIMEOUT,
                                 Id.CONTROL_SBAS_GET, Id.CONTROL_SBAS_SET)
@@ -26,7 +26,7 @@ Black, White = (0, 0, 0), (255, 255, 255)
 
 
 def look_up(sv):
-    """Elevation and azimuth of a satellite, in degrees, from the two places in space."""
+    """Elevation and azimuth of a satellite, in degrees, from the two positions in space."""
     phi, delta = math.radians(Place[0]), math.radians(Satellites[sv] - Place[1])
     there = (42164 / 6378 * math.cos(delta), 42164 / 6378 * math.sin(delta), 0)
     up = there[0] * math.cos(phi) - 1
@@ -35,7 +35,7 @@ def look_up(sv):
 
 
 def open_dialog(user, *options, environment=None):
-    """The dialog, with a receiver that speaks SiRF binary and has a fix; the file of what the program sends."""
+    """The dialog, with a receiver in SiRF binary that has a fix, and the file with the bytes that the program sends."""
     record = user.connect_receiver(Rate, "--protocol", "sirf", "--start", "hot", "--track", "still", *options)
     user.store(CommPortIdx=Port, BaudrateIdx=desktop.Rates.index(Rate))
     user.start(environment=environment)
@@ -73,7 +73,7 @@ def geodetic(latitude, longitude):
 
 
 def place(sv):
-    """Where the plot shows a satellite."""
+    """The position of a satellite in the plot."""
     elevation, azimuth = look_up(sv)
     radius, angle = (90 - elevation) / 1.8, math.radians(azimuth + 180)
     return round(90 + math.sin(angle) * radius), round(122 - math.cos(angle) * radius)
@@ -125,7 +125,7 @@ def test_plot_is_drawn(user):
 
 
 def test_each_fix_draws_once(user):
-    """Where satellites cover each other they take turns in lying on top, so each drawing shows."""
+    """If satellites cover each other, they are on top in turns, so each drawing is shown."""
     _, line = user.start_connected(Rate)
     user.choose(Sbas)
     dialog = user.dialog("SBAS")
@@ -145,7 +145,7 @@ def test_plot_follows_the_receiver(user):
     dialog = user.dialog("SBAS")
     line.send(geodetic(*Place))
     wait_picture(user, dialog, "120 at its place", lambda image: has_frame(image, *place(120)))
-    line.send(geodetic(-Place[0], Place[1]))  # there it stands in the north
+    line.send(geodetic(-Place[0], Place[1]))  # at this position it is in the north
     wait_picture(user, dialog, "120 mirrored",
                  lambda image: has_frame(image, place(120)[0], 244 - place(120)[1]) and
                  not has_frame(image, *place(120)))

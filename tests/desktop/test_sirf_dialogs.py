@@ -21,7 +21,7 @@ def frame(payload):
 # ---- Dialogs ------------------------------------------------------------------------------------------
 
 class Case:
-    """A dialog: what it shows of a receiver fresh from the factory, what is set then, what it refuses."""
+    """A dialog: the texts for a receiver with factory settings, the entries that are set then, and refused entries."""
 
     def __init__(self, item, caption, get, set, poll, factory=None, changed=None, refused=None):
         self.item, self.caption, self.get, self.set, self.poll = item, caption, get, set, poll
@@ -87,7 +87,7 @@ Cases = [
 ]
 UnreadFields = {Id.CONTROL_LOW_POWER_PERIOD, Id.CONTROL_LOW_POWER_ADAPTIVE}
 
-# The rest have tests of their own.
+# The other dialogs have their own tests.
 AllDialogs = [(c.item, c.caption, c.poll) for c in Cases] + [
     (Id.DIALOG_SIRF_SWITCH_TO_NMEA, "Switch to NMEA Protocol", None),
     (Id.DIALOG_SIRF_SET_MESSAGE_RATE, "Set Message Rate", None),
@@ -231,7 +231,7 @@ def test_setting_is_shown_set_and_shown_again(session, case):
 
 
 def test_enter_sends_and_leaves_the_dialog_open(session):
-    """Set is the default button, also while a field or a list has the focus."""
+    """Set is the default button, even while a field or a list has the focus."""
     dialog = session.open(Id.DIALOG_SIRF_POWER_MASK, "Power Mask")
     wait_for("the dialog shows the setting", lambda: dialog.text(Id.CONTROL_POWER_NAVIGATION))
     enter(dialog, {Id.CONTROL_POWER_TRACKING: "21", Id.CONTROL_POWER_NAVIGATION: "22"})
@@ -353,7 +353,7 @@ def test_initialize_data_source(session):
 # ---- Switch to NMEA -----------------------------------------------------------------------------------
 
 def test_switch_to_nmea(session):
-    """Last with this program: the receiver really switches, the port follows, the page becomes that of NMEA."""
+    """The last test with this program: the receiver really switches, the port follows, the page of NMEA is shown."""
     user = session.user
     dialog = session.open(Id.DIALOG_SIRF_SWITCH_TO_NMEA, "Switch to NMEA Protocol")
     assert [dialog.text(Id.CONTROL_TO_NMEA_RATES + i) for i in range(10)] == ["1", "1", "5", "5", "1", "1", "0", "0",
@@ -416,7 +416,7 @@ def test_refusals_of_the_receiver_are_worded(desktop_session):
     dialog = session.open(Id.DIALOG_SIRF_POWER_MASK, "Power Mask")
     session.wait_sent("A88C")
     time.sleep(3)  # a refusal that came after the next press would count for that one
-    assert user.dialogs() == ["Power Mask"]  # nobody has asked for this poll
+    assert user.dialogs() == ["Power Mask"]  # the user has not requested this poll
     dialog.press(Id.CONTROL_POWER_GET)
     box = user.dialog("NAcknowledgment")
     assert box.texts == ["Command 168 with parameter 140 not accepted."]

@@ -12,7 +12,7 @@ from resource_ids import Id
 
 HotStart = b"$PSRF101,0,0,0,0,0,0,12,1*15\r\n"
 
-# A short record with every sentence that the page shows.
+# A short recording with every sentence that the page shows.
 Record = b"".join(map(sentence, [
     "GPGGA,183725.50,4916.4500,N,12311.1200,W,2,08,1.2,100.0,M,47.5,M,3,0120",
     "GPGSA,A,3,04,05,09,12,,,,,,,,,2.3,1.2,1.9",
@@ -132,7 +132,7 @@ def test_page_shows_the_sentences(user):
 
 
 def test_page_shows_the_moving_software_receiver(user):
-    """Two programs written apart from each other understand each other, at a slow and at the fastest rate."""
+    """Two programs that were written independently understand each other, at a slow and at the fastest rate."""
     for rate in (4800, 115200):
         record = user.connect_receiver(rate, "--start", "hot", "--track", "circle")
         user.store(CommPortIdx=Port, BaudrateIdx=desktop.Rates.index(rate))
@@ -176,7 +176,7 @@ def test_direction_key_toggles_chart_and_text(user, key):
     user.wait_page(Page)
     page, turn = turned(5.0)
     user.press(key)
-    time.sleep(0.5)  # nothing on the screen tells that the key has arrived
+    time.sleep(0.5)  # the screen does not show that the key has arrived
     line.send(turn)
     time.sleep(1)
     assert user.page() != page  # the text is no longer painted
@@ -190,7 +190,7 @@ def test_letter_key_toggles_twice(user):
     user.wait_page(Page)
     page, turn = turned(5.0)
     user.press(ord("A"))
-    time.sleep(0.5)  # nothing on the screen tells that the key has arrived
+    time.sleep(0.5)  # the screen does not show that the key has arrived
     line.send(turn)
     user.wait_page(page)
 
@@ -225,7 +225,7 @@ def test_menu_opens_the_about_box(user):
 
 
 def test_menu_by_keyboard(user):
-    """The menu really hangs in the window: its first item is reached with the keyboard alone."""
+    """The window really has the menu: its first item is reached with the keyboard only."""
     user.start_connected()
     user.press(VK_F10, VK_RETURN)
     user.dialog("About Toravane").dismiss("OK")
@@ -340,7 +340,7 @@ def test_two_starts_at_once_give_one_window(user):
 
 
 def test_unattended_switch_that_the_receiver_refuses(user):
-    """It ends without a user all the same, and the rate at which the receiver is left is the next start's."""
+    """It ends without a user nevertheless, and the next start uses the receiver's last rate."""
     line = user.connect()
     user.store(CommPortIdx=Port, BaudrateIdx=2, SirfBaudrateIdx=6, NmeaBaudrateIdx=2)
     program = user.start("StaticNavigationOff")

@@ -3,9 +3,9 @@
 # shellcheck disable=SC2016 # what the other system runs is expanded there
 # Usage: tests/packages/clean_root.sh [RELEASE [FOLDER]]
 #
-# Installs the .deb packages of build/packages/ in a new Debian system (bookworm, or another release), with nothing but what apt brings for it, and uses it
-# there as an ordinary user. As root, with debootstrap. The system is made in FOLDER, a temporary one if not given, and
-# removed at the end. Ends with an error at the first thing that is not as expected.
+# Installs the .deb packages of build/packages/ in a new Debian system (bookworm, or another release), with nothing but
+# what apt brings for it, and uses it there as an ordinary user. As root, with debootstrap. The system is made in
+# FOLDER, a temporary one if not given, and removed at the end. Ends with an error at the first unexpected result.
 set -euo pipefail
 shopt -s extglob
 mapfile -t packages < <(realpath "$(dirname "$0")"/../../build/packages/toravane{,-tools,-web}_*_@(amd64|all).deb)
@@ -105,7 +105,7 @@ window() {
 }
 for _ in {1..60}; do
     sleep 2
-    [ -e "$root/home/anna/.local/share/toravane/wine/ports.reg" ] || continue # the prefix is being made
+    [ -e "$root/home/anna/.local/share/toravane/wine/ports.reg" ] || continue # the prefix is being created
     id=$(window windows | /usr/bin/python3 -c '
 import json, sys
 print(*(w["window"] for w in json.load(sys.stdin)["windows"] if w["class"] == w["text"] == "Toravane"))')

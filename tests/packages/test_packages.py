@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The packages as their users get them: made, looked into, installed, started and removed again."""
+"""The packages as their users get them: they are made, inspected, installed, started and removed again."""
 
 import json
 import os
@@ -49,7 +49,7 @@ def only(folder, pattern):
 
 def start(user, program):
     """Starts a copy of the program, without a port, and waits for its window."""
-    user.store(CommPortIdx=3)  # without a rate: nothing is opened, and nobody greeted
+    user.store(CommPortIdx=3)  # without a rate: nothing is opened, and no About box is shown
     process = user.wine.start(program, stdin=subprocess.DEVNULL)
     try:
         wait_for("the main window appears", user.driver.main_window, 60)
@@ -123,7 +123,7 @@ def test_what_windows_knows_of_a_program(unzipped, name, description):
 
 
 def check_programs(user, folder):
-    """Starts each program of a folder and sees that it does its work."""
+    """Starts each program of a folder and checks that it works."""
     def run(name, *arguments):
         process = user.wine.start(folder / f"{name}.exe", *arguments, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                   stderr=subprocess.STDOUT, environment={"LANG": "C.UTF-8"}, text=True)
@@ -161,7 +161,7 @@ class Installed:
                                     stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).wait(60) == 0
 
     def uninstall(self, *options):
-        """The uninstaller removes its own file, so it works from a copy, which nobody can wait for."""
+        """The uninstaller removes its own file, so it runs from a copy, whose end cannot be waited for."""
         self.user.wine.run(str(self.folder / "uninstall.exe"), "/S", *options)
         wait_for("everything is removed", lambda: not (
             self.folder.exists() or self.menu.exists() or self.is_listed()), 60)
@@ -188,7 +188,7 @@ def test_installer(packages, user):
 
     check_programs(user, installed.folder)
     user.store(GraphRate=7)
-    user.wine.run(str(setup), "/S")  # over an older one: keeps the settings
+    user.wine.run(str(setup), "/S")  # over an older version: keeps the settings
     assert user.stored("GraphRate") == 7
     installed.uninstall()
     assert user.stored("GraphRate") == 7

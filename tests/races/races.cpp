@@ -2,7 +2,7 @@
 // The two threads at work at the same time, for ThreadSanitizer: the reader decodes both protocols at full
 // speed, while the user opens and closes the port and every dialog, searches, logs, paints and draws the
 // chart. Ends with an error when a race was reported that tests/races/suppressions.txt does not name (the
-// sanitizer does that), or when the program did not do what it should have done.
+// sanitizer does that), or if the program did not do its work.
 //
 // Usage: races [SECONDS]
 

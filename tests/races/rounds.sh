@@ -1,8 +1,8 @@
 #!/bin/bash
 # SPDX-License-Identifier: MIT
-# rounds.sh [ROUNDS]: everything that looks for a standstill of the two threads, by one command. First the unit tests
-# that open, close and log while the receiver streams, in another order of the threads each round; then the real
-# program under Wine, opened and closed that many times (200 by default, about three seconds each).
+# rounds.sh [ROUNDS]: runs all tests that search for a deadlock of the two threads. First the unit tests that open,
+# close and log while the receiver streams, with another order of the threads in each round; then the real program under
+# Wine, opened and closed this number of times (200 by default, about three seconds each).
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 native=${TORAVANE_TOOLS:-build/native}

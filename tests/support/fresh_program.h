@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// A freshly started system with a freshly started program, as often as wanted in one process.
+// A newly started system with a newly started program, as often as needed in one process.
 #pragma once
 
-// Everything back to the start: the headless system and each part of the program. No reader thread may run.
+// Resets everything to its start: the headless system and each part of the program. No reader thread may be
+// running.
 void StartAfresh();
 
 // Closes the port and the log, if they are open.

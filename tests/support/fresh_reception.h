@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A reception that has heard nothing yet, for tests of the console program.
+// A reception that has received nothing yet, for tests of the console program.
 #pragma once
 
 #include "graph/channels.h"

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Every dialog of the program with the menu command that opens it. Knows nothing of the program but its
-// numbers.
+// Every dialog of the program with the menu command that opens it. Uses only the program's numbers.
 #pragma once
 
 #include <cstddef>

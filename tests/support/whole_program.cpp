@@ -33,7 +33,7 @@ void Expect(bool holds, const char* what)
 
 void InDialog(const DialogEntry& entry, const std::function<void(HWND)>& act)
 {
-    const auto waiting = std::make_shared<bool>(true); // until the dialog has been there, or has not come
+    const auto waiting = std::make_shared<bool>(true); // until the dialog was open, or did not open
     HeadlessUser([&act, waiting] {
         if (!std::exchange(*waiting, false)) return;
         const HWND dialog = HeadlessTopDialog();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The whole program from start to end, worked by a scripted user, looked at in the end.
+// The whole program from start to end, operated by a scripted user, and checked at the end.
 #pragma once
 
 #include <cstdint>
@@ -24,19 +24,19 @@ std::vector<HeadlessTemplateControl> ControlsOf(const DialogEntry& entry);
 bool Closes(int control);
 bool Searches(int control);
 
-// Clicks every button as long as the dialog is open, but those that close it or start a search.
+// Clicks every button while the dialog is open, except those that close it or start a search.
 void ClickEveryButton(HWND dialog, const DialogEntry& entry);
 
 // ---- A run --------------------------------------------------------------------------------------------
 
-// Runs the whole program with a command line; the user acts after its start; a greeting is closed
-// before, the program is ended afterwards. Then aborts if anything was not given back.
+// Runs the whole program with a command line; the user acts after its start. An About box is closed before,
+// the program is ended afterwards. Then aborts if a resource was not released.
 void RunWholeProgram(const wchar_t* commandLine, const std::function<void()>& act);
 
 // Aborts if a thread, handle, key, text or drawing object is left, or a text line has lost its end.
 void ExpectNothingLeft();
 
-// Bytes through the reader's path, with a paint and a little time now and then.
+// Feeds bytes through the reader's path, with time for painting at intervals.
 void Receive(std::string_view bytes);
 
 // Goes from the text page to the chart, with a key.

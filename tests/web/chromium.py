@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A headless Chromium, commanded over a pipe in its DevTools protocol, and what a user does in one of its tabs."""
+"""A headless Chromium, controlled through a pipe in its DevTools protocol, and a user's acts in one of its tabs."""
 
 import base64
 import fcntl
@@ -26,7 +26,7 @@ class BrowserError(Exception):
 
 
 class Chromium:
-    """One browser process with a profile of its own. Commands may come from several threads."""
+    """One browser process with its own profile. Commands may come from several threads."""
 
     def __init__(self, patience=30):
         self.patience = patience
@@ -113,7 +113,7 @@ KeyCodes = {
 
 
 class Tab:
-    """A page in a context of its own: no stored settings, no cache, nothing of what another tab has done."""
+    """A page in a separate context: without stored settings, cache, or data of another tab."""
 
     def __init__(self, browser, width=1000, height=760):
         self.browser = browser
@@ -155,7 +155,7 @@ class Tab:
             try:
                 self.bindings[name](json.loads(payload))
             except BrowserError:
-                pass  # the page is gone
+                pass  # the page no longer exists
 
     def call(self, method, **parameters):
         return self.browser.call(method, self.session, **parameters)
@@ -209,14 +209,14 @@ class Tab:
             self.call("Input.dispatchMouseEvent", type=kind, x=x, y=y, button="left", clickCount=1)
 
     def find_all(self, role, name=None):
-        """The elements of that role and name, as assistive software finds them; what is hidden is not found."""
+        """The elements with this role and name, as assistive software finds them; hidden elements are not found."""
         root = self.call("Runtime.evaluate", expression="document")["result"]["objectId"]
         wanted = {"role": role} | ({} if name is None else {"accessibleName": name})
         nodes = self.call("Accessibility.queryAXTree", objectId=root, **wanted)["nodes"]
         return [Element(self, node) for node in nodes if not node.get("ignored") and "backendDOMNodeId" in node]
 
     def find(self, role, name, seconds=15):
-        """The one element of that role and name, as soon as it is there."""
+        """The only element with this role and name, as soon as it exists."""
         end = time.monotonic() + seconds
         while True:
             found = self.find_all(role, name)
@@ -282,7 +282,7 @@ class Element:
         return self.run("function () { return document.activeElement === this }")
 
     def click(self):
-        """With the mouse, where the element is."""
+        """Clicks the element with the mouse."""
         x, y, is_free = self.run("""function () {
             this.scrollIntoView({block: "nearest"});
             const {left, top, width, height} = this.getBoundingClientRect();
@@ -297,7 +297,7 @@ class Element:
         self.run("function () { this.focus() }")
 
     def fill(self, text):
-        """Types a text in the place of what stands there."""
+        """Types a text that replaces the old one."""
         self.run("function () { this.focus(); this.select() }")
         if text:
             self.tab.call("Input.insertText", text=text)
@@ -305,7 +305,7 @@ class Element:
             self.tab.key("Backspace")
 
     def choose(self, text):
-        """An entry of a list."""
+        """Selects an entry of a list."""
         assert self.run("""function (text) {
             const option = [...this.options].find((one) => one.textContent === text);
             if (!option) return false;

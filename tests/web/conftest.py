@@ -35,7 +35,7 @@ def browser():
 
 @pytest.fixture
 def new_tab(browser, request):
-    """Opens tabs that know nothing of each other, and closes them."""
+    """Opens independent tabs, and closes them."""
     tabs = []
 
     def open_tab(*size):
@@ -51,7 +51,7 @@ def new_tab(browser, request):
 
 @pytest.fixture
 def tab(new_tab, server):
-    """The page at its first visit, with its receiver streaming."""
+    """The page at its first visit, while its receiver streams."""
     tab = new_tab()
     tab.visit(server.address)
     wait_streaming(tab)

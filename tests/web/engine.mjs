@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The program of the page without a browser: a page that only remembers what it is sent.
+// The program of the page without a browser: this page only stores the messages that it gets.
 import { readFileSync, writeFileSync } from "node:fs";
 
 const build = new URL("../../build/web/", import.meta.url);
@@ -139,7 +139,7 @@ export class Engine {
         this.program.key(this.dialog.window, 27, 0);
         await until("the dialog is closed", 3, () => !this.dialog);
     }
-    /** Fills in a dialog: a list's entry by its place, an edit's text, a check's state. */
+    /** Fills in a dialog: a list's entry by its index, an edit's text, a check box's state. */
     fill(values) {
         for (const [id, value] of Object.entries(values)) {
             const control = this.control(Number(id));

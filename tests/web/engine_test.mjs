@@ -11,7 +11,7 @@ import { Engine, frame, ids, pause, sentence, until } from "./engine.mjs";
 
 const Gga = sentence("GPGGA,120000.000,4722.6140,N,00832.5020,E,1,08,1.0,455.0,M,48.0,M,,0000");
 const ColourOfHdop = ids.CONTROL_GRAPH_COLOR + 1;
-const Rate9600 = 3; // its place in the list of rates
+const Rate9600 = 3; // its index in the list of rates
 
 /** The program with a receiver at port 1 of the page. */
 async function atPort(bytes) {
@@ -21,7 +21,7 @@ async function atPort(bytes) {
     engine.program.setting("BaudrateIdx", Rate9600);
     engine.program.start();
     await until("the port is set", 5, () => engine.rates.length > 0 && engine.receiver?.port === 1);
-    await pause(2200); // which drivers need before the first byte
+    await pause(2200); // drivers need this time before the first byte
     engine.receive(bytes);
     await until("the receiver is recognised", 3, () => engine.receiver.protocol !== "-");
     return engine;
@@ -39,7 +39,7 @@ test("the receiver in the page streams at once", async () => {
     assert.deepEqual(engine.menu.slice(0, 4), [
         `0 ${ids.COMMAND_ABOUT} About`, `0 ${ids.COMMAND_COMMUNICATION} Com`, "0 0 NMEA",
         `1 ${ids.DIALOG_NMEA_SET_SERIAL_PORT} Set Serial Port (Switch to SiRF)`]);
-    assert.deepEqual(engine.settings, {}); // nobody has chosen this port
+    assert.deepEqual(engine.settings, {}); // the user has not chosen this port
     assert.equal(engine.dialog, undefined);
     assert.deepEqual(engine.opened, []);
 
@@ -59,14 +59,14 @@ test("the receiver in the page takes commands", async () => {
     engine.press(ids.CONTROL_SERIAL_SET);
     const follow = () => engine.control(ids.CONTROL_SERIAL_FOLLOW);
     const other = await until("the program can follow", 5, () => follow().enabled && follow());
-    await pause(500); // the receiver has to read all of it first
+    await pause(500); // the receiver must read all of it first
     engine.program.click(other.window);
     await until("SiRF binary", 8, () => engine.receiver.protocol === "SiRF" && engine.receiver.rate === 38400);
     await engine.leave();
     engine.program.stop();
 });
 
-// The sentence that each dialog sends: the command of its menu item, the entries, the button.
+// For each dialog: the command of its menu item, the entries, the button, the sentence that is sent.
 const NmeaCommands = [
     [ids.DIALOG_NMEA_NAVIGATION_INITIALIZATION,
         { [ids.CONTROL_NAVINIT_COLD_START]: 1 }, ids.CONTROL_NAVINIT_SET, "PSRF101,0,0,0,0,0,0,12,4"],
@@ -98,7 +98,7 @@ test("the NMEA dialogs open and send", async () => {
     assert.equal(engine.windows.size, 0);
 });
 
-// The poll that opens each dialog, then what is set and sent.
+// For each dialog: its command, the poll that it sends when it opens; for some, entries, button, and the sent payload.
 const SirfCommands = [
     [ids.DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, "9800"],
     [ids.DIALOG_SIRF_INITIALIZE_DATA_SOURCE, "A880"],
@@ -176,7 +176,7 @@ test("colours are chosen, and the sky is drawn", async () => {
     engine.program.stop();
 });
 
-/** A page that looks for the rate of serial port 1, after its own receiver was open. */
+/** A page that searches for the rate of serial port 1, after its own receiver was open. */
 async function searching() {
     const engine = await Engine.load();
     engine.program.ports([1], ["Serial port 1"]);

@@ -1,6 +1,6 @@
 #!/usr/bin/env -S /usr/bin/python3 -B
 # SPDX-License-Identifier: MIT
-"""Measures what the page promises; each figure by its name, all but the hour if none is given.
+"""Measures the page's goals; each figure by its name, all except the hour if no name is given.
 
 Usage: figures.py [size | start | load | idle | hour [MINUTES [TIMES]]]...
 

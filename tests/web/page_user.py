@@ -1,7 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""A user of the page, who can do what the user of the desktop program can: the same tests run with either.
-
-What is read are the page's own elements, and what is done goes through keys, mouse and their events.
+"""A user of the page, with the same acts as the user of the desktop program: the same tests run with both. Reads the
+page's own elements, and acts with keys, mouse and their events.
 """
 
 import base64
@@ -102,7 +101,7 @@ class PageDriver:
         return next((w for w in self.windows() if w["class"] == "Toravane" and w["text"] == "Toravane"), None)
 
     def click(self, button):
-        """With the mouse, as far as the browser lets it: what cannot be used is not pressed."""
+        """Clicks with the mouse; the browser does not press disabled elements."""
         x, y, reachable = self.run(f"eyes.centre(eyes.find({json.dumps(button)}))")
         assert reachable, f"something covers the button {button}"
         self.user.tab.click_at(x, y)
@@ -116,7 +115,7 @@ class PageDriver:
             self.user.tab.key("Backspace")
 
     def items(self, control):
-        """Ports by the names that the program has for them, which the page leaves out."""
+        """Ports with the program's names for them, which the page does not show."""
         items, selection = self.run(f"""(({{options, selectedIndex, dataset}}) => [[...options].map(
             ({{value, textContent}}) => dataset.control === "{Id.CONTROL_COM_PORT}" ?
                 `COM${{value}}: ${{textContent}}` : textContent), selectedIndex])(eyes.list({control}))""")
@@ -159,7 +158,7 @@ class PageDriver:
 
 
 class Wires:
-    """Which terminal is at the other end of each port: links, as Wine keeps them."""
+    """The terminal at the other end of each port, as links, like those of Wine."""
 
     def __init__(self):
         self.prefix = Path(tempfile.mkdtemp(prefix="toravane-ports-"))
@@ -171,7 +170,7 @@ class Wires:
         link.symlink_to(device)
 
     def device(self, port):
-        """Of the browser's port, which is the program's less one."""
+        """Number of the browser's port: the program's number minus one."""
         link = self.prefix / "dosdevices" / f"com{port + 1}"
         return os.readlink(link) if link.is_symlink() else None
 
@@ -192,7 +191,7 @@ class PageProgram:
 
 
 class PageUser(harness.User):
-    """Sits at a browser, with ports 1 to 8 granted. What only a desktop has fails at once."""
+    """A user with a browser and access to the ports 1 to 8. Acts that only a desktop has fail at once."""
 
     def __init__(self, server):
         self.server = server
@@ -236,7 +235,7 @@ class PageUser(harness.User):
     def start(self, *arguments, environment=None, file=None):
         assert not arguments and not environment and not file, "a page has no command line and one layout"
         settings = self.values
-        if self.tab:  # a new start keeps what is stored
+        if self.tab:  # a new start keeps the stored settings
             settings = self.tab.run("({...localStorage})") | {name: str(value) for name, value in settings.items()}
             self.bridge.close()
             self.tab.close()
@@ -246,7 +245,7 @@ class PageUser(harness.User):
         self.tab = self.browser.tab()
         self.bridge = Bridge(self.tab, [Usb] * 8, self.wine.device)
         self.tab.before_load(Eyes)
-        self.tab.visit(self.server.address + "icon.svg")  # of the same origin: only its settings matter
+        self.tab.visit(self.server.address + "icon.svg")  # of the same origin: only its settings are needed
         for name, value in ({"Ports": json.dumps(Names)} | settings | opened).items():
             self.tab.run(f"localStorage.setItem({json.dumps(name)}, {json.dumps(str(value))})")
         self.tab.visit(self.server.address)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Serial ports for a page in a browser: each leads to a terminal of this machine, where a receiver answers."""
+"""Serial ports for a page in a browser: each is connected to a terminal of this machine, with a receiver."""
 
 import base64
 import json
@@ -40,7 +40,7 @@ class Bridge:
             error = "NetworkError"
         self.tab.run(f"serialDouble.answer({request['call']}, {json.dumps(error)})")
         if request["kind"] == "open" and port in self.open:
-            self.open[port][2].start()  # now that the page has a stream to put bytes into
+            self.open[port][2].start()  # now the page has a stream for the bytes
 
     def _open(self, port, rate):
         try:

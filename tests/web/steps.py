@@ -24,13 +24,13 @@ def lines(tab):
 
 
 def wait_clock(tab, seconds=30):
-    """Waits until the time in the first line goes on."""
+    """Waits until the time in the first line advances."""
     before = tab.run(Clock)
     tab.wait("the time goes on", f"{Clock} !== {json.dumps(before)}", seconds)
 
 
 def choose(tab, *path):
-    """Chooses an item of the menu with the mouse, by its name and that of its menu."""
+    """Chooses an item of the menu with the mouse, by its name and the name of its menu."""
     for name in path:
         tab.find("menuitem", name).click()
 
@@ -99,7 +99,7 @@ def complaints_of_axe(tab):
 
 
 def cut_texts(tab, within):
-    """The texts below an element, given by a selector, that are wider or higher than their place."""
+    """The texts below an element, given by a selector, that are larger than their place."""
     return tab.run(f"""[...document.querySelectorAll({json.dumps(within)} + " *")].filter((element) =>
         element.checkVisibility() && !element.matches("textarea, select, option, canvas, .arrow") &&
         (element.childElementCount === 0 || element.matches("label, button")) &&

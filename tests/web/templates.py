@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The program's dialog templates and menu as the resource compiler reads them: what the page is held against."""
+"""The program's dialog templates and menu from the resource compiler, for comparison with the page."""
 
 import struct
 import subprocess

@@ -21,7 +21,7 @@ def reports(title):
     return [f"{title} {number}" for number in range(1, 5)]
 
 
-# Template, caption, way through the menu, and the names of what is in it by role.
+# Template, caption, path in the menu, and the names of its elements by role.
 Dialogs = [
     (Id.DIALOG_ABOUT, "About Toravane", ["About"], {"button": ["OK"]}),
     (Id.DIALOG_COMMUNICATION, "Communication", ["Com"], {
@@ -102,7 +102,7 @@ def one_page(browser):
 
 @pytest.fixture
 def shared(one_page, server):
-    """One page for all tests that leave it as it was; started again after one that did not."""
+    """One page for all tests that do not change it; started again after a test that did."""
     one_page.size(1000, 760)
     if not one_page.run("!!self.toravane && !document.querySelector('dialog')"):
         one_page.visit(server.address)
@@ -164,7 +164,7 @@ def test_controls_stand_where_the_template_has_them(shared, number, caption, way
         if control["class"] != "ComboBox":
             assert abs(element["place"][3] - height * 1.625) < 1.1, control
     order = shared.run("[...document.querySelectorAll('dialog[open] [data-control]')].map(e => +e.dataset.window)")
-    assert order == sorted(order)  # the Tab key goes as in the template
+    assert order == sorted(order)  # the Tab key follows the template's order
     close_dialog(shared, caption)
 
 
@@ -227,7 +227,7 @@ def test_message_box(tab):
     assert tab.find("button", "OK").has_focus
     assert complaints_of_axe(tab) == []
     tab.screenshot(Pictures / "message-box.png")
-    assert tab.find_all("combobox", "Message") == []  # what is below cannot be reached
+    assert tab.find_all("combobox", "Message") == []  # elements below cannot be reached
     tab.key("Escape")
     wait_gone(tab, "alertdialog", "Message")
     assert tab.find("button", "Set").has_focus

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A visitor's first look: a receiver sends data, immediately and without a question."""
+"""The first visit: a receiver sends data, immediately and without a question."""
 
 import re
 import time
@@ -53,7 +53,7 @@ def test_menubar_by_keys(tab):
     tab.key("ArrowRight")
     assert tab.find("menuitem", "Advanced Power Management").has_focus
     tab.key("End")
-    tab.key("s")  # goes round to the next that begins so
+    tab.key("s")  # moves to the next item with this first letter
     assert tab.find("menuitem", "Switch to NMEA Protocol").has_focus
     tab.key("p")
     tab.key("Enter")

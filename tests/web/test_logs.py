@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Logs that are dropped on the page or chosen: played by the program, as the replay tool does it."""
+"""Logs that are dropped on the page or chosen: the program plays them like the replay tool."""
 
 import json
 import time
@@ -10,7 +10,7 @@ from PIL import Image, ImageChops
 from resource_ids import Id
 from steps import Clock, Logs, Pictures, canvas, choose_file, drop, lines, open_dialog, replayed, wait_clock
 
-# Recordings whose page and chart another mathematics library does not change.
+# Recordings whose page and chart are the same with another mathematics library.
 Played = ["walk-south-west.txt", "walk-south-west.srf", "cold-start.txt", "noisy-line.txt", "noisy-line.srf"]
 
 
@@ -68,7 +68,7 @@ def test_playback(tab):
 
 
 def time_to_play(tab, seconds):
-    """How long the page takes for so many seconds of the log."""
+    """The time that the page needs for this number of seconds of the log."""
     begin, first = time.monotonic(), clock_of(tab.run(Clock))
     while clock_of(tab.run(Clock)) - first < seconds:
         assert time.monotonic() - begin < 60

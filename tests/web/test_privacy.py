@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The page asks nothing of another host, keeps no cookie, and works without a network after the first visit."""
+"""The page sends no request to another host, stores no cookie, and works without a network after the first visit."""
 
 import urllib.parse
 
@@ -28,7 +28,7 @@ def test_no_request_leaves_the_host(tab, server):
 
 
 def test_another_host_would_be_noticed_and_is_refused(tab, server):
-    """That the test above can fail, and that the page's policy refuses what it would find."""
+    """The test above can fail, and the page's policy refuses such requests."""
     other = Server()
     try:
         with pytest.raises(BrowserError):
@@ -52,7 +52,7 @@ def test_works_offline_after_the_first_visit(new_tab):
     tab.visit(server.address)
     wait_streaming(tab)
     tab.run("navigator.serviceWorker.ready.then(() => 0)")
-    server.close()  # nobody answers any more
+    server.close()  # the server no longer answers
     tab.call("Network.clearBrowserCache")
     tab.visit(server.address)
     wait_streaming(tab)
@@ -64,7 +64,7 @@ def test_can_be_installed(tab):
     manifest = tab.call("Page.getAppManifest")
     assert manifest["errors"] == [] and "Toravane" in manifest["data"]
     errors = [e["errorId"] for e in tab.call("Page.getInstallabilityErrors")["installabilityErrors"]]
-    assert [e for e in errors if e != "in-incognito"] == []  # a context of its own counts as a private window
+    assert [e for e in errors if e != "in-incognito"] == []  # a separate context counts as a private window
 
 
 def test_service_worker_keeps_every_file(tab):

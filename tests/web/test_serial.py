@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Real receivers, through serial ports that the test holds the other end of: what is found, kept, refused and lost."""
+"""Real receivers, through serial ports whose other end the test controls: found, kept, refused and lost ports."""
 
 import os
 import re
@@ -18,7 +18,7 @@ BuiltIn = {}
 
 @pytest.fixture
 def receiver(tmp_path):
-    """Starts receivers in software; gives the terminal and the file of what the page has sent."""
+    """Starts software receivers; returns the terminal and the file with the bytes that the page has sent."""
     started = []
 
     def start(*options):
@@ -33,7 +33,7 @@ def receiver(tmp_path):
 
 @pytest.fixture
 def visit(new_tab, server):
-    """Visits the page with serial ports that lead to terminals, in the order given; None leads nowhere."""
+    """Visits the page with serial ports that are connected to terminals, in the given order; None: not connected."""
     bridges = []
 
     def begin(*devices, chosen=0, hidden=(), infos=None, stored=None):
@@ -160,11 +160,11 @@ def test_device_that_is_pulled_out_and_comes_back(visit, receiver):
 
 
 def test_rate_of_the_receiver_is_changed(visit, receiver):
-    """The program follows with its own port, by which the browser's is closed and opened again."""
+    """The program follows with its own port; for this the browser's port is closed and opened again."""
     terminal, record = receiver("--rate", 4800)
     tab = visit(terminal, stored={"CommPortIdx": 1, "BaudrateIdx": 2, "Ports": '{"1":"USB 067b:2303"}'})
     wait_status(tab, "NMEA, 4800 baud")
-    for _ in range(3):  # a receiver that restarts, as the first sentence makes it do, is deaf for a second
+    for _ in range(3):  # after the first sentence the receiver restarts, and then ignores its input for a second
         wait_clock(tab)
     open_dialog(tab, "Set Serial Port", "NMEA", "Set Serial Port (Switch to SiRF)")
     tab.find("combobox", "Baudrate").fill("38400")

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A headless Firefox, commanded through its Marionette port."""
+"""A headless Firefox, controlled through its Marionette port."""
 
 import atexit
 import base64
@@ -14,7 +14,7 @@ from pathlib import Path
 
 Preferences = {
     "dom.webserial.enabled": True,
-    "dom.webserial.gated": False,  # no add-on has to be installed first
+    "dom.webserial.gated": False,  # no add-on must be installed first
     "datareporting.policy.dataSubmissionEnabled": False,
     "app.update.enabled": False,
     "browser.shell.checkDefaultBrowser": False,
@@ -49,7 +49,7 @@ class Firefox:
             ["firefox-esr", "--headless", "--marionette", "--remote-allow-system-access", "--profile", str(profile),
              "--no-remote"], env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL)
-        atexit.register(shutil.rmtree, self.home, ignore_errors=True)  # after a fault too
+        atexit.register(shutil.rmtree, self.home, ignore_errors=True)  # also after an error
         atexit.register(self.process.kill)
         end = time.monotonic() + patience
         while True:
@@ -109,7 +109,7 @@ class Firefox:
             self.command("Marionette:SetContext", value="content")
 
     def wait(self, what, condition, seconds=30):
-        """Waits until a script, or a procedure, gives something true."""
+        """Waits until a script, or a procedure, returns a true value."""
         end = time.monotonic() + seconds
         while True:
             value = condition() if callable(condition) else self.run(condition)
@@ -126,7 +126,7 @@ class Firefox:
     }
 
     def find(self, role, name, seconds=15):
-        """The one element that Firefox gives this role and name. Of two the one in the uppermost dialog."""
+        """The only element with this role and name in Firefox; of two, the one in the topmost dialog."""
         def look():
             found = []
             for entry in self.call("FindElements", using="css selector", value=self.Selectors[role]):

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Loaded into Firefox: gives pseudo-terminals the modem lines of a real serial port, which Firefox asks for when it
-// opens one, and which they lack.
+// Loaded into Firefox: adds the modem lines of a real serial port to pseudo-terminals, which have none. Firefox reads
+// them when it opens a port.
 #define _GNU_SOURCE
 #include <dlfcn.h>
 #include <errno.h>

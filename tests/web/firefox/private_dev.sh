@@ -2,8 +2,8 @@
 # SPDX-License-Identifier: MIT
 # Usage: unshare --mount private_dev.sh COMMAND...
 #
-# Runs a command with a /dev of its own without any serial device: Firefox opens every node there that looks like one,
-# and what is made there disappears with the command.
+# Runs a command with its own /dev, which has no serial device: Firefox opens every node there that looks like one.
+# Nodes that are made there disappear with the command.
 set -euo pipefail
 dev=$(mktemp -d)
 mount -t tmpfs tmpfs "$dev"

@@ -51,8 +51,8 @@ def wait_status(firefox, *parts, seconds=40):
 
 
 def wait_running(firefox):
-    """Waits until the receiver's time goes on: the first sentence of a connection makes the program restart it, and a
-    receiver that restarts is deaf for a second."""
+    """Waits until the receiver's time advances: after the first sentence of a connection the program restarts the
+    receiver, which then ignores its input for a second."""
     for _ in range(3):
         before = firefox.run(FirstLine)
         firefox.wait("the receiver goes on", lambda: firefox.run(FirstLine) != before)
