@@ -30,7 +30,7 @@ INT_PTR UnusedExport()
 class MainWindowTest : public ProductTest
 {
 protected:
-    // The whole program, from its start to its end; the script is the user.
+    // The whole program, from its start to its end; a script acts as the user.
     static int Run(const wchar_t* commandLine = L"")
     {
         return RunProgram(nullptr, commandLine, SW_SHOWNORMAL);
@@ -42,7 +42,7 @@ protected:
         StoreSetting(L"BaudrateIdx", 2);
     }
 
-    // One that a copy's search for the program finds.
+    // A window that a second copy's search for the program finds.
     static HWND MakeWindowOfTheProgram()
     {
         WNDCLASSW standIn = {};
@@ -77,7 +77,7 @@ TEST_F(MainWindowTest, FirstStartGreetsWithTheAboutBox)
         HeadlessClick(HeadlessTopDialog(), IDOK);
     });
     UserExits();
-    EXPECT_EQ(Run(L"StaticNavigationOn"), 0); // the command line is not looked at then
+    EXPECT_EQ(Run(L"StaticNavigationOn"), 0); // the command line is not read then
     EXPECT_EQ(CommandLinePending.load(),
               0); // so that the first sentence, later, is answered with a hot start
     EXPECT_EQ(title, L"About Toravane");
@@ -164,7 +164,7 @@ TEST_F(MainWindowTest, FirstSentenceShowsOnThePageAndSendsOneHotStart)
     EXPECT_EQ(painted[0].x, 0);
 }
 
-// Repainting does not erase: a line that became shorter or empty must take its old text away itself.
+// Repainting does not erase: a line that became shorter or empty must overwrite its old text.
 TEST_F(MainWindowTest, EachLineIsPaintedAcrossTheWindow)
 {
     StorePortAndRate();
@@ -195,7 +195,7 @@ TEST_F(MainWindowTest, EachLineIsPaintedAcrossTheWindow)
     EXPECT_EQ(blank, (std::vector<bool>{true, false, true}));
 }
 
-// Lines are painted again only where they have changed, or where the system asks for it.
+// Lines are painted again only if they have changed, or if the system requests it.
 TEST_F(MainWindowTest, OnlyChangedLinesAreRepainted)
 {
     StorePortAndRate();
@@ -215,7 +215,7 @@ TEST_F(MainWindowTest, OnlyChangedLinesAreRepainted)
         for (const HeadlessCallCount& call : HeadlessCountedCalls())
             if (call.call == "ExtTextOutW") textsOut = call.count;
     };
-    HeadlessUser([&] { repaint(); }); // what the start has left
+    HeadlessUser([&] { repaint(); }); // left by the start
     HeadlessUser([&] {
         FormatTextLine(3, Three, 3);
         SetTextLine(5, L"five");
@@ -260,7 +260,7 @@ TEST_F(MainWindowTest, OnlyChangedLinesAreRepainted)
     EXPECT_EQ(painted, (std::vector<std::wstring>{L" Menu Com. Open a port.", L"line 3", L"five"}));
 }
 
-// The messages of one run of received bytes ask for one paint together.
+// The messages of one run of received bytes together request one paint.
 TEST_F(MainWindowTest, ARunOfMessagesIsRepaintedOnce)
 {
     StorePortAndRate();
@@ -277,7 +277,7 @@ TEST_F(MainWindowTest, ARunOfMessagesIsRepaintedOnce)
     HeadlessUser([&] {
         feed(vtg + gsa + other);
         feed(other);   // shows nothing new
-        feed(unknown); // nor does that
+        feed(unknown); // also shows nothing new
         feed(vtg.substr(0, 9));
         feed(vtg.substr(9));
     });
@@ -391,7 +391,7 @@ DWORD WINAPI StartAnother(void*)
     return 0;
 }
 
-// The other copy has not made its window yet.
+// The other copy has not created its window yet.
 TEST_F(MainWindowTest, TwoStartsAtOnceGiveOneWindow)
 {
     const HANDLE starting = CreateMutexW(nullptr, FALSE, L"Toravane");
@@ -410,7 +410,7 @@ TEST_F(MainWindowTest, TwoStartsAtOnceGiveOneWindow)
     EXPECT_EQ(HeadlessOpenHandles(), 0u);
 }
 
-// The other copy has no window any more: it is waited for, but not for ever.
+// The other copy no longer has a window: the program waits for it, but not for ever.
 TEST_F(MainWindowTest, StartWaitsForACopyThatEnds)
 {
     const HANDLE ending = CreateMutexW(nullptr, FALSE, L"Toravane");
@@ -441,7 +441,7 @@ TEST_F(MainWindowTest, CopyThatCouldNotStartLeavesTheNextOneItsPlace)
     LeaveOnlyCopy();
 }
 
-// Systems obey the launcher when the window is shown first, no matter what the program asks for.
+// At the first showing of the window, systems obey the launcher, not the program.
 TEST_F(MainWindowTest, StartThatTheLauncherMinimisesShowsTheWindow)
 {
     StorePortAndRate();
@@ -598,7 +598,7 @@ TEST_F(MainWindowTest, MinimisedWindowIsInactiveBeforeItCloses)
     EXPECT_EQ(HeadlessPartingMessages(), (std::pair{UINT{WM_ACTIVATE}, UINT{WM_CLOSE}}));
 }
 
-// Another program can do that behind every dialog.
+// Another program can do that while any dialog is open.
 TEST_F(MainWindowTest, MinimisingBehindADialogEndsTheProgram)
 {
     std::vector<int> items;
@@ -828,7 +828,7 @@ TEST_F(WithShell, PocketPcTakesTheShellsBarsOffTheWindow)
     EXPECT_EQ(HotKeys, std::vector<WPARAM>{WM_HOTKEY});
 }
 
-// The title has an OK. The bar below has none, and neither has the dialog; a button that says Close stays.
+// The title has an OK button. The bar below and the dialog have none; a button with the text Close stays.
 TEST_F(WithShell, PocketPcShowsOneOk)
 {
     const auto closingButtonIsVisible = [](UINT item, bool& visible) {
@@ -881,7 +881,7 @@ TEST_F(WithKeypadShell, WindowKeepsItsSizeAndDialogsScroll)
     EXPECT_EQ(BarRequests[1].flags, 0u);
 }
 
-// A keypad device whose shell gives no bar: the command bar lies over the chart, which keeps the window's
+// A keypad device whose shell provides no bar: the command bar is above the chart, which keeps the window's
 // height.
 TEST_F(WithKeypadShell, ChartKeepsTheWindowsHeightUnderACommandBar)
 {
@@ -899,7 +899,7 @@ TEST_F(WithKeypadShell, ChartKeepsTheWindowsHeightUnderACommandBar)
     EXPECT_EQ(chartHeight, client.bottom);
 }
 
-// Neither the shell nor the system gives the window a bar: it has no chart, but its settings.
+// Neither the shell nor the system provides a bar for the window: it has no chart, but its settings.
 TEST_F(WithShell, WithoutAnyBarThereIsNoChart)
 {
     DestroyWindow(ShellBar);

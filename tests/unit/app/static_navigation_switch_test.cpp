@@ -13,7 +13,7 @@ using namespace std::literals;
 class StaticNavigationSwitch : public ProductTest
 {
 protected:
-    // A receiver that answers the two commands in SiRF binary, with message 11, or 12 where it refuses. The
+    // A receiver that answers the two commands in SiRF binary, with message 11, or 12 if it refuses. The
     // rates for the protocols are 57600 and 4800; the stored rate is another one.
     HeadlessPort& AddReceiver(std::string_view toStatic, std::string_view toNmea)
     {
@@ -115,7 +115,7 @@ TEST_F(StaticNavigationSwitch, ReceiverThatStaysInSirfKeepsThatRate)
     EXPECT_EQ(Setting(L"BaudrateIdx"), 6); // as its first message has stored it
 }
 
-// The receiver refuses static navigation, but goes back to NMEA.
+// The receiver refuses static navigation, but returns to NMEA.
 TEST_F(StaticNavigationSwitch, RefusedStaticNavigationIsNoRefusedWayBack)
 {
     AddReceiver(Refused, TakenBack);
@@ -124,7 +124,7 @@ TEST_F(StaticNavigationSwitch, RefusedStaticNavigationIsNoRefusedWayBack)
     EXPECT_EQ(Setting(L"BaudrateIdx"), 2);
 }
 
-// That refusal may arrive so late that the way back was sent already.
+// That refusal may arrive after the command for the way back was sent.
 TEST_F(StaticNavigationSwitch, LateRefusalOfStaticNavigationIsNoRefusedWayBack)
 {
     const std::string late = std::string(Refused) + std::string(TakenBack);
@@ -134,7 +134,7 @@ TEST_F(StaticNavigationSwitch, LateRefusalOfStaticNavigationIsNoRefusedWayBack)
     EXPECT_EQ(Setting(L"BaudrateIdx"), 2);
 }
 
-// It spoke SiRF binary at another rate than the one that is stored for it, and does not get the commands.
+// It used SiRF binary at another rate than the stored one, and does not get the commands.
 TEST_F(StaticNavigationSwitch, SirfOfBeforeTheSwitchDoesNotCount)
 {
     AddReceiver("", "");

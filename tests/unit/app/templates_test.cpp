@@ -36,7 +36,7 @@ std::vector<int> Range(int first, int last)
     return numbers;
 }
 
-// The controls that each dialog is known by; typed by hand from their descriptions.
+// The controls of each dialog; typed by hand from their descriptions.
 const std::vector<Group> Groups = {
     {2002, Kind::List, {1651, 1652}},
     {2002, Kind::Text, {1653, 1658}},
@@ -286,7 +286,7 @@ TEST_F(Templates, EveryControlLiesWithinItsDialogAndOnNoOther)
     });
 }
 
-// Before a field comes its label, or another field of the same row. The receiver's text has none.
+// Before a field is its label, or another field of the same row. The receiver's text has no label.
 TEST_F(Templates, LabelsComeBeforeTheirFields)
 {
     constexpr int GreyBox = CONTROL_NMEA_GREY_BOX;
@@ -330,8 +330,9 @@ TEST_F(Templates, KeysReachEveryFieldAndButton)
     });
 }
 
-// What Enter presses. Where a command is sent it is that, unless it restarts the receiver or changes its
-// protocol or rate; there nothing must happen by accident. A keypad's soft key is OK, and so is its Enter.
+// The button that Enter presses: the one that sends the command, unless the command restarts the receiver or
+// changes its protocol or rate, which must not happen by accident. On a keypad, Enter is OK, like the soft
+// key.
 TEST_F(Templates, EnterSendsWhereThatIsHarmlessAndClosesElsewhere)
 {
     constexpr int None = 0;
@@ -354,7 +355,7 @@ TEST_F(Templates, EnterSendsWhereThatIsHarmlessAndClosesElsewhere)
     });
 }
 
-// The button that closes a dialog of commands sends nothing, and says so; the others have an OK.
+// The button that closes a command dialog sends nothing, and its text is Close; the other dialogs have an OK.
 TEST_F(Templates, EveryWideDialogHasAButtonThatClosesIt)
 {
     const std::set<uint32_t> withOk = {2002, 2023, 2024};
@@ -386,7 +387,7 @@ TEST_F(Templates, RowsDoNotTouch)
     });
 }
 
-// A caption beside a field or a box: their middles are in one line, of a box exactly.
+// A caption beside a field or a box: their middles are in one line, for a box exactly.
 TEST_F(Templates, CaptionsStandInTheLineOfTheirBoxes)
 {
     ForAll([](uint32_t, const Template& dialog) {
@@ -440,8 +441,8 @@ TEST_F(Templates, LabelsKeepAwayFromTheirFields)
     });
 }
 
-// What is sent is chosen before: no field, box or option comes after Set, or stands lower. A keypad's DGPS
-// Source has its buttons between its two reports.
+// The values that are sent are before the button: no field, box or option is after Set, or below it. A
+// keypad's DGPS Source has its buttons between its two reports.
 TEST_F(Templates, SetComesLastAndStandsLowest)
 {
     const std::set<int> sets = {1004, 1018, 1034, 1052, 1062, 5311, 12810, 12914, 1335, 1362,
@@ -463,7 +464,7 @@ TEST_F(Templates, SetComesLastAndStandsLowest)
     EXPECT_EQ(found, 2 * 19);
 }
 
-// In the row of Set the buttons stand in the order of the Tab key: Get, Set and what closes.
+// In the row of Set the buttons are in the order of the Tab key: Get, Set and the one that closes.
 TEST_F(Templates, ButtonsOfARowFollowEachOther)
 {
     ForAll([](uint32_t, const Template& dialog) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The product's reception and commands against the receiver in software, in fast motion.
+// The product's reception and commands against the software receiver, in fast motion.
 
 #include <optional>
 
@@ -30,7 +30,7 @@ protected:
         HostRate = rate;
     }
 
-    // Lets time pass: what the product writes goes to the receiver, what the receiver sends to the product.
+    // Lets time pass: passes bytes between the product and the receiver.
     void Pass(double seconds)
     {
         constexpr double StepSeconds = 0.02;
@@ -46,7 +46,7 @@ protected:
         }
     }
 
-    // Waits for a moment at which nothing is on its way.
+    // Waits for a moment without bytes on the line.
     void Drain()
     {
         for (int i = 0; i < 1000 && !(Session->Sim.Output.empty() && Session->Wire.Idle()); ++i) Pass(0.02);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Dates that lie whole 1024 weeks back. All days were counted by another calendar.
+// Dates that are a multiple of 1024 weeks too early. All days were counted with another calendar.
 
 #include "console/dates.h"
 
@@ -92,7 +92,7 @@ TEST(CorrectDate, AClockBeforeTheReleaseIsNotSet)
     EXPECT_EQ(correction.reason,
               "the computer's clock is not set (2026-10-31, before the release); plus 1024 weeks "
               "it is not before the release of the program, 2026-11-01");
-    // The smallest number that reaches the release, however far beyond it that is.
+    // The smallest number that reaches the release, even if the result is far after it.
     EXPECT_EQ(Correct({2007, 3, 17}, {1970, 1, 1}, ReferenceKind::Clock).corrected, (Date{2046, 6, 16}));
     EXPECT_EQ(Correct({2007, 3, 18}, {1970, 1, 1}, ReferenceKind::Clock).corrected, (Date{2026, 11, 1}));
     EXPECT_EQ(Correct({2030, 1, 1}, {1970, 1, 1}, ReferenceKind::Clock).epochs, 0);

@@ -9,8 +9,8 @@
 
 #include "console/command_line.h"
 
-// What a command with --dry-run would send: a text for each line that it prints, without the "> " before it.
-// Nothing when the command refuses its arguments as wrong usage; anything else fails the test.
+// The lines that a command with --dry-run prints, each without the "> " before it: the messages that it would
+// send. Empty if the command refuses its arguments as wrong usage; any other end fails the test.
 inline std::vector<std::string> DryRun(std::vector<std::string> arguments)
 {
     arguments.insert(arguments.begin(), "--dry-run");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Mended dates in a stream. Checksums were worked out by hand.
+// Corrected dates in a stream. Checksums were calculated by hand.
 
 #include "console/mend_dates.h"
 

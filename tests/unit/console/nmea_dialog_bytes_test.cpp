@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// What the NMEA dialogs send, the console program sends too.
+// The console program can send everything that the NMEA dialogs send.
 //
-// A dialog can send something that only "send nmea" sends, on purpose: a start with given position and time,
-// a chosen number of channels and snap start (Navigation Initialization); sentences without checksum (Set
-// Message Rate); rates that no port has, typed beside a chosen one (Set Serial Port); Development Data;
-// Select Datum.
+// Some things that a dialog can send are sent only by "send nmea", on purpose: a start with given position
+// and time, a chosen number of channels and snap start (Navigation Initialization); sentences without
+// checksum (Set Message Rate); rates that no port has, typed beside a chosen one (Set Serial Port);
+// Development Data; Select Datum.
 #include <cstring>
 
 #include "console/switching.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Fixture of tests that feed bytes: a reception that has heard nothing yet.
+// Fixture of tests that feed bytes: a reception that has received nothing yet.
 #pragma once
 
 #include <gtest/gtest.h>

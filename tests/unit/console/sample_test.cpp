@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Samples: which messages belong to one moment, and which date it has.
+// Samples: the messages that belong to one moment, and its date.
 
 #include "console/sample.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the SiRF dialogs send, the console program sends too: each value that the dialogs' tests know, and
-// each entry of each list, is put into the real dialog and given to the command with --dry-run.
+// The console program sends the same bytes as the SiRF dialogs: each value in the dialogs' tests, and each
+// entry of each list, is entered in the real dialog and given to the command with --dry-run.
 //
 // A dialog can send something that no command does, on purpose:
 // - Elevation Mask: masks below -20.0 and above 90.0 degrees, which there are not on the sky;
@@ -21,7 +21,7 @@
 namespace
 {
 
-// A control, and the key that stands for it. `choices` are named in the order of the list's entries.
+// A control, and its key. `choices` are in the order of the list's entries.
 struct KeyRow {
     int control;
     const char* key;
@@ -94,7 +94,7 @@ const SettingRow Settings[] = {
       {5309, "timing-priority", {"none", "time-between-fixes", "duty-cycle"}}}},
 };
 
-// What a dialog rounds, and how the value that it sends is written; "" no command sends it.
+// A text that a dialog rounds, and the text of the value that it sends; "": no command sends it.
 const std::map<std::pair<int, std::wstring>, const char*> Spellings = {
     {{1393, L"-200"}, ""},
     {{1393, L"900.0"}, ""},
@@ -133,7 +133,7 @@ const FieldCase& FieldOf(const DialogCase& row, int control)
 class SirfDialogBytes : public SirfDialogTest
 {
 protected:
-    // A text as it is typed on a terminal.
+    // A text in the form for a terminal.
     static std::string Utf8(const std::wstring& text)
     {
         std::string utf8;
@@ -158,7 +158,7 @@ protected:
         return found == Spellings.end() ? Utf8(entry.text) : found->second;
     }
 
-    // Something acceptable in each control, and for each what else the dialog takes.
+    // An acceptable entry in each control, and for each control all other acceptable entries.
     struct Values {
         std::vector<Entry> usual;
         std::vector<std::vector<Entry>> accepted;
@@ -191,7 +191,7 @@ protected:
         return arguments;
     }
 
-    // Presses Set and returns the one frame that is sent.
+    // Presses Set and returns the only frame that is sent.
     std::string Press(HWND dialog, int set)
     {
         Written();
@@ -377,7 +377,7 @@ TEST_F(SirfDialogBytes, StartsAndTheVersionPollAreSentAlike)
     });
 }
 
-// What has no command of its own goes through "send": the payload alone, framed.
+// Payloads without a command are sent by "send": the payload only, framed.
 TEST_F(SirfDialogBytes, WhateverADialogSendsCanBeSent)
 {
     for (const DialogCase& row : FieldCases())

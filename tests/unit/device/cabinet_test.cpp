@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Install packages: what is refused, and the few numbers that no reader checks. tests/device reads whole
+// Install packages: refused input, and the few numbers that no reader checks. tests/device reads whole
 // packages.
 #include "device/cabinet.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Linked ARM programs for the tests, written field by field as the format's description has it.
+// Linked ARM programs for the tests, written field by field from the format's description.
 #pragma once
 
 #include "device/elf_file.h"

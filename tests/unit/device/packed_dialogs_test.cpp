@@ -56,7 +56,7 @@ TEST(PackedDialogs, BytesByHand)
 
 TEST(PackedDialogs, LongestRepeatAndLargestDistance)
 {
-    // 34 bytes come again at most; the 35th is a byte by itself.
+    // At most 34 bytes are repeated; the 35th is a single byte.
     EXPECT_EQ(PackTemplate(Bytes(36, 'x')), (Bytes{36, 0, 0b101, 'x', 0, 31 << 3, 'x'}));
     EXPECT_EQ(Unpack({36, 0, 0b101, 'x', 0, 31 << 3, 'x'}), Bytes(36, 'x'));
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The two programs as the build calls them.
+// The two programs, called as in the build.
 
 #include "device/files.h"
 #include "elf_builder.h"

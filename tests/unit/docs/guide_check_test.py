@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The check of the user guide notices what is missing, and finds the texts that it shall find."""
+"""The check of the user guide notices missing texts, and finds the program's texts."""
 
 import importlib.machinery
 import importlib.util

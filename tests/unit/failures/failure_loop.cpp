@@ -25,7 +25,7 @@ constexpr uint64_t LongestMilliseconds = 3600 * 1000; // no action of the user t
 constexpr uint32_t ReaderRest = 200; // milliseconds, more than the reader thread rests
 constexpr uint32_t Settle = 100;     // milliseconds
 
-// For a call that is made very often, the first and the last ones are enough.
+// For a very frequent call, the first and the last ones are enough.
 constexpr uint32_t FirstOfMany = 16, LastOfMany = 8;
 
 struct Fault {
@@ -92,7 +92,7 @@ void Add(std::string& state, const std::string& what)
     state += (state.empty() ? "" : ", ") + what;
 }
 
-// Checks for every action: only what is out of the ordinary is printed.
+// Checks for every action: only unusual results are printed.
 std::string CommonState()
 {
     std::string state;
@@ -204,12 +204,12 @@ Outcome Try(const UserAction& action, const Fault& fault)
     });
     RunProgram(nullptr, L"", SW_SHOWNORMAL);
     CloseEverything();
-    HeadlessPass(ReaderRest); // a reader that was not waited for ends
+    HeadlessPass(ReaderRest); // a reader that nobody waits for ends
     outcome.left = Left();
     return outcome;
 }
 
-// A process that starts, is looked at when it waits for the user, or when it has ended by itself, and is
+// A process that starts, is checked when it waits for the user or when it has ended itself, and is then
 // ended.
 void RunOnce(const std::vector<StoredSetting>& settings, const wchar_t* commandLine,
              const std::function<void()>& beginning, const std::function<void()>& look)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The failure loop: something that the user does is done again and again in a freshly started program, and
-// each time another platform call fails while it is done: once, or from then on every time. What the user
-// sees, what state that leaves, and what doing it again makes of it become lines of a text.
+// The failure loop: repeats an action of the user in a newly started program; each time another platform call
+// fails, once or from then on every time. The lines of a text describe what the user sees, the state after
+// the action, and the result of a second try.
 #pragma once
 
 #include <cstdint>
@@ -11,21 +11,21 @@
 
 struct DialogEntry;
 
-// Something that the user does. `act` is called twice.
+// An action of the user. `act` is called twice.
 struct UserAction {
     std::string name;
     const DialogEntry* within = nullptr; // the dialog that is open meanwhile
     std::function<void()> prepare;       // before, without a fault
     std::function<void()> act;
-    std::function<std::string()> state; // what shows of it, beside what is noted for every action
-    std::function<void()> finish;       // puts back what would hinder the next try, without a fault
+    std::function<std::string()> state; // its visible effects, beside those noted for every action
+    std::function<void()> finish;       // restores the state for the next try, without a fault
 };
 
-// Ends the fault before the end of `act`, where more must be done there without it.
+// Ends the fault before the end of `act`, if the rest must run without it.
 void ActionIsOver();
 
-// A heading with what is usual, then one line for each platform call, way of failing and outcome; a failure
-// that makes no difference has no line.
+// A heading with the result without a fault, then one line for each platform call, kind of failure and
+// outcome; a failure without effect has no line.
 std::string FailureLines(const UserAction& action);
 
 struct StoredSetting {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The effect of every failing platform call on every action of the user, compared with texts that were looked
-// at by eye. TORAVANE_REWRITE_GOLDEN=1 writes them again.
+// The effect of every failing platform call on every action of the user, compared with texts that were
+// checked by a person. TORAVANE_REWRITE_GOLDEN=1 writes them again.
 #include "tests/unit/failures/failure_loop.h"
 
 #include <gtest/gtest.h>
@@ -252,7 +252,7 @@ TEST(Failures, ReceptionAndPaint)
 
 // ---- Dialogs ------------------------------------------------------------------------------------------
 
-// The contents of a dialog, as numbers: enough to see that something is missing.
+// The content of a dialog, as numbers: enough to see that something is missing.
 std::string Contents(HWND dialog, const DialogEntry& entry)
 {
     size_t texts = 0, entries = 0, selected = 0, checked = 0, enabled = 0;
@@ -317,8 +317,8 @@ bool IsPushButton(const HeadlessTemplateControl& control)
     return control.className == L"BUTTON" && (control.style & ButtonType) <= LastPushButtonType;
 }
 
-// Something valid in every field that is not: the first entry of a list, a 10 in an edit, a box ticked, the
-// first of several choices.
+// Makes every invalid field valid: the first entry of a list, a 10 in an edit, a ticked box, the first of
+// several options.
 void FillIn(HWND dialog, const DialogEntry& entry)
 {
     constexpr DWORD ThreeStates = 5, AutoThreeStates = 6, AutoRadioButton = 9;
@@ -354,8 +354,8 @@ int FirstButton(const DialogEntry& entry)
     return 0;
 }
 
-// Every button of every dialog, but those that close it and those of the Communication dialog, which have
-// tests of their own.
+// Every button of every dialog, except those that close it and those of the Communication dialog, which have
+// their own tests.
 TEST(Failures, DialogsButtons)
 {
     std::string text;

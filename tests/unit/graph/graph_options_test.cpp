@@ -17,7 +17,7 @@ namespace
 
 constexpr WPARAM BackKey = 27;
 
-// The colour that the scripted user chooses, and what the chooser was asked with.
+// The colour that the scripted user chooses, and the arguments of the chooser.
 CHOOSECOLORW AskedWith;
 COLORREF InitialColor;
 COLORREF* CustomTable;
@@ -85,7 +85,7 @@ protected:
     }
     static void Nothing(HWND) {}
 
-    // A new process on the same device: nothing is left but the registry.
+    // A new process on the same device: only the registry is kept.
     void RestartSystem()
     {
         std::vector<std::wstring> names = {L"Lines", L"TimeScaleIdx", L"CommPortIdx", L"BaudrateIdx"};
@@ -327,7 +327,7 @@ TEST_F(GraphOptionsTest, WindowIsRepaintedWhenTheDialogHasClosed)
     RunProgram(nullptr, L"", SW_SHOWNORMAL);
 }
 
-// While the dialog is open the decoders leave the main window alone, but the chart goes on.
+// While the dialog is open the decoders do not paint the main window, but the chart continues.
 TEST_F(GraphOptionsTest, SamplesAreRecordedBehindTheDialog)
 {
     Run([this](HWND) {
@@ -508,7 +508,7 @@ TEST_F(GraphOptionsTest, KeypadLayoutHasTheSameControlsWithAListBox)
     EXPECT_EQ(HIWORD(static_cast<WPARAM>(PassedBack)), BackKey);
 }
 
-// On keypads they are buttons, which draw themselves, with a frame that is thicker where the focus is.
+// On keypads they are owner-drawn buttons, with a thicker frame if they have the focus.
 TEST_F(GraphOptionsTest, KeypadColourFieldsShowTheFocus)
 {
     HeadlessSetPlatformType(L"SmartPhone");

@@ -85,8 +85,8 @@ TEST_F(SurfaceTest, LineIsTheSameFromBothEnds)
     }
 }
 
-// Against the definition: of all pixels of a column (or row) the nearest to the ideal line, and of two
-// equally near ones the lower or right one.
+// By the definition: of all pixels of a column (or row) the nearest to the ideal line; of two equally near
+// ones, the lower or right one.
 TEST_F(SurfaceTest, ClippedLineIsThePartOfTheWholeOneThatCanBeSeen)
 {
     std::mt19937 random(2);
@@ -144,7 +144,7 @@ TEST_F(SurfaceTest, CopiesColumnZeroOfAPattern)
     const Surface pattern = {pixels, 2, Height, 3};
     FillColumn(pattern, 0, 0xC0C0C0);
     DrawPixel(pattern, {0, 1}, Cyan);
-    DrawPixel(pattern, {1, 0}, 0x808080); // of a column that nobody looks at
+    DrawPixel(pattern, {1, 0}, 0x808080); // of an ignored column
     EXPECT_EQ(CopyColumn(m_surface, 2, pattern), 1);
     EXPECT_EQ(Picture(), (Rows{"..-....", "..0....", "..-....", "..-....", "..-...."}));
     EXPECT_EQ(CopyToAllColumns(m_surface, pattern), 1);

@@ -22,7 +22,7 @@ struct Enabled {
 class CommunicationDialog : public CommunicationTest
 {
 protected:
-    // Which controls are usable; those that choose and open a port always are so together.
+    // The usable controls; those that choose and open a port are always usable together.
     static Enabled EnabledControls(HWND dialog)
     {
         const bool selection = HeadlessEnabled(dialog, CONTROL_COM_OPEN);
@@ -185,7 +185,7 @@ TEST_F(CommunicationDialog, OpenFindsTheReceiver)
     InDialog([&](HWND dialog) {
         const uint64_t start = HeadlessElapsed();
         OpenCom3(dialog);
-        EXPECT_LT(HeadlessElapsed() - start, 2400u); // two seconds of rest, and a sentence's time
+        EXPECT_LT(HeadlessElapsed() - start, 2400u); // two seconds of waiting, and a sentence's time
         EXPECT_EQ(port.rates, std::vector<DWORD>{4800});
         EXPECT_EQ(Protocol(dialog), L"NMEA");
         EXPECT_EQ(Status(dialog), L"");
@@ -277,7 +277,7 @@ TEST_F(CommunicationDialog, OpenWithoutARate)
         ASSERT_EQ(HeadlessBoxes().size(), 1u);
         EXPECT_TRUE(IsBox(HeadlessBoxes()[0], L"Baudrate", L"Bad selection"));
     });
-    EXPECT_EQ(CommPortIdx.load(), 4); // kept at once, before the rate is looked at
+    EXPECT_EQ(CommPortIdx.load(), 4); // stored at once, before the rate is checked
 }
 
 TEST_F(CommunicationDialog, OpenOfAMissingPortLeavesTheControls)
@@ -373,7 +373,7 @@ TEST_P(PressDuringAWait, ChangesNothing)
     EXPECT_TRUE(HeadlessBoxes().empty());
 }
 
-// Some drivers need the rest after a close.
+// Some drivers need the pause after a close.
 TEST_F(CommunicationDialog, OpenWhileThePortIsBeingClosedChangesNothing)
 {
     static HWND window;
@@ -462,13 +462,13 @@ protected:
         EXPECT_EQ(HeadlessOpenHandles(), 0u);
     }
 
-    // The whole program, in whose Communication dialog the user does something.
+    // The whole program; the user acts in its Communication dialog.
     static void Run(const std::function<void(HWND)>& act)
     {
         HeadlessUser([] { HeadlessCommand(HeadlessMainWindow(), COMMAND_COMMUNICATION); });
         HeadlessUser([act] { act(HeadlessTopDialog()); });
         EXPECT_EQ(RunProgram(nullptr, L"", SW_SHOWNORMAL), 0);
-        Sleep(1); // the other program goes on
+        Sleep(1); // the other program continues
     }
 
     // Another program minimises the window, which ends this one.
@@ -497,7 +497,7 @@ TEST_P(EndInABox, OfTheOpeningIsFollowedByNoOtherBox)
 {
     HeadlessFailCall(GetParam(), 1, ERROR_GEN_FAILURE, FailMode::FromHereOn);
     Run([](HWND dialog) {
-        IrPortNumber.store(3); // which is told to use infrared
+        IrPortNumber.store(3); // the port is set to infrared
         HeadlessDuringBox([] { DestroyWindow(HeadlessMainWindow()); });
         OpenCom3(dialog);
     });
@@ -513,7 +513,7 @@ class EndInAWait : public EndOfTheProgram, public testing::WithParamInterface<ui
 {
 };
 
-// The driver settles, is asked again, and the receiver is listened to: two, one and five seconds.
+// Waiting for the driver, trying again, and listening to the receiver: two, one and five seconds.
 TEST_P(EndInAWait, OfTheOpeningEndsTheOpening)
 {
     HeadlessFailCall("GetCommProperties", 1, ERROR_GEN_FAILURE);
@@ -534,7 +534,7 @@ TEST_F(EndOfTheProgram, DuringTheCloseWaitsForTheReaderToo)
 {
     Run([](HWND dialog) {
         OpenCom3(dialog);
-        HeadlessPass(10); // the reader has just looked whether the port is still open, as it does every 50 ms
+        HeadlessPass(10); // the reader has just checked if the port is still open, as it does every 50 ms
         MinimiseAfter(3);
         HeadlessClick(dialog, CONTROL_COM_CLOSE);
         EXPECT_FALSE(IsWindow(dialog));
@@ -675,7 +675,7 @@ TEST_F(CommunicationDialog, ReceiverThatIsUnpluggedCanBeClosedAndOpenedAgain)
     EXPECT_TRUE(HeadlessBoxes().empty());
 }
 
-// Each platform call of a whole visit fails once: boxes at most, and everything is given back.
+// Each platform call of a whole visit fails once: there are at most boxes, and all resources are released.
 TEST_F(CommunicationDialog, AnyCallMayFail)
 {
     uint32_t failed = 0;
@@ -738,7 +738,7 @@ TEST_F(CommunicationDialog, OpenAndCloseWhileTheReceiverStreams)
 }
 
 // The first message is complete just before the close: the reader is writing the protocol into the dialog of
-// the very thread that then waits for the reader to end.
+// the thread that then waits for the reader to end.
 TEST_F(CommunicationDialog, FirstMessageWhileThePortIsBeingClosed)
 {
     constexpr uint32_t Rounds = 250;
@@ -759,7 +759,7 @@ TEST_F(CommunicationDialog, FirstMessageWhileThePortIsBeingClosed)
         }
         HeadlessInterleave(0);
     });
-    EXPECT_GE(writing, Rounds / 4); // else this test has missed its moment
+    EXPECT_GE(writing, Rounds / 4); // otherwise this test has missed its moment
     RecordProperty("Writing", static_cast<int>(writing));
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Fixture of the tests that work the Communication dialog.
+// Fixture of the tests of the Communication dialog.
 #pragma once
 
 #include "link/communication_dialog.h"
@@ -8,7 +8,7 @@
 #include "resources/resource_ids.h"
 #include "tests/unit/support/product_test.h"
 
-// A message of each protocol that says nothing more than that the receiver is there.
+// A message of each protocol that only shows that there is a receiver.
 const std::string Nmea = Sentence("GPVTG,91.5,T,,M,20,N,,K,A");
 const std::string Sirf("\xA0\xA2\x00\x02\x29\x00\x00\x29\xB0\xB3", 10);
 
@@ -43,7 +43,7 @@ protected:
         if (name) HeadlessRegistrySetText(HKEY_LOCAL_MACHINE, path.c_str(), L"FriendlyName", name);
     }
 
-    // The port list as the dialog shows it.
+    // The entries of the dialog's port list.
     static std::vector<std::wstring> PortLabels()
     {
         std::vector<std::wstring> labels;

@@ -219,7 +219,7 @@ TEST_F(PortSearch, LastPortWithoutARateCanBeClosedInANewDialog)
     EXPECT_FALSE(port.isOpen);
 }
 
-// The driver has received sentences while it rested after its opening, before the first rate is tried.
+// The driver has received sentences in the pause after its opening, before the first rate is tried.
 TEST_F(PortSearch, ReceiverAtTheDriversRateIsFoundAtThatRate)
 {
     HeadlessPort& port = AddReceiver(3, 38400, Nmea);
@@ -246,7 +246,7 @@ TEST_F(PortSearch, UnpluggedReceiverEndsInVain)
 
 // ---- A message that is recognised after the search has looked for the last time -----------------------
 
-// Stands for the reader, at a moment when the search has given the port up and is closing it.
+// Acts as the reader, at a moment when the search has given up the port and is closing it.
 DWORD WINAPI RecogniseWhileThePortIsBeingClosed(void*)
 {
     Sleep(GivenUp + 5);
@@ -273,7 +273,7 @@ TEST_F(PortSearch, MessageAtTheLastMomentBelongsToItsPort)
         HeadlessClick(dialog, CONTROL_COM_FIND_PORT);
         ExpectFound(dialog, 3, 7, L"NMEA");
         EXPECT_EQ(port.opens, 2u);
-        // The report of the first time stays: it describes the port as it was found.
+        // The first report stays: it describes the port's state before it was opened.
         EXPECT_EQ(HeadlessFileContent(Report), "as it was");
         EXPECT_EQ(port.dcb.BaudRate, 115200u);
         EXPECT_EQ(HeadlessGetPort(4).opens, 0u);
@@ -298,7 +298,7 @@ TEST_F(PortSearch, ReceiverThatCannotBeOpenedAgainIsNotFound)
     CloseHandle(reader);
 }
 
-// ... nor is its message the next port's.
+// ... and its message does not belong to the next port.
 TEST_F(PortSearch, WhatAnotherPortSentIsNotTheNextPorts)
 {
     HeadlessAddPort(3);

@@ -64,7 +64,7 @@ TEST_F(Reader, PortionsDoNotMatter)
     }
 }
 
-// A driver without time-outs makes a read wait until it has all that it asks for.
+// With a driver without time-outs, a read waits until it has all requested bytes.
 TEST_F(Reader, AsksForOneByteWhereReadsMayBlock)
 {
     HeadlessPort& port = HeadlessAddPort(3);

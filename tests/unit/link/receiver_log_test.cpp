@@ -24,7 +24,7 @@ DWORD WINAPI WriteAByte(void*)
     return 0;
 }
 
-// The disk is full, and the reader finds that out before, while or after the user closes the log.
+// The disk is full, and the reader notices it before, while or after the user closes the log.
 TEST_F(ReceiverLog, FailureOfALogThatTheUserHasClosedIsSilent)
 {
     MakeMainWindow();

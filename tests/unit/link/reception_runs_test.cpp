@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The receiver's bytes come to the program in portions of any size. Everything that can be noticed is the
-// same for all of them.
+// The receiver's bytes arrive in portions of any size. All visible effects are the same for all sizes.
 #include <fstream>
 #include <iterator>
 
@@ -31,7 +30,7 @@ std::string Frame(std::string_view payload)
 class ReceptionRuns : public ProductTest
 {
 protected:
-    // What is left of a stream that begins in a fresh program and comes in portions that end at the given
+    // The effects of a stream that begins in a new program and arrives in portions that end at the given
     // places: page, chart values, counters, texts, commands, log.
     static std::string Outcome(std::string_view bytes, const std::vector<size_t>& ends)
     {
@@ -71,7 +70,7 @@ protected:
     void TestBody() override {}
 };
 
-// Sizes of portions that share no factor with what is in the stream, and some round ones.
+// Sizes of portions that have no common factor with the messages' lengths, and some round ones.
 constexpr size_t Portions[] = {2, 3, 7, 31, 61, 64, 65, 127, 256, 1024, 4093};
 
 class RecordedLogs : public testing::TestWithParam<const char*>
@@ -105,8 +104,8 @@ const std::string Rmc = Sentence("GPRMC,101112,A,3723.2475,N,12158.3416,W,10,20,
 const std::string Fix = Frame("\x02" + std::string(22, '\0') + "\x07" + "\x00\x55\xD4\xA8"s + "\x05" +
                               std::string(12, '\0')); // 56250.00 s: 15:37:30
 
-// Both protocols in one run, one after the other, apart and within the other's messages: the page shows what
-// came last, so the order counts.
+// Both protocols in one run, one after the other, apart and within the other's messages: the page shows the
+// last message, so the order is important.
 TEST(ReceptionOrder, OfBothProtocolsIsThatOfTheirLastBytes)
 {
     const std::string nmeaLast = Fix + Rmc, sirfLast = Rmc + Fix;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A second program around the same reception: it links the product without the window program, and hears a
-// receiver without a word of its own.
+// A second program with the same reception: it links the product without the window program, and receives
+// without sending anything.
 #include <gtest/gtest.h>
 
 #include <string_view>

@@ -25,7 +25,7 @@ TEST_F(SerialPort, OpensAndClosesASimplePort)
 {
     HeadlessPort& port = HeadlessAddPort(3);
     EXPECT_TRUE(PortOpen(L"COM3:", 38400));
-    EXPECT_EQ(HeadlessElapsed(), 2000u); // a driver's rest before it is asked
+    EXPECT_EQ(HeadlessElapsed(), 2000u); // waiting time of a driver before the next call
     EXPECT_TRUE(port.isOpen);
     EXPECT_EQ(BaudrateIdx.load(), 5);
     EXPECT_EQ(HeadlessLiveThreads(), 1u);
@@ -143,7 +143,7 @@ TEST_F(SerialPort, PortThatCannotBeOpenedIsExplained)
     }
 }
 
-// An error without its own sentence is shown with the system's text for the error of the open, also after
+// An error without its own sentence is shown with the system's text for the error of opening, also after
 // other calls.
 TEST_F(SerialPort, PortThatCannotBeOpenedForAnotherReasonShowsTheSystemsText)
 {
@@ -189,7 +189,7 @@ TEST_F(SerialPort, DeviceThatIsGoneIsExplained)
     EXPECT_TRUE(IsBox(HeadlessBoxes()[1], L"SetCommState", Gone));
 }
 
-// The next start must find the receiver, which still has the rate that it had.
+// The next start must find the receiver, which still has its old rate.
 TEST_F(SerialPort, RefusedRateIsNotRecorded)
 {
     HeadlessPort& port = HeadlessAddPort(3);
@@ -215,7 +215,7 @@ TEST_F(SerialPort, RateThatIsRefusedAtTheOpeningLeavesTheDrivers)
     EXPECT_EQ(HeadlessGetPort(3).dcb.fRtsControl, 1u); // with the rest of the line's settings
 }
 
-// A driver may have a call that waits for events; it ends before the handle does.
+// A driver may have a call that waits for events; this call ends before the handle is closed.
 TEST_F(SerialPort, WaitForEventsIsReleasedBeforeTheHandleIsClosed)
 {
     HeadlessAddPort(3);
@@ -359,7 +359,7 @@ TEST_F(SerialPort, RateZeroOnADriverThatReportsZeroLeavesThePortOpenWithoutARead
     EXPECT_TRUE(port.isOpen);
     EXPECT_EQ(HeadlessLiveThreads(), 0u);
     EXPECT_TRUE(port.rates.empty());
-    PortClose(); // does not wait for a reader that never was
+    PortClose(); // does not wait for a reader that was never started
     EXPECT_FALSE(port.isOpen);
 }
 
@@ -424,7 +424,7 @@ TEST_F(SerialPort, ClosingThatIsRefusedInfraredModeIsSilent)
     EXPECT_TRUE(HeadlessBoxes().empty());
 }
 
-// Bytes stream without a pause; the reader is somewhere in its work whenever the port is closed.
+// Bytes stream without a pause; the reader is busy whenever the port is closed.
 TEST_F(SerialPort, OpenAndCloseWhileTheReceiverStreams)
 {
     HeadlessPort& port = HeadlessAddPort(3);
@@ -443,7 +443,7 @@ TEST_F(SerialPort, OpenAndCloseWhileTheReceiverStreams)
     EXPECT_TRUE(HeadlessBoxes().empty());
 }
 
-// A queue full of messages is still being read when the port is closed: none of them is recognised any more.
+// When the port is closed, the reader is still reading a full queue: it recognises no further message.
 TEST_F(SerialPort, NothingIsDecodedWhileThePortCloses)
 {
     HeadlessPort& port = HeadlessAddPort(3);
@@ -461,7 +461,7 @@ TEST_F(SerialPort, NothingIsDecodedWhileThePortCloses)
         ASSERT_EQ(ProtocolMode(), ProtocolNone) << round;
         NmeaMessageCount.store(0);
     }
-    EXPECT_GT(reading, 5u); // else this test has missed its moment
+    EXPECT_GT(reading, 5u); // otherwise this test has missed its moment
 }
 
 } // namespace

@@ -18,7 +18,7 @@ TEST_F(WriteQueueTest, Byte256ShowsBufferFullAndIsDropped)
     EXPECT_EQ(WriteQueueSpace(), 0);
     PortWrite('x');
     PortWrite('x');
-    ASSERT_EQ(HeadlessBoxes().size(), 2u); // each further byte says so again
+    ASSERT_EQ(HeadlessBoxes().size(), 2u); // each further byte shows the box again
     EXPECT_TRUE(IsBox(HeadlessBoxes()[0], L"PortWrite", L"Buffer Full"));
     PortWriteBuffer();
     EXPECT_EQ(port.sent.size(), 255u);

@@ -13,8 +13,8 @@ namespace
 
 using namespace std::literals;
 
-// A sentence's body as far as the receiver text shows it: names of unknown sentences, and the whole text
-// after PSRFTXT.
+// A sentence's body in the form of the receiver text: names of unknown sentences, and the whole text after
+// PSRFTXT.
 class SentenceAssembler : public ProductTest
 {
 protected:
@@ -57,7 +57,7 @@ constexpr StreamRow StreamRows[] = {
     {"bytes between sentences", "noise\r\n\xFF$PSRFTXTA\r\nnoise$PSRFTXTB\r\n"sv, 2, L"A\r\nB\r\n"},
 };
 
-// Bodies are looked through several characters at a time: each byte at each place of such a group.
+// Bodies are checked several characters at a time: each byte at each position of such a group.
 TEST_F(SentenceAssembler, EachByteAtEachPlaceIsTakenForWhatItIs)
 {
     constexpr uint32_t Places = 17;
@@ -90,7 +90,7 @@ TEST_F(SentenceAssembler, AcceptsAndDrops)
     }
 }
 
-// Each position of a sentence, each byte that may not stand there: the sentence is dropped, the next one
+// Each position of a sentence, each byte that is not allowed there: the sentence is dropped, the next one
 // accepted.
 TEST_F(SentenceAssembler, EveryWrongByteDropsOneSentenceOnly)
 {
@@ -175,7 +175,7 @@ TEST_F(SentenceAssembler, RateOfBytesThatTakeNoTimeIsInfinite)
 
 TEST_F(SentenceAssembler, CountsAfterTheDispatch)
 {
-    // A sentence that was half received when the port closed is completed by what comes next.
+    // A sentence that was half received when the port closed is completed by the next bytes.
     Feed("$PSRFTXTA");
     EXPECT_EQ(Accepted(), 0u);
     Feed("\r\n");

@@ -235,7 +235,7 @@ TEST_F(SentenceDecoder, EmptyTimeCutsTheFieldBehindIt)
 {
     FeedSentence("GPGGA,,4916.4500,N,12311.1200,W,1,08,1.2,100.0,M,47.5,M,,0000");
     EXPECT_EQ(Line(0), L" UTC: 0000-00-00 00:91:06");
-    EXPECT_EQ(Line(6), L""); // the latitude has lost its head
+    EXPECT_EQ(Line(6), L""); // the beginning of the latitude is lost
     EXPECT_NE(Line(7), L"");
     EXPECT_EQ(Samples(), 1u);
 }
@@ -276,7 +276,7 @@ TEST_F(SentenceDecoder, FixQualities)
         EXPECT_EQ(Line(4), row.line) << row.quality;
     }
     FeedSentence("GPGGA,120000,,,,,,8,,,,,,3,");
-    EXPECT_EQ(Line(4), Rows[6].line); // an empty quality leaves the line
+    EXPECT_EQ(Line(4), Rows[6].line); // an empty quality keeps the line
 }
 
 TEST_F(SentenceDecoder, EmptyGgaFieldsLeaveTheirValues)
@@ -321,7 +321,7 @@ TEST_F(SentenceDecoder, GllTakesSevenOrEightFields)
     FeedSentence("GPGLL,4916.4500,N,12311.1200,W,101112,A");
     EXPECT_EQ(Line(0), L" UTC: 0000-00-00 10:11:12");
     FeedSentence("GPGLL,4916.4500,N,12311.1200,W,101113,V,N");
-    EXPECT_EQ(Line(0), L" UTC: 0000-00-00 10:11:13"); // the status is not looked at
+    EXPECT_EQ(Line(0), L" UTC: 0000-00-00 10:11:13"); // the status is ignored
     FeedSentence("GPGLL,4916.4500,N,12311.1200,W,101114,A,A,");
     EXPECT_EQ(Line(0), L" UTC: 0000-00-00 10:11:13");
     EXPECT_EQ(Samples(), 0u);

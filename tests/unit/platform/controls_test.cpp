@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The system's controls and what the user does with them.
+// The system's controls, and the user's acts in them.
 #include <gtest/gtest.h>
 
 #include "tests/unit/platform/test_window.h"
@@ -21,7 +21,7 @@ struct Controls : Fresh<testing::Test> {
         Messages.clear();
         return control;
     }
-    // The notifications sent since, as "id:code ".
+    // The notifications since the last call, as "id:code ".
     std::string Notified()
     {
         std::string list;

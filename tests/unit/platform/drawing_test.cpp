@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Device contexts, bitmaps and what windows show.
+// Device contexts, bitmaps and the output of windows.
 #include <algorithm>
 
 #include <gtest/gtest.h>

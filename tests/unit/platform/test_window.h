@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A window for tests, which records what its procedure is given.
+// A window for tests, which records the messages to its procedure.
 #pragma once
 
 #include <functional>
@@ -42,7 +42,7 @@ inline HWND MakeTestControl(HWND parent, const wchar_t* className, int id, DWORD
                            reinterpret_cast<HMENU>(static_cast<intptr_t>(id)), nullptr, nullptr);
 }
 
-// Fixture base: a fresh system.
+// Base of fixtures: a newly started system.
 template <typename Base> struct Fresh : Base {
     Fresh()
     {

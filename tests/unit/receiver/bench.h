@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// Shared by the receiver's tests: bytes as hexadecimal text, and a receiver that has started and is spoken
-// to.
+// For all of the receiver's tests: bytes as hexadecimal text, and a started receiver that takes commands.
 
 #include "receiver/receiver.h"
 
@@ -64,7 +63,7 @@ struct Bench {
         for (const uint8_t byte : FromHex(hex)) sim.HostByte(byte);
     }
 
-    // All that was queued since the last call, a burst an element.
+    // The bursts that were queued since the last call.
     std::vector<receiver::Burst> Bursts()
     {
         std::vector<receiver::Burst> bursts(sim.Output.begin(), sim.Output.end());

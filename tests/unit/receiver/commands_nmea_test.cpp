@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Every PSRF command, as whole sentences with checksums worked out by hand.
+// Every PSRF command, as whole sentences with checksums calculated by hand.
 
 #include "bench.h"
 

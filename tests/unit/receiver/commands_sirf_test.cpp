@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Every SiRF binary command, as whole frames with checksums added up by hand.
+// Every SiRF binary command, as whole frames with checksums calculated by hand.
 
 #include "bench.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Faults of a receiver on request: dates of old firmware, switches that go astray, commands without an
-// answer or with another effect than asked for.
+// Faults of a receiver on request: dates of old firmware, switches to a wrong rate, commands without an
+// answer or with another effect than the requested one.
 
 #include "bench.h"
 #include "receiver/session.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Sentences, character by character, from a fix whose values are chosen for it.
+// Sentences, character by character, from a fix with chosen values.
 
 #include "bench.h"
 #include "receiver/nmea_output.h"

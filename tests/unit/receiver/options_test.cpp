@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The command line: what is taken, and the one-line error for what is not.
+// The command line: accepted options, and the one-line error for the others.
 
 #include "receiver/options.h"
 

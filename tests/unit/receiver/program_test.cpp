@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The program as its users start it.
+// The program, started like by a user.
 
 #include "temporary_path.h"
 
@@ -178,7 +178,7 @@ TEST(Program, HelpAndVersion)
     EXPECT_EQ(version.Wait(), 0);
 }
 
-// Runs the program by the shell, with its outputs somewhere else; exit code and standard error.
+// Runs the program in a shell with redirected outputs; returns exit code and standard error.
 std::pair<int, std::string> Redirected(const std::string& options, const std::string& redirection)
 {
     const std::string errors = TemporaryPath("receiver_program_errors.txt");

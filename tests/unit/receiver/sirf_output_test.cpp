@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Messages against bytes worked out by hand from a fix whose values are chosen for it.
+// Messages, compared with bytes that were calculated by hand from a fix with chosen values.
 
 #include "bench.h"
 #include "receiver/sirf_output.h"

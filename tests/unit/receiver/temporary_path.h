@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-// Places for the files of a test: each process has its own, so that two runs of the tests do not meet.
+// Places for the files of a test: each process has its own, so that two runs of the tests do not disturb each
+// other.
 
 #include <gtest/gtest.h>
 

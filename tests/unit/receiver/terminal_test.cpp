@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The pseudo-terminal, with a host that opens it, sets its rate, closes it and comes back.
+// The pseudo-terminal, with a host that opens it, sets its rate, closes it and opens it again.
 
 #include "receiver/terminal.h"
 #include "temporary_path.h"

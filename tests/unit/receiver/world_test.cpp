@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Time, places, sky, and how the receiver finds its fix.
+// Time, places, sky, and the receiver's way to a fix.
 
 #include "bench.h"
 #include "receiver/navigation.h"

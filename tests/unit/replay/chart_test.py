@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""toravane-replay --chart: options, and a picture whose every pixel is known. Usage: chart_test.py REPLAY"""
+"""toravane-replay --chart: options, and a picture with known pixels. Usage: chart_test.py REPLAY"""
 import os
 import pathlib
 import stat
@@ -68,7 +68,7 @@ with tempfile.TemporaryDirectory() as folder:
     refused("--chart", pathlib.Path(folder) / "none" / "chart.png")
     refused("--chart", folder)
 
-    # A picture that cannot be written removes nothing: no device, and no file that was there.
+    # If a picture cannot be written, nothing is removed: no device, and no existing file.
     refused("--chart", "/dev/full")
     assert stat.S_ISCHR(os.stat("/dev/full").st_mode)
     pipe = pathlib.Path(folder) / "pipe"

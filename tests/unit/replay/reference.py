@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""A second decoder of NMEA and SiRF binary, written from the messages' descriptions and from nothing of the program's:
-what the text page, the samples, the statistics and the receiver text must be after a log. Plain and slow."""
+"""A second decoder of NMEA and SiRF binary, written only from the messages' descriptions, without the program's code:
+the text page, the samples, the statistics and the receiver text after a log. Simple and slow."""
 import math
 import re
 import struct
@@ -31,7 +31,7 @@ def fixed(value, decimals, width=0):
 
 
 def sentences(data):
-    """Accepted sentences: where each ends, and its body."""
+    """Accepted sentences: the end of each, and its body."""
     position = 0
     while True:
         start = data.find(b"$", position)
@@ -39,7 +39,7 @@ def sentences(data):
             return
         match = re.compile(rb"\$([\x20-\x29\x2b-\x7e]*)(\*([0-9A-Fa-f]{2})?)?\r\n").match(data, start)
         if not match:
-            # Everything up to the byte that breaks the sentence is gone with it.
+            # Everything up to the wrong byte is dropped with it.
             broken = re.compile(rb"\$[\x20-\x29\x2b-\x7e]*(\*[0-9A-Fa-f]{0,2})?\r?").match(data, start).end()
             body = re.compile(rb"\$([\x20-\x29\x2b-\x7e]*)\*([0-9A-Fa-f]{2})").match(data, start)
             if body and not checksum_fits(body.group(1), body.group(2)):
@@ -48,7 +48,7 @@ def sentences(data):
             continue
         body, digits = match.group(1), match.group(3)
         if digits is not None and not checksum_fits(body, digits):
-            position = match.end(3)  # the search goes on after the second digit
+            position = match.end(3)  # the search continues after the second digit
             continue
         position = match.end()
         assert len(body) < 256, "overlong bodies are left to the unit tests"
@@ -56,7 +56,7 @@ def sentences(data):
 
 
 def frames(data):
-    """Accepted SiRF frames: where each ends, and its payload. A byte that breaks a frame is gone with it."""
+    """Accepted SiRF frames: the end of each, and its payload. A wrong byte is dropped with its frame."""
     i = 0
     while (i := data.find(b"\xa0", i)) >= 0:
         if data[i + 1:i + 2] != b"\xa2":

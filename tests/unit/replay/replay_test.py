@@ -1,6 +1,6 @@
 #!/usr/bin/env -S /usr/bin/python3 -B
 # SPDX-License-Identifier: MIT
-"""Plays logs through toravane-replay and compares everything that it prints with the second decoder beside this file.
+"""Plays logs with toravane-replay and compares its whole output with the second decoder in this folder.
 
 Usage: replay_test.py REPLAY            the logs of tests/data, the tool's options and its errors
        replay_test.py REPLAY FOLDER     the logs of a folder; exit code 77, skipped, when it is not there
@@ -33,7 +33,7 @@ def output(replay, *arguments, stdin=b"", valid=True):
 
 
 def check_stream(replay, name, data):
-    """Everything that the tool prints for a stream of bytes; they come in one piece on its standard input."""
+    """The tool's output for a stream of bytes, which is one piece on its standard input."""
     expected = Reference()
     expected.feed(data)
     valid = expected.count + expected.frame_count > 0
@@ -95,7 +95,7 @@ def check_options(replay):
 
 
 def check_nothing_valid(replay):
-    """A log without a valid message is shown, and noticed."""
+    """A log without a valid message is shown, and ends with an error."""
     for data in (b"", b"nothing", b"$GPGGA,1*00\r\n"):
         result = run(replay, "--stats", "-", stdin=data)
         assert result.returncode == 1 and result.stdout.startswith(b"Messages NMEA 0 SiRF 0\n"), result
@@ -137,7 +137,7 @@ SATELLITES = {120: -15.5, 122: -142, 124: 21.5, 126: 25, 127: 64, 128: 55, 129: 
 
 
 def satellite(at, latitude, longitude):
-    """Elevation and azimuth of a geostationary satellite, from the two places in space."""
+    """Elevation and azimuth of a geostationary satellite, from the two positions in space."""
     phi, delta = math.radians(latitude), math.radians(at - longitude)
     there = (1 / 0.1512 * math.cos(delta), 1 / 0.1512 * math.sin(delta), 0)
     up, north = (math.cos(phi), 0, math.sin(phi)), (-math.sin(phi), 0, math.cos(phi))
@@ -169,7 +169,7 @@ def sky(replay, log, stdin=b"", valid=True):
 
 
 def geodetic(year, month, day, hour, minute, second, latitude, longitude):
-    """A frame with message id 41 that says where and when the receiver is."""
+    """A frame with message id 41 that contains the receiver's position and time."""
     payload = struct.pack(">BHHHIHBBBBHIii", 41, 0, 4, 0, 0, year, month, day, hour, minute, second * 1000, 0,
                           round(latitude * 1e7), round(longitude * 1e7)).ljust(91, b"\0")
     return (b"\xa0\xa2" + struct.pack(">H", len(payload)) + payload +

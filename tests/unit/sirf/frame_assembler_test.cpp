@@ -90,7 +90,7 @@ TEST_F(FrameAssembler, NextFrameIsFoundBehindEachDroppedOne)
 {
     for (const FrameRow& row : FrameRows) {
         Feed(HexText(row.bytes));
-        Feed(std::string(16, '\0')); // what an unfinished frame still waits for
+        Feed(std::string(16, '\0')); // the bytes for which an unfinished frame still waits
         const uint32_t before = Frames();
         Feed(HexText("A0 A2 00 01 07 00 07 B0 B3"));
         EXPECT_EQ(Frames() - before, 1u) << row.legend;
@@ -154,8 +154,8 @@ TEST_F(FrameAssembler, FrameBrokenByASentenceIsLostAndTheNextIsNot)
 
 // ---- Line rate ----------------------------------------------------------------------------------------
 
-// Feeds a frame whose payload takes `milliseconds` from its length to its last byte; time passes before and
-// after that, too.
+// Feeds a frame whose payload takes `milliseconds` from its length to its last byte; time also passes before
+// and after it.
 void FeedTimed(const std::string& frame, uint32_t milliseconds,
                const std::function<void(std::string_view)>& feed)
 {

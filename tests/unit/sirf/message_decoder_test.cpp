@@ -319,7 +319,7 @@ TEST_F(MeasuredNavigation, RepaintsWithoutErasingUnlessADialogIsOpen)
     Decode(NavigationMessage());
     EXPECT_EQ(HeadlessInvalidations(window), std::vector<bool>{false});
     Decode(GeodeticMessage());
-    Decode(NavigationMessage()); // the same again shows nothing new
+    Decode(NavigationMessage()); // the same message again shows nothing new
     EXPECT_EQ(HeadlessInvalidations(window).size(), 2u);
     Decode(NavigationMessage().At(28, "03")); // its fix line alone counts, too
     EXPECT_EQ(HeadlessInvalidations(window).size(), 3u);
@@ -560,7 +560,7 @@ class Refusals : public SirfTest
 protected:
     Refusals() { MakeMainWindow(); }
 
-    // The one box that the refusal causes.
+    // The only box that the refusal causes.
     std::wstring BoxOf(std::string_view payload)
     {
         HeadlessClearBoxes();

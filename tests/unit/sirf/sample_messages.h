@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Messages with a fix, for the tests of what is made of them.
+// Messages with a fix, for the tests of their effects.
 #pragma once
 
 #include "tests/unit/sirf/sirf_test.h"

@@ -20,7 +20,7 @@ class SbasDialog : public SirfTest
 protected:
     SbasDialog() { MakeMainWindow(); }
 
-    // Opens the dialog and lets the user do something in it before they close it.
+    // Opens the dialog; the user acts in it and closes it.
     static void Use(const std::function<void(HWND)>& steps)
     {
         HeadlessUser([=] { steps(HeadlessTopDialog()); });
@@ -33,7 +33,7 @@ protected:
         HeadlessChoose(dialog, CONTROL_SBAS_MODE, mode);
         HeadlessChoose(dialog, CONTROL_SBAS_TIMEOUT, timeout);
     }
-    // Where the receiver is and what time it is; message id 41.
+    // The receiver's position and time; message id 41.
     static Payload Fix(std::string_view type = "0004", std::string_view day = "15")
     {
         return Payload(41, 91)
@@ -282,7 +282,7 @@ bool SkyIsComputed()
     return computed;
 }
 
-// The sky at a time as it stands in the table after a message.
+// The sky at a time, from the table after a message.
 void ExpectSkyOf(uint16_t year, double latitude, double longitude)
 {
     std::vector<double> shown;
@@ -366,7 +366,7 @@ TEST_P(SbasDialogLayouts, TemplateHasAllControls)
         const bool isList = control.id >= CONTROL_SBAS_PRN && control.id <= CONTROL_SBAS_TIMEOUT;
         EXPECT_EQ(control.className == (IsKeypad ? L"LISTBOX" : L"COMBOBOX"), isList) << control.id;
     }
-    std::sort(ids.begin(), ids.end()); // the keypad's buttons come last, so that its keys lead past all
+    std::sort(ids.begin(), ids.end()); // the keypad's buttons are last, so that its keys reach all controls
     EXPECT_EQ(std::erase(ids, IDOK), IsKeypad ? 0u : 1u); // a keypad closes with its soft key
     EXPECT_EQ(ids, (std::vector<int>{CONTROL_SBAS_SV, CONTROL_SBAS_CARRIER_TO_NOISE, CONTROL_SBAS_STATE,
                                      CONTROL_SBAS_AZIMUTH, CONTROL_SBAS_ELEVATION, CONTROL_SBAS_PRN,

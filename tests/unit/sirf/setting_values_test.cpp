@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Values of settings on their rows alone: what a text is, what is sent for it, what comes back. No window is
-// made.
+// Values of settings, only by their rows: the value of a text, the bytes that are sent, the value that is
+// read back. No window is made.
 #include "sirf/setting_values.h"
 
 #include <algorithm>
@@ -191,7 +191,7 @@ TEST(SettingValues, LoseTheirSignsAsDialogsShowThem)
     EXPECT_EQ(values[1], 75);
 }
 
-// A time of more than 31 bits is no negative one.
+// A time of more than 31 bits is not negative.
 TEST(SettingValues, HaveNoSignWhereTheirRangeHasNone)
 {
     SettingValues values = {};

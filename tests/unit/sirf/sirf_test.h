@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Fixture of the tests of SiRF binary: payloads written by hand, and a dialog to read answers back into.
+// Fixture of the tests of SiRF binary: payloads written by hand, and a dialog for the answers.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@
 std::vector<uint8_t> Hex(std::string_view text);
 std::string HexText(std::string_view text); // the same as a string
 
-// A payload of `length` bytes, zero but for the message id, into which bytes are put at places.
+// A payload of `length` bytes, zero except the message id, into which bytes are written at given offsets.
 struct Payload {
     std::vector<uint8_t> bytes;
 
@@ -34,7 +34,7 @@ std::string Frame(const Payload& payload);
 class SirfTest : public ProductTest
 {
 protected:
-    // Straight into the decoder, from a buffer that goes on after the payload with bytes of another message.
+    // Directly to the decoder, from a buffer that continues after the payload with bytes of another message.
     static void Decode(const Payload& payload);
     static constexpr uint8_t BufferRest = 0xC7;
 

@@ -198,7 +198,7 @@ TEST_F(SkyPlot, FailingCallsAreNamed)
         HeadlessClearBoxes();
         HeadlessFailCall(row.call, row.number, ERROR_NOT_ENOUGH_MEMORY);
         Draw();
-        EXPECT_TRUE(HeadlessBoxes().empty()); // a box would paint again while this paint goes on
+        EXPECT_TRUE(HeadlessBoxes().empty()); // a box would paint again during this paint
         HeadlessPumpMessages();
         ASSERT_EQ(HeadlessBoxes().size(), 1u) << row.call;
         EXPECT_EQ(HeadlessBoxes()[0].caption, row.caption);

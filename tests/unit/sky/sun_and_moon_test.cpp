@@ -11,8 +11,8 @@ struct Row {
     EquatorialPlace sun, moon;
 };
 
-// Worked out from the two series by another program, with the formulae of spherical trigonometry in place of
-// rotations: each term counts here, however small.
+// Calculated from the two series by another program, with the formulae of spherical trigonometry instead of
+// rotations: each term counts here, even the smallest.
 constexpr Row Rows[] = {
     {0.0, {-1.373665874834, -0.402003009949}, {-2.400710761276, -0.190302120913}},
     {0.0846, {1.507661560768, 0.408365464718}, {-1.896677593941, -0.471802247364}},

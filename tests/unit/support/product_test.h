@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Fixture of every test of the product: a freshly started system and a freshly started program. A test fails
-// when steps of its user have not run.
+// Fixture of every test of the product: a newly started system and a newly started program. A test fails if
+// steps of its user have not run.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -19,28 +19,28 @@ protected:
     ProductTest();
     ~ProductTest() override;
 
-    // Port COM3:, open, without a reader thread: what the program sends is in its `writes`.
+    // Port COM3:, open, without a reader thread: the program's bytes are in its `writes`.
     HeadlessPort& OpenPort();
 
-    // Through the reader's path, in one run.
+    // Feeds bytes through the reader's path, in one run.
     static void Feed(std::string_view bytes);
 
-    // A window in place of the program's own, of the client size that is set: it shows posted boxes.
+    // A window in place of the program's own, with the client size that is set: it shows posted boxes.
     static HWND MakeMainWindow();
 
-    // A sentence with '$', right checksum and line end around the body.
+    // Feeds a sentence with '$', correct checksum and line end around the body.
     static void FeedSentence(std::string_view body);
 
-    // The same when the first sentence's hot start is not of interest: NMEA counts as recognised.
+    // Sets NMEA as recognised, for tests without the first sentence's hot start.
     static void RecogniseNmea();
 
     // Line of the text page.
     static std::wstring Line(uint32_t line);
 
-    // Dialog template by resource number; the test fails when there is none.
+    // Dialog template by resource number; the test fails if there is none.
     static HeadlessTemplate FindTemplate(uint32_t number);
 
-    // Stored setting, or -12345 when there is none.
+    // Stored setting, or -12345 if there is none.
     static int32_t Setting(const wchar_t* name);
     static void StoreSetting(const wchar_t* name, int32_t value);
 };
@@ -48,5 +48,5 @@ protected:
 // '$', body, '*', checksum, CR LF.
 std::string Sentence(std::string_view body);
 
-// Compares with what a box shows: caption, then text.
+// Compares a box with caption and text.
 testing::AssertionResult IsBox(const HeadlessBox& box, const std::wstring& caption, const std::wstring& text);

@@ -129,7 +129,7 @@ TEST(Format, AppendGoesOnBehindTheText)
     EXPECT_STREQ(text, "ab120123456");
 }
 
-// The C library of the development machine rounds exactly too.
+// The C library of the development machine also rounds exactly.
 TEST(Format, AgreesWithTheLibraryOnRandomNumbers)
 {
     std::mt19937_64 random(1);

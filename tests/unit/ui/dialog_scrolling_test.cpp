@@ -69,7 +69,7 @@ TEST_F(DialogScrolling, FollowsTheFocusWithRoomAroundIt)
     With([](HWND dialog) {
         EXPECT_EQ(DialogScrolled(), 0);
         SetFocus(GetDlgItem(dialog, Set));
-        EXPECT_EQ(DialogScrolled(), ContentHeight - ScreenHeight); // no further than there is something
+        EXPECT_EQ(DialogScrolled(), ContentHeight - ScreenHeight); // not beyond the end of the content
         EXPECT_LE(PlaceOf(dialog, Set).bottom, Caption + ScreenHeight);
         SetFocus(GetDlgItem(dialog, Degraded));
         EXPECT_EQ(DialogScrolled(), 0);
@@ -109,7 +109,7 @@ TEST_F(DialogScrolling, EveryMovementOfTheBar)
     });
 }
 
-// The system scrolls only what is shown.
+// The system scrolls only visible controls.
 TEST_F(DialogScrolling, DialogThatIsNotShownYetMovesItsControls)
 {
     With([](HWND dialog) {

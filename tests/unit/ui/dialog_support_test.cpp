@@ -29,7 +29,7 @@ TEST_F(DialogSupport, PlatformTypes)
         {L"pocketpc phone", 0, false, true},
         {L"Pocket PC", 0, false, false},
         {L"", 0, false, false},
-        {L"", ERROR_ACCESS_DENIED, true, false}, // what a locked keypad device answers
+        {L"", ERROR_ACCESS_DENIED, true, false}, // the answer of a locked keypad device
         {L"", ERROR_INVALID_SPI_VALUE, false, false},
     };
     for (const PlatformRow& row : Rows) {
@@ -39,7 +39,7 @@ TEST_F(DialogSupport, PlatformTypes)
     }
 }
 
-// A maker may answer with a text of any length.
+// A manufacturer's text may have any length.
 TEST_F(DialogSupport, PlatformTypeThatHasNoRoomIsNone)
 {
     const std::wstring room = L"smartphone" + std::wstring(245, L'x');
@@ -95,7 +95,7 @@ TEST_F(DialogSupport, CaptionShowsTheProgramsIcon)
     OpenDialog(Dgps);
 }
 
-// The text needs room for its end too.
+// The text also needs room for its end.
 TEST_F(DialogSupport, ListEntryIsReadIfItFits)
 {
     constexpr Dialog Dgps = {.number = DIALOG_SIRF_DGPS_SOURCE, .kind = DialogKind::DgpsSource};

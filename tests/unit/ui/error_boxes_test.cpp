@@ -15,7 +15,7 @@ protected:
     ErrorBoxes() { MakeMainWindow(); }
     ~ErrorBoxes() override { DestroyWindow(MainWindow.load()); }
 
-    // As the reader thread would do.
+    // Like the reader thread.
     template <typename Action> static void OnReaderThread(Action action)
     {
         const DWORD own = UserInterfaceThread.load();
@@ -90,7 +90,7 @@ TEST_F(ErrorBoxes, PostedBoxesComeOneByOneAndEightMayWait)
     });
     PostBox(PostedBox::CouldOnlyWrite, 99u);
     HeadlessPumpMessages();
-    ASSERT_EQ(HeadlessBoxes().size(), 9u); // the one that was up and eight that waited
+    ASSERT_EQ(HeadlessBoxes().size(), 9u); // the box that was shown and eight that waited
     EXPECT_EQ(HeadlessBoxes()[0].text, L"Could only write 0 of 99 bytes.");
     EXPECT_EQ(HeadlessBoxes()[1].text, L"Could only write 1 of 99 bytes.");
     EXPECT_EQ(HeadlessBoxes()[8].text, L"Could only write 8 of 99 bytes.");
@@ -166,7 +166,7 @@ TEST_F(ErrorBoxes, WithoutAMainWindowNothingIsPosted)
     MainWindow.store(window);
 }
 
-// A dialog opens while the box is up, and needs the window behind it disabled when the box is gone.
+// A dialog opens while the box is shown; after the box, the window below the dialog must be disabled.
 TEST_F(ErrorBoxes, RefusalLeavesTheWindowBehindADialogDisabled)
 {
     PostBox(PostedBox::RefusedCommand, 128u << 8);
@@ -194,7 +194,7 @@ protected:
         ChooseLayout();
     }
 
-    // Opens a dialog in which a field has the focus, and does something.
+    // Opens a dialog in which a field has the focus, and acts.
     static void InDialog(const std::function<void(HWND)>& act)
     {
         HeadlessUser([&act] {
@@ -267,8 +267,7 @@ TEST_P(BoxesOverADialog, RefusalDuringABoxOfTheDialogsOwnBelongsToThatBox)
     });
 }
 
-// Another program is in front, and what is left of this one is a dialog with a box, whose window is not
-// known.
+// Another program is in front; this program has only a dialog with a box, whose window is not known.
 TEST_P(BoxesOverADialog, NoDisabledWindowOwnsABox)
 {
     InDialog([](HWND dialog) {
@@ -282,7 +281,7 @@ TEST_P(BoxesOverADialog, NoDisabledWindowOwnsABox)
     });
 }
 
-// The main window's own box is up when a dialog opens.
+// The main window's own box is shown when a dialog opens.
 TEST_P(BoxesOverADialog, BoxThatWasThereBeforeTheDialogGivesItTheKeyboard)
 {
     HWND opened = nullptr;

@@ -21,7 +21,7 @@ class ChartTest : public ProductTest
 protected:
     ~ChartTest() override { DeleteChart(); }
 
-    // A chart of that size on which only channel 0 is visible, with values 0 to `height` - 1 drawn at just
+    // A chart of this size on which only channel 0 is visible; values 0 to `height` - 1 are drawn at exactly
     // these heights, so that a value is the height of its pixel.
     static void MakeSmallChart(int width, int height);
 

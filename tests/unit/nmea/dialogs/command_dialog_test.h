@@ -21,14 +21,14 @@ protected:
 
     // Chooses the list entry of that text.
     static void Choose(HWND dialog, int control, const std::wstring& text);
-    // Takes the choice back, as no user can.
+    // Removes the selection, which no user can do.
     static void Unchoose(HWND dialog, int control);
 
     // The sent bytes and the shown boxes since the last call.
     std::string TakeSent();
     static std::vector<HeadlessBox> TakeBoxes();
 
-    // The one box that a refused entry shows; nothing has been sent.
+    // The only box of a refused entry; nothing has been sent.
     testing::AssertionResult Refuses(const std::wstring& caption, const std::wstring& text);
 
     HeadlessPort& Port;
@@ -38,5 +38,5 @@ protected:
     INSTANTIATE_TEST_SUITE_P(Layout, suite, testing::Bool(), \
                              [](const auto& layout) { return layout.param ? "Keypad" : "Touch"; })
 
-// Where the user types into a list: a keypad device's lists take no text.
+// For tests that type into a list: a keypad device's lists accept no text.
 #define IN_TOUCH_LAYOUT(suite) INSTANTIATE_TEST_SUITE_P(Touch, suite, testing::Values(false))

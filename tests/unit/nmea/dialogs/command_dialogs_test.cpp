@@ -120,7 +120,7 @@ TEST_P(CommandDialogs, GreyBoxShowsTheAnswerAloneAfterACommand)
     }
 }
 
-// A receiver answers at once: its first line must not be lost to a flag that comes too late.
+// A receiver answers at once: its first line must not be lost because the flag is set too late.
 TEST_P(CommandDialogs, TextIsMarkedForClearingBeforeTheCommandGoesOut)
 {
     for (const DialogRow& row : Dialogs) {

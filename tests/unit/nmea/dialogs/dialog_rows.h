@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The NMEA dialogs as a table: for their tests, and for those of the whole program in other forms. Nothing
-// here belongs to the program.
+// The NMEA dialogs as a table, for their tests and for the tests of other forms of the whole program. Nothing
+// here is part of the program.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@ struct NmeaDialogRow {
     uint32_t number; // of the template, and of the menu's command
     const wchar_t* caption;
     int set;
-    const char* sentence; // of "Set", after what `prepare` does
+    const char* sentence; // sent by "Set", after `prepare`
     void (*prepare)(HWND dialog);
 };
 

@@ -188,7 +188,7 @@ TEST_P(NavigationInitializationDialog, StartUpLinesFillTheFields)
         {"PSRFTXTTOW:7", TimeOfWeek, L"7"},
         {"PSRFTXT,CLK: -5", ClockOffset, L"-5"},
         {"PSRFTXT,WK: none", Week, L"0"},
-        {"PSRFTXT, WK: 9", Week, L"0"}, // must begin with it: the field keeps what it has
+        {"PSRFTXT, WK: 9", Week, L"0"}, // must begin with it: the field keeps its text
     };
     Open(&::NavigationInitializationDialog, [&](HWND dialog) {
         for (const Row& row : Rows) {

@@ -27,8 +27,7 @@ TEST_P(SetMessageRateDialog, InitialState)
                   (std::vector<std::wstring>{L"GGA", L"GLL", L"GSA", L"GSV", L"RMC", L"VTG", L"MSS",
                                              L"User 8", L"ZDA", L"User10"}));
         EXPECT_EQ(HeadlessItems(dialog, Seconds), (std::vector<std::wstring>{L"0", L"1", L"2", L"5", L"10"}));
-        // A keypad's lists show an entry in any case: what they show is selected, and is no rate that
-        // switches off.
+        // A keypad's lists always show an entry: it is selected, and it is not a rate that switches off.
         EXPECT_EQ(HeadlessSelection(dialog, Message), GetParam() ? 0 : -1);
         EXPECT_EQ(HeadlessSelection(dialog, Seconds), GetParam() ? 1 : -1);
         EXPECT_EQ(HeadlessCheck(dialog, Checksum), BST_CHECKED);

@@ -69,7 +69,7 @@ TEST_P(SetSerialPortDialog, PreselectsTheStoredRateOrElseTheReportedOne)
         if (row.stored != NotStored) StoreSetting(L"SirfBaudrateIdx", row.stored);
         NmeaReportedBaud.store(row.reported);
         Open(&::SetSerialPortDialog, [&](HWND dialog) {
-            // A keypad's list shows an entry in any case: the port's rate is selected, and would be sent.
+            // A keypad's list always shows an entry: the port's rate is selected, and would be sent.
             const int expected = GetParam() && row.selection < 0 ? PortsRate : row.selection;
             EXPECT_EQ(HeadlessSelection(dialog, Rate), expected) << row.stored << " " << row.reported;
         });
@@ -167,7 +167,7 @@ TEST_P(SetSerialPortDialogTyping, OtherTextBesideASelectedEntry)
         Choose(dialog, Rate, L"9600");
         SetDlgItemTextW(dialog, Rate, L"300");
         HeadlessClick(dialog, Set);
-        EXPECT_EQ(TakeSent(), "$PSRF100,0,300,8,1,0*30\r\n"); // the number as it stands
+        EXPECT_EQ(TakeSent(), "$PSRF100,0,300,8,1,0*30\r\n"); // the number as typed
         SetDlgItemTextW(dialog, Rate, L"fast");
         HeadlessClick(dialog, Set);
         EXPECT_EQ(TakeSent(), "$PSRF100,0,9600,8,1,0*0C\r\n"); // no number: the entry
@@ -195,7 +195,7 @@ TEST_P(SetSerialPortDialog, FollowSetsTheOwnPortAndDetectsAfresh)
         EXPECT_FALSE(HeadlessClick(dialog, Follow));
         HeadlessClick(dialog, Set);
         TakeSent();
-        RecogniseNmea(); // by what was still on its way
+        RecogniseNmea(); // by messages that were still on their way
         ClearOnNextAppend.store(0);
         EXPECT_TRUE(HeadlessClick(dialog, Follow));
         EXPECT_EQ(Port.rates, std::vector<DWORD>{38400});
@@ -217,14 +217,14 @@ TEST_P(SetSerialPortDialogTyping, FollowWithoutARateDoesNothing)
             HeadlessClick(dialog, Follow);
             EXPECT_TRUE(Port.rates.empty()) << typed;
         }
-        HeadlessType(dialog, Rate, L"14400"); // the driver has to say whether it can
+        HeadlessType(dialog, Rate, L"14400"); // the driver decides if it is possible
         HeadlessClick(dialog, Follow);
         EXPECT_EQ(Port.rates, std::vector<DWORD>{14400});
     });
 }
 
-// The receiver at its new rate: what it then sends stores port and rate, and in SiRF binary the rate as the
-// one to which a later switch goes.
+// The receiver at its new rate: its messages store port and rate, and in SiRF binary also the rate for a
+// later switch.
 TEST_P(SetSerialPortDialog, FirstFrameAfterTheSwitchStoresTheRate)
 {
     CommPortIdx.store(3);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The dialogs that follow their command's fields, as tables: what each field accepts and refuses, what is
-// sent, and when the receiver is polled.
+// The dialogs that are made from their command's fields, as tables: the entries that each field accepts and
+// refuses, the sent bytes, and the polls.
 #include "link/link_state.h"
 #include "link/write_queue.h"
 #include "resources/resource_ids.h"
@@ -167,7 +167,7 @@ TEST_F(SirfFields, LongListsCanBeLeafedThroughOnKeypads)
     }
 }
 
-// They show an entry in any case.
+// They always show an entry.
 TEST_F(SirfFields, KeypadSendsTheRateThatItsListsShowAtFirst)
 {
     UseKeypad();
@@ -232,7 +232,7 @@ struct PollCase {
     DialogKind kind;
     int get;          // 0: no such button
     const char* poll; // "" none
-    uint8_t pending;  // command that a refusal of what Get asks for is about; 0 none
+    uint8_t pending;  // the command in a refusal of Get's poll; 0 none
     bool always = false;
 };
 constexpr const char* NavigationPoll = "A0A2 0002 98 00 0098 B0B3";
@@ -292,7 +292,7 @@ TEST_F(SirfPolls, OpeningPollsWhatIsUnderstood)
     }
 }
 
-// The dialog is there before its poll is: an answer that comes at once is shown.
+// The dialog exists before its poll is sent: an answer that arrives at once is shown.
 TEST_F(SirfPolls, DialogIsPublishedBeforeItsPoll)
 {
     SirfRecognised.store(1);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Fixture of the tests of the SiRF command dialogs: the real dialogs on a port whose writes are kept, worked
-// by a scripted user.
+// Fixture of the tests of the SiRF command dialogs: the real dialogs on a port whose writes are kept,
+// operated by a scripted user.
 #pragma once
 
 #include "headless.h"
@@ -18,7 +18,7 @@ protected:
     static void Enter(HWND dialog, const Entry& entry);
     static void UseKeypad();
 
-    // The frames written since the last call, as they went out.
+    // The frames written since the last call.
     std::vector<std::string> Written();
 
     HeadlessPort& Port;

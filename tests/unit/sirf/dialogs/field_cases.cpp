@@ -28,7 +28,7 @@ FieldCase BoxCase(int control, size_t offset, bool wide, const std::wstring& cap
             L"Indeterminate"};
 }
 
-// A whole number, with its lowest and highest value and what is sent for them; one below, one above.
+// A whole number, with its lowest and highest value and the sent bytes; one value below, one above.
 FieldCase NumberCase(int control, const wchar_t* usual, size_t offset, Entry low, const char* lowBytes,
                      Entry high, const char* highBytes, const wchar_t* below, const wchar_t* above,
                      const std::wstring& caption, const std::wstring& text)
@@ -38,8 +38,8 @@ FieldCase NumberCase(int control, const wchar_t* usual, size_t offset, Entry low
             {Typed(control, below), Typed(control, above), Typed(control, L""), Typed(control, L"a1"),
              Typed(control, L"-"), Typed(control, L"99999999999"),
              Typed(control, below + std::wstring(L" 10")),
-             // A number counts as a whole: with a fraction, a unit, a comma, an exponent, or the minus sign
-             // of typography it is none, also where its beginning would do.
+             // The whole text must be a number: with a fraction, a unit, a comma, an exponent, or the minus
+             // sign of typography it is refused, even if its beginning is a number.
              Typed(control, usual + std::wstring(L".0")), Typed(control, usual + std::wstring(L"x")),
              Typed(control, usual + std::wstring(L",0")), Typed(control, usual + std::wstring(L"e0")),
              Typed(control, L"\u2212" + std::wstring(usual))},
@@ -245,7 +245,7 @@ const std::vector<DialogCase>& FieldCases()
          CONTROL_RATE_SET,
          "A0A2 0008 A6 00 29 05 00000000 00D4 B0B3",
          {
-             // The rate is looked at before the message.
+             // The rate is checked before the message.
              NumberCase(CONTROL_RATE_SECONDS, L"5", 3, L"0", "00", L"30", "1E", L"-1", L"31", L"Message Rate",
                         L"Range 0-30 s"),
              {Typed(CONTROL_RATE_MESSAGE_ID, L"41 Geodetic Navigation Data"),

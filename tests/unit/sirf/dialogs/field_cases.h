@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The values that each field of the SiRF dialogs accepts, as tables: for the tests of the dialogs, and for
-// those of the whole program in other forms. Nothing here belongs to the program.
+// The values that each field of the SiRF dialogs accepts, as tables, for the tests of the dialogs and for the
+// tests of other forms of the whole program. Nothing here is part of the program.
 #pragma once
 
 #include <cstdint>
@@ -36,7 +36,7 @@ struct Accepted {
 };
 
 struct FieldCase {
-    Entry usual; // something acceptable
+    Entry usual; // an acceptable entry
     std::vector<Accepted> accepted;
     std::vector<Entry> refused;
     std::wstring caption, text;
@@ -50,5 +50,5 @@ struct DialogCase {
     std::vector<FieldCase> fields; // in the order in which they are checked
 };
 
-// Every dialog that follows its command's fields.
+// Every dialog that is made from its command's fields.
 const std::vector<DialogCase>& FieldCases();

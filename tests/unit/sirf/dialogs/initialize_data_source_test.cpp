@@ -15,7 +15,7 @@ constexpr int Get = CONTROL_INIT_GET, Set = CONTROL_INIT_SET, Channels = CONTROL
 class InitializeDataSource : public SirfDialogTest
 {
 protected:
-    // The dialog with its boxes clear and 12 channels, and the opening's poll forgotten.
+    // The dialog with its boxes clear and 12 channels; the poll of its opening is ignored.
     void Prepared(const std::function<void(HWND)>& user)
     {
         With(DIALOG_SIRF_INITIALIZE_DATA_SOURCE, [&](HWND dialog) {

@@ -130,7 +130,7 @@ TEST_F(SwitchToNmeaDialog, KeypadSendsTheSameBytesButForItsDecidedBox)
     });
 }
 
-// Its list shows an entry in any case: that is the one that is sent.
+// Its list always shows an entry: this entry is sent.
 TEST_F(SwitchToNmeaDialog, KeypadSelectsTheRateThatItShows)
 {
     UseKeypad();
@@ -184,7 +184,7 @@ TEST_F(SwitchToNmeaDialog, NumbersOfMoreThan32BitsAreRefused)
     });
 }
 
-// A fifth of a second is no 0, which would switch the sentence off.
+// A fifth of a second is not 0, which would switch the sentence off.
 TEST_F(SwitchToNmeaDialog, NumbersWithSomethingLeftOverAreRefused)
 {
     Work([&](HWND dialog) {
@@ -288,7 +288,7 @@ TEST_F(SwitchToNmeaDialog, PortFollowsAndTheProtocolIsForgottenOnceMore)
     Work([&](HWND dialog) {
         HeadlessChoose(dialog, Baudrate, 5);
         HeadlessClick(dialog, Set);
-        SirfRecognised.store(1); // by a message that was still under way
+        SirfRecognised.store(1); // by a message that was still on its way
         InitializeSent.store(0);
         HeadlessClick(dialog, Follow);
         EXPECT_EQ(Port.rates, std::vector<DWORD>{38400});
