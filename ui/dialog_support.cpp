@@ -48,7 +48,7 @@ void AddCaption(HWND dialog)
                  reinterpret_cast<LPARAM>(LoadIconW(ProgramInstance, MAKEINTRESOURCEW(ICON_PROGRAM))));
 }
 
-// The title of a Pocket PC's dialog has an OK already. A button that says something else stays.
+// The title of a Pocket PC's dialog already has an OK. A button with another text stays.
 void HideSecondOk(HWND dialog)
 {
     wchar_t text[3] = L"";

@@ -34,7 +34,7 @@ FARPROC GetProcAddressW(HMODULE library, const wchar_t* name)
     if (!WideCharToMultiByte(CP_ACP, 0, name, -1, narrow, sizeof narrow - 1, nullptr, nullptr))
         return nullptr;
     if (const FARPROC found = GetProcAddress(library, narrow)) return found;
-    std::strcat(narrow, "W"); // the desktop's exports say which kind of text they take
+    std::strcat(narrow, "W"); // the names of the desktop's exports contain their kind of text
     return GetProcAddress(library, narrow);
 }
 

@@ -68,7 +68,7 @@ int32_t ProposedBaudrate()
     return current >= Slowest && current <= Fastest ? current : -1;
 }
 
-// What a list shows that cannot be empty: the rate of the port, else the usual one of NMEA.
+// The first entry of a list that cannot be empty: the rate of the port, otherwise the usual one of NMEA.
 int32_t RateToShow()
 {
     constexpr int32_t Usual = 2; // 4800

@@ -25,7 +25,7 @@ WIDTHS = (240, 640, 1920, 4096)
 
 
 class Programs:
-    """What a checkout has built."""
+    """The built programs of a checkout."""
 
     def __init__(self, checkout, native=None):
         self.native = pathlib.Path(native or checkout / "build" / "native")

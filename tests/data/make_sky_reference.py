@@ -1,6 +1,6 @@
 #!/usr/bin/env -S /usr/bin/python3 -B
 # SPDX-License-Identifier: MIT
-"""Makes sky_reference.csv: where Sun, Moon and SBAS satellites stand, from an astronomy package.
+"""Makes sky_reference.csv: positions of Sun, Moon and SBAS satellites, from an astronomy package.
 
 Needs the Debian package python3-ephem; the tests only read the table.
 

@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")"
 receiver=${TORAVANE_TOOLS:-../../build/native}/toravane-receiver
 
-# record NAME SECONDS OPTION...: what the receiver sends in that time; `commands`, if given, is sent to it.
+# record NAME SECONDS OPTION...: records the receiver's data in this time; `commands`, if given, is sent to it.
 record() {
     local name=$1 seconds=$2 link
     shift 2
@@ -18,14 +18,14 @@ record() {
     echo "$name: $(stat -c %s "$name") bytes"
 }
 
-# No fix, a fix at rest, and nothing else: what every receiver goes through.
+# No fix, then a fix at rest: the start of every receiver.
 record cold-start.txt 60 --rate 9600 --track still --start cold
-# In motion, south and west, with a height below the sea's level and satellites of SBAS.
+# In motion, south and west, with a height below sea level and SBAS satellites.
 record walk-south-west.txt 30 --rate 9600 --track walk --start hot --position -33.4489,-70.6693,-12.5
 # A line that loses and changes bytes.
 record noisy-line.txt 40 --rate 9600 --track circle --start hot --fault lose=0.002 --fault flip=0.002
 
-# The same three in SiRF binary; "NavLib" and "Debug" messages, which nobody asked for here, are left out.
+# The same three in SiRF binary, without "NavLib" and "Debug" messages, which are not requested here.
 record cold-start.srf 45 --protocol sirf --rate 38400 --track still --start cold
 record walk-south-west.srf 15 --protocol sirf --rate 38400 --track walk --start hot --position -33.4489,-70.6693,-12.5
 record noisy-line.srf 20 --protocol sirf --rate 38400 --track circle --start hot --fault lose=0.0005 --fault flip=0.0005

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Routines of the program that the platform calls: the platform wants an address of the host's code for each.
+// Routines of the program that the platform calls: the platform needs an address of host code for each.
 #pragma once
 
 #include "platform/platform.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The end of a run that a device would not have survived, or would have survived by luck.
+// The end of a run after an error that a device would not survive, or only by luck.
 #pragma once
 
 #include <string>
@@ -7,5 +7,5 @@
 // Exit code of the process after DeviceFault.
 constexpr int FaultExitCode = 3;
 
-// Says on the standard error stream what happened, and where the program was, and ends the process.
+// Prints the error and the program's position to standard error, and ends the process.
 [[noreturn]] void DeviceFault(const std::string& what);

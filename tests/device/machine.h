@@ -2,7 +2,7 @@
 // The emulated processor. Runs one program's ARM code on as many threads as the platform starts; the platform
 // lets one run at a time, so that one processor is enough.
 //
-// A DeviceFault is an error that a device does not forgive, or forgives by luck only: an unaligned access,
+// A DeviceFault is an error that stops a real device, or that it survives only by luck: an unaligned access,
 // memory that is not there or is read-only, an instruction that the core does not have, a routine that
 // returns with another stack pointer or other values in r4 to r11 than it was called with, more than
 // StackBytes of stack. Each return from the system leaves r1 to r3, r12 and the flags different from before.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Messages whose parameters are more than numbers, and how they are carried across in either direction.
+// Messages whose parameters are more than numbers, and their conversion in both directions.
 #pragma once
 
 #include <functional>

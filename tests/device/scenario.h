@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Scenarios: a user who works with the program on the headless platform. What the program does is printed,
-// all of it; the same scenario is run with the program itself and with its device image on the emulated
-// device, and the two transcripts must be equal. Expectations stand in the unit tests of the program, once.
+// Scenarios: a user who works with the program on the headless platform. All effects of the program are
+// printed; the same scenario is run with the program itself and with its device image on the emulated device,
+// and the two transcripts must be equal. Expectations are only in the unit tests of the program.
 #pragma once
 
 #include <functional>

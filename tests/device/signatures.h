@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How a call of the program's is carried across to a routine of the platform: the kind of each argument and
-// of the result. One Signature is one row of the tables in system_calls.cpp.
+// The conversion of a call of the program to a call of the platform: the kind of each argument and of the
+// result. One Signature is one row of the tables in system_calls.cpp.
 #pragma once
 
 #include <array>

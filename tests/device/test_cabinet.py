@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The install packages as cabextract unpacks them, and their control file as the format describes it.
+"""The install packages, unpacked by cabextract, and their control file, by the description of the format.
 
 Needs the presets device and native to be built.
 """

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The device's image as independent readers see it, and faults that must not get into one.
+"""The device's image, read by independent readers, and faults that the build must refuse.
 
 Needs the presets device and native to be built.
 """

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Prints what the headless platform knows of the program, for scenarios.
+// Prints the headless platform's data about the program, for scenarios.
 #pragma once
 
 #include <cstdint>
@@ -20,4 +20,4 @@ void PrintDialog(HWND dialog, uint32_t templateNumber); // each control as the u
 void PrintNews(
     HeadlessPort* port); // boxes, save dialogs, written bytes and port settings since the last time
 void PrintRegistry();
-void PrintLeftovers(); // what the program has not given back
+void PrintLeftovers(); // resources that the program has not released

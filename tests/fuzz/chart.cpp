@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The chart of any size with any settings and any samples, seen and saved in between.
+// The chart of any size with any settings and any samples, shown and saved in between.
 #include "graph/chart.h"
 #include "graph/background.h"
 #include "graph/channels.h"

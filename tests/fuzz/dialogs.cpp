@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Texts typed into the fields of a dialog, entries chosen, buttons pressed, answers received in between; in
-// the end every button is pressed once, the one that sends among them.
+// Texts typed into the fields of a dialog, entries chosen, buttons pressed, answers received in between; at
+// the end every button is pressed once, also the one that sends.
 #include <algorithm>
 
 #include "link/link_state.h"

@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 """Makes the seed corpora of the fuzz targets again, from our own logs and from a fixed random sequence.
 
-What long runs have found stays: only files named seed-* are replaced."""
+The findings of long runs stay: only files named seed-* are replaced."""
 import pathlib
 import random
 import struct
@@ -28,7 +28,7 @@ def some_of(log, size):
 
 
 def line(text):
-    """A text as the targets read it: characters beyond Latin 1 in two bytes."""
+    """A text in the form of the targets: characters beyond Latin 1 in two bytes."""
     out = b''
     for c in text:
         code = ord(c)

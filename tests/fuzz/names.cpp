@@ -29,7 +29,7 @@ void StoreValue(const std::wstring& key, const wchar_t* name, Input& input)
                                  input.Line());
 }
 
-// A driver as it should be, but for the name and the label.
+// A normal driver, except for its name and label.
 void AddDriver(Input& input)
 {
     const std::wstring key = DriverKeys[input.Below(2)] + input.Text();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The byte path with each dialog open: the first byte chooses the dialog, the second what else is the case,
-// all others come from the receiver.
+// The byte path with each dialog open: the first byte chooses the dialog, the second further conditions, all
+// others come from the receiver.
 #include "graph/surface.h"
 #include "link/receiver_log.h"
 #include "tests/fuzz/input.h"

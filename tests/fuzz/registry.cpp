@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Stored settings of any kind and value, and what start-up, chart and the dialogs that read them make of
-// them.
+// Stored settings of any kind and value, which start-up, chart and dialogs read.
 #include "graph/channels.h"
 #include "resources/resource_ids.h"
 #include "tests/fuzz/input.h"

@@ -5,8 +5,8 @@
 // noise comes. The tick count wraps after ten minutes and midnight comes after an hour and a half, at the
 // end of a GPS week.
 //
-// Whenever the line is good every message is counted, every byte is in the log, page and chart show the time
-// of day, and the heap in use is what it was. The first thing that is not so ends the run with an error.
+// While the line is good every message is counted, every byte is in the log, page and chart show the time of
+// day, and the used heap does not grow. The first violation ends the run with an error.
 //
 // Usage: long_run [HOURS]
 

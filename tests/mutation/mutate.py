@@ -1,9 +1,9 @@
 #!/usr/bin/env -S /usr/bin/python3 -B
 # SPDX-License-Identifier: MIT
-"""Breaks the program in one place at a time and shows that a test notices.
+"""Breaks the program in one place at a time and shows that a test notices it.
 
 mutate.py [NAME]... runs the rows (rows.py) whose file, text or effect contains one of the names; all without.
-mutate.py --check only looks whether each row's text stands in its file exactly once.
+mutate.py --check only checks that each row's text is in its file exactly once.
 It works in a copy of the tree, build/mutation, of which only the broken file and its tests are built anew. Ends
 with an error when a row survived. Takes some twenty minutes.
 """
@@ -25,7 +25,7 @@ TEST_SECONDS = 120  # a test that hangs has noticed
 
 
 def misplaced():
-    """Rows whose text does not stand in its file exactly once."""
+    """Rows whose text is not in its file exactly once."""
     for file, text, replacement, effect, _ in ROWS:
         path = ROOT / file
         count = path.read_text(encoding="utf-8").count(text) if path.is_file() else 0
@@ -54,7 +54,7 @@ def first_failure(program):
 
 
 def copy_tree():
-    """Makes the copy like the tree; what is the same keeps its time, so that it is not built again."""
+    """Updates the copy from the tree; equal files keep their time, so that they are not built again."""
     wanted = {path.relative_to(ROOT) for part in PARTS for path in (ROOT / part, *(ROOT / part).rglob("*"))
               if path.is_file()}
     for path in [path for path in TREE.rglob("*") if path.is_file() and path.relative_to(TREE) not in wanted]:

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
-"""Changes that the tests must notice: deliberate oddities and boundaries of the program, each broken in one way.
+"""Changes that the tests must notice: deliberate peculiarities and limits of the program, each broken in one way.
 
-A row: file, exact text (once in the file), what takes its place, what that breaks, test programs that must fail.
+A row: file, exact text (once in the file), its replacement, the broken behaviour, test programs that must fail.
 """
 
 ROWS = (

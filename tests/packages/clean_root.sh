@@ -28,7 +28,7 @@ as_user() {
     echo "anna\$ $*"
     inside runuser --user anna -- env HOME=/home/anna DISPLAY="${display:-}" "$@"
 }
-# expect TEXT COMMAND...: runs it as the user and wants the text in what it says, whatever its exit code. Shows the first
+# expect TEXT COMMAND...: runs it as the user and requires the text in its output, with any exit code. Shows the first
 # lines.
 expect() {
     local text=$1 output

@@ -4,7 +4,7 @@ import { readFileSync, writeFileSync } from "node:fs";
 
 const build = new URL("../../build/web/", import.meta.url);
 globalThis.document ??= /** @type {any} */ ({ currentScript: null }); // asked for by the compiler's loader
-// Node 18 takes a .js file for a module only where a package.json says so; browsers need none.
+// Node 18 takes a .js file for a module only if a package.json declares it; browsers need none.
 writeFileSync(new URL("../package.json", build), '{ "type": "module" }\n');
 const { loadProgram } = await import(new URL("program.js", build).href);
 export const ids = await import(new URL("ids.js", build).href);

@@ -22,7 +22,7 @@
 #define __thiscall
 #define __declspec(what)
 
-// size_t is `unsigned long` in this compiler; the headers would say `unsigned int`.
+// size_t is `unsigned long` in this compiler; the headers would use `unsigned int`.
 typedef __SIZE_TYPE__ size_t;
 typedef __PTRDIFF_TYPE__ ptrdiff_t;
 #define _SIZE_T_DEFINED

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The device's screen, at the desktop's upper left corner: a title bar, the room for windows, a menu bar.
-// The environment says what device it is: TORAVANE_PLATFORM ("SmartPhone" has a keypad, everything else a
-// touch screen) and TORAVANE_SCREEN (width x height in pixels, "240x320" when it is not set).
+// The device's screen, at the desktop's upper left corner: a title bar, the room for windows, a menu bar. The
+// environment selects the device: TORAVANE_PLATFORM ("SmartPhone" has a keypad, everything else a touch
+// screen) and TORAVANE_SCREEN (width x height in pixels, "240x320" when it is not set).
 #pragma once
 
 #include "platform/windows/aygshell/contract.h"

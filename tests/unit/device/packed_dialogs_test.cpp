@@ -15,7 +15,7 @@ namespace
 
 uint8_t Unpacked[LargestTemplate];
 
-// What the program makes of it.
+// The unpacked bytes, made by the program's routine.
 Bytes Unpack(const Bytes& packed)
 {
     const size_t size = UnpackTemplate(packed.data(), Unpacked);
