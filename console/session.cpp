@@ -97,7 +97,7 @@ Failure Session::PortFailure(const asio::error_code& error, const std::string& o
 void Session::Received(const asio::error_code& error, size_t count)
 {
     if (error == asio::error::operation_aborted) return;
-    if (error) {
+    if (error && !CanReadOn(port_.native_handle(), error)) {
         loop_.Stop(PortFailure(error, name_ + ": "));
         return;
     }

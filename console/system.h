@@ -45,6 +45,9 @@ void ReleasePort(NativePort port);
 // True for the errors of reading or writing after the device was removed.
 bool HasVanished(const asio::error_code& error);
 
+// True for an error of reading that leaves the port as it was: reading can go on.
+bool CanReadOn(NativePort port, const asio::error_code& error);
+
 // Folder for the data that the program remembers; empty if the system has no such folder.
 std::filesystem::path StateFolder();
 

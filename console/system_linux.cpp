@@ -220,6 +220,11 @@ bool HasVanished(const asio::error_code& error)
            error.value() == ENODEV;
 }
 
+bool CanReadOn(NativePort, const asio::error_code&)
+{
+    return false;
+}
+
 fs::path StateFolder()
 {
     const char* const state = std::getenv("XDG_STATE_HOME");

@@ -222,6 +222,15 @@ bool HasVanished(const asio::error_code& error)
            std::find(std::begin(Gone), std::end(Gone), error.value()) != std::end(Gone);
 }
 
+bool CanReadOn(NativePort port, const asio::error_code& error)
+{
+    // Wine ends a waiting read so, if SetPortRate discards the bytes that were just about to end it. A port
+    // that is no longer there has no state.
+    DCB dcb = {};
+    dcb.DCBlength = sizeof dcb;
+    return error.value() == ERROR_BROKEN_PIPE && GetCommState(port, &dcb);
+}
+
 std::filesystem::path StateFolder()
 {
     const wchar_t* const local = _wgetenv(L"LOCALAPPDATA");
