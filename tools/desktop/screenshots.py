@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Makes the pictures of the manual: the real program, the software receiver, and what a user does with both."""
+"""Makes the pictures of the manual, with the real program and the software receiver, operated as a user would do it."""
 
 import sys
 import time
@@ -12,11 +12,12 @@ import guide_pictures
 import harness
 from harness import Port, VK_RIGHT, desktop, wait_for
 from PIL import Image, ImageGrab
+from resource_ids import Id
 
 Images = desktop.Root / "docs" / "images"
-MaxBytes = 600_000  # of all pictures: they are kept with the sources
-ValueMin, ValueMax, Northing, Easting = 1810, 1820, 3, 4  # fields of Graph Options, and the channels in them
-Colors = 64  # of a picture, which has few; the chart's lines and the blended edges of letters need that many
+MaxBytes = 600_000  # size of all pictures together: they are stored with the sources
+Northing, Easting = 3, 4  # channels of the chart
+Colors = 64  # colours of a picture: enough for the chart's lines and the blended edges of letters
 
 
 # ---- Pictures -----------------------------------------------------------------------------------------
@@ -27,7 +28,7 @@ def keep(picture, name):
 
 class Photographer(harness.User):
     def shoot(self, name, window):
-        """The picture of a window, by its number, once it has stopped changing for a moment."""
+        """The picture of a window, given by its number, when it no longer changes."""
         place = next(w["outer"] for w in self.driver.windows() if w["window"] == window)
         for _ in range(10):
             time.sleep(0.3)
@@ -60,14 +61,14 @@ class Photographer(harness.User):
         dialog.close()
 
 
-def shows(number):
-    """Whether a text, a list or a box has what the receiver has answered."""
-    def ready(dialog):
+def shows(*numbers):
+    """True if each of the controls, texts, lists or boxes, shows the receiver's answer."""
+    def is_filled(dialog, number):
         control = dialog.control(number)
         if control["class"] == "ComboBox":
             return dialog.items(number)[1]
         return control["checked"] != 2 if control["class"] == "Button" else control["text"]
-    return ready
+    return lambda dialog: all(is_filled(dialog, number) for number in numbers)
 
 
 # ---- Scenes -------------------------------------------------------------------------------------------
@@ -81,18 +82,18 @@ def first_start(user):
 
 
 def nmea_page_and_chart(user):
-    # A walk of some minutes in some seconds, along the sides of a square with the start at a corner.
+    # A walk of some minutes in some seconds, along the sides of a square; it starts at a corner.
     user.start_with_receiver(4800, "--track", "walk", "--speed", "10")
     wait_for("corrections are used", lambda: " DGPS " in user.page()[4], 60)
-    options = user.open(408, "Graph Options")
+    options = user.open(Id.COMMAND_GRAPH, "Graph Options")
     options.press("Zero")
     for channel in (Northing, Easting):
-        options.enter(ValueMin + channel, "-20")
-        options.enter(ValueMax + channel, "180")
+        options.enter(Id.CONTROL_GRAPH_VALUE_MIN + channel, "-20")
+        options.enter(Id.CONTROL_GRAPH_VALUE_MAX + channel, "180")
     options.dismiss("Show")
     time.sleep(45)
     user.shoot_main("chart")
-    options = user.open(408, "Graph Options")
+    options = user.open(Id.COMMAND_GRAPH, "Graph Options")
     user.shoot("graph-options", options.window)
     options.close()
     user.press(VK_RIGHT)
@@ -103,52 +104,67 @@ def nmea_page_and_chart(user):
 def nmea_dialogs(user):
     user.start_with_receiver(4800, "--track", "walk")
     user.store(SirfBaudrateIdx=desktop.Rates.index(38400))
-    dialog = user.open(403, "Communication")
-    wait_for("statistics", lambda: dialog.text(1658))
+    dialog = user.open(Id.COMMAND_COMMUNICATION, "Communication")
+    wait_for("statistics", lambda: dialog.text(Id.CONTROL_COM_STATUS))
     time.sleep(3)
     user.shoot("communication", dialog.window)
     dialog.close()
-    user.shoot_dialog(2003, "Set Serial Port", "set-serial-port", shows(901))
-    dialog = user.open(2004, "Navigation Initialization")
+    user.shoot_dialog(Id.DIALOG_NMEA_SET_SERIAL_PORT, "Set Serial Port", "set-serial-port", shows(Id.CONTROL_NMEA_TIME))
+    dialog = user.open(Id.DIALOG_NMEA_NAVIGATION_INITIALIZATION, "Navigation Initialization")
     dialog.press("Set")
-    wait_for("the receiver's text", lambda: "Baud rate" in dialog.text(902))
+    wait_for("the receiver's text", lambda: "Baud rate" in dialog.text(Id.CONTROL_NMEA_GREY_BOX))
     user.shoot("navigation-initialization", dialog.window)
     dialog.close()
-    dialog = user.open(2005, "Set Message Rate")
-    dialog.pick(1031, "ZDA")
-    dialog.pick(1032, "2")
+    dialog = user.open(Id.DIALOG_NMEA_SET_MESSAGE_RATE, "Set Message Rate")
+    dialog.pick(Id.CONTROL_NMEA_RATE_MESSAGE, "ZDA")
+    dialog.pick(Id.CONTROL_NMEA_RATE_SECONDS, "2")
     dialog.press("Set")
-    wait_for("ZDA arrives", lambda: dialog.text(10313), 30)
-    wait_for("GSV arrives", lambda: dialog.text(1039), 30)
+    wait_for("ZDA arrives", lambda: dialog.text(Id.CONTROL_STAMP_ZDA), 30)
+    wait_for("GSV arrives", lambda: dialog.text(Id.CONTROL_STAMP_GSV), 30)
     user.shoot("nmea-set-message-rate", dialog.window)
     dialog.close()
-    dialog = user.open(2007, "Development Data")
+    dialog = user.open(Id.DIALOG_NMEA_DEVELOPMENT_DATA, "Development Data")
     dialog.press("Set")
     time.sleep(1)
-    dialog.enter(1051, "PSRF103,99,0,1,1")
+    dialog.enter(Id.CONTROL_DEVELOPMENT_COMMAND, "PSRF103,99,0,1,1")
     dialog.press("Set")
-    wait_for("the receiver's text", lambda: dialog.text(902))
+    wait_for("the receiver's text", lambda: dialog.text(Id.CONTROL_NMEA_GREY_BOX))
     user.shoot("development-data", dialog.window)
     dialog.close()
-    user.shoot_dialog(2008, "Select Datum", "select-datum")
+    user.shoot_dialog(Id.DIALOG_NMEA_SELECT_DATUM, "Select Datum", "select-datum")
 
 
 SirfDialogs = [
-    (2009, "Advanced Power Management", "advanced-power-management", shows(5303)),
-    (2010, "Initialize Data Source", "initialize-data-source", lambda d: shows(1281)(d) and shows(12818)(d)),
-    (2011, "Switch to NMEA Protocol", "switch-to-nmea-protocol", shows(1518)),
-    (2012, "DGPS Source", "dgps-source", lambda d: shows(1331)(d) and shows(1338)(d)),
-    (2013, "Mode Control", "mode-control", shows(1364)),
-    (2014, "DOP Mask", "dop-mask", shows(1374)),
-    (2015, "DGPS Mode", "dgps-mode", shows(1384)),
-    (2016, "Elevation Mask", "elevation-mask", shows(1393)),
-    (2017, "Power Mask", "power-mask", shows(1403)),
-    (2018, "Static Navigation", "static-navigation", shows(1433)),
-    (2019, "Trickle Power", "trickle-power", lambda d: shows(1514)(d) and shows(1518)(d)),
-    (2020, "Set Message Rate", "sirf-set-message-rate", shows(16607)),
-    (2021, "Low Power", "low-power", shows(1673)),
-    (2022, "SBAS", "sbas", lambda d: shows(401)(d) and shows(1706)(d)),
-    (2025, "Poll Software Version", "poll-software-version", shows(1322)),
+    (Id.DIALOG_SIRF_ADVANCED_POWER_MANAGEMENT, "Advanced Power Management", "advanced-power-management",
+     shows(Id.CONTROL_APM_TIME_BETWEEN_FIXES)),
+    (Id.DIALOG_SIRF_INITIALIZE_DATA_SOURCE, "Initialize Data Source", "initialize-data-source",
+     shows(Id.CONTROL_INIT_ECEF_X, Id.CONTROL_INIT_NAVLIB)),
+    (Id.DIALOG_SIRF_SWITCH_TO_NMEA, "Switch to NMEA Protocol", "switch-to-nmea-protocol",
+     shows(Id.CONTROL_SIRF_TIME)),
+    (Id.DIALOG_SIRF_DGPS_SOURCE, "DGPS Source", "dgps-source",
+     shows(Id.CONTROL_DGPS_SOURCE, Id.CONTROL_DGPS_STATUS_CORRECTIONS)),
+    (Id.DIALOG_SIRF_MODE_CONTROL, "Mode Control", "mode-control",
+     shows(Id.CONTROL_MODE_ALTITUDE)),
+    (Id.DIALOG_SIRF_DOP_MASK, "DOP Mask", "dop-mask",
+     shows(Id.CONTROL_DOP_GDOP)),
+    (Id.DIALOG_SIRF_DGPS_MODE, "DGPS Mode", "dgps-mode",
+     shows(Id.CONTROL_DGPS_TIMEOUT)),
+    (Id.DIALOG_SIRF_ELEVATION_MASK, "Elevation Mask", "elevation-mask",
+     shows(Id.CONTROL_ELEVATION_TRACKING)),
+    (Id.DIALOG_SIRF_POWER_MASK, "Power Mask", "power-mask",
+     shows(Id.CONTROL_POWER_TRACKING)),
+    (Id.DIALOG_SIRF_STATIC_NAVIGATION, "Static Navigation", "static-navigation",
+     shows(Id.CONTROL_STATIC_NAVIGATION)),
+    (Id.DIALOG_SIRF_TRICKLE_POWER, "Trickle Power", "trickle-power",
+     shows(Id.CONTROL_TRICKLE_DUTY_CYCLE, Id.CONTROL_SIRF_TIME)),
+    (Id.DIALOG_SIRF_SET_MESSAGE_RATE, "Set Message Rate", "sirf-set-message-rate",
+     shows(Id.CONTROL_ARRIVAL_ROWS + 6)),
+    (Id.DIALOG_SIRF_LOW_POWER, "Low Power", "low-power",
+     shows(Id.CONTROL_LOW_POWER_MAX_OFF_TIME)),
+    (Id.DIALOG_SIRF_SBAS, "SBAS", "sbas",
+     shows(Id.CONTROL_SBAS_SV, Id.CONTROL_SBAS_VISIBLE_SVS)),
+    (Id.DIALOG_SIRF_POLL_SOFTWARE_VERSION, "Poll Software Version", "poll-software-version",
+     shows(Id.CONTROL_SOFTWARE_VERSION)),
 ]
 
 
@@ -158,9 +174,9 @@ def sirf_page_and_dialogs(user):
     user.shoot_main("text-page-sirf")
     for dialog in SirfDialogs:
         user.shoot_dialog(*dialog)
-    dialog = user.open(2016, "Elevation Mask")
-    wait_for("the answer", lambda: dialog.text(1393))
-    dialog.enter(1393, "999")
+    dialog = user.open(Id.DIALOG_SIRF_ELEVATION_MASK, "Elevation Mask")
+    wait_for("the answer", lambda: dialog.text(Id.CONTROL_ELEVATION_TRACKING))
+    dialog.enter(Id.CONTROL_ELEVATION_TRACKING, "999")
     dialog.press("Set")
     box = user.dialog("Tracking Mask")
     user.shoot("box", box.window)
