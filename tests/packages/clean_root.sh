@@ -4,12 +4,15 @@
 # Usage: tests/packages/clean_root.sh [RELEASE [FOLDER]]
 #
 # Installs the .deb packages of build/packages/ in a new Debian system (bookworm, or another release), with nothing but
-# what apt brings for it, and uses it there as an ordinary user. As root, with debootstrap. The system is made in
-# FOLDER, a temporary one if not given, and removed at the end. Ends with an error at the first unexpected result.
+# what apt brings for them, and uses them there as an ordinary user; then removes them, and looks for what is left. As
+# root, with debootstrap and Xvfb. A picture of the program's screen is put into build/clean-root-RELEASE.png. The system
+# is made in FOLDER, a temporary one if not given, and removed at the end. Ends with an error at the first unexpected
+# result.
 set -euo pipefail
 shopt -s extglob
-mapfile -t packages < <(realpath "$(dirname "$0")"/../../build/packages/toravane{,-tools,-web}_*_@(amd64|all).deb)
-driver=$(realpath "$(dirname "$0")"/../../build/desktop/toravane-driver.exe)
+tree=$(realpath "$(dirname "$0")"/../..)
+mapfile -t packages < <(realpath "$tree"/build/packages/toravane{,-tools,-web}_*_@(amd64|all).deb)
+driver=$tree/build/desktop/toravane-driver.exe
 release=${1:-bookworm}
 root=${2:-$(mktemp --directory /tmp/toravane-root.XXXXXX)}
 
@@ -41,6 +44,7 @@ expect() {
 echo "=== System"
 mirror=$(apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' 'Codename: bookworm' | head --lines 1)
 log=$(debootstrap --variant=minbase "$release" "$root" "$mirror" 2>&1) || { tail <<<"$log"; exit 1; }
+chmod 755 "$root" # a temporary folder is closed to ordinary users
 cp /etc/resolv.conf "$root/etc"
 mount -t proc proc "$root/proc"
 mount -t devpts -o newinstance,ptmxmode=0666 devpts "$root/dev/pts"
@@ -69,9 +73,9 @@ expect " Course: 231.80" toravane-replay /tmp/line.txt
 inside bash -c '. /usr/share/bash-completion/completions/toravane-replay
     COMP_WORDS=(toravane-replay --st) COMP_CWORD=1; _toravane_tool toravane-replay; [ "${COMPREPLY[*]}" = --stats ]'
 inside bash -n /usr/share/bash-completion/completions/toravanectl
-cp "$(dirname "$0")/../../packaging/debian/tests/receiver" "$root/tmp/autopkgtest"
+cp "$tree/packaging/debian/tests/receiver" "$root/tmp/autopkgtest"
 expect "Protocol SiRF" sh /tmp/autopkgtest
-cp "$(dirname "$0")/../../packaging/debian/tests/page" "$root/tmp/autopkgtest"
+cp "$tree/packaging/debian/tests/page" "$root/tmp/autopkgtest"
 expect "files are served" sh /tmp/autopkgtest
 
 echo "=== Ports"
@@ -115,11 +119,18 @@ print(*(w["window"] for w in json.load(sys.stdin)["windows"] if w["class"] == w[
 done
 /usr/bin/python3 -c 'import json, sys; print(*json.loads(sys.argv[1])["lines"], sep="\n")' "$page"
 [[ $page == *" SVs"* ]]
+PYTHONPATH=$tree/tools/desktop /usr/bin/python3 -B -c '
+import pathlib, sys, desktop
+desktop.save_screenshot(sys.argv[1], pathlib.Path(sys.argv[2]))' "$display" "$tree/build/clean-root-$release.png"
 window "post"$'\t'"$id"$'\t'16$'\t'0$'\t'0 >/dev/null
 wait $program
+! grep --no-messages wine "$root"/proc/[0-9]*/comm || { echo "left running: the above"; exit 1; }
 
 echo "=== Removal"
-inside apt-get purge --yes --quiet=2 toravane toravane-tools toravane-web >/dev/null 2>&1
-left=$(find "$root"/usr "$root"/lib/udev -name '*toravane*' 2>/dev/null || true)
+inside apt-get remove --yes --quiet=2 toravane toravane-tools toravane-web >/dev/null 2>&1
+inside dpkg --purge toravane toravane-tools toravane-web >/dev/null 2>&1 # apt knows them no more
+# Names and contents, except of the users' files, and of what apt, dpkg and man remember.
+left=$(find "$root"/{etc,opt,root,srv,usr,var} -name '*toravane*'
+    grep --recursive --files-with-matches --exclude='*-old' toravane "$root"/etc "$root"/var/lib || true)
 [ -z "$left" ] || { echo "left behind: $left"; exit 1; }
 echo "Nothing is left. All as expected."
