@@ -155,8 +155,9 @@ void RelayStream(Context& context, const Arguments& arguments)
     const Receiver receiver = FindReceiver(context);
     Session& session = *receiver.session;
     if (arguments.correction.wanted && receiver.found.protocol == Protocol::Sirf)
-        Fail(FailureKind::Protocol, "--correct-dates mends dates of NMEA sentences, and the receiver speaks "
-                                    "SiRF binary: \"toravanectl switch nmea\" changes it");
+        context.output.Note(
+            "--correct-dates mends only dates of NMEA sentences, and the receiver speaks SiRF "
+            "binary: \"toravanectl switch nmea\" changes it");
 
     std::vector<uint8_t> fromReaders;
     const Received received = [&](std::span<const uint8_t> bytes) {
