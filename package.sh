@@ -67,7 +67,8 @@ if [ $# = 1 ]; then
     cp build/desktop-tools/toravane-replay.exe "$source/build/desktop-tools"
     cp -r build/web "$source/build"
 else
-    git archive HEAD | tar -x -C "$source"
+    # Equal modes, no matter who packs: tar would otherwise keep them for root alone.
+    git -c tar.umask=0022 archive HEAD | tar -x -C "$source"
 fi
 mv "$source/packaging/debian" "$source/debian"
 dated "$source"
@@ -96,7 +97,7 @@ mkdir -p "$windows"
     exit 1
 }
 cp "$source"/build/guide/{*.exe,user-guide.html} "$windows"
-cp LICENSE "$windows/license.txt"
+cp "$source/LICENSE" "$windows/license.txt"
 cp -r "$page" "$windows/page"
 dated "$windows"
 (cd "$output/staging/windows" &&
