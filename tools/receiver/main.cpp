@@ -6,6 +6,7 @@
 #include "session.h"
 #include "terminal.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <chrono>
@@ -56,15 +57,18 @@ int Run(const Options& options, Session& session, std::FILE* record)
     if (!Announce(terminal, options, session.Sim.Kept.lineRate, error)) return Fail(error);
 
     const auto start = Clock::now();
-    double waited = 0; // a recorded log waits for its first listener
+    // A recorded log waits for its first listener, and lets it set its port up: what arrives before that is
+    // lost.
+    constexpr double SettingUpS = 0.3;
+    double waited = 0;
     bool played = options.play.empty();
     double nextStatus = 0;
     while (!Interrupted && !session.Quitting()) {
         const double real = std::chrono::duration<double>(Clock::now() - start).count();
         const bool present = terminal.HostPresent();
-        if (!played && !present) waited = real;
+        if (!played && !present) waited = real + SettingUpS;
         played = played || present;
-        const double now = (real - waited) * options.speed;
+        const double now = std::max(0.0, real - waited) * options.speed;
         if (options.durationS > 0 && now >= options.durationS) break;
         if (!present && session.PlayEnded()) break;
 

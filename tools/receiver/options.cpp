@@ -192,10 +192,10 @@ constexpr PathRow PathRows[] = {
      "a symbolic link to the terminal, removed at the end; an older link\n"
      "is replaced"},
     {"Runs", "--play", "FILE", &Options::play,
-     "send the bytes of FILE instead, at --rate, from when a host opens\n"
-     "the terminal; leading lines that begin with '#' are skipped. After\n"
-     "the last byte the terminal stays silent, and the program ends when\n"
-     "the host closes it"},
+     "send the bytes of FILE instead, at --rate, beginning when a host has\n"
+     "opened the terminal and set it up (0.3 s); leading lines that begin\n"
+     "with '#' are skipped. After the last byte the terminal stays silent,\n"
+     "and the program ends when the host closes it"},
     {"Runs", "--record", "FILE", &Options::record,
      "keep what the host has written, as it was written; the program ends\n"
      "with an error when that fails"},
