@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "console/event_loop.h"
 
-#include <csignal>
+#include "console/system.h"
 
 namespace console
 {
 
-EventLoop::EventLoop() : signals_(context_, SIGINT, SIGTERM)
+EventLoop::EventLoop() : signals_(context_)
 {
+    for (const int number : EndingSignals()) signals_.add(number);
     AwaitSignal();
 }
 

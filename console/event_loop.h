@@ -23,7 +23,7 @@ inline Duration Seconds(double seconds)
 class EventLoop
 {
 public:
-    // From now on SIGINT and SIGTERM end a wait, not the program.
+    // From now on the ending signals end a wait, not the program.
     EventLoop();
 
     asio::io_context& Context() { return context_; }

@@ -51,6 +51,9 @@ bool CanReadOn(NativePort port, const asio::error_code& error);
 // Folder for the data that the program remembers; empty if the system has no such folder.
 std::filesystem::path StateFolder();
 
+// Signals that end the program in order: it closes the port and completes its files first.
+std::vector<int> EndingSignals();
+
 // Prepares the standard streams: bytes stay unchanged, and a closed pipe causes an error instead of ending
 // the program.
 void PrepareStandardStreams();

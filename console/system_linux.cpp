@@ -234,6 +234,16 @@ fs::path StateFolder()
     return {};
 }
 
+std::vector<int> EndingSignals()
+{
+    std::vector<int> signals = {SIGINT, SIGTERM};
+    // The end of a terminal or of its connection; "nohup" lets the program outlive it.
+    struct sigaction old {
+    };
+    if (sigaction(SIGHUP, nullptr, &old) == 0 && old.sa_handler != SIG_IGN) signals.push_back(SIGHUP);
+    return signals;
+}
+
 void PrepareStandardStreams()
 {
     signal(SIGPIPE, SIG_IGN);

@@ -3,6 +3,7 @@
 #include "console/system.h"
 
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cwchar>
@@ -235,6 +236,11 @@ std::filesystem::path StateFolder()
 {
     const wchar_t* const local = _wgetenv(L"LOCALAPPDATA");
     return local && *local ? std::filesystem::path(local) / "Toravane" : std::filesystem::path();
+}
+
+std::vector<int> EndingSignals()
+{
+    return {SIGINT, SIGTERM, SIGBREAK}; // the last one is Ctrl+Break
 }
 
 void PrepareStandardStreams()

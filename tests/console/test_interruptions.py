@@ -7,7 +7,7 @@ import time
 
 import pytest
 import streams
-from streams import Limit, Receiver, run, start
+from streams import Limit, Receiver, run, start, wait_until
 from switches import WatchedReceiver
 
 Rate = 57600
@@ -42,6 +42,7 @@ Poll = "> A0 A2 00 02 A8 8B "
     ("", Poll, signal.SIGINT),
     ("=57600", WayThere, signal.SIGTERM),
     ("=57600", Poll, signal.SIGINT),
+    ("", Poll, signal.SIGHUP),
 ])
 def test_an_interruption_leaves_the_receiver_as_it_was(rate, moment, number):
     receiver = WatchedReceiver("--fault", "mute=139")  # it never answers, so the poll's wait is interrupted
@@ -82,6 +83,17 @@ def test_an_interruption_before_the_way_there_sends_nothing():
     assert "\n> " not in error
     time.sleep(1.2)
     assert receiver.state() == {"protocol": "nmea", "rate": 4800}
+
+
+def test_a_program_that_nohup_started_goes_on(tmp_path):
+    log = tmp_path / "log"
+    with Receiver("--rate", Rate) as receiver:
+        process = start("log", log, "-p", receiver.port, "-b", Rate, "--for", 3,
+                        preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN))
+        wait_until(lambda: log.exists() and log.stat().st_size > 0, "bytes in the log")
+        process.send_signal(signal.SIGHUP)
+        finish(process)
+    assert process.returncode == 0
 
 
 # ---- Devices that vanish ------------------------------------------------------------------------------

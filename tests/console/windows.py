@@ -24,6 +24,8 @@ Reasons = {
     "test_documents::test_the_rule_starts_that_unit": Linux + "udev",
     "test_failing_calls": Linux + "a library that is loaded into the program and lets its system calls fail",
     "test_interruptions::test_an_interruption_leaves_the_receiver_as_it_was[=57600-> $PSRF100,0,-15]": Signal,
+    "test_interruptions::test_an_interruption_leaves_the_receiver_as_it_was[-> A0 A2 00 02 A8 8B -1]": Signal,
+    "test_interruptions::test_a_program_that_nohup_started_goes_on": Signal,
     "test_log::test_progress_is_shown_on_a_terminal": Terminal,
     "test_log::test_interrupted_the_file_is_whole[15]": Signal,
     "test_monitor_and_date::test_plain_lines_on_a_terminal_too": Terminal,
