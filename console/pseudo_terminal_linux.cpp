@@ -73,10 +73,15 @@ private:
 
     void PlaceLink()
     {
-        char old[1];
-        if (readlink(link_.c_str(), old, sizeof old) >= 0) unlink(link_.c_str());
+        // A link that an earlier run has left leads to a pseudo-terminal; any other is somebody else's.
+        constexpr std::string_view Terminals = "/dev/pts/";
+        char old[128];
+        const ssize_t length = readlink(link_.c_str(), old, sizeof old);
+        if (length > 0 && std::string_view(old, static_cast<size_t>(length)).starts_with(Terminals))
+            unlink(link_.c_str());
         if (symlink(path_.c_str(), link_.c_str()) == 0) return;
-        if (errno == EEXIST) Fail(FailureKind::Failed, link_ + ": exists, and is not a link");
+        if (errno == EEXIST)
+            Fail(FailureKind::Failed, link_ + ": exists, and is no link to a pseudo-terminal");
         FailWith(link_);
     }
 

@@ -48,6 +48,10 @@ bool HasVanished(const asio::error_code& error);
 // True for an error of reading that leaves the port as it was: reading can go on.
 bool CanReadOn(NativePort port, const asio::error_code& error);
 
+// Lets an opened socket take an address from which connections of an earlier run are still being closed, but
+// never one at which another program listens. Returns the system's error.
+asio::error_code ReserveAddress(asio::ip::tcp::acceptor& acceptor);
+
 // Folder for the data that the program remembers; empty if the system has no such folder.
 std::filesystem::path StateFolder();
 

@@ -225,6 +225,13 @@ bool CanReadOn(NativePort, const asio::error_code&)
     return false;
 }
 
+asio::error_code ReserveAddress(asio::ip::tcp::acceptor& acceptor)
+{
+    asio::error_code error;
+    acceptor.set_option(asio::ip::tcp::acceptor::reuse_address(true), error);
+    return error;
+}
+
 fs::path StateFolder()
 {
     const char* const state = std::getenv("XDG_STATE_HOME");

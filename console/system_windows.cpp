@@ -232,6 +232,17 @@ bool CanReadOn(NativePort port, const asio::error_code& error)
     return error.value() == ERROR_BROKEN_PIPE && GetCommState(port, &dcb);
 }
 
+asio::error_code ReserveAddress(asio::ip::tcp::acceptor& acceptor)
+{
+    // Here SO_REUSEADDR would let two programs listen at one address.
+    const BOOL on = TRUE;
+    const SOCKET socket = acceptor.native_handle();
+    if (setsockopt(socket, SOL_SOCKET, SO_EXCLUSIVEADDRUSE, reinterpret_cast<const char*>(&on), sizeof on) ==
+        0)
+        return {};
+    return {WSAGetLastError(), asio::system_category()};
+}
+
 std::filesystem::path StateFolder()
 {
     const wchar_t* const local = _wgetenv(L"LOCALAPPDATA");

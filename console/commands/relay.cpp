@@ -97,12 +97,12 @@ class TcpServer
 {
 public:
     TcpServer(asio::io_context& context, uint16_t port, Received received)
-        : acceptor_(context), received_(std::move(received))
+        : acceptor_(context), rest_(context), received_(std::move(received))
     {
         const tcp::endpoint place(asio::ip::address_v4::loopback(), port);
         asio::error_code error;
         acceptor_.open(place.protocol(), error);
-        if (!error) acceptor_.set_option(tcp::acceptor::reuse_address(true), error);
+        if (!error) error = ReserveAddress(acceptor_);
         if (!error) acceptor_.bind(place, error);
         if (!error) acceptor_.listen(asio::socket_base::max_listen_connections, error);
         if (error) Fail(FailureKind::Failed, "--tcp " + std::to_string(port) + ": " + error.message());
@@ -129,8 +129,15 @@ private:
     {
         acceptor_.async_accept([this](const asio::error_code& error, tcp::socket socket) {
             if (error == asio::error::operation_aborted) return;
+            if (error) { // no descriptor left, for example: the next attempt would fail at once
+                rest_.expires_after(std::chrono::seconds(1));
+                rest_.async_wait([this](const asio::error_code& cancelled) {
+                    if (!cancelled) Accept();
+                });
+                return;
+            }
             readers_.remove_if([](const auto& reader) { return reader->IsClosed(); });
-            if (!error && readers_.size() < MostReaders) {
+            if (readers_.size() < MostReaders) {
                 readers_.push_back(std::make_shared<TcpReader>(std::move(socket), received_));
                 readers_.back()->Start();
             }
@@ -139,6 +146,7 @@ private:
     }
 
     tcp::acceptor acceptor_;
+    asio::steady_timer rest_;
     Received received_;
     std::list<std::shared_ptr<TcpReader>> readers_;
 };

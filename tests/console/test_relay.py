@@ -2,6 +2,7 @@
 """relay: the same bytes to every reader; on request in both directions, and with corrected dates."""
 
 import os
+import resource
 import socket
 import termios
 import time
@@ -75,6 +76,15 @@ def test_pseudo_terminal(receiver, tmp_path):
     assert not link.is_symlink()
 
 
+def test_a_link_that_an_earlier_run_has_left_is_replaced(receiver, tmp_path):
+    link = tmp_path / "gps"
+    link.symlink_to("/dev/pts/987654")
+    with Relay(receiver, "--pty", link):
+        wait_until(lambda: os.readlink(link) != "/dev/pts/987654", "the link")
+        os.close(open_link(link))
+    assert not link.is_symlink()
+
+
 def test_several_readers_of_the_network(receiver):
     port = free_port()
     with Relay(receiver, "--tcp", port):
@@ -116,6 +126,22 @@ def test_what_readers_write_reaches_the_receiver_on_request_alone(receiver, tmp_
         reader.close()
 
 
+def test_more_readers_than_descriptors(receiver):
+    port = free_port()
+    relay = start("relay", "-p", receiver.port, "-b", Rate, "--tcp", port,
+                  preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (16, 16)))
+    first = connect(port)
+    others = [connect(port) for _ in range(20)]
+    read_some(first.fileno(), seconds(1))
+    for other in others:
+        other.close()
+    last = connect(port)
+    assert b"$GPGGA" in read_some(last.fileno(), seconds(1))
+    first.close()
+    last.close()
+    assert end(relay)[0] == 130
+
+
 def test_a_slow_reader_does_not_hold_up_the_others(receiver):
     port = free_port()
     with Relay(receiver, "--tcp", port):
@@ -142,6 +168,9 @@ def test_what_cannot_be_made(receiver, tmp_path):
     (tmp_path / "file").write_text("mine")
     run(*arguments, "--pty", tmp_path / "file", check=1)
     assert (tmp_path / "file").read_text() == "mine"
+    (tmp_path / "link").symlink_to("/dev/null")
+    done = run(*arguments, "--pty", tmp_path / "link", check=1)
+    assert b"no link to a pseudo-terminal" in done.stderr and os.readlink(tmp_path / "link") == "/dev/null"
     run(*arguments, "--pty", tmp_path / "none/gps", check=1)
     with socket.socket() as taken:
         taken.bind(("127.0.0.1", 0))
