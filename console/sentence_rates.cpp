@@ -35,6 +35,11 @@ std::optional<unsigned> FindSentenceKind(const std::string& name)
     return {};
 }
 
+bool HasKnownSentence(unsigned kind)
+{
+    return !std::string_view(Kinds[kind]).starts_with("USER");
+}
+
 NmeaRates ParseNmeaRates(const std::string& text)
 {
     NmeaRates rates = {};
@@ -50,7 +55,14 @@ NmeaRates ParseNmeaRates(const std::string& text)
             static_cast<uint8_t>(ParseWhole(assignment.value, 0, 255, "--rates: " + assignment.name));
         start = comma + 1;
     }
+    if (!AnyIsOn(rates))
+        Fail(FailureKind::Usage, "--rates: no sentence is on, so the receiver could not be heard");
     return rates;
+}
+
+bool AnyIsOn(const NmeaRates& rates)
+{
+    return rates != NmeaRates{};
 }
 
 std::optional<double> Arrivals::Interval() const

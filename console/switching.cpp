@@ -29,15 +29,27 @@ bool ListenFor(Session& session, Protocol protocol, Duration limit)
     return session.WaitFor([&] { return heard; }, limit);
 }
 
-std::optional<Found> Follow(Session& session, Found wanted, uint32_t oldRate)
+// Longest pause between two messages of a receiver after a step. A step within NMEA leaves the sentences as
+// they are; nothing is known about them here.
+Duration LongestPause(Protocol speaks, const SwitchStep& step)
+{
+    if (speaks == Protocol::Nmea || step.expected.protocol == Protocol::Sirf) return {};
+    unsigned shortest = 256;
+    for (const uint8_t seconds : step.rates)
+        if (seconds) shortest = std::min<unsigned>(shortest, seconds);
+    return std::chrono::seconds(shortest);
+}
+
+std::optional<Found> Follow(Session& session, Found wanted, uint32_t oldRate, Duration longestPause)
 {
     session.SetRate(wanted.rate);
     if (ListenFor(session, wanted.protocol, SwitchLimit)) return wanted;
     if (const auto found = Search(session, {oldRate, wanted.rate})) return found;
     // The receiver may have been silent for longer than its turn in the search.
-    for (const uint32_t rate : {wanted.rate, oldRate}) {
+    for (const uint32_t rate : {oldRate, wanted.rate}) {
         session.SetRate(rate);
-        if (const auto protocol = Listen(session, ListeningTime(rate))) return Found{*protocol, rate};
+        const Duration limit = ListeningTime(rate) + (rate == wanted.rate ? longestPause : Duration());
+        if (const auto protocol = Listen(session, limit)) return Found{*protocol, rate};
     }
     return {};
 }
@@ -70,7 +82,7 @@ std::optional<Found> CarryOutSwitch(Session& session, Found now, const std::vect
 {
     for (const SwitchStep& step : steps) {
         session.Send(StepFrame(now.protocol, step));
-        const auto found = Follow(session, step.expected, now.rate);
+        const auto found = Follow(session, step.expected, now.rate, LongestPause(now.protocol, step));
         if (!found || found->protocol != step.expected.protocol || found->rate != step.expected.rate)
             return found;
         now = *found;

@@ -78,6 +78,9 @@ void WithSirf(Context& context, const ThroughSirf& option, const SirfWork& work)
 
     context.output.Note("noting the sentences' rates for 11 seconds");
     const NmeaRates rates = RatesFrom(MeasureRates(session, MeasuringTime));
+    if (!AnyIsOn(rates))
+        Fail(FailureKind::Failed, session.Port() + ": no sentence that could be switched on again came in "
+                                                   "11 seconds; nothing was sent");
     std::optional<Failure> failure;
     try {
         {

@@ -4,7 +4,7 @@
 import json
 
 import pytest
-from streams import Receiver, run
+from streams import Limit, Receiver, end, run, sentence, start
 
 Rates = (1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200)
 
@@ -34,7 +34,7 @@ def test_probe_names_silence_noise_and_ports():
 
 
 def test_a_second_instance_is_refused():
-    from streams import end, read_some, start
+    from streams import read_some
     with Receiver() as receiver:
         first = start("-p", receiver.port, "-b", 4800, "log", "-")
         try:
@@ -57,6 +57,8 @@ def test_switch_frames():
     run("switch", "-n", "nmea", 4801, check=2)
     run("switch", "-n", "ubx", 4800, check=2)
     run("switch", "-n", "nmea", 4800, "--rates", "GGA=256", check=2)
+    done = run("switch", "-n", "nmea", 4800, "--rates", "GGA=0,RMC=0", check=2)  # nothing could be heard
+    assert b"no sentence is on" in done.stderr and not done.stdout
 
 
 def test_there_and_back_at_every_kind_of_step():
@@ -115,6 +117,13 @@ def test_a_switch_that_ends_elsewhere_is_named():
         ctl(receiver, "switch", "sirf", 57600, check=0)
 
 
+def test_a_receiver_with_rare_sentences_is_waited_for():
+    with Receiver("--protocol", "sirf", "--rate", 57600, "--fault", "freeze-after-switch=8") as receiver:
+        process = start("-p", receiver.port, "-b", 57600, "switch", "nmea", 38400, "--rates", "GGA=24")
+        assert process.stdout.readline() == b"now NMEA at 38400 baud\n"
+        end(process)
+
+
 def test_a_receiver_that_is_lost():
     with Receiver("--fault", "freeze-after-switch=100") as receiver:
         done = json.loads(ctl(receiver, "--json", "switch", "sirf", 57600, check=10).stdout)
@@ -129,7 +138,7 @@ def test_rates_are_measured_and_set():
         rates = json.loads(ctl(receiver, "--json", "rates", "--for", 7, check=0).stdout)["rates"]
         assert rates["GGA"] == pytest.approx(2, abs=0.2) and "GSV" not in rates and "GSA" not in rates
         ctl(receiver, "rates", "41=1", check=11)
-    for wrong in ("GGA=256", "GGA=-1", "XYZ=1", "41=31", "0=1", "GGA"):
+    for wrong in ("GGA=256", "GGA=-1", "XYZ=1", "USER8=1", "41=31", "0=1", "GGA"):
         run("-p", "/nowhere", "rates", wrong, check=2)
     run("-p", "/nowhere", "rates", "GGA=1", "41=1", check=2)
 
@@ -179,6 +188,15 @@ def test_through_sirf_and_back():
         ctl(receiver, "set", "sbas", "prn=120", "--through-sirf=57600", check=0)
         found = json.loads(ctl(receiver, "--json", "probe", check=0).stdout)
         assert (found["protocol"], found["rate"]) == ("nmea", 4800)
+
+
+def test_sentences_that_cannot_be_brought_back_are_not_left(tmp_path):
+    log, heard = tmp_path / "log", tmp_path / "heard"
+    log.write_bytes(sentence("PSRF150,1") * 50)
+    with Receiver("--play", log, "--repeat", "--rate", 4800, "--record", heard) as receiver:
+        done = ctl(receiver, "get", "power-mask", "--through-sirf", check=1)
+        assert b"nothing was sent" in done.stderr
+    assert heard.read_bytes() == b""
 
 
 def test_send():
