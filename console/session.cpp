@@ -16,6 +16,9 @@ namespace
 // few bytes at a time.
 constexpr auto ReadRest = std::chrono::milliseconds(20);
 
+// Failed reads in a row after which a port counts as vanished even if reading could go on.
+constexpr int MostFailedReads = 10;
+
 constexpr auto WriteLimit = std::chrono::seconds(3);
 
 void PrintTraffic(char direction, std::span<const uint8_t> frame)
@@ -97,7 +100,8 @@ Failure Session::PortFailure(const asio::error_code& error, const std::string& o
 void Session::Received(const asio::error_code& error, size_t count)
 {
     if (error == asio::error::operation_aborted) return;
-    if (error && !CanReadOn(port_.native_handle(), error)) {
+    failedReads_ = error ? failedReads_ + 1 : 0;
+    if (error && (failedReads_ > MostFailedReads || !CanReadOn(port_.native_handle(), error))) {
         loop_.Stop(PortFailure(error, name_ + ": "));
         return;
     }

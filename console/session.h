@@ -63,6 +63,7 @@ private:
     std::string name_;
     uint32_t rate_;
     uint64_t bytesReceived_ = 0;
+    int failedReads_ = 0; // in a row
     uint8_t buffer_[4096];
     Listener verbose_;
 };
