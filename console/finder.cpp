@@ -49,6 +49,11 @@ std::optional<Found> Search(Session& session, std::vector<uint32_t> rates)
     return {};
 }
 
+std::string PlaceOfSearch(const Options& options)
+{
+    return options.rate ? "at " + std::to_string(*options.rate) + " baud" : "at any rate";
+}
+
 Receiver FindReceiver(Context& context)
 {
     const std::string port = ChoosePort(context.options);
@@ -69,8 +74,7 @@ Receiver FindReceiver(Context& context)
     }
     receiver.heard.bytes = session.BytesReceived();
     if (!found) {
-        const std::string where =
-            context.options.rate ? "at " + std::to_string(start) + " baud" : std::string("at any rate");
+        const std::string where = PlaceOfSearch(context.options);
         if (receiver.heard.bytes == 0)
             Fail(FailureKind::Silent,
                  port + ": no byte " + where + ": is the receiver on, and its line the right one?");

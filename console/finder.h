@@ -25,6 +25,9 @@ Duration ListeningTime(uint32_t rate);
 // rate found.
 std::optional<Found> Search(Session& session, std::vector<uint32_t> first);
 
+// "at 4800 baud" or "at any rate": where the receiver is looked for with these options.
+std::string PlaceOfSearch(const Options& options);
+
 // Messages and bytes that a search has received, for its report.
 struct Heard {
     uint64_t bytes = 0, messages = 0;

@@ -3,10 +3,16 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+
+#include "console/system.h"
 
 namespace console
 {
+
+Output::Output() = default;
+Output::~Output() = default;
 
 void Output::Raw(std::string_view bytes)
 {
@@ -20,6 +26,16 @@ void Output::Raw(std::string_view bytes)
 void Output::Line(std::string_view text)
 {
     if (!json) Raw(std::string(text) + '\n');
+}
+
+std::string Output::Coloured(Colour colour, std::string_view text)
+{
+    const char* const refusal = std::getenv("NO_COLOR");
+    if ((refusal && *refusal) || !OutputIsTerminal()) return std::string(text);
+    if (!terminal_) terminal_ = std::make_unique<AnsiTerminal>();
+    if (!terminal_->TakesSequences()) return std::string(text);
+    constexpr const char* Begin[] = {"\x1b[32m", "\x1b[31m", "\x1b[33m"}; // in the order of Colour
+    return Begin[static_cast<size_t>(colour)] + std::string(text) + "\x1b[0m";
 }
 
 void Output::Note(std::string_view text)

@@ -3,6 +3,7 @@
 // error.
 #pragma once
 
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <span>
 #include <string>
@@ -15,9 +16,16 @@ namespace console
 
 using Json = nlohmann::ordered_json;
 
+class AnsiTerminal;
+
+enum class Colour { Good, Bad, Doubtful }; // green, red, yellow
+
 class Output
 {
 public:
+    Output();
+    ~Output();
+
     bool json = false;  // one object instead of text
     bool quiet = false; // no notes
 
@@ -30,6 +38,10 @@ public:
 
     // Prints a line of text; nothing with --json. Throws Failure if writing to standard output fails.
     void Line(std::string_view text);
+
+    // The text for Line in a colour, if standard output is a terminal that has colours and the user has not
+    // set NO_COLOR; else the text alone.
+    std::string Coloured(Colour colour, std::string_view text);
 
     // Writes bytes unchanged, with all options. Throws like Line.
     void Raw(std::string_view bytes);
@@ -45,7 +57,8 @@ public:
     int End(const std::string& command, const Failure* failure);
 
 private:
-    bool broken_ = false; // standard output has failed before
+    bool broken_ = false;                    // standard output has failed before
+    std::unique_ptr<AnsiTerminal> terminal_; // from the first colour on
 };
 
 // The text of a sentence without its line end, or of a frame as upper-case hexadecimal bytes.

@@ -264,7 +264,12 @@ std::FILE* OpenFile(const fs::path& file, const char* mode)
     return std::fopen(file.c_str(), mode);
 }
 
-AnsiTerminal::AnsiTerminal() : takesSequences_(true) {}
+AnsiTerminal::AnsiTerminal()
+{
+    const char* const kind = std::getenv("TERM");
+    takesSequences_ = !kind || std::string_view(kind) != "dumb";
+}
+
 AnsiTerminal::~AnsiTerminal() = default;
 
 bool InputIsTerminal()

@@ -24,16 +24,13 @@ class Report
 public:
     explicit Report(Output& output) : output_(output) { output.object["checks"] = Json::array(); }
 
-    void Add(const char* state, const std::string& message)
+    void Ok(const std::string& message) { Add("ok", Colour::Good, message); }
+    void Problem(const std::string& message)
     {
-        const std::string check = Checks[next_++];
-        output_.Line(check + ": " + state + ": " + message);
-        output_.object["checks"].push_back({{"check", check}, {"state", state}, {"message", message}});
-        if (std::string_view(state) == "problem") ++problems_;
+        Add("problem", Colour::Bad, message);
+        ++problems_;
     }
-    void Ok(const std::string& message) { Add("ok", message); }
-    void Problem(const std::string& message) { Add("problem", message); }
-    void Unknown(const std::string& message) { Add("unknown", message); }
+    void Unknown(const std::string& message) { Add("unknown", Colour::Doubtful, message); }
 
     // The other results are unknown; throws if there is a problem.
     void End()
@@ -45,6 +42,13 @@ public:
     }
 
 private:
+    void Add(const char* state, Colour colour, const std::string& message)
+    {
+        const std::string check = Checks[next_++];
+        output_.Line(check + ": " + output_.Coloured(colour, state) + ": " + message);
+        output_.object["checks"].push_back({{"check", check}, {"state", state}, {"message", message}});
+    }
+
     Output& output_;
     size_t next_ = 0;
     int problems_ = 0;
@@ -168,7 +172,8 @@ void Examine(Context& context, Report& report)
         found = Search(*session, {start});
     }
     if (noise.bytes == 0) {
-        report.Problem("no byte at any rate: is the receiver on, and connected to this port?");
+        report.Problem("no byte " + PlaceOfSearch(context.options) +
+                       ": is the receiver on, and connected to this port?");
         return;
     }
     report.Ok("bytes arrive");

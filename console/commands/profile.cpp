@@ -105,7 +105,8 @@ void Diff(Context& context, const ProfileOptions& options)
         return;
     }
     WithSirf(context, options.through, [&](Session& session) {
-        Json& differences = context.output.object["differences"] = Json::array();
+        Output& output = context.output;
+        Json& differences = output.object["differences"] = Json::array();
         for (const ProfileEntry& entry : entries) {
             const Setting& setting = *entry.setting;
             const SettingAnswer answer =
@@ -125,12 +126,10 @@ void Diff(Context& context, const ProfileOptions& options)
                      {"file", ValueJson(setting, value.key, value.value)}});
             }
             if (after == setting.name) continue;
-            if (answered)
-                context.output.Line("-" + before);
-            else
-                context.output.Line("-# " + before +
-                                    (answer.reply == Reply::Refused ? ": refused" : ": no answer"));
-            context.output.Line("+" + after);
+            if (!answered)
+                before = "# " + before + (answer.reply == Reply::Refused ? ": refused" : ": no answer");
+            output.Line(output.Coloured(Colour::Bad, "-" + before));
+            output.Line(output.Coloured(Colour::Good, "+" + after));
         }
         if (!differences.empty())
             throw Failure{FailureKind::Differs, "the receiver differs from " + options.file, true};

@@ -2,9 +2,11 @@
 """profile and doctor."""
 
 import json
+import os
+import pty
 
 import pytest
-from streams import Receiver, run
+from streams import Limit, Receiver, environment, port_of, read_some, run, start
 
 Changes = ("static-navigation enabled=on", "elevation-mask tracking=10.0", "power-mask navigation=33",
            "dop-mask hdop=20", "dgps-source source=none", "dgps-mode mode=never", "mode-control altitude=-500",
@@ -78,6 +80,21 @@ def test_save_to_standard_output_and_to_what_cannot_be_written():
         ctl(receiver, "profile", "save", "/dev/full", check=1)
 
 
+@pytest.mark.parametrize("variables, coloured", [({}, True), ({"NO_COLOR": "1"}, False), ({"TERM": "dumb"}, False)])
+def test_colours_on_a_terminal(variables, coloured):
+    master, slave = pty.openpty()
+    variables = environment() | {"NO_COLOR": "", "TERM": "xterm"} | variables
+    process = start("-p", "/dev/nix", "doctor", stdout=slave, env=variables)
+    os.close(slave)
+    shown = read_some(master, lambda data: data.count(b"\n") == 10).decode()
+    assert process.wait(Limit) == 1
+    process.stderr.close()
+    os.close(master)
+    states = [line.split(": ")[1] for line in shown.splitlines()]
+    assert states == (["\x1b[31mproblem\x1b[0m"] + ["\x1b[33munknown\x1b[0m"] * 9 if coloured else
+                      ["problem"] + ["unknown"] * 9)
+
+
 def test_doctor_names_what_is_wrong():
     def states(done):
         return {check["check"]: check["state"] for check in json.loads(done.stdout)["checks"]}
@@ -87,5 +104,10 @@ def test_doctor_names_what_is_wrong():
     with Receiver("--date", "2008-06-21T10:00:00") as receiver:
         ill = states(run("-p", receiver.port, "--json", "doctor", check=1))
         assert ill["fix"] == "problem" and ill["rate"] == "ok"
+    master, slave = pty.openpty()
+    silent = json.loads(run("-p", port_of(os.ttyname(slave)), "-b", 9600, "--json", "doctor", check=1).stdout)
+    assert silent["checks"][3]["message"].startswith("no byte at 9600 baud: ")
+    os.close(master)
+    os.close(slave)
     missing = states(run("-p", "/dev/nix", "--json", "doctor", check=1))
     assert missing["port"] == "problem" and missing["bytes"] == "unknown"
