@@ -18,6 +18,7 @@ Build = pathlib.Path(os.environ.get("TORAVANE_BUILD", Root / "build/native"))
 Program = Build / "toravanectl"
 Limit = 30  # s, for each expected event
 UnderWine = False  # true: the tests run the Windows program
+States = tempfile.TemporaryDirectory(prefix="toravane-state-")  # where the program remembers rates, removed at the end
 
 
 @functools.cache
@@ -37,17 +38,11 @@ def port_of(terminal):
     return machine().port(terminal) if UnderWine else terminal
 
 
-@functools.cache
-def states():
-    """Where the program remembers rates, removed at the end."""
-    return tempfile.TemporaryDirectory(prefix="toravane-state-")
-
-
 def environment():
     """An environment without the user's own settings and without remembered data."""
     kept = machine().wine.environment if UnderWine else os.environ
     kept = {name: value for name, value in kept.items() if not name.startswith("TORAVANE_")}
-    return kept | {"XDG_STATE_HOME": tempfile.mkdtemp(dir=states().name), "TZ": "UTC"}
+    return kept | {"XDG_STATE_HOME": tempfile.mkdtemp(dir=States.name), "TZ": "UTC"}
 
 
 def run(*arguments, check=None, **options):
