@@ -75,11 +75,15 @@ Receiver FindReceiver(Context& context)
     receiver.heard.bytes = session.BytesReceived();
     if (!found) {
         const std::string where = PlaceOfSearch(context.options);
+        // A program that opened the port without a lock takes bytes away.
+        const auto info = InspectPort(port);
+        const std::string holder =
+            info && !info->holder.empty() ? "; " + info->holder + " has the port open, too" : "";
         if (receiver.heard.bytes == 0)
             Fail(FailureKind::Silent,
-                 port + ": no byte " + where + ": is the receiver on, and its line the right one?");
+                 port + ": no byte " + where + ": is the receiver on, and its line the right one?" + holder);
         Fail(FailureKind::Noise, port + ": bytes, but no message " + where +
-                                     (context.options.rate ? ": try without --rate" : ""));
+                                     (context.options.rate ? ": try without --rate" : "") + holder);
     }
     receiver.found = *found;
     RememberRate(port, found->rate);

@@ -2,7 +2,7 @@
 // Setting how often the receiver sends a kind of message, and seeing that it does.
 #pragma once
 
-#include "console/session.h"
+#include "console/sentence_rates.h"
 
 namespace console
 {
@@ -18,8 +18,11 @@ struct MessageRate {
 Frame MessageRatePayload(const MessageRate& rate);
 Frame MessageRateFrame(Protocol protocol, const MessageRate& rate);
 
-// Listens until each kind that is on has come, and each that is off has stayed away. Throws Failure of the
-// kind Differs, which names those that did not.
+// All sentences of a change to NMEA.
+std::vector<MessageRate> SentenceRates(const NmeaRates& rates);
+
+// Listens until each kind that is on has come, and not more often than wanted, and each that is off has
+// stayed away. Throws Failure of the kind Differs, which names those that did not.
 void SeeMessageRates(Session& session, std::span<const MessageRate> rates);
 
 } // namespace console

@@ -20,6 +20,7 @@ void Output::Raw(std::string_view bytes)
     if (std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size() && std::fflush(stdout) == 0)
         return;
     broken_ = true;
+    if (errno == EINTR) Fail(FailureKind::Interrupted, "interrupted"); // while a full pipe was waited for
     Fail(FailureKind::Failed, std::string("standard output: ") + std::strerror(errno));
 }
 
@@ -67,14 +68,17 @@ int Output::End(const std::string& command, const Failure* failure)
 
 std::string FrameText(std::span<const uint8_t> frame)
 {
+    if (frame.empty() || frame[0] != '$') return HexText(frame);
+    std::string text(frame.begin(), frame.end());
+    while (!text.empty() && (text.back() == '\r' || text.back() == '\n')) text.pop_back();
+    return text;
+}
+
+std::string HexText(std::span<const uint8_t> bytes)
+{
     constexpr char Digits[] = "0123456789ABCDEF";
     std::string text;
-    if (!frame.empty() && frame[0] == '$') {
-        text.assign(frame.begin(), frame.end());
-        while (!text.empty() && (text.back() == '\r' || text.back() == '\n')) text.pop_back();
-        return text;
-    }
-    for (const uint8_t b : frame) {
+    for (const uint8_t b : bytes) {
         if (!text.empty()) text += ' ';
         text += Digits[b >> 4];
         text += Digits[b & 15];

@@ -61,8 +61,11 @@ private:
     std::unique_ptr<AnsiTerminal> terminal_; // from the first colour on
 };
 
-// The text of a sentence without its line end, or of a frame as upper-case hexadecimal bytes.
+// The text of a sentence without its line end, or of a frame as HexText.
 std::string FrameText(std::span<const uint8_t> frame);
+
+// Upper-case hexadecimal bytes, with blanks between them.
+std::string HexText(std::span<const uint8_t> bytes);
 
 // Received bytes as valid UTF-8 on one line: each byte that is not printable ASCII becomes '?'.
 std::string Printable(std::string_view text);

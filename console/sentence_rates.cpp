@@ -95,8 +95,10 @@ void ArrivalCounter::Count(const std::string& kind)
 {
     if (table.size() >= MostKinds && !table.contains(kind)) return;
     Arrivals& arrivals = table[kind];
-    arrivals.last = Clock::now();
-    if (arrivals.count++ == 0) arrivals.first = arrivals.last;
+    const Clock::time_point now = Clock::now();
+    if (arrivals.count++ == 0) arrivals.first = arrivals.last = now;
+    arrivals.longestGap = std::max(arrivals.longestGap, now - arrivals.last);
+    arrivals.last = now;
 }
 
 ArrivalTable MeasureRates(Session& session, Duration time)

@@ -26,10 +26,11 @@ NmeaRates ParseNmeaRates(const std::string& text);
 
 bool AnyIsOn(const NmeaRates& rates);
 
-// Times of the first and the last message of a kind, and their number; a group of GSV counts once.
+// Arrivals of one kind of message; a group of GSV counts once.
 struct Arrivals {
     unsigned count = 0;
     Clock::time_point first, last;
+    Duration longestGap{}; // between two of them
 
     // Seconds between two messages, in tenths; no value after a single message.
     std::optional<double> Interval() const;

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "console/session.h"
 
+#include <algorithm>
 #include <memory>
+#include <sstream>
 
 #include "nmea/command_encoder.h"
 #include "sirf/frame_sender.h"
@@ -20,6 +22,21 @@ constexpr auto ReadRest = std::chrono::milliseconds(20);
 constexpr int MostFailedReads = 10;
 
 constexpr auto WriteLimit = std::chrono::seconds(3);
+
+// Bytes of another program: lines of text, or hexadecimal bytes.
+void PrintForeign(std::span<const uint8_t> bytes)
+{
+    const auto isText = [](uint8_t b) { return (b >= 0x20 && b <= 0x7E) || b == '\r' || b == '\n'; };
+    if (!std::all_of(bytes.begin(), bytes.end(), isText)) {
+        std::fprintf(stderr, "> %s\n", HexText(bytes).c_str());
+        return;
+    }
+    std::istringstream lines(std::string(bytes.begin(), bytes.end()));
+    for (std::string line; std::getline(lines, line);) {
+        if (line.ends_with('\r')) line.pop_back();
+        if (!line.empty()) std::fprintf(stderr, "> %s\n", line.c_str());
+    }
+}
 
 void PrintTraffic(char direction, std::span<const uint8_t> frame)
 {
@@ -128,10 +145,16 @@ void Session::SetRate(uint32_t rate)
 void Session::Send(const Frame& frame)
 {
     if (context_.options.verbose) PrintTraffic('>', frame);
-    SendRaw(frame);
+    Transmit(frame);
 }
 
 void Session::SendRaw(std::span<const uint8_t> bytes)
+{
+    if (context_.options.verbose) PrintForeign(bytes);
+    Transmit(bytes);
+}
+
+void Session::Transmit(std::span<const uint8_t> bytes)
 {
     struct Sending {
         Frame bytes;

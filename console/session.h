@@ -47,10 +47,11 @@ public:
     // the port does not accept them within a few seconds.
     void Send(const Frame& frame);
 
-    // Sends bytes of another program, without showing them with --verbose.
+    // Sends bytes of another program.
     void SendRaw(std::span<const uint8_t> bytes);
 
 private:
+    void Transmit(std::span<const uint8_t> bytes);
     void Read();
     void Received(const asio::error_code& error, size_t count);
     // An error of the port: the device has disappeared, or `otherwise` with the system's text.

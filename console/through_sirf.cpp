@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "console/through_sirf.h"
 
+#include "console/message_rates.h"
+
 namespace console
 {
 
@@ -19,23 +21,15 @@ void RequireState(const std::optional<Found>& found, Found wanted, const std::st
              way + ": the receiver is at " + FoundText(*found) + " instead of " + FoundText(wanted));
 }
 
-// Each sentence that arrived before must arrive again.
+// The sentences must come as they came before.
 void RequireSentences(Session& session, const NmeaRates& rates)
 {
-    constexpr double Reserve = 2;
-    double slowest = 0;
-    for (const uint8_t seconds : rates) slowest = std::max<double>(slowest, seconds);
-    std::string missing;
-    ArrivalCounter counter;
-    const auto allCame = [&] {
-        missing.clear();
-        for (unsigned kind = 0; kind < NmeaRateCount; ++kind)
-            if (rates[kind] && !counter.table.contains(SentenceKinds()[kind]))
-                missing += ' ' + std::string(SentenceKinds()[kind]);
-        return missing.empty();
-    };
-    if (!session.WaitFor(allCame, Seconds(2 * slowest + Reserve)))
-        Fail(FailureKind::Differs, "back in NMEA, but these sentences stay away:" + missing);
+    try {
+        SeeMessageRates(session, SentenceRates(rates));
+    } catch (const Failure& failure) {
+        if (failure.kind != FailureKind::Differs) throw;
+        Fail(FailureKind::Differs, "back in NMEA, but " + failure.message);
+    }
 }
 
 void GoBack(Session& session, Found now, Found old, const NmeaRates& rates)

@@ -4,6 +4,7 @@
 #include "console/commands/commands.h"
 #include "console/dates.h"
 #include "console/finder.h"
+#include "console/fix_reports.h"
 #include "console/remembered_rate.h"
 #include "console/sentence_rates.h"
 #include "console/switching.h"
@@ -61,15 +62,11 @@ struct Noise {
     bool IsText() const { return bytes && printable * 10 >= bytes * 9; }
 };
 
-struct Fix {
-    bool known = false, has = false;
-};
-
-void CheckFix(Report& report, const Fix& fix)
+void CheckFix(Report& report, std::optional<bool> hasFix)
 {
-    if (!fix.known)
+    if (!hasFix)
         report.Unknown("no message that reports it came");
-    else if (fix.has)
+    else if (*hasFix)
         report.Ok("the receiver has one");
     else
         report.Problem("none: give the antenna a free view of the sky for some minutes");
@@ -115,7 +112,13 @@ void CheckLoad(Report& report, double bytesPerSecond, uint32_t rate)
 
 void Examine(Context& context, Report& report)
 {
-    const std::string port = ChoosePort(context.options);
+    std::string port;
+    try {
+        port = ChoosePort(context.options);
+    } catch (const Failure& failure) { // none, or several
+        report.Problem(failure.message);
+        return;
+    }
     const auto info = InspectPort(port);
     if (!info) {
         report.Problem(port + " is not there: plug it in, or choose another (\"toravanectl ports\")");
@@ -137,28 +140,33 @@ void Examine(Context& context, Report& report)
         return;
     }
     report.Ok("it may be opened");
-    report.Ok("held by nobody else");
+    if (info->holder.empty())
+        report.Ok("held by nobody else");
+    else
+        report.Problem("open in " + info->holder + ", too, which takes bytes away: end that program first");
 
     Noise noise;
-    Fix fix;
+    std::optional<bool> hasFix; // by any message
     bool dateKnown = false;
     Listener listener;
     listener.bytes = [&](std::span<const uint8_t> bytes) {
         noise.bytes += bytes.size();
         for (const uint8_t b : bytes) noise.printable += (b >= 0x20 && b <= 0x7E) || b == '\r' || b == '\n';
     };
+    const auto takeFix = [&](std::optional<bool> fix) {
+        if (fix) hasFix = hasFix.value_or(false) || *fix;
+    };
     std::string kind;
     listener.sentence = [&](const Sentence& sentence) {
         kind = sentence.hadChecksum ? sentence.Kind() : "";
-        if (kind == "GGA" && !sentence.Field(6).empty()) fix = {true, sentence.Field(6) != "0"};
+        takeFix(ReportedFix(sentence));
     };
     bool geodeticDate = false;
     listener.message = [&](const Message& message) {
         kind.clear();
-        constexpr size_t FixTypeOffset = 4, DayOffset = 14, Length = 91;
+        constexpr size_t DayOffset = 14, Length = 91;
         geodeticDate = message.Id() == 41 && message.payload.size() >= Length && message.payload[DayOffset];
-        if (message.Id() == 41 && message.payload.size() >= Length)
-            fix = {true, (message.payload[FixTypeOffset] & 7) != 0};
+        takeFix(ReportedFix(message));
     };
     listener.decoded = [&] {
         dateKnown |= geodeticDate || (kind == "RMC" && FixTime.wMonth && FixTime.wDay);
@@ -190,7 +198,7 @@ void Examine(Context& context, Report& report)
     constexpr double MeasuringSeconds = 5;
     const uint64_t before = session->BytesReceived();
     session->WaitFor({}, Seconds(MeasuringSeconds));
-    CheckFix(report, fix);
+    CheckFix(report, hasFix);
     CheckDate(report, dateKnown);
     CheckLoad(report, static_cast<double>(session->BytesReceived() - before) / MeasuringSeconds, found->rate);
 }

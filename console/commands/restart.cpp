@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
+#include <cctype>
 #include <cstdio>
 #include <iostream>
 
 #include "console/commands/commands.h"
 #include "console/conversation.h"
 #include "console/finder.h"
+#include "console/fix_reports.h"
 #include "console/nmea_commands.h"
 #include "console/remembered_rate.h"
 #include "console/switching.h"
@@ -53,37 +55,56 @@ void Confirm(const Context& context)
     if (context.options.yes) return;
     if (!InputIsTerminal() || !ErrorIsTerminal())
         Fail(FailureKind::Usage, "a factory reset forgets all settings: give --yes if it is meant");
+    EventLoop loop;
     std::fprintf(stderr, "A factory reset forgets all settings, the line rate too. Go on (y/n)? ");
     std::string answer;
     std::getline(std::cin, answer);
-    if (answer != "y" && answer != "Y" && answer != "yes") Fail(FailureKind::Failed, "nothing was sent");
+    loop.WaitFor({}, Seconds(0.05)); // a signal has ended the question, perhaps
+    for (char& c : answer) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    if (answer != "y" && answer != "yes") Fail(FailureKind::Failed, "nothing was sent");
 }
 
-// True for a message that reports a fix, of those that may be switched on.
-bool HasFix(const Sentence& sentence)
+// Watches a receiver in NMEA, which acknowledges nothing, for signs of a new start: its start-up text, a
+// report without a fix after one with a fix, or a pause.
+class StartWatch
 {
-    if (!sentence.hadChecksum) return false;
-    const std::string_view kind = sentence.Kind(), quality = sentence.Field(6);
-    if (kind == "GGA") return !quality.empty() && quality != "0";
-    return (kind == "RMC" && sentence.Field(2) == "A") || (kind == "GLL" && quality == "A");
-}
-bool HasFix(const Message& message)
-{
-    constexpr uint8_t MeasuredNavigation = 2, Geodetic = 41, FixTypeBits = 7;
-    const auto reports = [&](uint8_t id, size_t length, size_t fixType) {
-        return message.Id() == id && message.payload.size() >= length &&
-               (message.payload[fixType] & FixTypeBits) != 0;
-    };
-    return reports(MeasuredNavigation, 41, 19) || reports(Geodetic, 91, 4);
-}
+public:
+    StartWatch()
+    {
+        listener_.sentence = [this](const Sentence& sentence) {
+            if (!sentence.hadChecksum) return;
+            const bool isStartUpText =
+                sentence.body.starts_with("PSRFTXT,Version") || sentence.Kind() == "PSRF150";
+            const auto fix = ReportedFix(sentence);
+            const Clock::time_point now = Clock::now();
+            hasStarted_ |= isStartUpText || (hadFix_ && fix == false) || now - last_ >= LongPause;
+            hadFix_ |= fix.value_or(false);
+            last_ = now;
+        };
+    }
+
+    bool HasStarted() const { return hasStarted_; }
+
+    // True if the receiver is heard now.
+    bool IsHeard() const { return Clock::now() - last_ < LongPause; }
+
+private:
+    static constexpr auto LongPause = std::chrono::milliseconds(1500);
+
+    bool hasStarted_ = false, hadFix_ = false;
+    Clock::time_point last_ = Clock::now();
+    Listener listener_;
+};
+
+// A receiver needs less time until it is heard again.
+constexpr auto StartLimit = std::chrono::seconds(4);
 
 // The receiver's protocol and rate after a restart; a factory reset may change both.
 void FindAgain(Context& context, Session& session, const RestartKind& kind, Found before)
 {
-    constexpr auto Limit = std::chrono::seconds(4);
     constexpr auto StillUnderWay = std::chrono::milliseconds(300);
     session.WaitFor({}, StillUnderWay);
-    if (Listen(session, Limit) == before.protocol) return;
+    if (Listen(session, StartLimit) == before.protocol) return;
     const auto found = Search(session, {before.rate});
     if (!found) Fail(FailureKind::Lost, "the receiver is not heard at any rate after the restart");
     RememberRate(session.Port(), found->rate);
@@ -100,9 +121,11 @@ void WaitForFix(Context& context, Session& session, Clock::time_point start, dou
     Listener listener;
     // Messages that the receiver sent before the restart do not count.
     const Clock::time_point first = start + std::chrono::seconds(1);
-    const auto take = [&](bool fix) { hasFix |= fix && Clock::now() >= first; };
-    listener.sentence = [&](const Sentence& sentence) { take(HasFix(sentence)); };
-    listener.message = [&](const Message& message) { take(HasFix(message)); };
+    const auto take = [&](std::optional<bool> fix) {
+        hasFix |= fix.value_or(false) && Clock::now() >= first;
+    };
+    listener.sentence = [&](const Sentence& sentence) { take(ReportedFix(sentence)); };
+    listener.message = [&](const Message& message) { take(ReportedFix(message)); };
     if (!session.WaitFor([&] { return hasFix; }, start + Seconds(limit) - Clock::now()))
         Fail(FailureKind::NoAnswer, "no fix in time");
     const double seconds = std::round(std::chrono::duration<double>(Clock::now() - start).count() * 10) / 10;
@@ -132,8 +155,13 @@ void Restart(Context& context, const RestartOptions& options)
         Require(SendCommand(session, payload, Seconds(context.options.timeoutSeconds)), "restart");
         if (&kind == &Factory || options.wait) FindAgain(context, session, kind, receiver.found);
     } else {
+        const StartWatch watch;
         session.Send(FrameNmea(RestartBody(kind.nmea)));
-        FindAgain(context, session, kind, receiver.found);
+        if (!session.WaitFor([&] { return watch.HasStarted(); }, StartLimit)) {
+            if (watch.IsHeard())
+                Fail(FailureKind::NoAnswer, "the receiver goes on as before: no sign of a restart was seen");
+            FindAgain(context, session, kind, receiver.found);
+        }
     }
     if (options.wait)
         WaitForFix(context, session, start, limit);

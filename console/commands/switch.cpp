@@ -14,14 +14,6 @@ struct SwitchOptions {
     std::string protocol, rate, sentences;
 };
 
-std::vector<MessageRate> SentenceRates(const NmeaRates& rates)
-{
-    std::vector<MessageRate> list;
-    for (unsigned kind = 0; kind < rates.size(); ++kind)
-        list.push_back({SentenceKinds()[kind], kind, rates[kind]});
-    return list;
-}
-
 void Switch(Context& context, const SwitchOptions& options)
 {
     Output& output = context.output;

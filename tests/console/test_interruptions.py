@@ -1,13 +1,17 @@
 # SPDX-License-Identifier: MIT
 """Signals, and devices that disappear, in the middle of each command."""
 
+import fcntl
 import json
+import os
+import pty
 import signal
 import time
+from pathlib import Path
 
 import pytest
 import streams
-from streams import Limit, Receiver, run, start, wait_until
+from streams import Limit, Receiver, read_some, run, start, wait_until
 from switches import WatchedReceiver
 
 Rate = 57600
@@ -83,6 +87,30 @@ def test_an_interruption_before_the_way_there_sends_nothing():
     assert "\n> " not in error
     time.sleep(1.2)
     assert receiver.state() == {"protocol": "nmea", "rate": 4800}
+
+
+def test_an_interruption_while_nobody_reads_the_output():
+    with Receiver("--rate", Rate) as receiver:
+        process = start("log", "-", "-p", receiver.port, "-b", Rate)
+        fcntl.fcntl(process.stdout, fcntl.F_SETPIPE_SZ, 4096)
+        state = Path(f"/proc/{process.pid}/wchan")
+        wait_until(lambda: "pipe" in state.read_text(), "a full pipe")
+        process.send_signal(signal.SIGTERM)
+        assert process.wait(Limit) == 130
+        process.stdout.close()
+        process.stderr.close()
+
+
+def test_an_interruption_of_a_question():
+    master, slave = pty.openpty()
+    process = start("-p", "/nowhere", "--json", "restart", "factory", stdin=slave, stderr=slave)
+    os.close(slave)
+    read_some(master, lambda data: data.endswith(b"(y/n)? "))
+    process.send_signal(signal.SIGTERM)
+    assert json.loads(process.stdout.readline())["error"]["kind"] == "interrupted"
+    assert process.wait(Limit) == 130
+    process.stdout.close()
+    os.close(master)
 
 
 def test_a_program_that_nohup_started_goes_on(tmp_path):

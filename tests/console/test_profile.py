@@ -4,6 +4,7 @@
 import json
 import os
 import pty
+import struct
 
 import pytest
 from streams import Limit, Receiver, environment, port_of, read_some, run, start
@@ -111,3 +112,35 @@ def test_doctor_names_what_is_wrong():
     os.close(slave)
     missing = states(run("-p", "/dev/nix", "--json", "doctor", check=1))
     assert missing["port"] == "problem" and missing["bytes"] == "unknown"
+
+
+def test_doctor_names_a_program_that_takes_bytes_away():
+    with Receiver() as receiver, open(receiver.terminal, "rb", buffering=0) as taken:
+        own = f"{open('/proc/self/comm').read().strip()} ({os.getpid()})"
+        done = json.loads(run("-p", receiver.port, "-b", 4800, "--json", "doctor", check=1).stdout)
+        assert done["checks"][2] == {"check": "holder", "state": "problem", "message":
+                                     f"open in {own}, too, which takes bytes away: end that program first"}
+        taken.close()
+    master, slave = pty.openpty()
+    done = run("-p", port_of(os.ttyname(slave)), "-b", 4800, "probe", check=6)
+    assert f"{own} has the port open, too".encode() in done.stderr
+    os.close(master)
+    os.close(slave)
+
+
+def test_doctor_without_a_port_makes_a_report():
+    done = run("--json", "doctor")  # the machine may have one
+    assert done.returncode in (0, 1) and len(json.loads(done.stdout)["checks"]) == 10
+
+
+def test_doctor_takes_a_fix_from_any_message(tmp_path):
+    def frame(payload):
+        length, checksum = struct.pack(">H", len(payload)), struct.pack(">H", sum(payload) & 0x7FFF)
+        return b"\xA0\xA2" + length + payload + checksum + b"\xB0\xB3"
+    navigation = bytes([2]) + bytes(18) + bytes([4]) + bytes(21)  # mode 4: three dimensions
+    geodetic = bytes([41]) + bytes(90)  # fix type 0
+    log = tmp_path / "log"
+    log.write_bytes((frame(navigation) + frame(geodetic)) * 20)
+    with Receiver("--play", log, "--repeat", "--rate", 9600) as receiver:
+        checks = json.loads(run("-p", receiver.port, "-b", 9600, "--json", "doctor").stdout)["checks"]
+    assert checks[7] == {"check": "fix", "state": "ok", "message": "the receiver has one"}

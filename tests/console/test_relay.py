@@ -142,6 +142,24 @@ def test_more_readers_than_descriptors(receiver):
     assert end(relay)[0] == 130
 
 
+def test_what_readers_write_is_shown(receiver):
+    port = free_port()
+    with Relay(receiver, "-v", "--tcp", port, "--write") as relay:
+        reader = connect(port)
+        reader.sendall(b"$PSRF103,8,0,1,1*2D\r\n")
+        wait_for_line(relay, b"> $PSRF103,8,0,1,1*2D\n")
+        reader.sendall(b"$\x1b[31m\xa0")
+        wait_for_line(relay, b"> 24 1B 5B 33 31 6D A0\n")
+        reader.close()
+
+
+def wait_for_line(relay, wanted):
+    for line in relay.process.stderr:
+        if line == wanted:
+            return
+    assert False, wanted
+
+
 def test_a_slow_reader_does_not_hold_up_the_others(receiver):
     port = free_port()
     with Relay(receiver, "--tcp", port):

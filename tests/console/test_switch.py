@@ -4,7 +4,7 @@
 import json
 
 import pytest
-from streams import Limit, Receiver, end, run, sentence, start
+from streams import Receiver, end, run, sentence, start
 
 Rates = (1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200)
 
@@ -138,6 +138,10 @@ def test_rates_are_measured_and_set():
         rates = json.loads(ctl(receiver, "--json", "rates", "--for", 7, check=0).stdout)["rates"]
         assert rates["GGA"] == pytest.approx(2, abs=0.2) and "GSV" not in rates and "GSA" not in rates
         ctl(receiver, "rates", "41=1", check=11)
+        ctl(receiver, "rates", "GGA=3", "GSA=2", check=0)
+    with Receiver("--fault", "mute=PSRF103") as receiver:
+        done = ctl(receiver, "rates", "GGA=4", "RMC=1", check=8)
+        assert done.stderr == b"toravanectl: GGA comes more often\n" and not done.stdout
     for wrong in ("GGA=256", "GGA=-1", "XYZ=1", "USER8=1", "41=31", "0=1", "GGA"):
         run("-p", "/nowhere", "rates", wrong, check=2)
     run("-p", "/nowhere", "rates", "GGA=1", "41=1", check=2)
@@ -152,6 +156,7 @@ def test_rates_of_messages():
         assert rates["41"] == pytest.approx(2, abs=0.2) and "4" not in rates
     with Receiver("--protocol", "sirf", "--rate", 57600, "--fault", "mute=166") as receiver:
         ctl(receiver, "rates", "41=0", check=8)
+        ctl(receiver, "rates", "4=3", check=8)
         ctl(receiver, "rates", "41=0", "--no-verify", check=9)
 
 
@@ -168,6 +173,10 @@ def test_restarts():
             ctl(receiver, "restart", "factory", "-y", check=0)
     with Receiver() as receiver:
         ctl(receiver, "restart", "cold", "--wait", "--for", 6, check=9)
+    with Receiver("--start", "hot", "--fault", "mute=PSRF101") as receiver:
+        for words in (["hot"], ["cold", "--wait"], ["factory", "-y"]):
+            done = ctl(receiver, "restart", *words, check=9)
+            assert b"no sign of a restart" in done.stderr and not done.stdout
 
 
 @pytest.mark.parametrize("protocol, off", [("nmea", "GGA=0"), ("sirf", "41=0")])
@@ -188,6 +197,15 @@ def test_through_sirf_and_back():
         ctl(receiver, "set", "sbas", "prn=120", "--through-sirf=57600", check=0)
         found = json.loads(ctl(receiver, "--json", "probe", check=0).stdout)
         assert (found["protocol"], found["rate"]) == ("nmea", 4800)
+
+
+@pytest.mark.parametrize("alteration, difference", [
+    ("129:4:4", b"GLL comes less often"), ("129:12:1", b"VTG comes more often"), ("129:18:1", b"ZDA still comes")])
+def test_sentences_that_come_back_otherwise_are_named(alteration, difference):
+    with Receiver("--fault", "alter=" + alteration) as receiver:
+        ctl(receiver, "rates", "GSA=0", "GSV=0", "VTG=4", check=0)
+        done = ctl(receiver, "get", "power-mask", "--through-sirf", check=8)
+        assert b"toravanectl: back in NMEA, but " + difference in done.stderr
 
 
 def test_sentences_that_cannot_be_brought_back_are_not_left(tmp_path):

@@ -119,6 +119,16 @@ bool Initialize(Receiver& receiver, Payload p)
     return true;
 }
 
+// What is kept of an accepted command: its bytes, some of them altered by a fault.
+Bytes AsKept(const Receiver& receiver, Payload p)
+{
+    Bytes kept(p.begin(), p.end());
+    for (const Alteration& each : receiver.Altered) {
+        if (each.mid == p[0] && each.offset < kept.size()) kept[each.offset] = each.value;
+    }
+    return kept;
+}
+
 // MID 129: sentence rates, debug texts and line rate for NMEA; then switch to NMEA.
 bool SwitchToNmea(Receiver& receiver, Payload p)
 {
@@ -126,8 +136,9 @@ bool SwitchToNmea(Receiver& receiver, Payload p)
     // The field has 16 bits, so 115200 arrives as its low half.
     const uint32_t lineRate = rate == (115200 & 0xFFFF) ? 115200 : rate;
     if (!IsLineRate(lineRate) || p[1] > 2) return false;
+    const Bytes kept = AsKept(receiver, p);
     for (size_t i = 0; i < NmeaMessageCount; ++i) {
-        receiver.Kept.nmea[i] = {p[2 + 2 * i], p[3 + 2 * i] != 0};
+        receiver.Kept.nmea[i] = {kept[2 + 2 * i], kept[3 + 2 * i] != 0};
     }
     if (p[1] != 2) receiver.Kept.nmeaDebug = p[1] == 0;
     Answer(receiver, Acknowledge(129)); // still at the old rate
@@ -181,11 +192,7 @@ bool PollNavigationParameters(Receiver& receiver, Payload)
 bool Set(Receiver& receiver, Payload p)
 {
     if (!Acceptable(p)) return false;
-    Bytes kept(p.begin(), p.end());
-    for (const Alteration& each : receiver.Altered) {
-        if (each.mid == p[0] && each.offset < kept.size()) kept[each.offset] = each.value;
-    }
-    receiver.Kept.commands[p[0]] = kept;
+    receiver.Kept.commands[p[0]] = AsKept(receiver, p);
     Answer(receiver, Acknowledge(p[0]));
     return true;
 }
