@@ -35,11 +35,6 @@ std::optional<unsigned> FindSentenceKind(const std::string& name)
     return {};
 }
 
-bool HasKnownSentence(unsigned kind)
-{
-    return !std::string_view(Kinds[kind]).starts_with("USER");
-}
-
 NmeaRates ParseNmeaRates(const std::string& text)
 {
     NmeaRates rates = {};

@@ -16,9 +16,6 @@ std::span<const char* const> SentenceKinds();
 // Number of a kind, by its name in upper or lower case; no value if there is no such kind.
 std::optional<unsigned> FindSentenceKind(const std::string& name);
 
-// False for the two kinds that belong to a firmware's maker: names of their sentences are not known.
-bool HasKnownSentence(unsigned kind);
-
 using NmeaRates = std::array<uint8_t, NmeaRateCount>; // seconds, 0 none
 
 // Reads "GGA=1,GSV=5"; the other kinds are 0. Throws Failure of the kind Usage, also if no kind is on.
