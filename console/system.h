@@ -72,6 +72,10 @@ inline std::filesystem::path PathOf(const std::string& name)
 std::FILE* OpenFile(const std::filesystem::path& file, const char* mode);
 
 bool InputIsTerminal();
+
+// True if standard input has something to read, or where a signal ends reading.
+bool InputIsWaiting();
+
 bool OutputIsTerminal();
 bool ErrorIsTerminal();
 

@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <fstream>
 #include <grp.h>
+#include <poll.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
@@ -275,6 +276,12 @@ AnsiTerminal::~AnsiTerminal() = default;
 bool InputIsTerminal()
 {
     return isatty(0);
+}
+
+bool InputIsWaiting()
+{
+    pollfd input{0, POLLIN, 0};
+    return poll(&input, 1, 0) > 0;
 }
 
 bool OutputIsTerminal()

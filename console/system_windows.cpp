@@ -288,6 +288,11 @@ bool InputIsTerminal()
     return IsConsole(STD_INPUT_HANDLE);
 }
 
+bool InputIsWaiting()
+{
+    return true; // Ctrl+C ends reading from a console
+}
+
 bool OutputIsTerminal()
 {
     return IsConsole(STD_OUTPUT_HANDLE);

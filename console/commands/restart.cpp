@@ -57,9 +57,9 @@ void Confirm(const Context& context)
         Fail(FailureKind::Usage, "a factory reset forgets all settings: give --yes if it is meant");
     EventLoop loop;
     std::fprintf(stderr, "A factory reset forgets all settings, the line rate too. Go on (y/n)? ");
+    while (!InputIsWaiting()) loop.WaitFor({}, Seconds(0.05)); // a signal ends the question
     std::string answer;
     std::getline(std::cin, answer);
-    loop.WaitFor({}, Seconds(0.05)); // a signal has ended the question, perhaps
     for (char& c : answer) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     if (answer != "y" && answer != "yes") Fail(FailureKind::Failed, "nothing was sent");
 }
