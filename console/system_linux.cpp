@@ -17,6 +17,7 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include "console/output.h"
 #include "console/result.h"
 
 namespace console
@@ -34,21 +35,30 @@ struct SpeedRow {
 constexpr SpeedRow Speeds[] = {{1200, B1200},   {2400, B2400},   {4800, B4800},   {9600, B9600},
                                {19200, B19200}, {38400, B38400}, {57600, B57600}, {115200, B115200}};
 
+// The first line of a file of the system. USB devices and processes choose their names freely, so that other
+// characters than printable ones are replaced.
 std::string ReadLine(const fs::path& file)
 {
     std::ifstream stream(file);
     std::string line;
     std::getline(stream, line);
-    return line;
+    return Printable(line);
 }
 
-std::string GroupOf(const std::string& port)
+// What helps when we may not open a port.
+std::string RemedyForPermission(const std::string& port)
 {
+    constexpr mode_t ForGroup = S_IRGRP | S_IWGRP;
     struct stat status {
     };
     if (stat(port.c_str(), &status) != 0) return {};
+    if (status.st_gid == 0 || (status.st_mode & ForGroup) != ForGroup)
+        return std::string("; only ") + (status.st_uid == 0 ? "root" : "its owner and root") +
+               " may open it; a udev rule can change this";
     const group* const owner = getgrgid(status.st_gid);
-    return owner ? owner->gr_name : std::to_string(status.st_gid);
+    const std::string name = owner ? owner->gr_name : std::to_string(status.st_gid);
+    return "; become a member of the group " + name + " (sudo usermod -aG " + name +
+           " $USER, then log in again)";
 }
 
 // The process that has the device open, among the processes that we may inspect.
@@ -111,9 +121,7 @@ std::string Explain(const std::string& port, int error)
     case ENXIO:
     case ENODEV: return "no such port (missing); \"toravanectl ports\" lists those there are";
     case EACCES:
-    case EPERM:
-        return "no permission; become a member of the group " + GroupOf(port) + " (sudo usermod -aG " +
-               GroupOf(port) + " $USER, then log in again)";
+    case EPERM: return "no permission" + RemedyForPermission(port);
     case EBUSY:
     case EWOULDBLOCK: {
         const std::string holder = FindHolder(port);
