@@ -16,6 +16,8 @@ namespace console
 namespace
 {
 
+namespace fs = std::filesystem;
+
 struct Arguments {
     std::string file;
     ForOption duration;
@@ -27,54 +29,78 @@ class LogFile
 {
 public:
     LogFile(Output& output, const Arguments& arguments)
-        : output_(output), name_(arguments.file), appends_(arguments.append)
+        : output_(output), name_(arguments.file), beginsAnew_(arguments.force)
     {
-        std::error_code none;
         if (name_ == "-") return;
-        if (std::filesystem::exists(PathOf(name_), none) && !arguments.force && !arguments.append)
+        exists_ = fs::exists(PathOf(name_), none_);
+        if (exists_ && !arguments.force && !arguments.append)
             Fail(FailureKind::Usage,
                  name_ + ": exists already; --append goes on with it, --force begins it anew");
     }
 
-    // Called when the port is open, so that no file is created or truncated without a port.
+    // Called when the port is open, so that no file is created without a port. Older content stays until the
+    // first byte has come.
     void Open()
     {
         if (name_ == "-") return;
-        file_ = OpenFile(PathOf(name_), appends_ ? "ab" : "wb");
-        if (!file_) FailToWrite();
+        file_ = OpenFile(PathOf(name_), "ab");
+        if (!file_) FailToWrite(std::strerror(errno));
+        place_ = fs::canonical(PathOf(name_), none_);
         std::setvbuf(file_, nullptr, _IONBF, 0); // received bytes reach the file immediately
     }
 
     ~LogFile()
     {
         if (file_) std::fclose(file_);
+        RemoveIfEmpty();
     }
 
     LogFile(const LogFile&) = delete;
 
     void Write(std::span<const uint8_t> bytes)
     {
+        if (bytes.empty()) return;
+        if (std::exchange(beginsAnew_, false)) RemoveOldContent();
         if (!file_) {
             output_.Raw({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
         } else if (std::fwrite(bytes.data(), 1, bytes.size(), file_) != bytes.size()) {
-            FailToWrite();
+            FailToWrite(std::strerror(errno));
         }
         written_ += bytes.size();
     }
 
     void Close()
     {
-        if (file_ && std::fclose(std::exchange(file_, nullptr)) != 0) FailToWrite();
+        if (file_ && std::fclose(std::exchange(file_, nullptr)) != 0) FailToWrite(std::strerror(errno));
     }
 
     uint64_t Written() const { return written_; }
 
 private:
-    [[noreturn]] void FailToWrite() const { Fail(FailureKind::Failed, name_ + ": " + std::strerror(errno)); }
+    // Devices and pipes have none.
+    void RemoveOldContent()
+    {
+        std::error_code error;
+        if (file_ && fs::is_regular_file(place_, none_)) fs::resize_file(place_, 0, error);
+        if (error) FailToWrite(error.message());
+    }
+
+    // An empty file of this run would only make the next one fail.
+    void RemoveIfEmpty()
+    {
+        if (!place_.empty() && !exists_ && fs::is_empty(place_, none_)) fs::remove(place_, none_);
+    }
+
+    [[noreturn]] void FailToWrite(const std::string& reason) const
+    {
+        Fail(FailureKind::Failed, name_ + ": " + reason);
+    }
 
     Output& output_;
     std::string name_;
-    bool appends_;
+    fs::path place_; // of the open file; the name may be a symbolic link
+    bool beginsAnew_, exists_ = false;
+    std::error_code none_;
     std::FILE* file_ = nullptr;
     uint64_t written_ = 0;
 };
@@ -142,10 +168,10 @@ void Record(Context& context, const Arguments& arguments, LogFile& log)
 {
     const Duration limit = arguments.duration.Limit();
     const bool showsProgress = ErrorIsTerminal() && !context.options.quiet;
-    const Clock::time_point begin = Clock::now();
     Recording recording(context, log);
     log.Open();
     recording.FindRate();
+    const Clock::time_point begin = Clock::now();
     constexpr Duration ProgressInterval = std::chrono::seconds(1);
     for (;;) {
         const Duration passed = Clock::now() - begin;

@@ -70,11 +70,45 @@ def test_noise_is_recorded_too(tmp_path):
     assert (tmp_path / "log").read_bytes() == noise.read_bytes()
 
 
-def test_silence_is_no_log(tmp_path):
+@pytest.fixture
+def silent():
+    """A port at which nothing ever comes."""
     master, slave = pty.openpty()
-    run("log", tmp_path / "log", "-p", port_of(os.ttyname(slave)), "-b", 4800, "--for", 0.5, check=6)
+    yield port_of(os.ttyname(slave))
     os.close(master)
     os.close(slave)
+
+
+def test_silence_is_no_log(silent, tmp_path):
+    log, link, empty = tmp_path / "log", tmp_path / "link", tmp_path / "empty"
+    arguments = ["-p", silent, "-b", 4800, "--for", 0.5]
+    run("log", log, *arguments, check=6)
+    assert not log.exists()
+    link.symlink_to("log")
+    run("log", link, *arguments, check=6)
+    assert link.is_symlink() and not log.exists()
+    empty.touch()
+    run("log", empty, *arguments, "--append", check=6)
+    assert empty.exists()  # this run has not made it
+
+
+def test_silence_keeps_the_old_log(silent, tmp_path):
+    log = tmp_path / "log"
+    log.write_bytes(b"old")
+    run("log", log, "-p", silent, "-b", 4800, "--for", 0.5, "--force", check=6)
+    assert log.read_bytes() == b"old"
+
+
+def test_a_file_that_cannot_be_written_is_noticed_before_the_search(silent, tmp_path):
+    run("log", tmp_path / "missing/log", "-p", silent, check=1)
+    run("log", tmp_path, "-p", silent, "--force", check=1)
+
+
+def test_the_search_does_not_count(tmp_path):
+    """At 57600 baud the receiver is found after three other rates, in more than the three seconds of the log."""
+    with Receiver("--rate", 57600, "--start", "hot") as receiver:
+        run("log", tmp_path / "log", "-p", receiver.port, "--for", 3, check=0)
+    assert (tmp_path / "log").read_bytes().count(b"$GPGGA,") >= 2
 
 
 @pytest.mark.parametrize("number", [signal.SIGINT, signal.SIGTERM])
