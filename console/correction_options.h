@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The options of commands that correct dates.
+// The options of commands that correct dates, and their notes about it.
 #pragma once
 
 #include <string>
 
 #include "console/dates.h"
 #include "console/options.h"
+#include "console/output.h"
 #include "console/parser.h"
 #include "console/result.h"
 
@@ -44,6 +45,24 @@ struct CorrectionOptions {
     }
 
     Reference ReferenceOrClock() const { return ReferenceOr({Today(), ReferenceKind::Clock}); }
+};
+
+// Notes why dates are corrected, or why not: with the first correction, and again when the reason changes.
+class CorrectionNotes
+{
+public:
+    explicit CorrectionNotes(Output& output) : output_(output) {}
+
+    void Take(const Correction& correction)
+    {
+        if (correction.reason == reason_) return;
+        reason_ = correction.reason;
+        output_.Note("dates: " + reason_);
+    }
+
+private:
+    Output& output_;
+    std::string reason_;
 };
 
 } // namespace console

@@ -53,12 +53,13 @@ std::string FormatTime(int64_t seconds)
     return FormatDate(DateOfTime(seconds)) + text;
 }
 
-void CorrectSample(Sample& sample, const Reference& reference)
+std::optional<Correction> CorrectSample(Sample& sample, const Reference& reference)
 {
-    if (!sample.time) return;
+    if (!sample.time) return {};
     sample.rawTime = sample.time;
     const Correction correction = CorrectDate(DateOfTime(*sample.time), reference, ReleaseDate());
     *sample.time += correction.epochs * DaysPerEpoch * SecondsPerDay;
+    return correction;
 }
 
 SampleGatherer::SampleGatherer(std::function<void(const Sample&)> give) : give_(std::move(give))

@@ -30,8 +30,9 @@ std::string FormatTime(int64_t seconds);
 // The date of a time.
 Date DateOfTime(int64_t seconds);
 
-// Corrects the sample's date by whole epochs, and keeps the reported time.
-void CorrectSample(Sample& sample, const Reference& reference);
+// Corrects the sample's date by whole epochs, and keeps the reported time. Returns the correction; no value
+// for a sample without a date.
+std::optional<Correction> CorrectSample(Sample& sample, const Reference& reference);
 
 // Collects samples as long as it exists: one for each sample that the chart records, with speed, course and
 // date from the following messages of the same second.

@@ -60,7 +60,8 @@ public:
 
     Page(const Page&) = delete;
 
-    void Paint(const std::string& correctedTime)
+    // `dates` is the line about corrected dates; it may be empty.
+    void Paint(const std::string& dates)
     {
         std::string text = Home;
         for (uint32_t i = 0; i < LastTextLine; ++i) { // the last line explains keys of the window program
@@ -68,8 +69,7 @@ public:
             CopyTextLine(i, line);
             text += ToUtf8(line) + ClearRight + "\r\n";
         }
-        if (!correctedTime.empty()) text += " Corrected: " + correctedTime;
-        output_.Raw(text + ClearBelow);
+        output_.Raw(text + dates + ClearBelow);
     }
 
 private:
@@ -86,10 +86,9 @@ public:
     Monitor(Context& context, const Arguments& arguments)
         : output_(context.output),
           asJson_(context.options.json),
-          gatherer_([this, &arguments](Sample sample) {
-              if (arguments.correction.wanted) CorrectSample(sample, arguments.correction.ReferenceOrClock());
-              Take(sample);
-          })
+          correction_(arguments.correction),
+          notes_(context.output),
+          gatherer_([this](const Sample& sample) { Take(sample); })
     {
         listener_.decoded = [this] { Decoded(); };
         if (asJson_ || arguments.plain || !OutputIsTerminal()) return;
@@ -112,7 +111,7 @@ public:
         if (wait(LongestQuiet))
             while (wait(Pause) && Clock::now() - begin < LongestQuiet) continue;
         gatherer_.Flush();
-        if (page_) page_->Paint(correctedTime_);
+        if (page_) page_->Paint(dates_);
         return Clock::now() < end;
     }
 
@@ -125,21 +124,26 @@ private:
         if (asJson_) output_.Raw(SkyLine(LatestFix));
     }
 
-    void Take(const Sample& sample)
+    void Take(Sample sample)
     {
+        std::optional<Correction> correction;
+        if (correction_.wanted) correction = CorrectSample(sample, correction_.ReferenceOrClock());
+        // A note would disturb the page, so the page has a line for it.
         if (page_) {
-            correctedTime_ = sample.rawTime ? FormatTime(*sample.time) : "";
-        } else if (asJson_) {
-            output_.Raw(TpvLine(sample));
-        } else {
-            output_.Raw(FixLine(sample) + "\n");
+            dates_.clear();
+            if (correction) dates_ = " Corrected: " + FormatTime(*sample.time) + ", " + correction->reason;
+            return;
         }
+        if (correction) notes_.Take(*correction);
+        output_.Raw(asJson_ ? TpvLine(sample) : FixLine(sample) + "\n");
     }
 
     Output& output_;
     bool asJson_, changed_ = false;
+    const CorrectionOptions& correction_;
+    CorrectionNotes notes_;
     uint32_t satelliteReports_ = 0;
-    std::string correctedTime_;
+    std::string dates_;                    // the page's line about corrected dates
     std::optional<AnsiTerminal> terminal_; // lives longer than the page, which ends with a sequence
     std::optional<Page> page_;
     SampleGatherer gatherer_;
@@ -152,8 +156,8 @@ void MonitorReceiver(Context& context, const Arguments& arguments)
     arguments.correction.ReferenceOrClock(); // a wrong option is noticed before a port is opened
     if (context.options.dryRun) return;      // it sends nothing
     context.output.noObject = true;
-    const Clock::time_point begin = Clock::now();
     const Receiver receiver = FindReceiver(context);
+    const Clock::time_point begin = Clock::now();
     Monitor monitor(context, arguments);
     while (monitor.Run(*receiver.session, begin + limit)) continue;
 }

@@ -178,8 +178,12 @@ void RelayStream(Context& context, const Arguments& arguments)
     std::optional<TcpServer> server;
     if (tcpPort != 0) server.emplace(session.Loop().Context(), tcpPort, received);
 
+    CorrectionNotes notes(context.output);
     DateMender mender([&](const Date& date) {
-        return CorrectDate(date, arguments.correction.ReferenceOrClock(), ReleaseDate()).corrected;
+        const Correction correction =
+            CorrectDate(date, arguments.correction.ReferenceOrClock(), ReleaseDate());
+        notes.Take(correction);
+        return correction.corrected;
     });
     Listener listener;
     listener.bytes = [&](std::span<const uint8_t> bytes) {

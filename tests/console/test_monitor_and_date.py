@@ -6,6 +6,7 @@ import os
 import pty
 import re
 import signal
+import socket
 
 import pytest
 from streams import Receiver, end, lines_of_json, read_some, run, start
@@ -56,6 +57,45 @@ def test_dates_are_corrected_only_on_request(old):
     fix = [line for line in lines_of_json(run("monitor", *arguments, check=0).stdout) if line["class"] == "TPV"][-1]
     assert fix["time"][:10] == "2026-11-21" and fix["rawTime"][:10] == "2007-04-07"
     assert fix["time"][10:] == fix["rawTime"][10:]
+
+
+def test_corrections_are_reported_with_their_reason(old):
+    def notes(*arguments):
+        return run("monitor", *old, "--for", 3, "--correct-dates", *arguments, check=0).stderr.decode()
+    assert notes("--reference", "2026-12-31") == (
+        "dates: plus 1024 weeks it lies within 26 weeks of the reference, 2026-12-31\n")
+    assert notes("--reference", "2020-01-01", "--json") == (
+        "dates: no number of 1024 weeks brings the date within 26 weeks of the reference, 2020-01-01\n")
+    assert notes("--reference", "2026-12-31", "-q") == ""
+
+
+def test_the_relay_reports_its_corrections(old):
+    with socket.socket() as probe:
+        probe.bind(("127.0.0.1", 0))
+        port = probe.getsockname()[1]
+    relay = start("relay", *old, "--tcp", port, "--correct-dates", "--reference", "2026-12-31")
+    try:
+        notes = read_some(relay.stderr.fileno(), lambda data: data.count(b"\n") == 2).decode().splitlines()
+    finally:
+        end(relay, signal.SIGINT)
+    assert notes[0].startswith("relaying ")
+    assert notes[1] == "dates: plus 1024 weeks it lies within 26 weeks of the reference, 2026-12-31"
+
+
+def test_the_page_has_the_reason(old):
+    master, slave = pty.openpty()
+    process = start("monitor", *old, "--correct-dates", "--reference", "2026-12-31", stdout=slave, stderr=slave)
+    os.close(slave)
+    reason = rb" Corrected: 2026-11-21T10:\d\d:\d\dZ, plus 1024 weeks it lies within 26 weeks of the reference, "
+    page = read_some(master, lambda data: re.search(reason, data))
+    assert end(process, signal.SIGINT)[0] == 130
+    assert b"dates:" not in page + read_some_of_ended(master).encode()
+
+
+def test_the_search_does_not_count():
+    """At 57600 baud the receiver is found after three other rates, in more than these three seconds."""
+    with Receiver("--rate", 57600, "--start", "hot") as receiver:
+        assert run("monitor", "-p", receiver.port, "--for", 3, check=0).stdout.count(b"\n") >= 2
 
 
 def test_the_page_is_renewed_in_place(sirf):
