@@ -71,6 +71,11 @@ inline std::filesystem::path PathOf(const std::string& name)
 // fopen for any path; null, with errno, if it fails.
 std::FILE* OpenFile(const std::filesystem::path& file, const char* mode);
 
+// Creates a file for writing bytes, with these permissions to read and write, except those that the user's
+// mask removes; Windows has no such permissions. Null, with errno, if it fails: EEXIST for a name that is
+// used already, also by a symbolic link.
+std::FILE* OpenNewFile(const std::filesystem::path& file, std::filesystem::perms permissions);
+
 bool InputIsTerminal();
 
 // True if standard input has something to read, or where a signal ends reading.

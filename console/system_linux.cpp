@@ -273,6 +273,21 @@ std::FILE* OpenFile(const fs::path& file, const char* mode)
     return std::fopen(file.c_str(), mode);
 }
 
+std::FILE* OpenNewFile(const fs::path& file, fs::perms permissions)
+{
+    constexpr mode_t ReadAndWrite = 0666;
+    const int opened = open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
+                            static_cast<mode_t>(permissions) & ReadAndWrite);
+    if (opened < 0) return nullptr;
+    std::FILE* const stream = fdopen(opened, "wb");
+    if (stream) return stream;
+    const int error = errno;
+    close(opened);
+    unlink(file.c_str());
+    errno = error;
+    return nullptr;
+}
+
 AnsiTerminal::AnsiTerminal()
 {
     const char* const kind = std::getenv("TERM");

@@ -9,6 +9,7 @@
 #include <cwchar>
 #include <fcntl.h>
 #include <io.h>
+#include <sys/stat.h>
 
 #include <windows.h>
 
@@ -262,6 +263,12 @@ void PrepareStandardStreams()
 std::FILE* OpenFile(const std::filesystem::path& file, const char* mode)
 {
     return _wfopen(file.c_str(), PathOf(mode).c_str());
+}
+
+std::FILE* OpenNewFile(const std::filesystem::path& file, std::filesystem::perms)
+{
+    const int opened = _wopen(file.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY, _S_IREAD | _S_IWRITE);
+    return opened < 0 ? nullptr : _fdopen(opened, "wb");
 }
 
 AnsiTerminal::AnsiTerminal()

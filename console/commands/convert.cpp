@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include <cerrno>
 #include <chrono>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iostream>
+#include <optional>
 
 #include "console/commands/commands.h"
 #include "console/correction_options.h"
+#include "console/files.h"
 #include "console/input_reader.h"
 #include "console/system.h"
 #include "console/track.h"
@@ -28,69 +28,43 @@ struct Arguments {
     CorrectionOptions correction;
 };
 
-// Destination of the track: standard output, or a file that gets its name only when it is complete.
+// Destination of the track: a file, or standard output.
 class TrackFile
 {
 public:
-    TrackFile(Output& output, const std::string& name) : output_(output), name_(name)
+    TrackFile(Output& output, const std::string& name) : output_(output)
     {
-        if (name.empty()) return;
-        std::error_code none;
-        // A device or pipe is written to directly.
-        const fs::path file = PathOf(name);
-        const bool isPlain = !fs::exists(file, none) || fs::is_regular_file(file, none);
-        if (isPlain) unfinished_ = PathOf(name + ".part");
-        file_ = OpenFile(isPlain ? unfinished_ : file, "wb");
-        if (!file_) FailToWrite();
+        if (!name.empty()) file_.emplace(name);
     }
 
-    ~TrackFile()
-    {
-        if (file_) std::fclose(file_);
-        std::error_code none;
-        if (!unfinished_.empty()) fs::remove(unfinished_, none);
-    }
-
-    TrackFile(const TrackFile&) = delete;
+    bool IsStandardOutput() const { return !file_; }
 
     void Write(std::string_view text)
     {
+        if (file_) {
+            file_->Write(text);
+            return;
+        }
         buffer_ += text;
         if (buffer_.size() >= Portion) Flush();
     }
 
     void Finish()
     {
-        Flush();
-        if (!file_) return;
-        if (std::fclose(std::exchange(file_, nullptr)) != 0) FailToWrite();
-        if (unfinished_.empty()) return;
-        std::error_code error;
-        fs::rename(unfinished_, PathOf(name_), error);
-        if (error) Fail(FailureKind::Failed, name_ + ": " + error.message());
-        unfinished_.clear();
+        if (file_)
+            file_->Finish();
+        else
+            Flush();
     }
 
 private:
     static constexpr size_t Portion = 32768;
 
-    void Flush()
-    {
-        const std::string text = std::exchange(buffer_, {});
-        if (!file_) {
-            output_.Raw(text);
-        } else if (std::fwrite(text.data(), 1, text.size(), file_) != text.size() ||
-                   std::fflush(file_) != 0) {
-            FailToWrite();
-        }
-    }
-
-    [[noreturn]] void FailToWrite() const { Fail(FailureKind::Failed, name_ + ": " + std::strerror(errno)); }
+    void Flush() { output_.Raw(std::exchange(buffer_, {})); }
 
     Output& output_;
-    std::string name_, buffer_;
-    fs::path unfinished_;
-    std::FILE* file_ = nullptr;
+    std::optional<NewFile> file_;
+    std::string buffer_;
 };
 
 Date DateOfFile(const std::string& name)
@@ -107,6 +81,7 @@ class Conversion
 public:
     Conversion(Context& context, const Arguments& arguments)
         : arguments_(arguments),
+          notes_(context.output),
           file_(context.output, arguments.output),
           writer_(MakeTrackWriter(arguments.format, [this](std::string_view text) { file_.Write(text); })),
           gatherer_([this](const Sample& sample) { Put(sample); })
@@ -131,28 +106,37 @@ public:
     void End()
     {
         gatherer_.Flush();
-        writer_->End();
-        file_.Finish();
-        if (NmeaMessageCount.load() + SirfMessageCount.load() > 0) return;
-        if (bytes_ == 0) Fail(FailureKind::Silent, "no byte to convert");
-        Fail(FailureKind::Noise, "neither a sentence nor a message in " + std::to_string(bytes_) + " bytes");
+        // Data without a message makes no track, so a file that is there already stays.
+        if (NmeaMessageCount.load() + SirfMessageCount.load() == 0) {
+            if (bytes_ == 0) Fail(FailureKind::Silent, "no byte to convert");
+            Fail(FailureKind::Noise,
+                 "neither a sentence nor a message in " + std::to_string(bytes_) + " bytes");
+        }
+        Finish();
     }
 
     uint64_t Points() const { return points_; }
 
-    // After an interruption, the data read until then makes a complete track.
+    // After an interruption, the points read until then make a complete track. Without any point a file that
+    // is there already stays.
     void EndEarly()
     {
         gatherer_.Flush();
+        if (points_ > 0 || file_.IsStandardOutput()) Finish();
+    }
+
+private:
+    void Finish()
+    {
         writer_->End();
         file_.Finish();
     }
 
-private:
     void Put(Sample sample)
     {
         if (!sample.IsPoint()) return;
-        if (arguments_.correction.wanted) CorrectSample(sample, reference_);
+        if (arguments_.correction.wanted)
+            if (const auto correction = CorrectSample(sample, reference_)) notes_.Take(*correction);
         ++points_;
         writer_->Point(sample, segments_.BeginsWith(sample));
     }
@@ -166,6 +150,7 @@ private:
 
     const Arguments& arguments_;
     EventLoop loop_;
+    CorrectionNotes notes_;
     TrackFile file_;
     std::unique_ptr<TrackWriter> writer_;
     Segments segments_;

@@ -2,8 +2,8 @@
 // Makes system calls on one file fail, in a program that loads this library first (LD_PRELOAD).
 //
 // TORAVANE_FAULT is "CALL ERROR N PATH": the N-th such call (1: the first) and all later ones fail with that
-// error number. CALL is open, read, write, tcgetattr, tcsetattr, ioctl, fopen, fwrite, fread or symlink; PATH
-// is the beginning of the file's name.
+// error number. CALL is open, read, write, tcgetattr, tcsetattr, ioctl, fopen (also for fdopen), fwrite,
+// fclose or symlink; PATH is the beginning of the file's name.
 
 #include <cerrno>
 #include <cstdarg>
@@ -117,6 +117,15 @@ FILE* fopen(const char* path, const char* mode)
     if (!IsMeant(path)) return Real<FILE*(const char*, const char*)>("fopen")(path, mode);
     if (Fails("fopen")) return nullptr;
     FILE* const stream = Real<FILE*(const char*, const char*)>("fopen")(path, mode);
+    if (stream) Streams().insert(stream);
+    return stream;
+}
+
+FILE* fdopen(int file, const char* mode) noexcept
+{
+    if (!Files().contains(file)) return Real<FILE*(int, const char*)>("fdopen")(file, mode);
+    if (Fails("fopen")) return nullptr;
+    FILE* const stream = Real<FILE*(int, const char*)>("fdopen")(file, mode);
     if (stream) Streams().insert(stream);
     return stream;
 }

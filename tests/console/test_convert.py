@@ -149,6 +149,87 @@ def test_without_a_message_it_is_no_track(log):
     assert b"the track is empty" in done.stderr
 
 
+@pytest.mark.parametrize("data", [b"", bytes(range(256)) * 20])
+def test_what_is_no_track_replaces_none(log, tmp_path, data):
+    output = tmp_path / "track.gpx"
+    output.write_bytes(b"old")
+    assert run("convert", log(data), "--to", "gpx", "-o", output).returncode == 6
+    assert output.read_bytes() == b"old"
+    assert sorted(entry.name for entry in tmp_path.iterdir()) == ["log.txt", "track.gpx"]
+
+
+def test_files_of_other_names_stay(log, tmp_path):
+    for name in ("track.csv.part", "track.csv.part2", "track.csv.new"):
+        (tmp_path / name).write_bytes(b"mine")
+    run("convert", log(epoch("100035.000")), "--to", "csv", "-o", tmp_path / "track.csv", check=0)
+    assert (tmp_path / "track.csv").read_bytes().count(b"\n") == 2
+    for name in ("track.csv.part", "track.csv.part2", "track.csv.new"):
+        assert (tmp_path / name).read_bytes() == b"mine"
+    assert len(list(tmp_path.iterdir())) == 5
+
+
+@pytest.mark.parametrize("mode", [0o600, 0o666])
+def test_permissions_stay(log, tmp_path, mode):
+    output = tmp_path / "track.csv"
+    output.touch()
+    output.chmod(mode)
+    run("convert", log(epoch("100035.000")), "--to", "csv", "-o", output, check=0)
+    assert output.stat().st_size > 0 and output.stat().st_mode & 0o777 == mode
+
+
+@pytest.mark.parametrize("exists", [True, False])
+def test_a_link_stays_a_link(log, tmp_path, exists):
+    folder = tmp_path / "tracks"
+    folder.mkdir()
+    if exists:
+        (folder / "track.csv").write_bytes(b"old")
+    (tmp_path / "first").symlink_to("second")
+    (tmp_path / "second").symlink_to("tracks/track.csv")
+    run("convert", log(epoch("100035.000")), "--to", "csv", "-o", tmp_path / "first", check=0)
+    assert os.readlink(tmp_path / "first") == "second" and os.readlink(tmp_path / "second") == "tracks/track.csv"
+    assert (folder / "track.csv").read_bytes().startswith(b"time,latitude,")
+    assert [entry.name for entry in folder.iterdir()] == ["track.csv"]
+
+
+def test_links_in_a_circle_are_an_error(log, tmp_path):
+    (tmp_path / "a").symlink_to("b")
+    (tmp_path / "b").symlink_to("a")
+    run("convert", log(epoch("100035.000")), "--to", "csv", "-o", tmp_path / "a", check=1)
+    assert sorted(entry.name for entry in tmp_path.iterdir()) == ["a", "b", "log.txt"]
+
+
+def test_pipes_are_written_directly(log):
+    done = run("convert", log(epoch("100035.000")), "--to", "csv", "-o", "/dev/stdout", check=0)
+    assert done.stdout.count(b"\n") == 2
+
+
+@pytest.mark.parametrize("data", [b"", gga("100035.000", quality=0) + b"x" * 100000])
+def test_interrupted_before_any_point_it_keeps_the_old_file(tmp_path, data):
+    output = tmp_path / "track.gpx"
+    output.write_bytes(b"old")
+    process = start("convert", "-", "--to", "gpx", "-o", output, stdin=subprocess.PIPE)
+    wait_until(lambda: len(list(tmp_path.iterdir())) == 2, "a draft")
+    process.stdin.write(data)
+    process.stdin.flush()
+    process.send_signal(signal.SIGINT)
+    assert process.wait(30) == 130
+    process.communicate()
+    assert output.read_bytes() == b"old" and len(list(tmp_path.iterdir())) == 1
+
+
+def test_corrections_are_reported_with_their_reason(log):
+    def notes(*arguments):
+        return run("convert", *arguments, "--to", "csv", "--correct-dates", check=0).stderr.decode()
+    path = log(epoch("100035.000", "070407"), epoch("100036.000", "070407"), changed="2026-11-25")
+    corrected = "dates: plus 1024 weeks it lies within 26 weeks of the file's last change, 2026-11-25\n"
+    assert notes(path) == corrected
+    assert notes(path, "-q") == ""
+    late = log(epoch("100040.000", "070407"), changed="2030-01-01", name="late")
+    refused = "dates: no number of 1024 weeks brings the date within 26 weeks of the file's last change, 2030-01-01\n"
+    assert notes(late) == refused
+    assert notes(path, late, late, path) == corrected + refused + corrected
+
+
 def test_interrupted_it_ends_with_a_whole_track(tmp_path):
     output, unfinished = tmp_path / "track.gpx", tmp_path / "track.gpx.part"
     process = start("convert", "-", "--to", "gpx", "-o", output, stdin=subprocess.PIPE)

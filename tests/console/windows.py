@@ -20,6 +20,10 @@ Terminal = "a console of Wine does not carry out ANSI sequences; test_windows.py
 # Files and tests that cannot be run with the Windows program, with the reason.
 Reasons = {
     "test_completion": "made of the same description on every system, for shells of Linux",
+    "test_convert::test_a_link_stays_a_link": Linux + "symbolic links, which Wine follows unseen",
+    "test_convert::test_links_in_a_circle_are_an_error": Linux + "symbolic links, which Wine follows unseen",
+    "test_convert::test_permissions_stay": Linux + "permissions of a file for others",
+    "test_convert::test_pipes_are_written_directly": Linux + "a name for standard output",
     "test_documents::test_the_unit_is_one_that_systemd_takes": Linux + "systemd",
     "test_documents::test_the_rule_starts_that_unit": Linux + "udev",
     "test_failing_calls": Linux + "a library that is loaded into the program and lets its system calls fail",
@@ -33,7 +37,10 @@ Reasons = {
     "test_log::test_interrupted_the_file_is_whole[15]": Signal,
     "test_monitor_and_date::test_plain_lines_on_a_terminal_too": Terminal,
     "test_monitor_and_date::test_the_page_is_renewed_in_place": Terminal,
+    "test_monitor_and_date::test_the_page_has_the_reason": Terminal,
+    "test_ports": Linux + "groups, and names of processes that hold a port",
     "test_profile::test_colours_on_a_terminal": Terminal,
+    "test_profile::test_saving_leaves_other_files_and_permissions": Linux + "permissions of a file for others",
     "test_relay::test_pseudo_terminal": Linux + "--pty",
     "test_relay::test_more_readers_than_descriptors": Linux + "setrlimit",
     "test_relay::test_mended_dates": Linux + "--pty",
