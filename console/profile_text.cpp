@@ -8,8 +8,12 @@ namespace console
 
 std::vector<ProfileEntry> ParseProfile(const std::string& text, const std::string& name)
 {
+    // Editors and shells of Windows write such files.
+    constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"))
+        Fail(FailureKind::Usage, name + " is UTF-16: save it as UTF-8");
     std::vector<ProfileEntry> entries;
-    std::istringstream lines(text);
+    std::istringstream lines(text.substr(text.starts_with(ByteOrderMark) ? ByteOrderMark.size() : 0));
     std::string line;
     for (size_t number = 1; std::getline(lines, line); ++number) {
         std::istringstream words(line);

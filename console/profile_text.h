@@ -12,8 +12,8 @@ struct ProfileEntry {
     std::vector<KeyValue> values;
 };
 
-// Throws Failure of the kind Usage, with the line's number, for a line that is not a setting. `name` is the
-// file's name.
+// Reads UTF-8, with or without a byte-order mark. Throws Failure of the kind Usage, with the line's number,
+// for a line that is not a setting, and for UTF-16. `name` is the file's name.
 std::vector<ProfileEntry> ParseProfile(const std::string& text, const std::string& name);
 
 } // namespace console

@@ -40,6 +40,26 @@ std::string Today()
     return text;
 }
 
+const char* TextOf(Reply reply)
+{
+    return reply == Reply::Refused ? "refused" : "no answer";
+}
+
+// True if all values can be sent. A receiver may report others.
+bool CanBeSent(const Setting& setting, const SettingValues& values)
+{
+    for (size_t key = 0; key < setting.keys.size(); ++key)
+        if (!AcceptsValue(setting.layout->fields[key], values[key])) return false;
+    return true;
+}
+
+std::string Joined(const std::vector<std::string>& names)
+{
+    std::string text;
+    for (const std::string& name : names) text += (text.empty() ? "" : ", ") + name;
+    return text;
+}
+
 void Save(Context& context, const ProfileOptions& options)
 {
     if (options.file == "-") RefuseJson(context, "profile save -");
@@ -61,23 +81,37 @@ void Save(Context& context, const ProfileOptions& options)
         Json& settings = context.output.object["settings"] = Json::object();
         std::optional<Reply> worst;
         bool any = false;
+        std::vector<std::string> leftOut, unanswered;
         for (const Setting& setting : Settings()) {
+            const std::string name = setting.name;
             const SettingAnswer answer = ReadSetting(session, setting, limit);
-            const bool answered = answer.reply == Reply::Answered;
-            settings[setting.name] = answered ? SettingJson(setting, answer.values) : Json(nullptr);
-            any |= answered;
-            if (answered)
-                text += SettingText(setting, answer.values) + '\n';
-            else
-                text += "# " + std::string(setting.name) +
-                        (answer.reply == Reply::Refused ? ": refused\n" : ": no answer\n");
-            if (!answered && !worst) worst = answer.reply;
+            if (answer.reply != Reply::Answered) {
+                settings[name] = nullptr;
+                text += "# " + name + ": " + TextOf(answer.reply) + '\n';
+                leftOut.push_back(name + " (" + TextOf(answer.reply) + ")");
+                if (answer.reply == Reply::Silent) unanswered.push_back(name);
+                if (!worst) worst = answer.reply;
+                continue;
+            }
+            settings[name] = SettingJson(setting, answer.values);
+            const std::string line = SettingText(setting, answer.values);
+            const bool canBeSent = CanBeSent(setting, answer.values);
+            text += canBeSent ? line + '\n' : "# " + line + ": cannot be sent back\n";
+            if (!canBeSent) leftOut.push_back(name + " (cannot be sent back)");
+            any = true;
         }
         if (!any) Require(*worst, "profile save");
+        // An older profile contains more than one with gaps that the next attempt may fill.
+        if (!unanswered.empty() && options.file != "-" && IsOrdinaryFile(options.file))
+            Fail(FailureKind::NoAnswer,
+                 Joined(unanswered) + ": no answer in time; " + options.file + " stays as it was");
         if (options.file == "-")
             context.output.Raw(text);
         else
             WriteWholeFile(options.file, text);
+        if (!leftOut.empty())
+            context.output.Note(std::to_string(leftOut.size()) + " of " + std::to_string(Settings().size()) +
+                                " settings not saved: " + Joined(leftOut));
     });
 }
 
@@ -126,8 +160,7 @@ void Diff(Context& context, const ProfileOptions& options)
                      {"file", ValueJson(setting, value.key, value.value)}});
             }
             if (after == setting.name) continue;
-            if (!answered)
-                before = "# " + before + (answer.reply == Reply::Refused ? ": refused" : ": no answer");
+            if (!answered) before = "# " + before + ": " + TextOf(answer.reply);
             output.Line(output.Coloured(Colour::Bad, "-" + before));
             output.Line(output.Coloured(Colour::Good, "+" + after));
         }
@@ -160,19 +193,32 @@ void Apply(Context& context, const ProfileOptions& options)
         };
         report();
         std::optional<Failure> first;
+        const auto note = [&](const Failure& failure) {
+            if (first)
+                output.Error(failure.message);
+            else
+                first = failure;
+        };
+        // Standard output that is closed half-way must not leave the receiver half-way.
+        const auto print = [&](const auto& part) {
+            try {
+                part();
+            } catch (const Failure& failure) {
+                note(failure);
+            }
+        };
         for (const ProfileEntry& entry : entries) {
             const ChangeResult result = ChangeSetting(session, *entry.setting, entry.values, {},
                                                       Seconds(context.options.timeoutSeconds));
-            PrintChange(output, *entry.setting, result);
             (result.failure ? failed : result.sent ? applied : unchanged).push_back(entry.setting->name);
             report();
-            if (result.failure && first)
-                output.Error(result.failure->message);
-            else if (result.failure)
-                first = result.failure;
+            print([&] { PrintChange(output, *entry.setting, result); });
+            if (result.failure) note(*result.failure);
         }
-        output.Line(std::to_string(applied.size()) + " applied, " + std::to_string(unchanged.size()) +
-                    " unchanged, " + std::to_string(failed.size()) + " failed");
+        print([&] {
+            output.Line(std::to_string(applied.size()) + " applied, " + std::to_string(unchanged.size()) +
+                        " unchanged, " + std::to_string(failed.size()) + " failed");
+        });
         if (first) throw Failure(*first);
     });
 }

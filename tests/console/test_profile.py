@@ -81,6 +81,72 @@ def test_save_to_standard_output_and_to_what_cannot_be_written():
         ctl(receiver, "profile", "save", "/dev/full", check=1)
 
 
+def test_saving_leaves_other_files_and_permissions(tmp_path):
+    file, link = tmp_path / "pp", tmp_path / "link"
+    for name in ("pp.new", "pp.part"):
+        (tmp_path / name).write_text("mine")
+    file.touch()
+    file.chmod(0o600)
+    link.symlink_to("pp")
+    with sirf_receiver() as receiver:
+        ctl(receiver, "profile", "save", link, check=0)
+    assert (tmp_path / "pp.new").read_text() == (tmp_path / "pp.part").read_text() == "mine"
+    assert link.is_symlink() and file.stat().st_mode & 0o777 == 0o600
+    assert file.read_text().startswith("# settings of a receiver")
+    assert len(list(tmp_path.iterdir())) == 4
+
+
+def test_values_that_cannot_be_sent_back_are_comments(tmp_path):
+    file = tmp_path / "profile"
+    with sirf_receiver("--fault", "alter=140:1:60") as receiver:
+        ctl(receiver, "set", "power-mask", "tracking=30", check=8)
+        done = ctl(receiver, "profile", "save", file, check=0)
+        assert done.stderr == b"1 of 11 settings not saved: power-mask (cannot be sent back)\n"
+        assert "\n# power-mask tracking=60 navigation=28: cannot be sent back\n" in file.read_text()
+        assert len(run("profile", "show", file, check=0).stdout.splitlines()) == 10
+        ctl(receiver, "profile", "apply", file, check=0)
+
+
+def test_settings_without_an_answer_are_named(tmp_path):
+    file = tmp_path / "profile"
+    with sirf_receiver("--refuse", 170, "--fault", "mute=139", "--fault", "mute=137") as receiver:
+        note = b"3 of 11 settings not saved: elevation-mask (no answer), dop-mask (no answer), sbas (refused)\n"
+        assert ctl(receiver, "-t", 0.3, "profile", "save", file, check=0).stderr == note
+        assert "\n# elevation-mask: no answer\n" in file.read_text() and "\n# sbas: refused\n" in file.read_text()
+        assert ctl(receiver, "-t", 0.3, "-q", "profile", "save", "-", check=0).stderr == b""
+        # An older profile may have what this one lacks.
+        file.write_text("old")
+        done = ctl(receiver, "-t", 0.3, "profile", "save", file, check=9)
+        assert done.stderr.decode() == (f"toravanectl: elevation-mask, dop-mask: no answer in time; {file} stays as it "
+                                        "was\n")
+        assert file.read_text() == "old"
+    with sirf_receiver("--refuse", 170) as receiver:  # which it will never report
+        assert ctl(receiver, "profile", "save", file, check=0).stderr == b"1 of 11 settings not saved: sbas (refused)\n"
+        assert file.read_text().startswith("# settings of a receiver")
+
+
+def test_apply_goes_on_without_its_output(tmp_path):
+    file = tmp_path / "profile"
+    file.write_text("static-navigation enabled=on\nelevation-mask tracking=10.0\npower-mask navigation=33\n")
+    with sirf_receiver() as receiver:
+        reading, writing = os.pipe()
+        os.close(reading)
+        process = start("-p", receiver.port, "-b", 57600, "profile", "apply", file, stdout=writing)
+        os.close(writing)
+        _, error = process.communicate(timeout=Limit)
+        assert process.returncode == 1 and error.startswith(b"toravanectl: standard output: "), error
+        ctl(receiver, "profile", "diff", file, check=0)
+
+
+def test_encodings_of_windows(tmp_path):
+    file, setting = tmp_path / "profile", "power-mask navigation=33\r\n"
+    file.write_text(setting, encoding="utf-8-sig", newline="")
+    assert run("profile", "show", file, check=0).stdout == b"power-mask navigation=33\n"
+    for encoding in ("utf-16-le", "utf-16-be"):
+        file.write_bytes(("\ufeff" + setting).encode(encoding))
+        assert run("profile", "show", file, check=2).stderr.endswith(b"is UTF-16: save it as UTF-8\n")
+
+
 @pytest.mark.parametrize("variables, coloured", [({}, True), ({"NO_COLOR": "1"}, False), ({"TERM": "dumb"}, False)])
 def test_colours_on_a_terminal(variables, coloured):
     master, slave = pty.openpty()
