@@ -219,7 +219,10 @@ std::string TpvLine(const Sample& sample)
     Json line = {{"class", "TPV"}};
     if (sample.time) line["time"] = FormatTime(*sample.time);
     if (sample.rawTime) line["rawTime"] = FormatTime(*sample.rawTime);
-    line["mode"] = static_cast<int>(fix.Mode);
+    // 0: not known, 1: no fix, 2: 2D, 3: 3D. A fix without a position, because its sentence was damaged, is
+    // not known.
+    const bool claimsFix = fix.Mode == FixMode::TwoD || fix.Mode == FixMode::ThreeD;
+    line["mode"] = static_cast<int>(claimsFix && !sample.IsPoint() ? FixMode::Unknown : fix.Mode);
     if (sample.IsPoint()) {
         PutNumber(line, "lat", fix.LatitudeDegrees, DegreeDecimals);
         PutNumber(line, "lon", fix.LongitudeDegrees, DegreeDecimals);

@@ -127,6 +127,12 @@ TEST(Track, Json)
     sample.fix.Mode = FixMode::None;
     EXPECT_EQ(TpvLine(sample), "{\"class\":\"TPV\",\"time\":\"2008-06-21T12:00:00Z\",\"rawTime\":"
                                "\"1988-11-05T12:00:00Z\",\"mode\":1}\n");
+    for (const FixMode mode : {FixMode::TwoD, FixMode::ThreeD}) { // the position could not be read
+        sample = BarePoint();
+        sample.fix.Mode = mode;
+        sample.fix.LatitudeDegrees = NotKnown;
+        EXPECT_EQ(TpvLine(sample), "{\"class\":\"TPV\",\"mode\":0}\n");
+    }
     sample = Point(Noon);
     sample.fix.AltitudeEllipsoidMetres = 507.7;
     sample.fix.GeoidSeparationMetres = 48.2;
