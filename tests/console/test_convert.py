@@ -149,7 +149,7 @@ def test_without_a_message_it_is_no_track(log):
     assert b"the track is empty" in done.stderr
 
 
-@pytest.mark.parametrize("data", [b"", bytes(range(256)) * 20])
+@pytest.mark.parametrize("data", [b"", bytes(range(256)) * 20], ids=["nothing", "noise"])
 def test_what_is_no_track_replaces_none(log, tmp_path, data):
     output = tmp_path / "track.gpx"
     output.write_bytes(b"old")
@@ -203,7 +203,7 @@ def test_pipes_are_written_directly(log):
     assert done.stdout.count(b"\n") == 2
 
 
-@pytest.mark.parametrize("data", [b"", gga("100035.000", quality=0) + b"x" * 100000])
+@pytest.mark.parametrize("data", [b"", gga("100035.000", quality=0) + b"x" * 100000], ids=["nothing", "no fix"])
 def test_interrupted_before_any_point_it_keeps_the_old_file(tmp_path, data):
     output = tmp_path / "track.gpx"
     output.write_bytes(b"old")

@@ -89,6 +89,8 @@ def test_saving_leaves_other_files_and_permissions(tmp_path):
     file.chmod(0o600)
     link.symlink_to("pp")
     with sirf_receiver() as receiver:
+        ctl(receiver, "profile", "save", file, check=0)
+        assert file.stat().st_size > 0 and file.stat().st_mode & 0o777 == 0o600
         ctl(receiver, "profile", "save", link, check=0)
     assert (tmp_path / "pp.new").read_text() == (tmp_path / "pp.part").read_text() == "mine"
     assert link.is_symlink() and file.stat().st_mode & 0o777 == 0o600
