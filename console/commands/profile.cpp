@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
 #include <ctime>
 
 #include "console/commands/commands.h"
@@ -60,6 +61,20 @@ std::string Joined(const std::vector<std::string>& names)
     return text;
 }
 
+// The settings of an older profile among these: a new file without them would lose them.
+std::vector<std::string> InOldProfile(const std::string& file, const std::vector<std::string>& names)
+{
+    if (names.empty() || file == "-" || !IsOrdinaryFile(file)) return {};
+    std::vector<std::string> found;
+    try {
+        for (const ProfileEntry& entry : ParseProfile(ReadWholeFile(file, LargestProfile), file))
+            if (std::find(names.begin(), names.end(), entry.setting->name) != names.end())
+                found.push_back(entry.setting->name);
+    } catch (const Failure&) { // no profile
+    }
+    return found;
+}
+
 void Save(Context& context, const ProfileOptions& options)
 {
     if (options.file == "-") RefuseJson(context, "profile save -");
@@ -101,10 +116,10 @@ void Save(Context& context, const ProfileOptions& options)
             any = true;
         }
         if (!any) Require(*worst, "profile save");
-        // An older profile contains more than one with gaps that the next attempt may fill.
-        if (!unanswered.empty() && options.file != "-" && IsOrdinaryFile(options.file))
-            Fail(FailureKind::NoAnswer,
-                 Joined(unanswered) + ": no answer in time; " + options.file + " stays as it was");
+        const std::vector<std::string> lost = InOldProfile(options.file, unanswered);
+        if (!lost.empty())
+            Fail(FailureKind::NoAnswer, Joined(lost) + ": no answer in time; " + options.file +
+                                            " has values for that, and stays as it was");
         if (options.file == "-")
             context.output.Raw(text);
         else

@@ -116,12 +116,13 @@ def test_settings_without_an_answer_are_named(tmp_path):
         assert ctl(receiver, "-t", 0.3, "profile", "save", file, check=0).stderr == note
         assert "\n# elevation-mask: no answer\n" in file.read_text() and "\n# sbas: refused\n" in file.read_text()
         assert ctl(receiver, "-t", 0.3, "-q", "profile", "save", "-", check=0).stderr == b""
-        # An older profile may have what this one lacks.
-        file.write_text("old")
+        assert ctl(receiver, "-t", 0.3, "profile", "save", file, check=0).stderr == note
+        # An older profile has what this one lacks.
+        file.write_text("sbas prn=120\ndop-mask gdop=9\n")
         done = ctl(receiver, "-t", 0.3, "profile", "save", file, check=9)
-        assert done.stderr.decode() == (f"toravanectl: elevation-mask, dop-mask: no answer in time; {file} stays as it "
-                                        "was\n")
-        assert file.read_text() == "old"
+        assert done.stderr.decode() == (f"toravanectl: dop-mask: no answer in time; {file} has values for that, and stays "
+                                        "as it was\n")
+        assert file.read_text() == "sbas prn=120\ndop-mask gdop=9\n"
     with sirf_receiver("--refuse", 170) as receiver:  # which it will never report
         assert ctl(receiver, "profile", "save", file, check=0).stderr == b"1 of 11 settings not saved: sbas (refused)\n"
         assert file.read_text().startswith("# settings of a receiver")
