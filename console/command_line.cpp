@@ -10,6 +10,62 @@
 namespace console
 {
 
+namespace
+{
+
+constexpr const char* RateVariable = "TORAVANE_RATE";
+
+// The library's own help, with names as a command's synopsis has them, and the place of the common options.
+class HelpFormatter : public CLI::Formatter
+{
+    std::string make_option_name(const CLI::Option* option, bool isPositional) const override
+    {
+        const std::string name = CLI::Formatter::make_option_name(option, isPositional);
+        return name.substr(0, name.find('{')); // after it: the value of a flag without "="
+    }
+    std::string make_option_opts(const CLI::Option* option) const override
+    {
+        if (option->get_positional()) return Repeats(*option) ? "..." : "";
+        if (option->get_items_expected_max() == 0 && !option->get_type_name().empty())
+            return "[=" + option->get_type_name() + "]";
+        return CLI::Formatter::make_option_opts(option);
+    }
+    std::string make_footer(const CLI::App* app) const override
+    {
+        return app->get_parent()
+                   ? "Options of every command (--port, --rate, --json, ...): toravanectl --help\n"
+                   : "";
+    }
+};
+
+// "toravanectl profile save"
+std::string FullName(const CLI::App& app)
+{
+    const CLI::App* const parent = app.get_parent();
+    return (parent ? FullName(*parent) + ' ' : "") + app.get_name();
+}
+
+// The library's App::help describes the given command instead, if there is one.
+std::string HelpOf(const CLI::App& app)
+{
+    return app.get_formatter()->make_help(&app, FullName(app), CLI::AppFormatMode::Normal);
+}
+
+// Names of the commands within a command, or within the program.
+std::vector<std::string> CommandNames(const CLI::App& app)
+{
+    std::vector<std::string> names;
+    for (const CLI::App* sub : app.get_subcommands({})) names.push_back(sub->get_name());
+    return names;
+}
+
+} // namespace
+
+bool Repeats(const CLI::Option& option)
+{
+    return option.get_items_expected_max() >= CLI::detail::expected_max_vector_size;
+}
+
 std::span<const Command> Commands()
 {
     static constexpr Command All[] = {
@@ -44,41 +100,83 @@ CommandLine::CommandLine()
     app_.allow_windows_style_options(false);
     app_.fallthrough();
     app_.require_subcommand(1);
+    app_.formatter(std::make_shared<HelpFormatter>());
     app_.set_help_flag("-h,--help", "print this help and end");
     app_.set_version_flag("-V,--version", "toravanectl " TORAVANE_VERSION, "print the version and end");
-    app_.add_option("-p,--port", port_, "serial port; else the only one there is")
-        ->envname("TORAVANE_PORT")
-        ->type_name("PORT");
-    app_.add_option("-b,--rate", rate_, "line rate in bits/s, 1200 to 115200; else it is found")
-        ->envname("TORAVANE_RATE")
-        ->type_name("RATE");
-    app_.add_option("-t,--timeout", timeout_, "how long an answer of the receiver is waited for (2)")
-        ->type_name("SECONDS");
-    app_.add_flag("--json", flags_.json, "print one JSON object instead of text");
-    app_.add_flag("-n,--dry-run", flags_.dryRun, "open no port, print what would be sent");
-    app_.add_flag("-y,--yes", flags_.yes, "yes to what would be asked");
-    app_.add_flag("-v,--verbose", flags_.verbose, "each sentence and frame on standard error");
-    app_.add_flag("-q,--quiet", flags_.quiet, "no notes on standard error");
+    Parser whole(&app_, &notes_);
+    whole.Option("-p,--port", port_, "serial port; else the only one there is")
+        .Environment("TORAVANE_PORT")
+        .TypeName("PORT");
+    whole.Option("-b,--rate", rate_, "line rate in bits/s, 1200 to 115200; else it is found")
+        .Environment(RateVariable)
+        .TypeName("RATE")
+        .Suggest(RateTexts());
+    whole.Option("-t,--timeout", timeout_, "how long an answer of the receiver is waited for (2)")
+        .TypeName("SECONDS");
+    whole.Flag("--json", flags_.json, "print one JSON object instead of text");
+    whole.Flag("-n,--dry-run", flags_.dryRun, "open no port, print what would be sent");
+    whole.Flag("-y,--yes", flags_.yes, "yes to what would be asked");
+    whole.Flag("-v,--verbose", flags_.verbose, "each sentence and frame on standard error");
+    whole.Flag("-q,--quiet", flags_.quiet, "no notes on standard error");
     for (const Command& command : Commands()) {
         CLI::App* const sub = app_.add_subcommand(command.name, command.summary);
-        Parser parser(sub);
+        Parser parser(sub, &notes_);
         actions_.emplace_back(sub, command.define(parser));
     }
+    DefineHelp();
+}
+
+void CommandLine::DefineHelp()
+{
     CLI::App* const help = app_.add_subcommand("help", "print the help of a command");
-    help->add_option("COMMAND", helpWords_, "the command")->type_name("");
+    Parser parser(help, &notes_);
+    parser.NeedsNoPort();
+    Parameter topics =
+        parser.Option("COMMAND", helpWords_, "the command; else the program").Suggest(CommandNames(app_));
+    for (const CLI::App* sub : app_.get_subcommands({})) {
+        const std::vector<std::string> inner = CommandNames(*sub);
+        if (!inner.empty()) topics.SuggestAfter(sub->get_name(), inner);
+    }
     actions_.emplace_back(help, [this](Context& context) {
-        CLI::App* topic = &app_;
-        std::string before; // the words that lead to it
+        const CLI::App* topic = &app_;
         for (const std::string& word : helpWords_) {
             const auto found =
                 topic->get_subcommands([&](const CLI::App* sub) { return sub->get_name() == word; });
-            if (found.empty()) Fail(FailureKind::Usage, "no command \"" + word + "\"");
-            before += (before.empty() ? "" : " ") + topic->get_name();
+            if (found.empty()) FailUnknown(*topic, word);
             topic = found[0];
         }
         context.output.noObject = true;
-        context.output.Raw(topic->help(before));
+        context.output.Raw(HelpOf(*topic));
     });
+}
+
+const CLI::App& CommandLine::Given() const
+{
+    const CLI::App* app = &app_;
+    for (auto inner = app->get_subcommands(); !inner.empty(); inner = app->get_subcommands()) app = inner[0];
+    return *app;
+}
+
+void CommandLine::FailUnknown(const CLI::App& within, const std::string& word)
+{
+    const std::string program = FullName(within);
+    const size_t blank = program.find(' ');
+    const std::string before = blank == program.npos ? "" : program.substr(blank + 1) + ' ';
+    const std::string wrong = word.empty() ? "give a command" : "no command \"" + before + word + '"';
+    const bool hasCommands = !CommandNames(within).empty();
+    Fail(FailureKind::Usage, wrong + (hasCommands ? "; \"" + program + " --help\" lists them" : ""));
+}
+
+void CommandLine::FailParsing(const CLI::ParseError& error) const
+{
+    const CLI::App& given = Given();
+    if (error.get_name() == "RequiredError" && given.get_require_subcommand_min() > 0) {
+        const std::vector<std::string> words = app_.remaining(true);
+        const std::string word = words.empty() || words[0] == "--" ? "" : words[0];
+        if (!word.starts_with('-')) FailUnknown(given, word);
+        Fail(FailureKind::Usage, "no option \"" + word + "\" (--help explains)");
+    }
+    Fail(FailureKind::Usage, std::string(error.what()) + " (--help explains)");
 }
 
 Action CommandLine::Parse(std::vector<std::string> arguments, Options& options)
@@ -88,34 +186,52 @@ Action CommandLine::Parse(std::vector<std::string> arguments, Options& options)
         return argument == ThroughSirfOption || argument.starts_with(std::string(ThroughSirfOption) + '=');
     };
     const auto end = std::find(arguments.begin(), arguments.end(), "--");
+    // The library takes "--port=" for an option without a value, and the next argument for its value.
+    for (auto argument = arguments.begin(); argument != end; ++argument)
+        if (argument->starts_with("--") && argument->find('=') == argument->size() - 1)
+            Fail(FailureKind::Usage, argument->substr(0, argument->size() - 1) + ": the value is empty");
     std::stable_partition(arguments.begin(), end, std::not_fn(isThroughSirf));
     std::reverse(arguments.begin(), arguments.end()); // the order that CLI11 needs
+    const auto note = [&] {                           // what the output of a failure needs, too
+        options.json = app_.get_option("--json")->count() > 0;
+        const std::string name = FullName(Given());
+        chosen = name.substr(std::min(name.size(), app_.get_name().size() + 1));
+    };
     try {
         app_.parse(std::move(arguments));
     } catch (const CLI::ParseError& error) {
-        options.json = flags_.json;
+        note();
         if (error.get_exit_code() == 0) throw;
-        Fail(FailureKind::Usage, std::string(error.what()) + " (--help explains)");
+        FailParsing(error);
+    } catch (const Failure&) { // of a check
+        note();
+        throw;
     }
     options = flags_;
-    Action action;
-    for (const auto& [sub, run] : actions_) {
-        if (!sub->parsed()) continue;
-        action = run;
-        chosen = sub->get_name();
-        for (const CLI::App* inner : sub->get_subcommands()) chosen += ' ' + inner->get_name();
-    }
+    note();
     if (!port_.empty()) options.port = port_;
-    if (!rate_.empty()) options.rate = ParseRate(rate_);
+    TakeRate(options);
     if (!timeout_.empty()) options.timeoutSeconds = ParseSeconds(timeout_, "--timeout");
     if (options.json && options.dryRun)
         Fail(FailureKind::Usage, "--dry-run has no JSON form: leave out --json");
-    return action;
+    for (const auto& [sub, run] : actions_)
+        if (sub->parsed()) return run;
+    return {};
+}
+
+void CommandLine::TakeRate(Options& options) const
+{
+    if (rate_.empty()) return;
+    const std::vector<CLI::Option*>& typed = app_.parse_order();
+    if (std::find(typed.begin(), typed.end(), app_.get_option("--rate")) != typed.end())
+        options.rate = ParseRate(rate_, "--rate");
+    else if (!notes_.withoutPort.contains(&Given()))
+        options.rate = ParseRate(rate_, RateVariable);
 }
 
 std::string CommandLine::Help() const
 {
-    return app_.help();
+    return HelpOf(Given());
 }
 
 } // namespace console

@@ -12,75 +12,84 @@ namespace console
 namespace
 {
 
+enum class Values { None, Free, Files, Ports }; // of an option or an argument, beside the suggestions
+
 struct OptionEntry {
     std::vector<std::string> names; // "-p", "--port"
     std::string value;              // "PORT"; empty for a flag
+    bool canDoWithout = false;      // the value may be left out; it stands after "="
+    Values values = Values::None;
+    std::vector<std::string> suggestions;
+    std::string description;
+};
+
+struct ArgumentEntry {
+    std::string name; // "NAME"
+    bool repeats = false, isRequired = false;
+    Values values = Values::Free;
+    ParserNotes::Suggestions suggestions;
     std::string description;
 };
 
 struct CommandEntry {
     std::string name; // "profile save"; empty for the program itself
     std::string description;
-    std::vector<std::pair<std::string, std::string>> arguments; // name as shown, description
+    std::vector<ArgumentEntry> arguments;
     std::vector<OptionEntry> options;
-    std::vector<std::string> words; // inner commands, or the choices of an argument, which may follow
-    bool takesFiles = false;
+    std::vector<std::pair<std::string, std::string>> commands; // inner ones: name, description
 };
 
-std::vector<std::string> ChoicesOf(const CLI::Option& option)
+Values ValuesOf(const std::string& placeholder)
 {
-    // The library keeps a list of choices only in its description: "{bash,zsh,fish}".
-    const std::string type = option.get_type_name();
-    const size_t open = type.find('{'), close = type.find('}');
-    std::vector<std::string> choices;
-    if (open == type.npos || close == type.npos || close < open) return choices;
-    std::string list = type.substr(open + 1, close - open - 1) + ",";
-    for (size_t comma; (comma = list.find(',')) != list.npos; list.erase(0, comma + 1))
-        choices.push_back(list.substr(0, comma));
-    return choices;
+    return placeholder == "FILE" || placeholder == "LINK" ? Values::Files : Values::Free;
 }
 
-CommandEntry Describe(const CLI::App& app, const std::string& name)
+CommandEntry Describe(const CLI::App& app, const ParserNotes& notes, const std::string& name)
 {
     CommandEntry entry;
     entry.name = name;
     entry.description = app.get_description();
     for (const CLI::Option* option : app.get_options()) {
+        const auto found = notes.suggestions.find(option);
+        const auto suggestions =
+            found == notes.suggestions.end() ? ParserNotes::Suggestions() : found->second;
         if (option->get_positional()) {
             const std::string shown = option->get_name(true);
-            entry.arguments.emplace_back(shown, option->get_description());
-            const std::vector<std::string> choices = ChoicesOf(*option);
-            entry.words.insert(entry.words.end(), choices.begin(), choices.end());
-            entry.takesFiles |= shown.starts_with("FILE");
+            entry.arguments.push_back({shown, Repeats(*option), option->get_required(), ValuesOf(shown),
+                                       suggestions, option->get_description()});
             continue;
         }
+        if (app.get_parent() && option == app.get_help_ptr()) continue; // it is the program's own
         OptionEntry described;
         for (const std::string& letter : option->get_snames()) described.names.push_back("-" + letter);
         for (const std::string& word : option->get_lnames()) described.names.push_back("--" + word);
-        if (option->get_items_expected_max() > 0) described.value = option->get_type_name();
-        if (const size_t colon = described.value.find(':'); colon != described.value.npos)
-            described.value.erase(colon); // the description contains the choices, after the type
+        described.value = option->get_type_name();
+        described.canDoWithout = option->get_items_expected_max() == 0;
+        if (!described.value.empty()) described.values = ValuesOf(described.value);
+        if (described.names.back() == "--port") described.values = Values::Ports;
+        described.suggestions = suggestions.words;
         described.description = option->get_description();
         entry.options.push_back(described);
     }
     for (const CLI::App* inner : app.get_subcommands({}))
-        if (!inner->get_name().empty()) entry.words.push_back(inner->get_name());
+        entry.commands.emplace_back(inner->get_name(), inner->get_description());
     return entry;
 }
 
-void Collect(const CLI::App& app, const std::string& name, std::vector<CommandEntry>& entries)
+void Collect(const CLI::App& app, const ParserNotes& notes, const std::string& name,
+             std::vector<CommandEntry>& entries)
 {
-    entries.push_back(Describe(app, name));
+    entries.push_back(Describe(app, notes, name));
     for (const CLI::App* inner : app.get_subcommands({}))
-        Collect(*inner, (name.empty() ? "" : name + " ") + inner->get_name(), entries);
+        Collect(*inner, notes, (name.empty() ? "" : name + " ") + inner->get_name(), entries);
 }
 
 // The program first, then its commands in the order of the help.
 std::vector<CommandEntry> Description()
 {
-    CommandLine line;
+    const CommandLine line;
     std::vector<CommandEntry> entries;
-    Collect(line.App(), {}, entries);
+    Collect(line.App(), line.Notes(), {}, entries);
     return entries;
 }
 
@@ -91,14 +100,6 @@ std::string Join(const std::vector<std::string>& words, const char* between = " 
     return text;
 }
 
-std::vector<std::string> OptionNames(const CommandEntry& entry)
-{
-    std::vector<std::string> names;
-    for (const OptionEntry& option : entry.options)
-        names.insert(names.end(), option.names.begin(), option.names.end());
-    return names;
-}
-
 // Puts a text into the quotes of a shell.
 std::string Quoted(const std::string& text)
 {
@@ -107,75 +108,206 @@ std::string Quoted(const std::string& text)
     return quoted + "'";
 }
 
-bool IsPortOption(const OptionEntry& option)
+std::string QuotedWords(const std::vector<std::string>& words)
 {
-    return std::find(option.names.begin(), option.names.end(), "--port") != option.names.end();
+    std::vector<std::string> quoted;
+    for (const std::string& word : words) quoted.push_back(Quoted(word));
+    return Join(quoted);
 }
 
-// For bash and zsh: sets $command to the command in the words, and begins a `case` for it. `loop` is the loop
-// over the words before the cursor.
-std::string FindCommand(const std::vector<CommandEntry>& entries, const std::string& loop)
+// A place for a word that is neither an option nor an option's value, and the words that may stand there.
+// `pattern` is for "COMMAND:NUMBER:FIRST": the command so far, the number of arguments after it, and the
+// first of them.
+struct Place {
+    std::string pattern;
+    std::vector<std::string> words;
+    std::vector<std::string> descriptions; // as many as words, or none
+    Values values = Values::Free;
+};
+
+std::vector<Place> Places(const std::vector<CommandEntry>& entries)
+{
+    std::vector<Place> places;
+    for (const CommandEntry& entry : entries) {
+        if (!entry.commands.empty()) {
+            Place place = {entry.name + ":0:", {}, {}};
+            for (const auto& [name, description] : entry.commands) {
+                place.words.push_back(name);
+                place.descriptions.push_back(description);
+            }
+            places.push_back(place);
+        }
+        for (size_t i = 0; i < entry.arguments.size(); ++i) {
+            const ArgumentEntry& argument = entry.arguments[i];
+            const auto& [words, after] = argument.suggestions;
+            const std::string number = argument.repeats ? "*" : std::to_string(i);
+            if (!words.empty() || argument.values == Values::Files)
+                places.push_back({entry.name + ":" + (after.empty() ? number : std::to_string(i)) + ":*",
+                                  words,
+                                  {},
+                                  argument.values});
+            for (const auto& [first, wordsAfter] : after)
+                places.push_back({entry.name + ":" + number + ":" + first, wordsAfter, {}});
+        }
+    }
+    return places;
+}
+
+// Names of all options whose value is the next argument.
+std::vector<std::string> NamesWithValue(const std::vector<CommandEntry>& entries)
 {
     std::vector<std::string> names;
     for (const CommandEntry& entry : entries)
-        if (!entry.name.empty()) names.push_back(Quoted(entry.name));
-    return "    " + loop +
-           "; do\n"
-           "        candidate=${command:+$command }$word\n"
-           "        case $candidate in\n"
-           "        (" +
-           Join(names, "|") +
-           ") command=$candidate ;;\n"
-           "        esac\n"
-           "    done\n"
-           "    case $command in\n";
+        for (const OptionEntry& option : entry.options)
+            if (!option.value.empty() && !option.canDoWithout)
+                names.insert(names.end(), option.names.begin(), option.names.end());
+    std::sort(names.begin(), names.end());
+    names.erase(std::unique(names.begin(), names.end()), names.end());
+    return names;
+}
+
+// For bash and zsh: the body of a loop over the words before the cursor. Afterwards $option is the option
+// whose value is at the cursor, if it is one, and $ended is not empty after "--".
+std::string LoopBody(const std::vector<CommandEntry>& entries)
+{
+    std::vector<std::string> commands;
+    for (const CommandEntry& entry : entries)
+        if (!entry.name.empty()) commands.push_back(Quoted(entry.name));
+    return "        if [[ -n $option ]]; then option=; continue; fi\n"
+           "        if [[ -z $ended ]]; then\n"
+           "            case $word in\n"
+           "            (--) ended=1; continue ;;\n"
+           "            (" +
+           Join(NamesWithValue(entries), "|") +
+           ") option=$word; continue ;;\n"
+           "            (-*) continue ;;\n"
+           "            esac\n"
+           "            case ${command:+$command }$word in\n"
+           "            (" +
+           Join(commands, "|") +
+           ") command=${command:+$command }$word; continue ;;\n"
+           "            esac\n"
+           "        fi\n"
+           "        ((number++)) || first=$word\n";
+}
+
+// A row of `case` in bash and zsh for a place.
+std::string CasePattern(const Place& place)
+{
+    std::string pattern = "    (";
+    for (const char c : place.pattern) pattern += c == ' ' ? std::string("\\ ") : std::string(1, c);
+    return pattern + ") ";
 }
 
 // ---- bash ---------------------------------------------------------------------------------------------
 
+std::string BashOffer(const std::vector<std::string>& words, Values values)
+{
+    std::string text;
+    if (!words.empty()) text += "_toravanectl_offer " + QuotedWords(words) + " ";
+    if (!words.empty() && values != Values::Free) text += "; ";
+    if (values == Values::Files) text += "_toravanectl_files ";
+    if (values == Values::Ports) text += "_toravanectl_ports ";
+    return text;
+}
+
+// An option has the same kind of values in each command.
+std::string BashValues(const OptionEntry& option)
+{
+    std::vector<std::string> names;
+    for (const std::string& name : option.names) {
+        if (!option.canDoWithout) names.push_back(name);
+        if (name.starts_with("--")) names.push_back(name + "=");
+    }
+    return "    (" + Join(names, "|") + ") " + BashOffer(option.suggestions, option.values) + ";;\n";
+}
+
 std::string BashScript(const std::vector<CommandEntry>& entries)
 {
-    std::vector<std::string> withValue;
-    for (const CommandEntry& entry : entries)
-        for (const OptionEntry& option : entry.options)
-            if (!option.value.empty() && !IsPortOption(option))
-                withValue.insert(withValue.end(), option.names.begin(), option.names.end());
-    std::sort(withValue.begin(), withValue.end());
-    withValue.erase(std::unique(withValue.begin(), withValue.end()), withValue.end());
-
-    std::string text =
-        "# bash completion for toravanectl\n"
-        "_toravanectl()\n{\n"
-        "    local typed=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]}\n"
-        "    local command= candidate word words= files=\n"
-        "    COMPREPLY=()\n"
-        "    case $before in\n"
-        "    -p|--port)\n"
-        "        COMPREPLY=($(compgen -W \"$(toravanectl ports 2>/dev/null | cut -d' ' -f1)\" -- "
-        "\"$typed\") $(compgen -f -- \"$typed\"))\n"
-        "        return ;;\n"
-        "    -o|--output|--pty)\n"
-        "        COMPREPLY=($(compgen -f -- \"$typed\"))\n"
-        "        return ;;\n"
-        "    " +
-        Join(withValue, "|") +
-        ")\n"
-        "        return ;;\n"
-        "    esac\n" +
-        FindCommand(entries, "for word in \"${COMP_WORDS[@]:1:COMP_CWORD-1}\"");
+    std::string text = "# bash completion for toravanectl\n\n"
+                       "# The arguments that begin as what is typed, without the part that the shell keeps.\n"
+                       "_toravanectl_offer()\n{\n"
+                       "    local word\n"
+                       "    for word; do\n"
+                       "        word=$prefix$word\n"
+                       "        [[ $word != \"$typed\"* ]] || COMPREPLY+=(\"${word#\"$kept\"}\")\n"
+                       "    done\n"
+                       "}\n"
+                       "# Without answers, the shell itself completes file names, and quotes them.\n"
+                       "_toravanectl_files()\n{\n"
+                       "    compopt -o default\n"
+                       "}\n"
+                       "_toravanectl_ports()\n{\n"
+                       "    local -a ports\n"
+                       "    mapfile -t ports < <(toravanectl ports 2>/dev/null)\n"
+                       "    _toravanectl_offer \"${ports[@]%% *}\"\n"
+                       "    _toravanectl_files\n"
+                       "}\n"
+                       "_toravanectl()\n{\n"
+                       "    local rest=$COMP_LINE word= gap= typed= kept= prefix= breaks=\n"
+                       "    local command= first= option= ended=\n"
+                       "    local -i number=0 i\n"
+                       "    local -a line=()\n"
+                       "    COMPREPLY=()\n"
+                       "    # The shell splits a word at = and :, but without a gap it is one word.\n"
+                       "    for ((i = 0; i <= COMP_CWORD; ++i)); do\n"
+                       "        word=${COMP_WORDS[i]}\n"
+                       "        gap=${rest%%\"$word\"*}\n"
+                       "        rest=${rest#*\"$word\"}\n"
+                       "        if ((i == 0)) || [[ -z $word || -n $gap ]]; then\n"
+                       "            line+=(\"$word\")\n"
+                       "        else\n"
+                       "            line[${#line[@]}-1]+=$word\n"
+                       "        fi\n"
+                       "    done\n"
+                       "    typed=${line[${#line[@]}-1]}\n"
+                       "    breaks=${COMP_WORDBREAKS//[!=:]/}\n"
+                       "    [[ -z $breaks ]] || kept=${typed%\"${typed##*[$breaks]}\"}\n"
+                       "    for word in \"${line[@]:1:${#line[@]}-2}\"; do\n" +
+                       LoopBody(entries) +
+                       "    done\n"
+                       "    if [[ -z $option$ended && $typed == --*=* ]]; then\n"
+                       "        option=${typed%%=*}=\n"
+                       "        prefix=$option\n"
+                       "    fi\n"
+                       "    case $option in\n";
+    std::string choices; // of options, by command
+    std::vector<std::string> described;
     for (const CommandEntry& entry : entries) {
-        std::vector<std::string> words = entry.words;
-        for (const std::string& name : OptionNames(entry)) words.push_back(name);
-        if (!entry.name.empty())
-            for (const std::string& name : OptionNames(entries[0])) words.push_back(name);
-        text += "    " + Quoted(entry.name) + ") words=" + Quoted(Join(words)) +
-                (entry.takesFiles ? " files=1" : "") + " ;;\n";
+        std::vector<std::string> names;
+        for (const OptionEntry& option : entry.options) {
+            names.insert(names.end(), option.names.begin(), option.names.end());
+            if (option.value.empty() ||
+                std::find(described.begin(), described.end(), option.names.back()) != described.end())
+                continue;
+            described.push_back(option.names.back());
+            text += BashValues(option);
+        }
+        if (!entry.name.empty() && !names.empty())
+            choices += "        (" + Quoted(entry.name) + ") _toravanectl_offer " + Join(names) + " ;;\n";
+    }
+    std::vector<std::string> common;
+    for (const OptionEntry& option : entries[0].options)
+        common.insert(common.end(), option.names.begin(), option.names.end());
+    text += "    esac\n"
+            "    [[ -z $option ]] || return 0\n"
+            "    if [[ -z $ended && $typed == -* ]]; then\n"
+            "        case $command in\n" +
+            choices +
+            "        esac\n"
+            "        _toravanectl_offer " +
+            Join(common) +
+            "\n"
+            "        return 0\n"
+            "    fi\n"
+            "    case $command:$number:$first in\n";
+    for (const Place& place : Places(entries)) {
+        text += CasePattern(place) + BashOffer(place.words, place.values) + ";;\n";
     }
     return text + "    esac\n"
-                  "    COMPREPLY=($(compgen -W \"$words\" -- \"$typed\"))\n"
-                  "    [ -z \"$files\" ] || COMPREPLY+=($(compgen -f -- \"$typed\"))\n"
+                  "    [[ ${COMPREPLY[*]} != *= ]] || compopt -o nospace\n"
                   "}\n"
-                  "complete -o filenames -F _toravanectl toravanectl\n";
+                  "complete -F _toravanectl toravanectl\n";
 }
 
 // ---- zsh ----------------------------------------------------------------------------------------------
@@ -196,9 +328,14 @@ std::string ZshOptions(const CommandEntry& entry)
     std::string text;
     for (const OptionEntry& option : entry.options) {
         for (const std::string& name : option.names) {
-            std::string row = name + "[" + ZshText(option.description) + "]";
-            if (!option.value.empty()) row += ":" + ZshText(option.value) + ":";
-            if (IsPortOption(option)) row += "_files";
+            std::string row = name;
+            if (!option.value.empty()) row += option.canDoWithout ? "=-" : name.starts_with("--") ? "=" : "+";
+            row += "[" + ZshText(option.description) + "]";
+            if (!option.value.empty())
+                row += (option.canDoWithout ? "::" : ":") + ZshText(option.value) + ":";
+            if (!option.suggestions.empty()) row += "(" + Join(option.suggestions) + ")";
+            if (option.values == Values::Files) row += "_files";
+            if (option.values == Values::Ports) row += "_toravanectl_ports";
             text += " \\\n        " + Quoted(row);
         }
     }
@@ -208,27 +345,43 @@ std::string ZshOptions(const CommandEntry& entry)
 std::string ZshScript(const std::vector<CommandEntry>& entries)
 {
     std::string text = "#compdef toravanectl\n"
+                       "_toravanectl_ports()\n{\n"
+                       "    local -a ports=(${${(f)\"$(toravanectl ports 2>/dev/null)\"}%% *})\n"
+                       "    compadd -a ports || _files\n"
+                       "}\n"
+                       "_toravanectl_argument()\n{\n"
+                       "    local -a beginnings=(${(M)offered:#*=})\n"
+                       "    if [[ -n $files ]]; then _files; return; fi\n"
+                       "    compadd -S '' -a beginnings\n"
+                       "    offered=(${offered:#*=})\n"
+                       "    _describe argument offered\n"
+                       "}\n"
                        "_toravanectl()\n{\n"
-                       "    local command= candidate word\n"
-                       "    local -a words_here\n" +
-                       FindCommand(entries, "for word in ${words[2,CURRENT-1]}");
-    for (const CommandEntry& entry : entries) {
-        std::vector<std::string> described;
-        for (const std::string& word : entry.words) {
-            std::string description;
-            for (const CommandEntry& inner : entries)
-                if (inner.name == (entry.name.empty() ? word : entry.name + " " + word))
-                    description = ":" + ZshText(inner.description);
-            described.push_back(Quoted(word + description));
-        }
-        text += "    (" + Quoted(entry.name) + ")\n        words_here=(" + Join(described) +
-                ")\n        _arguments -S" + ZshOptions(entry) +
-                (entry.name.empty() ? std::string() : ZshOptions(entries[0])) +
-                " \\\n        '*:word:{_describe word words_here" + (entry.takesFiles ? "; _files" : "") +
-                "}' ;;\n";
+                       "    local command= first= option= ended= word= files=\n"
+                       "    local -i number=0\n"
+                       "    local -a offered=() own=()\n"
+                       "    for word in \"${(@)words[2,CURRENT-1]}\"; do\n" +
+                       LoopBody(entries) +
+                       "    done\n"
+                       "    case $command:$number:$first in\n";
+    for (const Place& place : Places(entries)) {
+        std::vector<std::string> rows;
+        for (size_t i = 0; i < place.words.size(); ++i)
+            rows.push_back(ZshText(place.words[i]) +
+                           (place.descriptions.empty() ? "" : ":" + ZshText(place.descriptions[i])));
+        text += CasePattern(place) + "offered=(" + QuotedWords(rows) + ")" +
+                (place.values == Values::Files ? "; files=1" : "") + " ;;\n";
     }
+    text += "    esac\n"
+            "    case $command in\n";
+    for (const CommandEntry& entry : entries)
+        if (!entry.name.empty())
+            text += "    (" + Quoted(entry.name) + ") own=(" + ZshOptions(entry) + ") ;;\n";
     return text +
            "    esac\n"
+           "    _arguments -S $own" +
+           ZshOptions(entries[0]) +
+           " \\\n        '*:argument:_toravanectl_argument'\n"
            "}\n"
            "if [ \"$funcstack[1]\" = _toravanectl ]; then _toravanectl \"$@\"; else compdef _toravanectl "
            "toravanectl; fi\n";
@@ -241,42 +394,72 @@ std::string FishOption(const OptionEntry& option, const std::string& condition)
     std::string text = "complete -c toravanectl" + condition;
     for (const std::string& name : option.names)
         text += name.starts_with("--") ? " -l " + name.substr(2) : " -s " + name.substr(1);
-    if (!option.value.empty())
-        text += IsPortOption(option) || option.value == "FILE" || option.value == "LINK" ? " -r -F" : " -x";
+    if (!option.value.empty() && !option.canDoWithout) {
+        text += option.values == Values::Free ? " -x" : " -r -F";
+        if (!option.suggestions.empty()) text += " -a " + Quoted(Join(option.suggestions));
+        if (option.values == Values::Ports)
+            text += " -a \"(toravanectl ports 2>/dev/null | string replace ' ' \\t)\"";
+    }
     return text + " -d " + Quoted(option.description) + "\n";
 }
 
 std::string FishScript(const std::vector<CommandEntry>& entries)
 {
+    std::vector<std::string> commands;
+    for (const CommandEntry& entry : entries)
+        if (!entry.name.empty()) commands.push_back(entry.name);
     std::string text = "# fish completion for toravanectl\n"
+                       "# True if the place of the cursor matches: COMMAND:NUMBER:FIRST, the command, the "
+                       "number of arguments\n"
+                       "# after it, and the first of them.\n"
+                       "function __toravanectl_at\n"
+                       "    set -l command\n"
+                       "    set -l arguments\n"
+                       "    set -l option\n"
+                       "    set -l ended\n"
+                       "    for word in (commandline -opc)[2..-1]\n"
+                       "        if test -n \"$option\"\n"
+                       "            set option\n"
+                       "            continue\n"
+                       "        end\n"
+                       "        if test -z \"$ended\"\n"
+                       "            switch $word\n"
+                       "                case --\n"
+                       "                    set ended 1\n"
+                       "                    continue\n"
+                       "                case " +
+                       Join(NamesWithValue(entries)) +
+                       "\n"
+                       "                    set option $word\n"
+                       "                    continue\n"
+                       "                case '-*'\n"
+                       "                    continue\n"
+                       "            end\n"
+                       "            if contains -- (string join ' ' -- $command $word) " +
+                       QuotedWords(commands) +
+                       "\n"
+                       "                set -a command $word\n"
+                       "                continue\n"
+                       "            end\n"
+                       "        end\n"
+                       "        set -a arguments $word\n"
+                       "    end\n"
+                       "    string match -q -- $argv[1] \"$command:\"(count $arguments)\":$arguments[1]\"\n"
+                       "end\n"
                        "complete -c toravanectl -f\n";
-    for (const OptionEntry& option : entries[0].options) text += FishOption(option, "");
-    for (const CommandEntry& entry : entries) {
-        if (entry.name.empty()) continue;
-        const size_t blank = entry.name.find(' ');
-        const std::string outer = entry.name.substr(0, blank);
-        if (blank == entry.name.npos) {
-            text += "complete -c toravanectl -n __fish_use_subcommand -a " + outer + " -d " +
-                    Quoted(entry.description) + "\n";
-        } else {
-            text += "complete -c toravanectl -n " + Quoted("__fish_seen_subcommand_from " + outer) + " -a " +
-                    entry.name.substr(blank + 1) + " -d " + Quoted(entry.description) + "\n";
-        }
-        const std::string inner = blank == entry.name.npos
-                                      ? ""
-                                      : "; and __fish_seen_subcommand_from " + entry.name.substr(blank + 1);
-        const std::string condition = " -n " + Quoted("__fish_seen_subcommand_from " + outer + inner);
-        for (const OptionEntry& option : entry.options) text += FishOption(option, condition);
-        if (entry.takesFiles) text += "complete -c toravanectl" + condition + " -F\n";
-        std::vector<std::string> choices;
-        for (const std::string& word : entry.words) {
-            const bool isCommand = std::any_of(entries.begin(), entries.end(), [&](const CommandEntry& each) {
-                return each.name == entry.name + " " + word;
-            });
-            if (!isCommand) choices.push_back(word);
-        }
-        if (!choices.empty())
-            text += "complete -c toravanectl" + condition + " -a " + Quoted(Join(choices)) + "\n";
+    const auto at = [](const std::string& pattern) {
+        return " -n " + Quoted("__toravanectl_at \"" + pattern + "\"");
+    };
+    for (const CommandEntry& entry : entries)
+        for (const OptionEntry& option : entry.options)
+            text += FishOption(option, entry.name.empty() ? "" : at(entry.name + ":*"));
+    for (const Place& place : Places(entries)) {
+        const std::string beginning = "complete -c toravanectl" + at(place.pattern);
+        if (place.values == Values::Files) text += beginning + " -F\n";
+        if (place.descriptions.empty() && !place.words.empty())
+            text += beginning + " -a " + Quoted(Join(place.words)) + "\n";
+        for (size_t i = 0; i < place.descriptions.size(); ++i)
+            text += beginning + " -a " + place.words[i] + " -d " + Quoted(place.descriptions[i]) + "\n";
     }
     return text;
 }
@@ -302,9 +485,13 @@ std::string ManOptions(const CommandEntry& entry)
     std::string text;
     for (const OptionEntry& option : entry.options) {
         std::vector<std::string> names;
-        for (const std::string& name : option.names)
+        for (const std::string& name : option.names) {
+            const std::string value = "\\fI" + ManText(option.value) + "\\fR";
             names.push_back("\\fB" + ManText(name) + "\\fR" +
-                            (option.value.empty() ? "" : " \\fI" + ManText(option.value) + "\\fR"));
+                            (option.value.empty()  ? ""
+                             : option.canDoWithout ? "[=" + value + "]"
+                                                   : " " + value));
+        }
         text += ".TP\n" + Join(names, ", ") + "\n" + ManText(option.description) + "\n";
     }
     return text;
@@ -333,17 +520,16 @@ std::string ManualPage(const std::string& description)
         ManOptions(entries[0]) + ".SH COMMANDS\n";
     for (size_t i = 1; i < entries.size(); ++i) {
         const CommandEntry& entry = entries[i];
-        std::vector<std::string> arguments;
-        for (const auto& [name, meaning] : entry.arguments)
-            arguments.push_back(" \\fI" + ManText(name) + "\\fR");
-        text +=
-            ".SS " + ManText(entry.name) + Join(arguments, "") + "\n" + ManText(entry.description) + ".\n";
-        for (const auto& [name, meaning] : entry.arguments)
-            if (!meaning.empty()) text += ".TP\n\\fI" + ManText(name) + "\\fR\n" + ManText(meaning) + "\n";
-        // --help is described once, above.
-        CommandEntry own = entry;
-        std::erase_if(own.options, [](const OptionEntry& option) { return option.names.back() == "--help"; });
-        text += ManOptions(own);
+        std::string arguments = entry.commands.empty() ? "" : " \\fICOMMAND\\fR";
+        for (const ArgumentEntry& argument : entry.arguments) {
+            const std::string shown =
+                "\\fI" + ManText(argument.name) + "\\fR" + (argument.repeats ? "..." : "");
+            arguments += argument.isRequired ? " " + shown : " [" + shown + "]";
+        }
+        text += ".SS " + ManText(entry.name) + arguments + "\n" + ManText(entry.description) + ".\n";
+        for (const ArgumentEntry& argument : entry.arguments)
+            text += ".TP\n\\fI" + ManText(argument.name) + "\\fR\n" + ManText(argument.description) + "\n";
+        text += ManOptions(entry);
     }
     return text + description;
 }

@@ -32,17 +32,22 @@ int64_t ParseWhole(const std::string& text, int64_t low, int64_t high, const std
     return number;
 }
 
-uint32_t ParseRate(const std::string& text)
+std::vector<std::string> RateTexts()
 {
+    std::vector<std::string> texts;
+    for (const uint32_t rate : BaudTable) texts.push_back(std::to_string(rate));
+    return texts;
+}
+
+uint32_t ParseRate(const std::string& text, const std::string& what)
+{
+    const std::vector<std::string> texts = RateTexts();
     std::string rates;
-    for (const uint32_t rate : BaudTable) {
-        if (text == std::to_string(rate)) return rate;
-        rates += (rates.empty()                      ? ""
-                  : rate == BaudTable[BaudCount - 1] ? " or "
-                                                     : ", ") +
-                 std::to_string(rate);
+    for (size_t i = 0; i < texts.size(); ++i) {
+        if (text == texts[i]) return BaudTable[i];
+        rates += (i == 0 ? "" : i + 1 == texts.size() ? " or " : ", ") + texts[i];
     }
-    Fail(FailureKind::Usage, "\"" + text + "\" is no rate: " + rates);
+    Fail(FailureKind::Usage, what + ": \"" + text + "\" is no rate: " + rates);
 }
 
 Assignment ParseAssignment(const std::string& text)

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace console
 {
@@ -20,7 +21,10 @@ struct Options {
 double ParseSeconds(const std::string& text, const std::string& what);
 
 // A rate of the product's table. Throws as above.
-uint32_t ParseRate(const std::string& text);
+uint32_t ParseRate(const std::string& text, const std::string& what = "RATE");
+
+// All rates of that table.
+std::vector<std::string> RateTexts();
 
 // A whole number in a range, limits included. Throws as above.
 int64_t ParseWhole(const std::string& text, int64_t low, int64_t high, const std::string& what);

@@ -205,6 +205,23 @@ std::vector<KeyValue> ParseKeyValues(const Setting& setting, std::span<const std
     return values;
 }
 
+std::vector<std::string> KeyValueTexts(const Setting& setting)
+{
+    std::vector<std::string> texts;
+    for (size_t key = 0; key < setting.keys.size(); ++key) {
+        const CommandField& field = FieldOf(setting, key);
+        const std::string beginning = setting.keys[key].name + std::string("=");
+        const size_t before = texts.size();
+        if (field.kind == FieldKind::Check)
+            for (const int64_t value : {1, 0}) texts.push_back(beginning + ValueText(setting, key, value));
+        if (field.kind == FieldKind::List)
+            for (const char* choice : setting.keys[key].choices) texts.push_back(beginning + choice);
+        for (const int64_t number : SingleNumbers(field)) texts.push_back(beginning + std::to_string(number));
+        if (texts.size() == before) texts.push_back(beginning);
+    }
+    return texts;
+}
+
 std::string ValueText(const Setting& setting, size_t key, int64_t value)
 {
     const CommandField& field = FieldOf(setting, key);

@@ -45,6 +45,9 @@ struct KeyValue {
 // that is not a value in the key's range.
 std::vector<KeyValue> ParseKeyValues(const Setting& setting, std::span<const std::string> texts);
 
+// Beginnings of "KEY=VALUE" texts: "KEY=VALUE" for each value of a list or a switch, else "KEY=".
+std::vector<std::string> KeyValueTexts(const Setting& setting);
+
 // A value as `get` prints it, and as JSON contains it: "7.5", "on", the name of a list entry. "entry-135" is
 // a receiver's entry that is not in the list; it is not accepted as input.
 std::string ValueText(const Setting& setting, size_t key, int64_t value);

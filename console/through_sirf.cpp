@@ -46,8 +46,14 @@ void GoBack(Session& session, Found now, Found old, const NmeaRates& rates)
 void ThroughSirf::AddTo(Parser& parser)
 {
     // A flag, so that the next argument is not taken for its rate.
-    parser.Flag(ThroughSirfOption, std::string(PresentRate), rate,
-                "on a receiver that speaks NMEA: change to SiRF binary (=RATE at another rate), and back");
+    parser
+        .Flag(ThroughSirfOption, std::string(PresentRate), rate,
+              "on a receiver that speaks NMEA: change to SiRF binary, at RATE or the present rate, and back")
+        .TypeName("RATE")
+        .Suggest(RateTexts())
+        .Check([](const std::string& typed) {
+            if (typed != PresentRate) ParseRate(typed, ThroughSirfOption);
+        });
 }
 
 void WithSirf(Context& context, const ThroughSirf& option, const SirfWork& work)

@@ -19,6 +19,7 @@ void PrintCompletion(Context& context, const std::string& shell)
 Action DefineCompletion(Parser& parser)
 {
     const auto shell = std::make_shared<std::string>();
+    parser.NeedsNoPort();
     parser.Option("SHELL", *shell, "bash, zsh or fish").Required().OneOf({"bash", "zsh", "fish"});
     return [shell](Context& context) { PrintCompletion(context, *shell); };
 }

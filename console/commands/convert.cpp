@@ -201,11 +201,11 @@ void Convert(Context& context, const Arguments& arguments)
 Action DefineConvert(Parser& parser)
 {
     const auto arguments = std::make_shared<Arguments>();
+    parser.NeedsNoPort();
     parser
         .Option("FILE", arguments->files,
                 "log of NMEA, SiRF binary or both; several are one stream, - is standard input")
-        .Required()
-        .TypeName("FILE...");
+        .Required();
     parser.Option("--to", arguments->format, "gpx, kml, csv or json")
         .Required()
         .OneOf({"gpx", "kml", "csv", "json"})

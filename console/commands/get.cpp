@@ -64,7 +64,9 @@ void Get(Context& context, const GetOptions& options)
 Action DefineGet(Parser& parser)
 {
     const auto options = std::make_shared<GetOptions>();
-    parser.Option("NAME", options->names, "settings, or \"all\"").Required().TypeName("");
+    std::vector<std::string> names = {"all"};
+    for (const Setting& setting : Settings()) names.push_back(setting.name);
+    parser.Option("NAME", options->names, "settings, or \"all\"").Required().Suggest(names);
     options->through.AddTo(parser);
     return [options](Context& context) { Get(context, *options); };
 }

@@ -35,8 +35,9 @@ void Ports(Context& context)
 
 } // namespace
 
-Action DefinePorts(Parser&)
+Action DefinePorts(Parser& parser)
 {
+    parser.NeedsNoPort();
     return Ports;
 }
 

@@ -257,8 +257,11 @@ Action DefineProfile(Parser& parser)
     });
     for (Part& part : *parts) {
         part.parser = parser.Command(part.name, part.summary);
-        part.parser.Option("FILE", options->file, "the profile").Required().TypeName("");
-        if (part.needsReceiver) options->through.AddTo(part.parser);
+        part.parser.Option("FILE", options->file, "the profile").Required();
+        if (part.needsReceiver)
+            options->through.AddTo(part.parser);
+        else
+            part.parser.NeedsNoPort();
     }
     return [options, parts](Context& context) {
         for (const Part& part : *parts)

@@ -103,11 +103,13 @@ void SetRates(Context& context, const RatesOptions& options)
 Action DefineRates(Parser& parser)
 {
     const auto options = std::make_shared<RatesOptions>();
+    std::vector<std::string> kinds;
+    for (const char* kind : SentenceKinds()) kinds.push_back(kind + std::string("="));
     parser
         .Option(
             "NAME=SECONDS", options->assignments,
             "sentences (GGA GLL GSA GSV RMC VTG MSS ZDA) or message ids, and seconds between two; 0 is off")
-        .TypeName("");
+        .Suggest(kinds);
     parser.Option("--for", options->seconds, "how long to measure (11)").TypeName("SECONDS");
     parser.Flag("--no-verify", options->noVerify, "do not wait until the change is seen");
     return [options](Context& context) {

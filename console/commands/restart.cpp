@@ -174,7 +174,9 @@ void Restart(Context& context, const RestartOptions& options)
 Action DefineRestart(Parser& parser)
 {
     const auto options = std::make_shared<RestartOptions>();
-    parser.Option("KIND", options->kind, "hot, warm, cold or factory").Required().TypeName("");
+    std::vector<std::string> names;
+    for (const RestartKind& kind : Kinds) names.push_back(kind.name);
+    parser.Option("KIND", options->kind, "hot, warm, cold or factory").Required().Suggest(names);
     parser.Flag("--wait", options->wait, "wait for the first fix");
     parser.Option("--for", options->seconds, "how long --wait waits (900)").TypeName("SECONDS");
     return [options](Context& context) { Restart(context, *options); };

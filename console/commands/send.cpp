@@ -91,9 +91,9 @@ Action DefineSend(Parser& parser)
 {
     const auto options = std::make_shared<SendOptions>();
     Parser nmea = parser.Command("nmea", "send a sentence; $ and checksum are added");
-    nmea.Option("BODY", options->body, "as PSRF105,1").Required().TypeName("");
+    nmea.Option("BODY", options->body, "as PSRF105,1").Required();
     Parser sirf = parser.Command("sirf", "send a message; frame and checksum are added");
-    sirf.Option("HEX", options->bytes, "the payload's bytes, as 84 00").Required().TypeName("");
+    sirf.Option("HEX", options->bytes, "the payload's bytes, as 84 00").Required();
     return [options, nmea](Context& context) {
         if (nmea.Given()) {
             const std::string body = CheckBody(options->body);

@@ -55,8 +55,11 @@ void Set(Context& context, const SetOptions& options)
 Action DefineSet(Parser& parser)
 {
     const auto options = std::make_shared<SetOptions>();
-    parser.Option("NAME", options->name, "the setting").Required().TypeName("");
-    parser.Option("KEY=VALUE", options->assignments, "what to change").Required().TypeName("");
+    std::vector<std::string> names;
+    for (const Setting& setting : Settings()) names.push_back(setting.name);
+    parser.Option("NAME", options->name, "the setting").Required().Suggest(names);
+    Parameter values = parser.Option("KEY=VALUE", options->assignments, "what to change").Required();
+    for (const Setting& setting : Settings()) values.SuggestAfter(setting.name, KeyValueTexts(setting));
     parser.Flag("--force", options->force, "send it even when all is so already");
     parser.Flag("--no-verify", options->noVerify, "read neither before nor after; needs all keys");
     options->through.AddTo(parser);

@@ -27,8 +27,9 @@ void ShowSettings(Context& context)
 
 } // namespace
 
-Action DefineSettings(Parser&)
+Action DefineSettings(Parser& parser)
 {
+    parser.NeedsNoPort();
     return ShowSettings;
 }
 

@@ -68,9 +68,11 @@ void Switch(Context& context, const SwitchOptions& options)
 Action DefineSwitch(Parser& parser)
 {
     const auto options = std::make_shared<SwitchOptions>();
-    parser.Option("PROTOCOL", options->protocol, "nmea or sirf").Required().TypeName("");
+    parser.Option("PROTOCOL", options->protocol, "nmea or sirf")
+        .Required()
+        .Suggest({ProtocolKey(Protocol::Nmea), ProtocolKey(Protocol::Sirf)});
     parser.Option("RATE", options->rate, "line rate in bits/s; the present one if it is not given")
-        .TypeName("");
+        .Suggest(RateTexts());
     parser.Option("--rates", options->sentences, "sentences and seconds, as GGA=1,GSV=5; the others are off")
         .TypeName("LIST");
     return [options](Context& context) { Switch(context, *options); };
