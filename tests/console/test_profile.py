@@ -120,8 +120,8 @@ def test_settings_without_an_answer_are_named(tmp_path):
         # An older profile has what this one lacks.
         file.write_text("sbas prn=120\ndop-mask gdop=9\n")
         done = ctl(receiver, "-t", 0.3, "profile", "save", file, check=9)
-        assert done.stderr.decode() == (f"toravanectl: dop-mask: no answer in time; {file} has values for that, and stays "
-                                        "as it was\n")
+        assert done.stderr.decode() == (f"toravanectl: dop-mask: no answer in time; {file} has values for that, and "
+                                        "stays as it was\n")
         assert file.read_text() == "sbas prn=120\ndop-mask gdop=9\n"
     with sirf_receiver("--refuse", 170) as receiver:  # which it will never report
         assert ctl(receiver, "profile", "save", file, check=0).stderr == b"1 of 11 settings not saved: sbas (refused)\n"
