@@ -18,6 +18,14 @@ constexpr const char* RateVariable = "TORAVANE_RATE";
 // The library's own help, with names as a command's synopsis has them, and the place of the common options.
 class HelpFormatter : public CLI::Formatter
 {
+public:
+    HelpFormatter()
+    {
+        label("SUBCOMMAND", "COMMAND");
+        label("Positionals", "Arguments");
+    }
+
+private:
     std::string make_option_name(const CLI::Option* option, bool isPositional) const override
     {
         const std::string name = CLI::Formatter::make_option_name(option, isPositional);
@@ -119,7 +127,7 @@ CommandLine::CommandLine()
     whole.Flag("-v,--verbose", flags_.verbose, "each sentence and frame on standard error");
     whole.Flag("-q,--quiet", flags_.quiet, "no notes on standard error");
     for (const Command& command : Commands()) {
-        CLI::App* const sub = app_.add_subcommand(command.name, command.summary);
+        CLI::App* const sub = app_.add_subcommand(command.name, command.summary)->group("Commands");
         Parser parser(sub, &notes_);
         actions_.emplace_back(sub, command.define(parser));
     }
@@ -128,7 +136,7 @@ CommandLine::CommandLine()
 
 void CommandLine::DefineHelp()
 {
-    CLI::App* const help = app_.add_subcommand("help", "print the help of a command");
+    CLI::App* const help = app_.add_subcommand("help", "print the help of a command")->group("Commands");
     Parser parser(help, &notes_);
     parser.NeedsNoPort();
     Parameter topics =

@@ -93,7 +93,7 @@ Parameter Parser::Flag(const std::string& name, const std::string& otherwise, st
 Parser Parser::Command(const std::string& name, const std::string& summary)
 {
     app_->require_subcommand(1);
-    return Parser(app_->add_subcommand(name, summary), notes_);
+    return Parser(app_->add_subcommand(name, summary)->group("Commands"), notes_);
 }
 
 void Parser::NeedsNoPort()

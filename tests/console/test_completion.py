@@ -20,7 +20,7 @@ def script(shell):
 
 def commands():
     text = run("--help", check=0).stdout.decode()
-    listed = re.search(r"(?i)subcommands:\n(.*)", text, re.S)[1]
+    listed = re.search(r"Commands:\n(.*)", text, re.S)[1]
     return re.findall(r"^  (\w+)", listed, re.M)
 
 
