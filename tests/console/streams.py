@@ -48,7 +48,8 @@ def environment():
 def run(*arguments, check=None, **options):
     """Runs the program until it ends; `check` is the required exit status."""
     options = {"stdin": subprocess.DEVNULL} | options if "input" not in options else options
-    done = subprocess.run(command(*arguments), capture_output=True, timeout=Limit, env=environment(), **options)
+    # --through-sirf listens for eleven seconds before its work, and until all sentences have come after it.
+    done = subprocess.run(command(*arguments), capture_output=True, timeout=2 * Limit, env=environment(), **options)
     if check is not None:
         assert done.returncode == check, (arguments, done.returncode, done.stdout, done.stderr)
     return done
