@@ -40,6 +40,11 @@ Reply SendCommand(Session& session, std::span<const uint8_t> payload, Duration l
         limit);
 }
 
+const char* MissingText(Reply reply)
+{
+    return reply == Reply::Refused ? "refused" : "no answer";
+}
+
 void Require(Reply reply, const std::string& what)
 {
     if (reply == Reply::Refused) Fail(FailureKind::Refused, what + ": refused by the receiver");

@@ -17,6 +17,9 @@ Reply Ask(Session& session, std::span<const uint8_t> payload,
 // The same for a command, which the receiver acknowledges with a message 11.
 Reply SendCommand(Session& session, std::span<const uint8_t> payload, Duration limit);
 
+// "refused" or "no answer", for a setting that cannot be shown.
+const char* MissingText(Reply reply);
+
 // Throws Failure of the kind Refused or NoAnswer; does nothing for an answer.
 void Require(Reply reply, const std::string& what);
 

@@ -76,9 +76,8 @@ Receiver FindReceiver(Context& context)
     if (!found) {
         const std::string where = PlaceOfSearch(context.options);
         // A program that opened the port without a lock takes bytes away.
-        const auto info = InspectPort(port);
-        const std::string holder =
-            info && !info->holder.empty() ? "; " + info->holder + " has the port open, too" : "";
+        const std::string name = HolderOf(port),
+                          holder = name.empty() ? "" : "; " + name + " has the port open, too";
         if (receiver.heard.bytes == 0)
             Fail(FailureKind::Silent,
                  port + ": no byte " + where + ": is the receiver on, and its line the right one?" + holder);

@@ -169,6 +169,13 @@ std::span<const Setting> Settings()
     return All;
 }
 
+std::vector<std::string> SettingNames()
+{
+    std::vector<std::string> names;
+    for (const Setting& setting : Settings()) names.push_back(setting.name);
+    return names;
+}
+
 const Setting& FindSetting(const std::string& name)
 {
     std::string names;

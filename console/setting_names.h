@@ -32,6 +32,9 @@ struct Setting {
 // All settings, in the order of "get all" and of profiles.
 std::span<const Setting> Settings();
 
+// Their names, in the same order.
+std::vector<std::string> SettingNames();
+
 // Throws Failure of the kind Usage if there is no such setting; the message lists all settings.
 const Setting& FindSetting(const std::string& name);
 

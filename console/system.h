@@ -29,6 +29,10 @@ std::vector<PortInfo> ListPorts();
 // State and holder of one port, as in the list; no value if there is no such port.
 std::optional<PortInfo> InspectPort(const std::string& port);
 
+// "gpsd (812)": another process that has the port open, among those that we may inspect; empty if none is
+// found, and on systems that do not show it.
+std::string HolderOf(const std::string& port);
+
 using NativePort = asio::serial_port::native_handle_type;
 
 // Opens a port for this process alone, raw, 8 data bits, no parity, one stop bit, no handshake. Throws

@@ -61,31 +61,9 @@ std::string RemedyForPermission(const std::string& port)
            " $USER, then log in again)";
 }
 
-// The process that has the device open, among the processes that we may inspect.
-std::string FindHolder(const std::string& port)
-{
-    std::error_code error;
-    const fs::path device = fs::canonical(port, error);
-    if (error) return {};
-    for (fs::directory_iterator process("/proc", error), end; !error && process != end;
-         process.increment(error)) {
-        const std::string number = process->path().filename();
-        if (number.find_first_not_of("0123456789") != number.npos || number == std::to_string(getpid()))
-            continue;
-        std::error_code ignored;
-        for (fs::directory_iterator open(process->path() / "fd", ignored), last; !ignored && open != last;
-             open.increment(ignored)) {
-            std::error_code unreadable;
-            if (fs::read_symlink(open->path(), unreadable) != device || unreadable) continue;
-            return ReadLine(process->path() / "comm") + " (" + number + ")";
-        }
-    }
-    return {};
-}
-
 void SetState(PortInfo& info)
 {
-    info.holder = FindHolder(info.port);
+    info.holder = HolderOf(info.port);
     info.state = access(info.port.c_str(), R_OK | W_OK) != 0 ? "denied"
                  : info.holder.empty()                       ? "free"
                                                              : "busy";
@@ -124,7 +102,7 @@ std::string Explain(const std::string& port, int error)
     case EPERM: return "no permission" + RemedyForPermission(port);
     case EBUSY:
     case EWOULDBLOCK: {
-        const std::string holder = FindHolder(port);
+        const std::string holder = HolderOf(port);
         return "busy" +
                (holder.empty() ? std::string(", another program has it open") : ", held by " + holder) +
                "; end that program first";
@@ -156,6 +134,27 @@ bool Configure(int port, uint32_t rate)
 }
 
 } // namespace
+
+std::string HolderOf(const std::string& port)
+{
+    std::error_code error;
+    const fs::path device = fs::canonical(port, error);
+    if (error) return {};
+    for (fs::directory_iterator process("/proc", error), end; !error && process != end;
+         process.increment(error)) {
+        const std::string number = process->path().filename();
+        if (number.find_first_not_of("0123456789") != number.npos || number == std::to_string(getpid()))
+            continue;
+        std::error_code ignored;
+        for (fs::directory_iterator open(process->path() / "fd", ignored), last; !ignored && open != last;
+             open.increment(ignored)) {
+            std::error_code unreadable;
+            if (fs::read_symlink(open->path(), unreadable) != device || unreadable) continue;
+            return ReadLine(process->path() / "comm") + " (" + number + ")";
+        }
+    }
+    return {};
+}
 
 std::vector<PortInfo> ListPorts()
 {

@@ -179,6 +179,11 @@ std::optional<PortInfo> InspectPort(const std::string& port)
     return info;
 }
 
+std::string HolderOf(const std::string&)
+{
+    return {};
+}
+
 NativePort OpenPort(const std::string& port, uint32_t rate)
 {
     const auto fail = [&](const std::string& reason) { Fail(FailureKind::Port, port + ": " + reason); };

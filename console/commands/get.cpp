@@ -41,9 +41,8 @@ void Get(Context& context, const GetOptions& options)
                 continue;
             }
             result[setting->name] = nullptr;
-            const bool refused = answer.reply == Reply::Refused;
             if (all) {
-                output.Line("# " + std::string(setting->name) + (refused ? ": refused" : ": no answer"));
+                output.Line("# " + std::string(setting->name) + ": " + MissingText(answer.reply));
                 continue;
             }
             try {
@@ -64,8 +63,8 @@ void Get(Context& context, const GetOptions& options)
 Action DefineGet(Parser& parser)
 {
     const auto options = std::make_shared<GetOptions>();
-    std::vector<std::string> names = {"all"};
-    for (const Setting& setting : Settings()) names.push_back(setting.name);
+    std::vector<std::string> names = SettingNames();
+    names.insert(names.begin(), "all");
     parser.Option("NAME", options->names, "settings, or \"all\"").Required().Suggest(names);
     options->through.AddTo(parser);
     return [options](Context& context) { Get(context, *options); };

@@ -41,11 +41,6 @@ std::string Today()
     return text;
 }
 
-const char* TextOf(Reply reply)
-{
-    return reply == Reply::Refused ? "refused" : "no answer";
-}
-
 // True if all values can be sent. A receiver may report others.
 bool CanBeSent(const Setting& setting, const SettingValues& values)
 {
@@ -102,8 +97,8 @@ void Save(Context& context, const ProfileOptions& options)
             const SettingAnswer answer = ReadSetting(session, setting, limit);
             if (answer.reply != Reply::Answered) {
                 settings[name] = nullptr;
-                text += "# " + name + ": " + TextOf(answer.reply) + '\n';
-                leftOut.push_back(name + " (" + TextOf(answer.reply) + ")");
+                text += "# " + name + ": " + MissingText(answer.reply) + '\n';
+                leftOut.push_back(name + " (" + MissingText(answer.reply) + ")");
                 if (answer.reply == Reply::Silent) unanswered.push_back(name);
                 if (!worst) worst = answer.reply;
                 continue;
@@ -175,7 +170,7 @@ void Diff(Context& context, const ProfileOptions& options)
                      {"file", ValueJson(setting, value.key, value.value)}});
             }
             if (after == setting.name) continue;
-            if (!answered) before = "# " + before + ": " + TextOf(answer.reply);
+            if (!answered) before = "# " + before + ": " + MissingText(answer.reply);
             output.Line(output.Coloured(Colour::Bad, "-" + before));
             output.Line(output.Coloured(Colour::Good, "+" + after));
         }

@@ -55,9 +55,7 @@ void Set(Context& context, const SetOptions& options)
 Action DefineSet(Parser& parser)
 {
     const auto options = std::make_shared<SetOptions>();
-    std::vector<std::string> names;
-    for (const Setting& setting : Settings()) names.push_back(setting.name);
-    parser.Option("NAME", options->name, "the setting").Required().Suggest(names);
+    parser.Option("NAME", options->name, "the setting").Required().Suggest(SettingNames());
     Parameter values = parser.Option("KEY=VALUE", options->assignments, "what to change").Required();
     for (const Setting& setting : Settings()) values.SuggestAfter(setting.name, KeyValueTexts(setting));
     parser.Flag("--force", options->force, "send it even when all is so already");

@@ -179,6 +179,24 @@ def test_restarts():
             assert b"no sign of a restart" in done.stderr and not done.stdout
 
 
+WithFix, WithoutFix = (sentence(f"GPRMC,100013.000,{status},4722.7,N,00832.5,E,0.0,0.0,210608,,,A") for status in "AV")
+
+
+@pytest.mark.parametrize("log, status", [
+    (WithFix * 20, 9),
+    (WithoutFix * 20, 9),
+    (WithFix * 5 + WithoutFix * 5, 0),
+    (WithFix * 10 + bytes(960), 0),  # a pause of two seconds at 4800 baud
+    (WithFix * 5 + sentence("PSRFTXT,Command refused") * 5, 9),
+    (WithFix * 5 + sentence("PSRFTXT,Version: GSW3") * 5, 0),
+    (WithFix * 5 + sentence("PSRF150,1") * 5, 0),
+])
+def test_signs_of_a_restart(tmp_path, log, status):
+    (tmp_path / "log").write_bytes(log)
+    with Receiver("--play", tmp_path / "log", "--repeat", "--rate", 4800) as receiver:
+        ctl(receiver, "-b", 4800, "restart", "hot", check=status)
+
+
 @pytest.mark.parametrize("protocol, off", [("nmea", "GGA=0"), ("sirf", "41=0")])
 def test_a_fix_is_noticed_in_other_messages(protocol, off):
     with Receiver("--protocol", protocol, "--rate", 38400, "--start", "hot") as receiver:
