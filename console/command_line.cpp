@@ -200,7 +200,8 @@ Action CommandLine::Parse(std::vector<std::string> arguments, Options& options)
             Fail(FailureKind::Usage, argument->substr(0, argument->size() - 1) + ": the value is empty");
     std::stable_partition(arguments.begin(), end, std::not_fn(isThroughSirf));
     std::reverse(arguments.begin(), arguments.end()); // the order that CLI11 needs
-    const auto note = [&] {                           // what the output of a failure needs, too
+    // The output of a failure needs these, too.
+    const auto noteForOutput = [&] {
         options.json = app_.get_option("--json")->count() > 0;
         const std::string name = FullName(Given());
         chosen = name.substr(std::min(name.size(), app_.get_name().size() + 1));
@@ -208,15 +209,15 @@ Action CommandLine::Parse(std::vector<std::string> arguments, Options& options)
     try {
         app_.parse(std::move(arguments));
     } catch (const CLI::ParseError& error) {
-        note();
+        noteForOutput();
         if (error.get_exit_code() == 0) throw;
         FailParsing(error);
     } catch (const Failure&) { // of a check
-        note();
+        noteForOutput();
         throw;
     }
     options = flags_;
-    note();
+    noteForOutput();
     if (!port_.empty()) options.port = port_;
     TakeRate(options);
     if (!timeout_.empty()) options.timeoutSeconds = ParseSeconds(timeout_, "--timeout");
